@@ -1,0 +1,76 @@
+// Comparing two ways to do the same thing.
+#ifndef ARD_BENCHMARKS_TIMING_H_
+#define ARD_BENCHMARKS_TIMING_H_
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+namespace ard::benchmarks {
+
+using Nanoseconds = std::chrono::duration<double, std::nano>;
+
+inline constexpr int kBatches = 101;
+inline constexpr std::chrono::milliseconds kBatchTime{2};
+
+inline double Median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+// Nanoseconds that `calls` calls take together.
+template <class Action>
+double Time(int calls, Action&& action) {
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < calls; ++i) action();
+  return Nanoseconds(std::chrono::steady_clock::now() - start).count();
+}
+
+// How many calls fill a batch.
+template <class Action>
+int BatchSize(Action&& action) {
+  int calls = 1;
+  while (Time(calls, action) < Nanoseconds(kBatchTime).count()) calls *= 2;
+  return calls;
+}
+
+// Nanoseconds per call: the medians of many batches, which take turns, so that whatever else the
+// machine does slows both down.
+struct Comparison {
+  double hand_written;
+  double library;
+  double ratio() const { return library / hand_written; }
+};
+
+template <class HandWritten, class Library>
+Comparison Compare(HandWritten&& hand_written, Library&& library) {
+  const int calls = BatchSize(library);
+  std::vector<double> by_hand;
+  std::vector<double> by_library;
+  for (int i = 0; i < kBatches; ++i) {
+    by_hand.push_back(Time(calls, hand_written) / calls);
+    by_library.push_back(Time(calls, library) / calls);
+  }
+  return {Median(by_hand), Median(by_library)};
+}
+
+inline void PrintComparisonHeader() {
+  std::printf("%-34s %16s %12s %7s %7s  %s\n", "operation", "hand-written ns", "library ns",
+              "ratio", "target", "engine operations");
+}
+
+// Prints a line; returns whether the library is within the target and asks no more of the engine.
+inline bool Report(const char* operation, const Comparison& times, double target,
+                   long long operations_by_hand, long long operations_by_library) {
+  const bool met = times.ratio() <= target && operations_by_hand == operations_by_library;
+  std::printf("%-34s %16.0f %12.0f %7.3f %7.2f  %lld and %lld%s\n", operation, times.hand_written,
+              times.library, times.ratio(), target, operations_by_hand, operations_by_library,
+              met ? "" : "   MISSED");
+  return met;
+}
+
+}  // namespace ard::benchmarks
+
+#endif  // ARD_BENCHMARKS_TIMING_H_

@@ -1,0 +1,44 @@
+# Settings of the whole build: language, output folders, compiler cache, sanitizers. To be included
+# by the root, after project().
+
+option(ARD_SANITIZE "Stop at the first address or undefined-behaviour error" OFF)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# A DLL counts as a runtime file: it lands beside the programs that load it.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+
+find_program(ARD_CCACHE ccache)
+mark_as_advanced(ARD_CCACHE)
+if(ARD_CCACHE)
+  foreach(language C CXX)
+    if(NOT DEFINED CMAKE_${language}_COMPILER_LAUNCHER)
+      set(CMAKE_${language}_COMPILER_LAUNCHER ${ARD_CCACHE})
+    endif()
+  endforeach()
+endif()
+
+if(ARD_SANITIZE)
+  set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all)
+  add_compile_options(${sanitize} -fno-omit-frame-pointer)
+  add_link_options(${sanitize})
+endif()
+
+if(WIN32)
+  # Windows 7 is the oldest system addressed.
+  add_compile_definitions(UNICODE _UNICODE NOMINMAX _WIN32_WINNT=0x0601)
+endif()
+
+# A toolchain may serve for its warnings alone: then programs and DLLs are empty files.
+if(ARD_COMPILE_ONLY)
+  foreach(language C CXX)
+    set(CMAKE_${language}_LINK_EXECUTABLE "<CMAKE_COMMAND> -E touch <TARGET>")
+    set(CMAKE_${language}_CREATE_SHARED_LIBRARY "<CMAKE_COMMAND> -E touch <TARGET> <TARGET_IMPLIB>")
+    set(CMAKE_${language}_CREATE_SHARED_MODULE "${CMAKE_${language}_CREATE_SHARED_LIBRARY}")
+  endforeach()
+endif()

@@ -1,0 +1,58 @@
+# Interface definitions.
+#
+# ard_widl(<target> <idl file> [OUT_DIR <dir>] [DEPENDS <imported idl file>...])
+#   From <name>.idl, generates <name>.h (interfaces), <name>_i.c (identifiers) and <name>.tlb (type
+#   library) in OUT_DIR (default: the current binary folder), and makes <target> a static library of
+#   the identifiers. Linking to it gives the header as a system header.
+#
+# ard_embed_typelib(<target> <rc file> <widl target>)
+#   Adds the resource script to <target>. It finds the type library by its plain file name
+#   (`1 TYPELIB "<name>.tlb"`), and is compiled again when that changes.
+
+find_program(ARD_WIDL NAMES ${ARD_MINGW}-widl x86_64-w64-mingw32-widl widl REQUIRED)
+
+# MinGW has the headers of the system's interfaces but neither their definitions nor the type library
+# that every automation library imports; Wine's packages have both. Host files, hence no find root.
+find_path(ARD_WIDL_INCLUDE_DIR oaidl.idl
+  PATHS /usr/include/wine/wine/windows /usr/include/wine/windows
+  NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+find_path(ARD_WIDL_TYPELIB_DIR stdole2.tlb
+  PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/i386-linux-gnu/wine/i386-windows
+        /usr/lib/wine/x86_64-windows
+  NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+mark_as_advanced(ARD_WIDL ARD_WIDL_INCLUDE_DIR ARD_WIDL_TYPELIB_DIR)
+
+function(ard_widl target idl)
+  cmake_parse_arguments(arg "" "OUT_DIR" "DEPENDS" ${ARGN})
+  if(NOT arg_OUT_DIR)
+    set(arg_OUT_DIR ${CMAKE_CURRENT_BINARY_DIR})
+  endif()
+  cmake_path(ABSOLUTE_PATH idl)
+  cmake_path(GET idl STEM name)
+  cmake_path(GET idl PARENT_PATH idl_dir)
+  set(base ${arg_OUT_DIR}/${name})
+
+  # Pointer size decides the type library's system kind.
+  math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+  file(MAKE_DIRECTORY ${arg_OUT_DIR})
+  add_custom_command(
+    OUTPUT ${base}.h ${base}_i.c ${base}.tlb
+    COMMAND ${ARD_WIDL} --win${bits} -I ${idl_dir} -I ${ARD_WIDL_INCLUDE_DIR}
+            -L ${ARD_WIDL_TYPELIB_DIR} -h -H ${base}.h -u -U ${base}_i.c -t -T ${base}.tlb ${idl}
+    DEPENDS ${idl} ${arg_DEPENDS}
+    COMMENT "Interfaces of ${name}.idl"
+    VERBATIM)
+
+  add_library(${target} STATIC ${base}_i.c ${base}.h ${base}.tlb)
+  target_include_directories(${target} SYSTEM INTERFACE ${arg_OUT_DIR})
+  set_target_properties(${target} PROPERTIES ARD_TYPELIB ${base}.tlb)
+endfunction()
+
+function(ard_embed_typelib target rc widl_target)
+  get_target_property(typelib ${widl_target} ARD_TYPELIB)
+  cmake_path(GET typelib PARENT_PATH typelib_dir)
+  target_sources(${target} PRIVATE ${rc})
+  add_dependencies(${target} ${widl_target})
+  set_property(SOURCE ${rc} APPEND PROPERTY OBJECT_DEPENDS ${typelib})
+  set_property(SOURCE ${rc} APPEND PROPERTY INCLUDE_DIRECTORIES ${typelib_dir})
+endfunction()

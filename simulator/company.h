@@ -1,0 +1,55 @@
+// Company: the tables that the engine opens, and the folder of text files that they come from.
+#ifndef ARD_SIMULATOR_COMPANY_H_
+#define ARD_SIMULATOR_COMPANY_H_
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/memory_table.h"
+#include "simulator/table.h"
+#include "simulator/table_text.h"
+
+namespace ard::simulator {
+
+// Tables go by the name of their data file, such as "SalesData". A name that is not in the
+// catalogue throws Error.
+class Company {
+ public:
+  // A company without any table.
+  Company();
+  Company(const Company&) = delete;
+  Company& operator=(const Company&) = delete;
+
+  // Reads every "<name>.table" of `folder`. What is stored in such a table later is written to its
+  // file before it counts; a crash leaves the old table or the new one. Throws CompanyError.
+  static std::unique_ptr<Company> Load(const std::filesystem::path& folder);
+
+  // Null when the company has no such table, or there is none of that name. The second form takes
+  // the table's ordinal in the catalogue.
+  Table* Find(std::wstring_view name);
+  Table* Find(std::size_t ordinal) { return tables_[ordinal].get(); }
+
+  // Puts a table in, or takes it out when `table` is null.
+  void Set(std::wstring_view name, std::unique_ptr<Table> table);
+
+  // An empty table for this company; it becomes a part of the company with Set.
+  std::unique_ptr<MemoryTable> NewTable(std::wstring_view name, Columns columns);
+
+  // Puts in the table that `text` holds, in memory only. An error calls it `file`. Throws
+  // CompanyError; the company is then as it was.
+  void Parse(std::wstring_view name, std::string_view text, const std::string& file);
+
+ private:
+  void LoadFile(const std::filesystem::path& path);
+  std::unique_ptr<MemoryTable> Fill(std::wstring_view name, TableText& text,
+                                    const std::string& file);
+
+  std::vector<std::unique_ptr<Table>> tables_;  // by their ordinal in the catalogue
+};
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_COMPANY_H_

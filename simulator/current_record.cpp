@@ -1,0 +1,55 @@
+#include "simulator/current_record.h"
+
+namespace ard::simulator {
+
+void CurrentRecord::Attach(Table* table) {
+  table_ = table;
+  MoveTo(table != nullptr && table->size() > 0 ? 1 : 0);
+}
+
+void CurrentRecord::MoveTo(std::int32_t record) {
+  record_ = record;
+  set_.clear();
+}
+
+Value CurrentRecord::Get(std::size_t column) const {
+  const Column& shown = table_->columns()[column];
+  Value value = Raw(column);
+  if (shown.type != ColumnType::kText) return value.is_empty() ? Blank(shown.type) : value;
+  std::wstring text = std::move(value).ToText();
+  if (text.size() < shown.length) text.resize(shown.length, L' ');
+  return text;
+}
+
+void CurrentRecord::Set(std::size_t column, const Value& value) {
+  Value converted = ConvertTo(table_->columns()[column].type, value);
+  for (auto& [at, earlier] : set_) {
+    if (at != column) continue;
+    earlier = std::move(converted);
+    return;
+  }
+  set_.emplace_back(column, std::move(converted));
+}
+
+Row CurrentRecord::Contents() const {
+  Row row;
+  row.reserve(table_->columns().size());
+  for (std::size_t i = 0; i < table_->columns().size(); ++i) row.push_back(Raw(i));
+  return row;
+}
+
+std::vector<Value> CurrentRecord::Key() const {
+  std::vector<Value> key;
+  key.reserve(table_->key().size());
+  for (const std::size_t column : table_->key()) key.push_back(Raw(column));
+  return key;
+}
+
+Value CurrentRecord::Raw(std::size_t column) const {
+  for (const auto& [at, value] : set_) {
+    if (at == column) return value;
+  }
+  return record_ == 0 ? Value() : table_->Cell(record_, column);
+}
+
+}  // namespace ard::simulator

@@ -1,0 +1,44 @@
+// The record on which a data file or record object stands, with the field values set on it since.
+#ifndef ARD_SIMULATOR_CURRENT_RECORD_H_
+#define ARD_SIMULATOR_CURRENT_RECORD_H_
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "simulator/table.h"
+
+namespace ard::simulator {
+
+class CurrentRecord {
+ public:
+  // Stands on the table's first record; null for none at all, as while a file is closed.
+  void Attach(Table* table);
+  Table* table() const { return table_; }
+
+  // Forgets what has been set. Record 0 is a blank record that is not stored.
+  void MoveTo(std::int32_t record);
+  // Stands on the blank record, with what has been set.
+  void Leave() { record_ = 0; }
+  std::int32_t record() const { return record_; }
+
+  // What has been set, else what the table holds now; text is padded to the length of its field.
+  Value Get(std::size_t column) const;
+  // Throws Error when the value does not convert to the column's type.
+  void Set(std::size_t column, const Value& value);
+
+  // The whole record and its key, to store and to find it. Text is as it was set.
+  Row Contents() const;
+  std::vector<Value> Key() const;
+
+ private:
+  Value Raw(std::size_t column) const;
+
+  Table* table_ = nullptr;
+  std::int32_t record_ = 0;
+  std::vector<std::pair<std::size_t, Value>> set_;  // few: a search in it costs nothing
+};
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_CURRENT_RECORD_H_

@@ -1,0 +1,164 @@
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "frame/text.h"
+#include "simulator/current_record.h"
+#include "simulator/engine_objects.h"
+#include "simulator/fields.h"
+
+namespace ard::simulator {
+namespace {
+
+// What FindFirst and FindNext look for. Text is compared without regard to case and to the blanks
+// at its end; with a "*" at its end, any text that begins so matches. Other types compare by value.
+class Criterion {
+ public:
+  Criterion(const Table& table, std::wstring_view field, const Value& value)
+      : table_(table), column_(table.columns().Require(field)) {
+    if (table.columns()[column_].type != ColumnType::kText) {
+      number_ = value.ToDouble();
+      return;
+    }
+    text_ = value.ToText();
+    prefix_ = text_.ends_with(L'*');
+    text_.resize(prefix_ ? text_.size() - 1 : WithoutPadding(text_).size());
+  }
+
+  // The first record that matches after record `after`, 0 for the first of all; 0 when none does.
+  std::int32_t Next(std::int32_t after) const {
+    if (InKeyOrder()) return NextInKeyOrder(after);
+    for (std::int32_t record = after + 1; record <= table_.size(); ++record) {
+      if (Matches(record)) return record;
+    }
+    return 0;
+  }
+
+ private:
+  bool InKeyOrder() const {
+    return !table_.key().empty() && table_.key().front() == column_ &&
+           table_.columns()[column_].type == ColumnType::kText;
+  }
+
+  // Matching keys follow one another, from the first that does not come before the text.
+  std::int32_t NextInKeyOrder(std::int32_t after) const {
+    std::int32_t position = table_.LowerBound(text_);
+    if (after != 0) position = std::max(position, table_.PositionOf(after) + 1);
+    if (position > table_.size()) return 0;
+    const std::int32_t record = table_.RecordAt(position);
+    return Matches(record) ? record : 0;
+  }
+
+  bool Matches(std::int32_t record) const {
+    Value cell = table_.Cell(record, column_);
+    const ColumnType type = table_.columns()[column_].type;
+    if (type == ColumnType::kText) {
+      const std::wstring text = std::move(cell).ToText();
+      return prefix_ ? StartsWithIgnoreCase(text, text_) : EqualsIgnoreCase(text, text_);
+    }
+    if (cell.is_empty()) cell = Blank(type);
+    return !cell.is_null() && cell.ToDouble() == number_;
+  }
+
+  const Table& table_;
+  std::size_t column_;
+  std::wstring text_;
+  bool prefix_ = false;
+  double number_ = 0;
+};
+
+class SimulatedDataFile : public engine::DataFileObject, private EngineObject {
+ public:
+  SimulatedDataFile(std::shared_ptr<EngineState> state, Table* table)
+      : EngineObject(std::move(state)),
+        table_(table),
+        current_(std::make_shared<CurrentRecord>()) {}
+  ~SimulatedDataFile() override { current_->Attach(nullptr); }
+
+  bool Open(engine::Mode mode) override {
+    return Run([&] {
+      if (open_) throw Error(kErrorFailed, L"The file is open already.");
+      if (table_ == nullptr) return false;
+      open_.emplace(state());
+      mode_ = mode;
+      current_->Attach(table_);
+      return true;
+    });
+  }
+
+  bool Read(std::int32_t record) override {
+    return Run([&] {
+      if (record < 1 || record > Opened().size()) return false;
+      current_->MoveTo(record);
+      ++state()->records_read;
+      return true;
+    });
+  }
+
+  std::int32_t Count() override {
+    return Run([&] { return Opened().size(); });
+  }
+
+  std::unique_ptr<engine::Fields> GetFields() override {
+    return Run([&] {
+      Opened();
+      return MakeFields(state(), current_);
+    });
+  }
+
+  bool FindFirst(std::wstring_view field, const Value& value) override {
+    return Run([&] { return MoveTo(Criterion(Opened(), field, value).Next(0)); });
+  }
+
+  bool FindNext(std::wstring_view field, const Value& value) override {
+    return Run([&] {
+      const Criterion criterion(Opened(), field, value);
+      return current_->record() != 0 && MoveTo(criterion.Next(current_->record()));
+    });
+  }
+
+  bool Write(std::int32_t record) override {
+    return Run([&] {
+      Table& table = Opened();
+      if (mode_ != engine::Mode::kAppend) {
+        throw Error(kErrorFailed, L"The file is not open for writing.");
+      }
+      return table.Store(record, current_->Contents()) && MoveTo(record);
+    });
+  }
+
+  void Close() override {
+    Run([&] {
+      Opened();
+      open_.reset();
+      current_->Attach(nullptr);
+    });
+  }
+
+ private:
+  Table& Opened() const {
+    if (!open_) throw Error(kErrorFailed, L"The file is not open.");
+    return *table_;
+  }
+
+  bool MoveTo(std::int32_t record) {
+    if (record == 0) return false;
+    current_->MoveTo(record);
+    return true;
+  }
+
+  Table* table_;
+  engine::Mode mode_ = engine::Mode::kRead;
+  std::shared_ptr<CurrentRecord> current_;
+  std::optional<OpenMark> open_;
+};
+
+}  // namespace
+
+std::unique_ptr<engine::DataFileObject> MakeDataFile(std::shared_ptr<EngineState> state,
+                                                     Table* table) {
+  return std::make_unique<SimulatedDataFile>(std::move(state), table);
+}
+
+}  // namespace ard::simulator

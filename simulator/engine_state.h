@@ -1,0 +1,81 @@
+// What a simulated engine and all its objects share, and the frame in which each of their
+// operations runs.
+#ifndef ARD_SIMULATOR_ENGINE_STATE_H_
+#define ARD_SIMULATOR_ENGINE_STATE_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "frame/error.h"
+#include "simulator/company.h"
+#include "simulator/fault_plan.h"
+#include "simulator/simulator.h"
+
+namespace ard::simulator {
+
+struct EngineState {
+  explicit EngineState(std::unique_ptr<Company> tables) : company(std::move(tables)) {}
+
+  std::unique_ptr<Company> company;
+  FaultPlan faults;
+  Counters counters;
+  std::int64_t operations = 0;
+  std::int64_t records_read = 0;
+  Error last_error{0, L""};
+
+  // Runs one operation, unless it is to fail: counted, and its error kept as the last one.
+  template <class Action>
+  auto Run(Action&& action) {
+    try {
+      ++operations;
+      faults.Operation();
+      return action();
+    } catch (const Error& error) {
+      last_error = error;
+      throw;
+    }
+  }
+};
+
+// An engine object: it counts as living, and each of its operations is put through Run.
+class EngineObject {
+ public:
+  EngineObject(const EngineObject&) = delete;
+  EngineObject& operator=(const EngineObject&) = delete;
+
+ protected:
+  explicit EngineObject(std::shared_ptr<EngineState> state) : state_(std::move(state)) {
+    ++state_->counters.living_objects;
+  }
+  ~EngineObject() { --state_->counters.living_objects; }
+
+  template <class Action>
+  auto Run(Action&& action) {
+    return state_->Run(std::forward<Action>(action));
+  }
+
+  const std::shared_ptr<EngineState>& state() const { return state_; }
+
+ private:
+  std::shared_ptr<EngineState> state_;
+};
+
+// Counts a file as open for as long as it lives.
+class OpenMark {
+ public:
+  explicit OpenMark(std::shared_ptr<EngineState> state) : state_(std::move(state)) {
+    ++state_->counters.open_files;
+  }
+  OpenMark(const OpenMark&) = delete;
+  OpenMark& operator=(const OpenMark&) = delete;
+  ~OpenMark() { --state_->counters.open_files; }
+
+ private:
+  std::shared_ptr<EngineState> state_;
+};
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_ENGINE_STATE_H_

@@ -1,0 +1,44 @@
+// Which operations are to fail. One plan may be shared by several seams (engine, machine), so that
+// a sweep counts all their operations in one sequence.
+#ifndef ARD_SIMULATOR_FAULT_PLAN_H_
+#define ARD_SIMULATOR_FAULT_PLAN_H_
+
+#include <cstdint>
+
+#include "frame/error.h"
+
+namespace ard::simulator {
+
+class FaultPlan {
+ public:
+  // Starts counting afresh; nothing fails.
+  void Reset() { *this = FaultPlan(); }
+  // Starts counting afresh; operation `n` (from 1) fails, and every later one when `persist`.
+  void FailFrom(std::int64_t n, bool persist) {
+    Reset();
+    first_ = n;
+    persist_ = persist;
+  }
+
+  // Called by every operation before it does anything. Throws Error when it is to fail.
+  void Operation() {
+    ++operations_;
+    if (first_ == 0 || operations_ < first_ || (operations_ > first_ && !persist_)) return;
+    ++failed_;
+    throw Error(kErrorFailed, L"The operation failed as requested.");
+  }
+
+  // Operations asked, and how many of them failed, since the count started.
+  std::int64_t operations() const { return operations_; }
+  std::int64_t failed() const { return failed_; }
+
+ private:
+  std::int64_t first_ = 0;
+  bool persist_ = false;
+  std::int64_t operations_ = 0;
+  std::int64_t failed_ = 0;
+};
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_FAULT_PLAN_H_

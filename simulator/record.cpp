@@ -1,0 +1,123 @@
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "simulator/current_record.h"
+#include "simulator/engine_objects.h"
+#include "simulator/fields.h"
+
+namespace ard::simulator {
+namespace {
+
+constexpr std::wstring_view kExtraText = L"EXTRA_TEXT";
+
+class SimulatedRecord : public engine::RecordObject, private EngineObject {
+ public:
+  SimulatedRecord(std::shared_ptr<EngineState> state, Table* table)
+      : EngineObject(std::move(state)), current_(std::make_shared<CurrentRecord>()) {
+    current_->Attach(table);
+  }
+  ~SimulatedRecord() override { current_->Attach(nullptr); }
+
+  std::unique_ptr<engine::Fields> GetFields() override {
+    return Run([&] { return MakeFields(state(), current_); });
+  }
+
+  bool Find(engine::Match match) override {
+    return Run([&] {
+      editing_ = Editing::kNothing;
+      if (current_->table() == nullptr) return false;
+      const std::int32_t found = FindKey(match);
+      if (found == 0) {
+        current_->Leave();
+        return false;
+      }
+      current_->MoveTo(found);
+      return true;
+    });
+  }
+
+  void MoveFirst() override {
+    Run([&] { StandOn(1, Existing()); });
+  }
+
+  bool MoveNext() override {
+    return Run([&] {
+      Table& table = Existing();
+      if (current_->record() == 0) return false;
+      StandOn(current_->record() + 1, table);
+      return current_->record() != 0;
+    });
+  }
+
+  void AddNew() override {
+    Run([&] {
+      Existing();
+      current_->MoveTo(0);
+      editing_ = Editing::kNewRecord;
+    });
+  }
+
+  void Edit() override {
+    Run([&] {
+      Existing();
+      if (current_->record() == 0) throw Error(kErrorFailed, L"There is no record to edit.");
+      editing_ = Editing::kThisRecord;
+    });
+  }
+
+  bool Update() override {
+    return Run([&] {
+      Table& table = Existing();
+      if (editing_ == Editing::kNothing) {
+        throw Error(kErrorFailed, L"No record is being added or edited.");
+      }
+      const std::int32_t record =
+          editing_ == Editing::kNewRecord ? table.size() + 1 : current_->record();
+      if (!table.Store(record, current_->Contents())) return false;
+      StandOn(record, table);
+      return true;
+    });
+  }
+
+  // Kept in the field of that name; a table without one has no room for it.
+  void SetExtraText(std::wstring_view text) override {
+    Run([&] {
+      const int column = Existing().columns().Find(kExtraText);
+      if (column >= 0) current_->Set(static_cast<std::size_t>(column), text);
+    });
+  }
+
+ private:
+  enum class Editing { kNothing, kNewRecord, kThisRecord };
+
+  Table& Existing() const {
+    if (current_->table() == nullptr) throw Error(kErrorFailed, L"There is no such file.");
+    return *current_->table();
+  }
+
+  // The record with the key that is set, 0 when there is none.
+  std::int32_t FindKey(engine::Match match) const {
+    const Table& table = *current_->table();
+    const std::optional<std::wstring> key = table.ComposeKey(current_->Key());
+    const std::int32_t position = key ? table.FindKey(*key, match) : 0;
+    return position == 0 ? 0 : table.RecordAt(position);
+  }
+
+  // Makes `record` current, or the blank one when the table ends before it.
+  void StandOn(std::int32_t record, const Table& table) {
+    current_->MoveTo(record <= table.size() ? record : 0);
+    editing_ = Editing::kNothing;
+  }
+
+  std::shared_ptr<CurrentRecord> current_;
+  Editing editing_ = Editing::kNothing;
+};
+
+}  // namespace
+
+std::unique_ptr<engine::RecordObject> MakeRecord(std::shared_ptr<EngineState> state, Table* table) {
+  return std::make_unique<SimulatedRecord>(std::move(state), table);
+}
+
+}  // namespace ard::simulator

@@ -1,0 +1,65 @@
+// The simulated accounts engine: a company of plain-text tables (or a synthetic ledger of any
+// size) behind the engine seam, with what a test wants to know of it.
+#ifndef ARD_SIMULATOR_SIMULATOR_H_
+#define ARD_SIMULATOR_SIMULATOR_H_
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "engine/seam.h"
+#include "simulator/fault_plan.h"
+
+namespace ard::simulator {
+
+// How many engine objects live (files, records, indexes, fields, errors; workspaces do not count)
+// and how many of their files and indexes are open.
+struct Counters {
+  std::int32_t living_objects = 0;
+  std::int32_t open_files = 0;
+};
+
+class Company;
+struct EngineState;
+
+// An engine with one company. The workspace and every object made from it share the engine's
+// state, so they stay usable when the engine itself is gone first.
+class Simulator : public engine::Engine {
+ public:
+  // Opens the company in `folder`. Throws CompanyError (file, line, column, what is wrong) when a
+  // table cannot be read or is malformed.
+  static std::unique_ptr<Simulator> Open(const std::filesystem::path& folder);
+
+  // A company whose customer ledger has `accounts` accounts, made up as they are read: it costs
+  // no memory, whatever the number.
+  static std::unique_ptr<Simulator> OpenSynthetic(std::int32_t accounts);
+
+  explicit Simulator(std::unique_ptr<Company> company);
+  Simulator(const Simulator&) = delete;
+  Simulator& operator=(const Simulator&) = delete;
+  ~Simulator() override;
+
+  // Objects created through the workspace count in counters(), and ask faults() before every
+  // operation.
+  std::shared_ptr<engine::Workspace> workspace();
+  // The error of the last operation that failed; number 0 and no text when none has.
+  std::unique_ptr<engine::EngineError> LastError() override;
+
+  Counters counters() const;
+  FaultPlan& faults();
+
+  // Number of operations that engine objects have carried out, records that data files have read.
+  std::int64_t operations() const;
+  std::int64_t records_read() const;
+
+  // The tables, for a test or a tool that builds or changes a company.
+  Company& company();
+
+ private:
+  std::shared_ptr<EngineState> state_;
+};
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_SIMULATOR_H_

@@ -1,0 +1,89 @@
+#include "simulator/table.h"
+
+#include <utility>
+
+#include "frame/error.h"
+#include "frame/text.h"
+
+namespace ard::simulator {
+namespace {
+
+constexpr std::size_t kNumberLength = 10;
+
+std::size_t KeyLength(const Column& column) {
+  if (column.type == ColumnType::kText) return column.length;
+  return column.type == ColumnType::kInteger8 ? 1 : kNumberLength;
+}
+
+// Ten digits that sort like the number, negative ones included.
+std::wstring Digits(std::int32_t number) {
+  std::wstring digits = std::to_wstring(std::int64_t{number} + (std::int64_t{1} << 31));
+  return digits.insert(0, kNumberLength - digits.size(), L'0');
+}
+
+std::wstring KeyPart(const Column& column, const Value& cell) {
+  if (column.type == ColumnType::kText) return cell.ToText();
+  if (column.type == ColumnType::kInteger8) {
+    return std::wstring(1, static_cast<wchar_t>(cell.ToByte()));
+  }
+  return Digits(cell.ToLong());
+}
+
+}  // namespace
+
+bool MakesKey(ColumnType type) {
+  return type == ColumnType::kText || type == ColumnType::kInteger8 ||
+         type == ColumnType::kInteger16 || type == ColumnType::kLong;
+}
+
+Table::Table(Columns columns, std::span<const std::wstring_view> key_fields)
+    : columns_(std::move(columns)) {
+  for (const std::wstring_view field : key_fields) {
+    const std::size_t column = columns_.Require(field);
+    if (!MakesKey(columns_[column].type)) {
+      throw Error(kErrorTypeMismatch, std::wstring(field) + L" cannot be a key.");
+    }
+    key_.push_back(column);
+    key_length_ += KeyLength(columns_[column]);
+  }
+}
+
+std::wstring Table::KeyOf(std::int32_t record) const {
+  std::vector<Value> cells;
+  cells.reserve(key_.size());
+  for (const std::size_t column : key_) cells.push_back(Cell(record, column));
+  std::wstring key = ComposeKey(cells).value();
+  key.resize(WithoutPadding(key).size());
+  return key;
+}
+
+std::optional<std::wstring> Table::ComposeKey(std::span<const Value> cells) const {
+  std::wstring key;
+  std::size_t end = 0;
+  for (std::size_t i = 0; i < key_.size(); ++i) {
+    const Column& column = columns_[key_[i]];
+    key.resize(end, L' ');
+    const std::wstring part = KeyPart(column, cells[i]);
+    if (part.size() > KeyLength(column)) return std::nullopt;
+    key += part;
+    end += KeyLength(column);
+  }
+  return key;
+}
+
+std::wstring Table::KeyFrom(const Value& value) const {
+  if (key_.size() != 1) return value.ToText();
+  return KeyPart(columns_[key_[0]], value);
+}
+
+std::int32_t Table::FindKey(std::wstring_view key, engine::Match match) const {
+  const std::wstring_view wanted = match == engine::Match::kExact ? WithoutPadding(key) : key;
+  const std::int32_t position = LowerBound(wanted);
+  if (position > size()) return 0;
+  const std::wstring found = KeyOf(RecordAt(position));
+  if (match == engine::Match::kPartial) return StartsWithIgnoreCase(found, wanted) ? position : 0;
+  const bool padding_fits = key.size() == wanted.size() || key.size() == key_length_;
+  return padding_fits && EqualsIgnoreCase(found, wanted) ? position : 0;
+}
+
+}  // namespace ard::simulator

@@ -1,0 +1,84 @@
+#include "simulator/testing/company_builder.h"
+
+#include <utility>
+
+#include "simulator/company.h"
+#include "simulator/standard_columns.h"
+
+namespace ard::simulator {
+
+CompanyBuilder::CompanyBuilder() : company_(std::make_unique<Company>()) {
+  for (const wchar_t* ledger : {L"SalesData", L"PurchaseData", L"NominalData", L"BankData"}) {
+    TableFor(ledger);
+  }
+  Setup({{L"TERMS_WARNING", true}});
+}
+
+CompanyBuilder::~CompanyBuilder() = default;
+
+CompanyBuilder& CompanyBuilder::Customer(std::wstring_view account_ref, FieldValues values) {
+  return Add(L"SalesData", {{L"ACCOUNT_REF", account_ref}, {L"TERMS_AGREED_FLAG", true}}, values);
+}
+CompanyBuilder& CompanyBuilder::Supplier(std::wstring_view account_ref, FieldValues values) {
+  return Add(L"PurchaseData", {{L"ACCOUNT_REF", account_ref}, {L"TERMS_AGREED_FLAG", true}},
+             values);
+}
+CompanyBuilder& CompanyBuilder::Nominal(std::wstring_view account_ref, FieldValues values) {
+  return Add(L"NominalData", {{L"ACCOUNT_REF", account_ref}, {L"ACCOUNT_TYPE", 1}}, values);
+}
+CompanyBuilder& CompanyBuilder::Bank(std::wstring_view account_ref, FieldValues values) {
+  return Add(L"BankData", {{L"ACCOUNT_REF", account_ref}}, values);
+}
+
+CompanyBuilder& CompanyBuilder::Setup(FieldValues values) {
+  setup_.insert(setup_.end(), values);
+  return *this;
+}
+CompanyBuilder& CompanyBuilder::Control(FieldValues values) {
+  control_.insert(control_.end(), values);
+  return *this;
+}
+
+CompanyBuilder& CompanyBuilder::Record(std::wstring_view table, FieldValues values) {
+  return Add(table, {}, values);
+}
+
+CompanyBuilder& CompanyBuilder::Without(std::wstring_view table) {
+  left_out_.emplace_back(table);
+  return *this;
+}
+
+std::unique_ptr<Simulator> CompanyBuilder::Build() {
+  Store(L"SetupData", setup_);
+  Store(L"ControlData", control_);
+  for (const std::wstring& table : left_out_) company_->Set(table, nullptr);
+  return std::make_unique<Simulator>(std::move(company_));
+}
+
+CompanyBuilder& CompanyBuilder::Add(std::wstring_view table, std::vector<FieldValue> values,
+                                    FieldValues more) {
+  values.insert(values.end(), more);
+  Store(table, values);
+  return *this;
+}
+
+Table& CompanyBuilder::TableFor(std::wstring_view name) {
+  if (company_->Find(name) == nullptr) {
+    company_->Set(name, company_->NewTable(name, StandardColumns(name)));
+  }
+  return *company_->Find(name);
+}
+
+// Later values replace earlier ones.
+void CompanyBuilder::Store(std::wstring_view name, const std::vector<FieldValue>& values) {
+  Table& table = TableFor(name);
+  Row row(table.columns().size());
+  for (const FieldValue& given : values) {
+    const std::size_t column = table.columns().Require(given.field);
+    row[column] = ConvertTo(table.columns()[column].type, given.value);
+  }
+  if (table.Store(table.size() + 1, std::move(row))) return;
+  throw Error(kErrorFailed, L"A key of " + std::wstring(name) + L" is blank or there already.");
+}
+
+}  // namespace ard::simulator

@@ -1,0 +1,75 @@
+// Builds a small company in memory, for tests:
+//
+//   auto engine = CompanyBuilder()
+//                     .Customer(L"ABC001", {{L"NAME", L"ABC Ltd"}, {L"BALANCE", 10.0}})
+//                     .Setup({{L"TERMS_WARNING", false}})
+//                     .Build();
+//
+// Tables have the standard columns (simulator/standard_columns.h). Records come in the order in
+// which they are added; a field that is not given is blank. A mistake in a test's company (unknown
+// field, value of the wrong type, text too long, duplicate key) throws Error.
+#ifndef ARD_SIMULATOR_TESTING_COMPANY_BUILDER_H_
+#define ARD_SIMULATOR_TESTING_COMPANY_BUILDER_H_
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/value.h"
+#include "simulator/simulator.h"
+
+namespace ard::simulator {
+
+class Table;
+
+struct FieldValue {
+  std::wstring_view field;
+  Value value;
+};
+using FieldValues = std::initializer_list<FieldValue>;
+
+class CompanyBuilder {
+ public:
+  // Starts with four empty ledgers and the two single-record files: ControlData, with the counts
+  // computed, and SetupData, with TERMS_WARNING yes.
+  CompanyBuilder();
+  CompanyBuilder(const CompanyBuilder&) = delete;
+  CompanyBuilder& operator=(const CompanyBuilder&) = delete;
+  ~CompanyBuilder();
+
+  // Accounts. Customers and suppliers have agreed terms and no credit limit, nominal accounts are
+  // of ACCOUNT_TYPE 1, unless `values` say otherwise.
+  CompanyBuilder& Customer(std::wstring_view account_ref, FieldValues values = {});
+  CompanyBuilder& Supplier(std::wstring_view account_ref, FieldValues values = {});
+  CompanyBuilder& Nominal(std::wstring_view account_ref, FieldValues values = {});
+  CompanyBuilder& Bank(std::wstring_view account_ref, FieldValues values = {});
+
+  // Fields of the single records. A count stated here replaces the computed one.
+  CompanyBuilder& Setup(FieldValues values);
+  CompanyBuilder& Control(FieldValues values);
+
+  // Appends a record to any table with standard columns, such as L"AccessData".
+  CompanyBuilder& Record(std::wstring_view table, FieldValues values);
+
+  // Leaves the table out, as if its file did not exist: it cannot be opened.
+  CompanyBuilder& Without(std::wstring_view table);
+
+  // Hands the company over; the builder is spent.
+  std::unique_ptr<Simulator> Build();
+
+ private:
+  CompanyBuilder& Add(std::wstring_view table, std::vector<FieldValue> values, FieldValues more);
+  Table& TableFor(std::wstring_view name);
+  void Store(std::wstring_view name, const std::vector<FieldValue>& values);
+
+  std::unique_ptr<Company> company_;
+  std::vector<FieldValue> setup_;
+  std::vector<FieldValue> control_;
+  std::vector<std::wstring> left_out_;
+};
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_TESTING_COMPANY_BUILDER_H_

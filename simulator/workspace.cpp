@@ -1,0 +1,94 @@
+#include <string>
+#include <utility>
+
+#include "frame/text.h"
+#include "simulator/catalogue.h"
+#include "simulator/engine_objects.h"
+
+namespace ard::simulator {
+namespace {
+
+constexpr std::wstring_view kVersion = L"10.0";
+constexpr std::wstring_view kManager = L"MANAGER";
+
+class SimulatedWorkspace : public engine::Workspace {
+ public:
+  explicit SimulatedWorkspace(std::shared_ptr<EngineState> state) : state_(std::move(state)) {}
+
+  std::unique_ptr<engine::DataFileObject> CreateDataFile(std::wstring_view name) override {
+    return state_->Run([&] { return MakeDataFile(state_, TableFor(name, ObjectKind::kDataFile)); });
+  }
+  std::unique_ptr<engine::RecordObject> CreateRecord(std::wstring_view name) override {
+    return state_->Run([&] { return MakeRecord(state_, TableFor(name, ObjectKind::kRecord)); });
+  }
+  std::unique_ptr<engine::IndexObject> CreateIndex(std::wstring_view name) override {
+    return state_->Run([&] { return MakeIndex(state_, TableFor(name, ObjectKind::kIndex)); });
+  }
+
+  bool Connect(std::wstring_view, std::wstring_view user, std::wstring_view,
+               std::wstring_view) override {
+    return state_->Run([&] { return IsUser(user); });
+  }
+  bool ConnectNT(std::wstring_view, std::wstring_view account, std::wstring_view,
+                 std::wstring_view) override {
+    return state_->Run([&] { return IsUser(account); });
+  }
+  void Disconnect() override {
+    state_->Run([] {});
+  }
+  std::wstring Version() override {
+    return state_->Run([] { return std::wstring(kVersion); });
+  }
+
+ private:
+  Table* TableFor(std::wstring_view name, ObjectKind kind) const {
+    const ObjectName found = LookUp(name);
+    if (found.kind != kind) {
+      throw Error(kErrorUnknownName, L"The engine has no object " + std::wstring(name) + L".");
+    }
+    return state_->company->Find(found.table);
+  }
+
+  // The manager, and whoever has a record of access rights.
+  bool IsUser(std::wstring_view name) const {
+    if (EqualsIgnoreCase(Trimmed(name), kManager)) return true;
+    const Table* access = state_->company->Find(L"AccessData");
+    const int column = access == nullptr ? -1 : access->columns().Find(L"NAME");
+    if (column < 0) return false;
+    for (std::int32_t record = 1; record <= access->size(); ++record) {
+      const std::wstring user = access->Cell(record, static_cast<std::size_t>(column)).ToText();
+      if (EqualsIgnoreCase(Trimmed(user), Trimmed(name))) return true;
+    }
+    return false;
+  }
+
+  std::shared_ptr<EngineState> state_;
+};
+
+class SimulatedError : public engine::EngineError, private EngineObject {
+ public:
+  explicit SimulatedError(std::shared_ptr<EngineState> state)
+      : EngineObject(std::move(state)), error_(this->state()->last_error) {}
+
+  std::int32_t Number() override {
+    return Run([&] { return error_.number(); });
+  }
+  std::wstring Text() override {
+    return Run([&] { return error_.text(); });
+  }
+
+ private:
+  Error error_;
+};
+
+}  // namespace
+
+std::shared_ptr<engine::Workspace> MakeWorkspace(std::shared_ptr<EngineState> state) {
+  return std::make_shared<SimulatedWorkspace>(std::move(state));
+}
+
+std::unique_ptr<engine::EngineError> MakeLastError(std::shared_ptr<EngineState> state) {
+  return std::make_unique<SimulatedError>(std::move(state));
+}
+
+}  // namespace ard::simulator

@@ -1,0 +1,42 @@
+#include "dialogs/select_dialog.h"
+
+#include <cstddef>
+#include <utility>
+
+namespace ard::dialogs {
+
+void SelectDialog::KeyPress(wchar_t key) {
+  if (key == kEnterKey) return DoubleClick();
+  TypeAhead(key);
+}
+
+void SelectDialog::DoubleClick() {
+  if (ok_enabled()) Ok();
+}
+
+void SelectDialog::Ok() {
+  const std::optional<Row>& row = list_.selected();
+  if (row && Accepts(*row)) Hide(true);
+}
+
+void SelectDialog::Cancel() { Hide(false); }
+
+void SelectDialog::Hide(bool result) {
+  result_ = result;
+  visible_ = false;
+}
+
+void RowsInMemory::Add(std::wstring text) {
+  rows_.push_back({count() + 1, std::move(text), kDefaultColor});
+}
+
+void RowsInMemory::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
+  rows.insert(rows.end(), rows_.begin() + first - 1, rows_.begin() + last);
+}
+
+void SelectRecordDialog::AddRow(std::wstring text) {
+  Add(std::move(text));
+  list().SetRowCount(count());
+}
+
+}  // namespace ard::dialogs

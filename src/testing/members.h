@@ -1,0 +1,37 @@
+// One table of the members of all classes: how to call each, how a user might answer the dialog
+// that it shows, and which answers it may give when things go wrong. Every test that runs over all
+// members (the fault sweep first of all) runs from it, so a new member is one more line.
+#ifndef ARD_TESTING_MEMBERS_H_
+#define ARD_TESTING_MEMBERS_H_
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frame/context.h"
+#include "simulator/simulator.h"
+#include "testing/scripted_environment.h"
+
+namespace ard::testing {
+
+struct Member {
+  std::wstring name;  // "Customers.GetName", or the form and how the user goes about it
+  // Calls the member on an object with this context, and gives its answer as text.
+  std::function<std::wstring(const Context&)> call;
+  ScriptedEnvironment::Script script = nullptr;  // answers the dialog
+  // Whether the member may give this answer when some of its steps fail.
+  std::function<bool(const std::wstring&)> may_answer;
+};
+
+const std::vector<Member>& Members();
+
+// The company that the members are called on: small, with something of everything.
+std::unique_ptr<simulator::Simulator> MembersCompany();
+
+// Whether the description of some member names this message.
+bool IsKnownMessage(const Message& message);
+
+}  // namespace ard::testing
+
+#endif  // ARD_TESTING_MEMBERS_H_

@@ -1,0 +1,61 @@
+# shellcheck shell=bash
+# Shared by the commands of the root folder: where things are, and one readable line for each step.
+# To be sourced, after `set -euo pipefail`.
+
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+BUILD="$ROOT/build"
+LOGS="$BUILD/logs"
+mkdir -p "$LOGS"
+
+# How many lines of a failing step's log are shown.
+TAIL_LINES=40
+
+say() { printf '%s\n' "$*"; }
+
+die() {
+  printf '%s\n' "$*" >&2
+  exit 1
+}
+
+# step LOG_NAME TITLE COMMAND... : runs the command with its output in build/logs/LOG_NAME.log, and
+# prints one line: title, outcome, seconds. A failure shows the end of the log. STEP_OK then is true
+# or false.
+#
+# Neither this nor what calls it may be part of a condition (if, &&, ||): bash would ignore `set -e`
+# all the way down, and a failing command in the middle of a step would go unnoticed.
+step() {
+  local log="$LOGS/$1.log" title="$2" status=0 started=$SECONDS
+  shift 2
+  printf '%-50s ' "$title"
+  set +e
+  (
+    set -e
+    "$@"
+  ) >"$log" 2>&1 </dev/null
+  status=$?
+  set -e
+  if ((status == 0)); then
+    STEP_OK=true
+    printf 'ok      %3ds\n' $((SECONDS - started))
+  else
+    STEP_OK=false
+    printf 'FAILED  %3ds   %s\n' $((SECONDS - started)) "${log#"$ROOT"/}"
+    tail -n "$TAIL_LINES" "$log" | sed 's/^/    /'
+  fi
+}
+
+# The same, for a step without which there is no going on.
+must_step() {
+  step "$@"
+  $STEP_OK || exit 1
+}
+
+# configure_and_build PRESET [TARGET...]
+configure_and_build() {
+  local preset="$1"
+  shift
+  cd "$ROOT"
+  # An up-to-date build tree reconfigures itself when a CMake file changes.
+  [[ -f "build/$preset/build.ninja" ]] || cmake --preset "$preset"
+  cmake --build --preset "$preset" ${1:+--target "$@"}
+}

@@ -1,0 +1,144 @@
+#!/usr/bin/env bash
+# Installs what building and testing need, and does nothing when it is all there.
+#
+#   tools/install-packages.sh native    the native build and its tests
+#   tools/install-packages.sh all       that, and the Windows builds, Wine and a virtual display
+#
+# 32-bit Wine is wanted but not required: when it cannot be had, the reason is left in
+# build/wine32-unavailable.txt, and the 32-bit tests report themselves as skipped.
+set -euo pipefail
+# shellcheck source=tools/console.sh
+source "$(dirname "${BASH_SOURCE[0]}")/console.sh"
+
+NATIVE_PACKAGES=(cmake ninja-build ccache g++ googletest git ca-certificates)
+
+WINDOWS_PACKAGES=(
+  # The builds. libwine-dev and libwine bring the IDL files and the type library that widl needs.
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools clang clang-format
+  libwine libwine-dev
+  # Running them.
+  wine wine64 fonts-wine fonts-open-sans fonts-dejavu-core
+  # A database behind Wine's ODBC.
+  unixodbc unixodbc-dev libodbc2 libsqliteodbc
+  # A display without a screen, keys for it, and pictures of it.
+  xvfb openbox xdotool x11-utils imagemagick procps
+)
+
+# Only recommended by Wine, but without them its windows lack keys and pointer.
+WINE_X_LIBRARIES=(
+  libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1 libxxf86vm1
+)
+WINDOWS_PACKAGES+=("${WINE_X_LIBRARIES[@]}")
+
+# wine64 is named along so that both halves of Wine stay the same version.
+WINE32_PACKAGES=(
+  wine32:i386 wine64 libsqliteodbc:i386 libodbc2:i386 "${WINE_X_LIBRARIES[@]/%/:i386}"
+)
+
+WINE32_REASON="$BUILD/wine32-unavailable.txt"
+LOG="$LOGS/packages.log"
+
+# Prints those of the given packages that are not installed. A name without an architecture means
+# the machine's own: the same package may be there for the other one only.
+missing() {
+  local native installed package
+  native="$(dpkg --print-architecture)"
+  # Of unknown packages it says so on standard error, and that is just what "missing" means.
+  installed="$(dpkg-query -W -f='${Package}:${Architecture} ${db:Status-Status}\n' "${@%%:*}" \
+    2>/dev/null | sed -n 's/ installed$//p')" || true
+  for package in "$@"; do
+    [[ "$package" == *:* ]] || package="$package:$native"
+    grep -qxF -e "$package" -e "${package%:*}:all" <<<"$installed" ||
+      printf '%s\n' "${package%:"$native"}"
+  done
+}
+
+as_root() {
+  if ((EUID == 0)); then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    say "root or sudo is needed to install packages"
+    return 1
+  fi
+}
+
+# Without a TTY apt writes no progress bars; a package manager that runs already is waited for.
+apt() {
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get -y -o DPkg::Lock::Timeout=300 \
+    -o Dpkg::Use-Pty=0 "$@"
+}
+
+apt_install() { apt install --no-install-recommends "$@"; }
+
+# The same without the security suite, for an architecture whose security index is out of step:
+# there, common packages exist in versions that the other architecture cannot match.
+apt_install_without_security() {
+  local preferences status=0
+  preferences="$(mktemp)"
+  cat >"$preferences" <<'PREFERENCES'
+Package: *
+Pin: release l=Debian-Security
+Pin-Priority: -1
+
+Package: *
+Pin: release l=Debian
+Pin-Priority: 1001
+PREFERENCES
+  chmod 644 "$preferences"
+  apt install --no-install-recommends --allow-downgrades \
+    -o Dir::Etc::Preferences="$preferences" "$@" || status=$?
+  rm -f "$preferences"
+  return "$status"
+}
+
+# A single unreachable index must not stop the rest: the installation itself will tell.
+refresh_indexes() { apt update || true; }
+
+install_required() {
+  local wanted
+  mapfile -t wanted < <(missing "$@")
+  ((${#wanted[@]})) || return 0
+  say "Installing ${#wanted[@]} packages: ${wanted[*]}"
+  if ! { refresh_indexes && apt_install "${wanted[@]}"; } >>"$LOG" 2>&1; then
+    tail -n "$TAIL_LINES" "$LOG" | sed 's/^/    /'
+    die "The packages could not be installed; all of it is in ${LOG#"$ROOT"/}."
+  fi
+}
+
+install_wine32() {
+  if [[ -z "$(missing "${WINE32_PACKAGES[@]}")" ]]; then
+    rm -f "$WINE32_REASON"
+    return
+  fi
+  # A failed attempt is not repeated on every run, but once a day.
+  if [[ -n "$(find "$WINE32_REASON" -mmin -1440 2>/dev/null)" ]]; then return; fi
+
+  say "Installing 32-bit Wine"
+  {
+    as_root dpkg --add-architecture i386 && refresh_indexes &&
+      { apt_install "${WINE32_PACKAGES[@]}" ||
+        apt_install_without_security "${WINE32_PACKAGES[@]}"; }
+  } >>"$LOG" 2>&1 || true
+
+  if [[ -z "$(missing "${WINE32_PACKAGES[@]}")" ]]; then
+    rm -f "$WINE32_REASON"
+  else
+    {
+      printf '32-bit Wine could not be installed: '
+      grep -E '^E: |root or sudo' "$LOG" | tail -n 1 | sed 's/^E: //' || true
+    } >"$WINE32_REASON"
+    cat "$WINE32_REASON"
+  fi
+}
+
+case "${1:-all}" in
+  native) : >"$LOG" && install_required "${NATIVE_PACKAGES[@]}" ;;
+  all)
+    : >"$LOG"
+    install_required "${NATIVE_PACKAGES[@]}" "${WINDOWS_PACKAGES[@]}"
+    install_wine32
+    ;;
+  *) die "usage: ${0##*/} [native|all]" ;;
+esac
