@@ -20,7 +20,7 @@ namespace ard::benchmarks {
 namespace {
 
 constexpr double kTargetRatio = 1.10;
-constexpr double kTargetOpening = 10e6;  // nanoseconds: nobody notices
+constexpr double kTargetOpening = 1e6;  // nanoseconds, whatever the size of the ledger
 
 class NobodyThere : public Environment {
  public:

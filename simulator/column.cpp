@@ -74,16 +74,15 @@ std::size_t Columns::Require(std::wstring_view name) const {
   return static_cast<std::size_t>(index);
 }
 
+// Names that differ in case only have to hash alike; names of columns are plain ASCII.
 std::size_t Columns::Hash::operator()(std::wstring_view name) const {
   std::size_t hash = 2166136261u;
-  for (const wchar_t c : name) {
-    hash = (hash ^ static_cast<std::size_t>(UpperCase(static_cast<char32_t>(c)))) * 16777619u;
-  }
+  for (const wchar_t c : name) hash = (hash ^ (static_cast<std::size_t>(c) | 0x20)) * 16777619u;
   return hash;
 }
 
 bool Columns::Equal::operator()(std::wstring_view a, std::wstring_view b) const {
-  return EqualsIgnoreCase(a, b);
+  return a == b || EqualsIgnoreCase(a, b);
 }
 
 }  // namespace ard::simulator

@@ -1,6 +1,14 @@
 #include "simulator/current_record.h"
 
 namespace ard::simulator {
+namespace {
+
+std::wstring Padded(std::wstring text, std::size_t length) {
+  if (text.size() < length) text.resize(length, L' ');
+  return text;
+}
+
+}  // namespace
 
 void CurrentRecord::Attach(Table* table) {
   table_ = table;
@@ -16,9 +24,7 @@ Value CurrentRecord::Get(std::size_t column) const {
   const Column& shown = table_->columns()[column];
   Value value = Raw(column);
   if (shown.type != ColumnType::kText) return value.is_empty() ? Blank(shown.type) : value;
-  std::wstring text = std::move(value).ToText();
-  if (text.size() < shown.length) text.resize(shown.length, L' ');
-  return text;
+  return Padded(std::move(value).ToText(), shown.length);
 }
 
 void CurrentRecord::Set(std::size_t column, const Value& value) {

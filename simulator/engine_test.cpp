@@ -1,1 +1,474 @@
-// placeholder
+// The engine's objects: what each operation answers, and what it leaves current.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frame/error.h"
+#include "frame/text.h"
+#include "simulator/company.h"
+#include "simulator/simulator.h"
+#include "simulator/testing/company_builder.h"
+
+namespace ard::simulator {
+namespace {
+
+using engine::DataFileObject;
+using engine::IndexObject;
+using engine::Match;
+using engine::Mode;
+using engine::RecordObject;
+
+class EngineTest : public ::testing::Test {
+ protected:
+  // In record order D, B, C (deleted), BA, \u00C9; in key order B, BA, C, D, \u00C9.
+  void SetUp() override {
+    CompanyBuilder builder;
+    builder.Customer(L"D", {{L"NAME", L"Delta"}, {L"BALANCE", 1.5}})
+        .Customer(L"b", {{L"NAME", L"Beta"}})
+        .Customer(L"C", {{L"NAME", L"Gamma"}, {L"DELETED_FLAG", true}})
+        .Customer(L"BA", {{L"NAME", L"Beta"}, {L"BALANCE", 1.5}})
+        .Customer(L"\u00E9", {{L"NAME", L"Cafe"}})
+        .Record(L"AccessData", {{L"NAME", L"Ann"}, {L"POP", 1}});
+    engine_ = builder.Build();
+    workspace_ = engine_->workspace();
+  }
+  void TearDown() override {
+    EXPECT_EQ(engine_->counters().open_files, 0);
+    EXPECT_EQ(engine_->counters().living_objects, 0);
+  }
+
+  std::unique_ptr<DataFileObject> OpenFile(std::wstring_view name, Mode mode = Mode::kRead) {
+    auto file = workspace_->CreateDataFile(name);
+    EXPECT_TRUE(file->Open(mode));
+    return file;
+  }
+  std::unique_ptr<IndexObject> OpenIndex() {
+    auto index = workspace_->CreateIndex(L"SalesIndex");
+    EXPECT_TRUE(index->Open(Mode::kRead));
+    return index;
+  }
+  template <class Object>
+  static std::wstring Text(Object& object, std::wstring_view field) {
+    return object.GetFields()->Item(field)->GetValue().ToText();
+  }
+  template <class Object>
+  static std::wstring Ref(Object& object) {
+    return std::wstring(Trimmed(Text(object, L"ACCOUNT_REF")));
+  }
+  template <class Object>
+  static void Set(Object& object, std::wstring_view field, const Value& value) {
+    object.GetFields()->Item(field)->SetValue(value);
+  }
+
+  std::unique_ptr<Simulator> engine_;
+  std::shared_ptr<engine::Workspace> workspace_;
+};
+
+TEST_F(EngineTest, KnowsItsObjectsByNameAndKind) {
+  EXPECT_NO_THROW(workspace_->CreateDataFile(L"StockCategory"));
+  EXPECT_NO_THROW(workspace_->CreateIndex(L"PopIndex"));
+  EXPECT_NO_THROW(workspace_->CreateRecord(L"CompanyDeliveryRecord"));
+  EXPECT_THROW(workspace_->CreateDataFile(L"SalesIndex"), Error);
+  EXPECT_THROW(workspace_->CreateIndex(L"SalesRecord"), Error);
+  EXPECT_THROW(workspace_->CreateRecord(L"Pricing"), Error);
+  EXPECT_THROW(workspace_->CreateDataFile(L""), Error);
+  EXPECT_EQ(engine_->LastError()->Number(), kErrorUnknownName);
+  EXPECT_EQ(engine_->LastError()->Text(), L"The engine has no object .");
+}
+
+TEST_F(EngineTest, AMissingFileCannotBeOpenedAndHoldsNothing) {
+  EXPECT_FALSE(workspace_->CreateDataFile(L"StockData")->Open(Mode::kRead));
+  EXPECT_FALSE(workspace_->CreateIndex(L"StockIndex")->Open(Mode::kRead));
+  const auto record = workspace_->CreateRecord(L"StockRecord");
+  EXPECT_FALSE(record->Find(Match::kExact));
+  EXPECT_THROW(record->MoveFirst(), Error);
+  EXPECT_THROW(Set(*record, L"STOCK_CODE", L"A"), Error);
+}
+
+TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
+  const auto file = workspace_->CreateDataFile(L"SalesData");
+  const auto index = workspace_->CreateIndex(L"SalesIndex");
+  const std::vector<std::function<void()>> operations = {
+      [&] { file->Read(1); },
+      [&] { file->Count(); },
+      [&] { file->Write(1); },
+      [&] { file->FindFirst(L"NAME", L"x"); },
+      [&] { file->Close(); },
+      [&] { file->FindNext(L"NAME", L"x"); },
+      [&] { file->GetFields(); },
+      [&] { index->SetKey(L"B"); },
+      [&] { index->Find(Match::kExact); },
+      [&] { index->MoveTo(1); },
+      [&] { index->MoveNext(); },
+      [&] { index->MoveFirst(); },
+      [&] { index->RecordNumber(); },
+      [&] { index->Position(); },
+      [&] { index->Close(); },
+  };
+  const auto all_throw = [&] {
+    for (std::size_t i = 0; i < operations.size(); ++i) EXPECT_THROW(operations[i](), Error) << i;
+  };
+  all_throw();
+  file->Open(Mode::kRead);
+  index->Open(Mode::kRead);
+  EXPECT_THROW(file->Open(Mode::kRead), Error);
+  EXPECT_EQ(engine_->counters().open_files, 2);
+  const auto name = file->GetFields()->Item(L"NAME");
+  file->Close();
+  index->Close();
+  all_throw();
+  EXPECT_THROW(name->GetValue(), Error);
+}
+
+TEST_F(EngineTest, FieldsFollowTheCurrentRecord) {
+  const auto file = OpenFile(L"SalesData");
+  const auto fields = file->GetFields();
+  const auto name = fields->Item(L"name");
+  EXPECT_EQ(name->GetValue(), Value(L"Delta" + std::wstring(55, L' ')));  // the first, padded
+  EXPECT_TRUE(file->Read(2));
+  EXPECT_EQ(Trimmed(name->GetValue().ToText()), L"Beta");
+  EXPECT_EQ(fields->Item(L"BALANCE")->GetValue(), Value(0.0));
+  EXPECT_EQ(fields->Item(L"DELETED_FLAG")->GetValue(), Value(false));
+  for (const std::int32_t none : {0, 6, -1}) EXPECT_FALSE(file->Read(none));
+  EXPECT_EQ(Ref(*file), L"b");
+
+  EXPECT_EQ(fields->Item(1)->Name(), L"ACCOUNT_REF");
+  EXPECT_EQ(fields->Item(1)->Type(), 12);
+  EXPECT_EQ(fields->Item(fields->Count())->Name(), L"DEF_NOM_CODE");
+  EXPECT_THROW(fields->Item(0), Error);
+  EXPECT_THROW(fields->Item(fields->Count() + 1), Error);
+  EXPECT_THROW(fields->Item(L"NAMES"), Error);
+  EXPECT_THROW(fields->Item(L"BALANCE")->SetValue(L"a lot"), Error);
+}
+
+TEST_F(EngineTest, AnIndexWalksAllEntriesInKeyOrder) {
+  const auto index = OpenIndex();
+  EXPECT_EQ(index->RecordNumber(), 2);
+  std::vector<std::int32_t> records;
+  index->MoveFirst();
+  do {
+    records.push_back(index->RecordNumber());
+  } while (index->MoveNext());
+  EXPECT_EQ(records, (std::vector<std::int32_t>{2, 4, 3, 1, 5}));
+  EXPECT_THROW(index->RecordNumber(), Error);
+  for (const std::int32_t outside : {0, -1, 6}) {
+    index->MoveTo(3);
+    EXPECT_EQ(index->RecordNumber(), 3);
+    index->MoveTo(outside);
+    EXPECT_THROW(index->RecordNumber(), Error) << outside;
+    EXPECT_THROW(index->Position(), Error) << outside;
+    EXPECT_THROW(index->MoveNext(), Error) << outside;
+  }
+}
+
+TEST_F(EngineTest, FindsKeys) {
+  const auto index = OpenIndex();
+  const auto record = workspace_->CreateRecord(L"SalesRecord");
+  const struct {
+    std::wstring key;
+    std::wstring exact;  // "" when nothing is found
+    std::wstring partial;
+  } cases[] = {
+      {L"B", L"b", L"b"},
+      {L"ba", L"BA", L"BA"},
+      {L"BA      ", L"BA", L""},  // as the field holds it, with its padding
+      {L"BA ", L"", L""},
+      {L"BA       ", L"", L""},
+      {L" BA", L"", L""},
+      {L"C", L"C", L"C"},  // deleted, and still there
+      {L"\u00C9", L"\u00E9", L"\u00E9"},
+      {L"", L"", L"b"},
+      {L"BAA", L"", L""},
+      {L"B*", L"", L""},
+      {L"A", L"", L""},
+      {L"Z", L"", L""},
+  };
+  for (const auto& c : cases) {
+    for (const Match match : {Match::kExact, Match::kPartial}) {
+      const std::wstring& expected = match == Match::kExact ? c.exact : c.partial;
+      SCOPED_TRACE(ToUtf8(c.key) + (match == Match::kExact ? " exact" : " partial"));
+      index->MoveTo(4);
+      index->SetKey(c.key);
+      ASSERT_EQ(index->Find(match), !expected.empty());
+      const auto file = OpenFile(L"SalesData");
+      file->Read(index->RecordNumber());
+      EXPECT_EQ(Ref(*file), expected.empty() ? L"D" : expected);  // else where it stood
+
+      Set(*record, L"ACCOUNT_REF", c.key);
+      ASSERT_EQ(record->Find(match), !expected.empty());
+      if (!expected.empty()) {
+        EXPECT_EQ(Ref(*record), expected);
+      }
+    }
+  }
+}
+
+TEST_F(EngineTest, AFailingFindLeavesABlankRecordWithItsKey) {
+  const auto record = workspace_->CreateRecord(L"SalesRecord");
+  EXPECT_EQ(Ref(*record), L"D");  // a new record object stands on the first record
+  Set(*record, L"Account_Ref", L"BA");
+  EXPECT_TRUE(record->Find(Match::kExact));
+  EXPECT_EQ(Text(*record, L"BALANCE"), L"1.5");
+  Set(*record, L"ACCOUNT_REF", L"nobody");
+  EXPECT_FALSE(record->Find(Match::kExact));
+  EXPECT_EQ(Ref(*record), L"nobody");
+  EXPECT_EQ(Text(*record, L"BALANCE"), L"0");
+  EXPECT_FALSE(record->GetFields()->Item(L"TERMS_AGREED_FLAG")->GetValue().ToBoolean());
+  EXPECT_FALSE(record->MoveNext());
+}
+
+TEST_F(EngineTest, RecordsAreWalkedInRecordOrder) {
+  const auto record = workspace_->CreateRecord(L"SalesRecord");
+  std::wstring walked;
+  do {
+    walked += Ref(*record) + L" ";
+  } while (record->MoveNext());
+  EXPECT_EQ(walked, L"D b C BA \u00E9 ");
+  EXPECT_EQ(Ref(*record), L"");
+  record->MoveFirst();
+  EXPECT_EQ(Ref(*record), L"D");
+
+  const auto empty = workspace_->CreateRecord(L"PurchaseRecord");
+  empty->MoveFirst();
+  EXPECT_EQ(Ref(*empty), L"");
+  EXPECT_FALSE(empty->MoveNext());
+}
+
+TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
+  const struct {
+    std::wstring field;
+    Value value;
+    std::wstring found;
+  } cases[] = {
+      {L"ACCOUNT_REF", L"B*", L"b BA "},  // key order
+      {L"account_ref", L"*", L"b BA C D \u00E9 "},
+      {L"ACCOUNT_REF", L"B", L"b "},
+      {L"ACCOUNT_REF", L"b  ", L"b "},
+      {L"ACCOUNT_REF", L"b *", L""},
+      {L"ACCOUNT_REF", L"\u00C9*", L"\u00E9 "},
+      {L"ACCOUNT_REF", L"Q*", L""},
+      {L"ACCOUNT_REF", L"", L""},
+      {L"NAME", L"beta", L"b BA "},  // record order
+      {L"NAME", L"*", L"D b C BA \u00E9 "},
+      {L"BALANCE", 1.5, L"D BA "},
+      {L"BALANCE", L"1.50", L"D BA "},
+      {L"DELETED_FLAG", true, L"C "},
+      {L"PRICE_LIST_REF", L"", L"D b C BA \u00E9 "},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.field + L" " + c.value.ToText()));
+    const auto file = OpenFile(L"SalesData", Mode::kQuery);
+    std::wstring found;
+    bool more = file->FindFirst(c.field, c.value);
+    if (!more) {
+      EXPECT_EQ(Ref(*file), L"D");  // where it stood
+    }
+    for (; more; more = file->FindNext(c.field, c.value)) found += Ref(*file) + L" ";
+    EXPECT_EQ(found, c.found);
+    EXPECT_FALSE(file->FindNext(c.field, c.value));
+  }
+  const auto file = OpenFile(L"SalesData");
+  EXPECT_THROW(file->FindFirst(L"NO_SUCH", L"x"), Error);
+  EXPECT_THROW(file->FindFirst(L"BALANCE", L"x"), Error);
+}
+
+TEST_F(EngineTest, AppendsRecords) {
+  const auto reader = OpenFile(L"AccessData");
+  EXPECT_THROW(reader->Write(2), Error);
+  const auto file = OpenFile(L"AccessData", Mode::kAppend);
+  Set(*file, L"NAME", L"Bob");
+  Set(*file, L"POP", 0);
+  EXPECT_FALSE(file->Write(3));
+  EXPECT_FALSE(file->Write(0));
+  EXPECT_TRUE(file->Write(2));
+  EXPECT_EQ(reader->Count(), 2);
+  EXPECT_EQ(Trimmed(Text(*file, L"NAME")), L"Bob");
+  EXPECT_TRUE(file->Read(1));
+  EXPECT_EQ(Text(*file, L"POP"), L"1");
+
+  const auto sales = OpenFile(L"SalesData", Mode::kAppend);
+  EXPECT_FALSE(sales->Write(6));  // its key is that of record 1
+  Set(*sales, L"ACCOUNT_REF", L"TOO LONG BY FAR");
+  EXPECT_THROW(sales->Write(6), Error);
+  EXPECT_EQ(sales->Count(), 5);
+}
+
+TEST_F(EngineTest, AddsAndEditsRecords) {
+  const auto record = workspace_->CreateRecord(L"SalesRecord");
+  EXPECT_THROW(record->Update(), Error);
+  record->AddNew();
+  EXPECT_EQ(Text(*record, L"BALANCE"), L"0");
+  EXPECT_FALSE(record->Update());  // no key
+  Set(*record, L"ACCOUNT_REF", L"ba");
+  EXPECT_FALSE(record->Update());  // another's key
+  Set(*record, L"ACCOUNT_REF", L"AA  ");
+  Set(*record, L"NAME", L"New");
+  record->SetExtraText(L"");
+  EXPECT_TRUE(record->Update());
+  EXPECT_THROW(record->Update(), Error);
+
+  record->Edit();
+  Set(*record, L"ACCOUNT_REF", L"ZZ");
+  EXPECT_TRUE(record->Update());
+  const auto index = OpenIndex();
+  EXPECT_EQ(index->RecordNumber(), 2);  // AA has gone from the front
+  index->SetKey(L"ZZ");
+  EXPECT_TRUE(index->Find(Match::kExact));
+  EXPECT_EQ(index->RecordNumber(), 6);
+  EXPECT_EQ(index->Position(), 5);  // before \u00C9
+
+  EXPECT_FALSE(record->MoveNext());
+  EXPECT_THROW(record->Edit(), Error);
+}
+
+TEST_F(EngineTest, CountsAreThoseOfTheTablesUnlessStated) {
+  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_SALES"), L"5");
+  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_STOCK"), L"0");
+  CompanyBuilder builder;
+  builder.Customer(L"A").Control({{L"NO_OF_SALES", 7}, {L"NO_OF_BANK", 0}}).Bank(L"1200");
+  engine_ = builder.Build();
+  workspace_ = engine_->workspace();
+  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_SALES"), L"7");
+  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_BANK"), L"0");
+}
+
+TEST_F(EngineTest, KeysOfSeveralFieldsAndNumbersSortByPart) {
+  Company& company = engine_->company();
+  company.Parse(L"PriceData",
+                "STORED_PRICE:double\tTYPE:integer8\tEXT_REF:text(8)\tSTOCK_CODE:text(30)\n"
+                "1\t85\tSUP1\tBOLT\n2\t85\tSUP\t1BOLT\n3\t83\tZ\tNUT\n",
+                "PriceData");
+  company.Parse(L"SopData", "ORDER_NUMBER:long\n10\n9\n-1\n", "SopData");
+  const auto price = workspace_->CreateIndex(L"PriceIndex");
+  ASSERT_TRUE(price->Open(Mode::kRead));
+  EXPECT_EQ(price->RecordNumber(), 3);
+  price->SetKey(L"USUP     1BOLT");
+  EXPECT_TRUE(price->Find(Match::kExact));
+  EXPECT_EQ(price->RecordNumber(), 2);
+  price->SetKey(L"USUP1BOLT");
+  EXPECT_FALSE(price->Find(Match::kExact));
+
+  const auto order = workspace_->CreateIndex(L"SopIndex");
+  ASSERT_TRUE(order->Open(Mode::kRead));
+  EXPECT_EQ(order->RecordNumber(), 3);
+  order->SetKey(L"9");
+  EXPECT_TRUE(order->Find(Match::kExact));
+  EXPECT_EQ(order->Position(), 2);
+  const auto record = workspace_->CreateRecord(L"SopRecord");
+  Set(*record, L"Order_Number", 10);
+  EXPECT_TRUE(record->Find(Match::kExact));
+}
+
+TEST_F(EngineTest, LogsOnWhoeverHasAccessData) {
+  EXPECT_TRUE(workspace_->Connect(L"C:\\Data", L"manager", L"", L"id"));
+  EXPECT_TRUE(workspace_->Connect(L"C:\\Data", L" ANN", L"", L"id"));
+  EXPECT_FALSE(workspace_->ConnectNT(L"C:\\Data", L"Eve", L"", L"id"));
+  workspace_->Disconnect();
+  EXPECT_EQ(workspace_->Version(), L"10.0");
+}
+
+TEST_F(EngineTest, CountsWhatLivesAndWhatIsOpen) {
+  const auto before = engine_->operations();
+  {
+    const auto file = OpenFile(L"SalesData");
+    const auto fields = file->GetFields();
+    const auto field = fields->Item(1);
+    EXPECT_EQ(engine_->counters().living_objects, 3);
+    EXPECT_EQ(engine_->counters().open_files, 1);
+    EXPECT_TRUE(file->Read(2));
+    EXPECT_FALSE(file->Read(9));
+  }
+  EXPECT_EQ(engine_->operations() - before, 6);
+  EXPECT_EQ(engine_->records_read(), 1);
+}
+
+TEST_F(EngineTest, ObjectsOutliveTheirEngine) {
+  auto file = OpenFile(L"SalesData");
+  const auto field = file->GetFields()->Item(L"NAME");
+  std::shared_ptr<engine::Workspace> workspace = std::move(workspace_);
+  engine_.reset();
+  EXPECT_TRUE(file->Read(4));
+  EXPECT_EQ(Trimmed(field->GetValue().ToText()), L"Beta");
+  EXPECT_NO_THROW(workspace->CreateIndex(L"SalesIndex"));
+  file.reset();
+  EXPECT_THROW(field->GetValue(), Error);
+  SetUp();
+}
+
+// Each operation of each object asks the plan, first of all: told to fail, it changes nothing.
+TEST_F(EngineTest, EveryOperationCanBeMadeToFail) {
+  const auto file = OpenFile(L"SalesData", Mode::kAppend);
+  const auto index = OpenIndex();
+  const auto record = workspace_->CreateRecord(L"SalesRecord");
+  const auto fields = record->GetFields();
+  const auto field = fields->Item(L"ACCOUNT_REF");
+  const auto error = engine_->LastError();
+  const std::vector<std::function<void()>> operations = {
+      [&] { workspace_->CreateDataFile(L"SalesData"); },
+      [&] { workspace_->CreateIndex(L"SalesIndex"); },
+      [&] { workspace_->CreateRecord(L"SalesRecord"); },
+      [&] { workspace_->Connect(L"", L"", L"", L""); },
+      [&] { workspace_->ConnectNT(L"", L"", L"", L""); },
+      [&] { workspace_->Disconnect(); },
+      [&] { workspace_->Version(); },
+      [&] { engine_->LastError(); },
+      [&] { error->Number(); },
+      [&] { error->Text(); },
+      [&] { file->Open(Mode::kRead); },
+      [&] { file->Read(2); },
+      [&] { file->Count(); },
+      [&] { file->GetFields(); },
+      [&] { file->FindFirst(L"NAME", L"*"); },
+      [&] { file->FindNext(L"NAME", L"*"); },
+      [&] { file->Write(1); },
+      [&] { file->Close(); },
+      [&] { index->Open(Mode::kRead); },
+      [&] { index->SetKey(L"C"); },
+      [&] { index->Find(Match::kPartial); },
+      [&] { index->Position(); },
+      [&] { index->RecordNumber(); },
+      [&] { index->MoveTo(2); },
+      [&] { index->MoveFirst(); },
+      [&] { index->MoveNext(); },
+      [&] { index->Close(); },
+      [&] { record->GetFields(); },
+      [&] { record->Find(Match::kPartial); },
+      [&] { record->MoveFirst(); },
+      [&] { record->MoveNext(); },
+      [&] { record->AddNew(); },
+      [&] { record->Edit(); },
+      [&] { record->Update(); },
+      [&] { record->SetExtraText(L""); },
+      [&] { fields->Item(L"NAME"); },
+      [&] { fields->Item(1); },
+      [&] { fields->Count(); },
+      [&] { field->Name(); },
+      [&] { field->Type(); },
+      [&] { field->GetValue(); },
+      [&] { field->SetValue(L"x"); },
+  };
+  FaultPlan& faults = engine_->faults();
+  for (std::size_t i = 0; i < operations.size(); ++i) {
+    faults.FailFrom(1, false);
+    EXPECT_THROW(operations[i](), Error) << i;
+    EXPECT_EQ(faults.failed(), 1) << i;
+    EXPECT_EQ(faults.operations(), 1) << i;
+  }
+  faults.Reset();
+  EXPECT_EQ(engine_->LastError()->Text(), L"The operation failed as requested.");
+  EXPECT_EQ(engine_->counters().open_files, 2);  // the closes failed
+  EXPECT_EQ(index->Position(), 1);
+  EXPECT_EQ(Ref(*file), L"D");
+  EXPECT_EQ(Ref(*record), L"D");
+
+  faults.FailFrom(2, true);
+  EXPECT_EQ(file->Count(), 5);
+  for (int i = 0; i < 3; ++i) EXPECT_THROW(file->Count(), Error);
+  faults.Reset();
+}
+
+}  // namespace
+}  // namespace ard::simulator

@@ -19,7 +19,7 @@ void Tidy(const Columns& columns, Row& row) {
     if (text.size() > columns[i].length) {
       throw Error(kErrorOverflow, L"The text is too long for " + columns[i].name + L".");
     }
-    row[i] = std::move(text);
+    row[i] = text.empty() ? Value() : Value(std::move(text));
   }
 }
 
@@ -33,6 +33,14 @@ std::int32_t MemoryTable::RecordAt(std::int32_t position) const {
   return index_[static_cast<std::size_t>(position) - 1].record;
 }
 
+std::int32_t MemoryTable::PositionOf(std::int32_t record) const {
+  return LowerBound(KeyOf(rows_[static_cast<std::size_t>(record) - 1]));
+}
+
+std::wstring MemoryTable::KeyAt(std::int32_t position) const {
+  return index_[static_cast<std::size_t>(position) - 1].key;
+}
+
 std::int32_t MemoryTable::LowerBound(std::wstring_view key) const {
   const auto found = std::lower_bound(
       index_.begin(), index_.end(), key,
@@ -43,8 +51,8 @@ std::int32_t MemoryTable::LowerBound(std::wstring_view key) const {
 bool MemoryTable::Store(std::int32_t record, Row row) {
   if (record < 1 || record > size() + 1) return false;
   Tidy(columns(), row);
-  std::optional<std::wstring> new_key = NewKey(record, row);
-  if (!new_key) return false;
+  std::wstring new_key = KeyOf(row);
+  if (!key().empty() && !IsFree(new_key, record)) return false;
   if (writer_) writer_(record, row);
 
   if (record > size()) {
@@ -53,20 +61,23 @@ bool MemoryTable::Store(std::int32_t record, Row row) {
     std::erase_if(index_, [record](const Entry& entry) { return entry.record == record; });
     rows_[static_cast<std::size_t>(record) - 1] = std::move(row);
   }
-  if (!key().empty()) Enter(record, *std::move(new_key));
+  if (!key().empty()) Enter(record, std::move(new_key));
   return true;
 }
 
-std::optional<std::wstring> MemoryTable::NewKey(std::int32_t record, const Row& row) const {
-  if (key().empty()) return std::wstring();
+std::wstring MemoryTable::KeyOf(const Row& row) const {
   std::vector<Value> cells;
+  cells.reserve(key().size());
   for (const std::size_t column : key()) cells.push_back(row[column]);
-  std::wstring new_key = ComposeKey(cells).value();
-  new_key.resize(WithoutPadding(new_key).size());
-  if (new_key.empty()) return std::nullopt;
-  const std::int32_t position = FindKey(new_key, engine::Match::kExact);
-  if (position != 0 && RecordAt(position) != record) return std::nullopt;
-  return new_key;
+  std::wstring key_text = ComposeKey(cells).value();
+  key_text.resize(WithoutPadding(key_text).size());
+  return key_text;
+}
+
+bool MemoryTable::IsFree(const std::wstring& key_text, std::int32_t record) const {
+  if (key_text.empty()) return false;
+  const std::int32_t position = FindKey(key_text, engine::Match::kExact);
+  return position == 0 || RecordAt(position) == record;
 }
 
 void MemoryTable::Enter(std::int32_t record, std::wstring key) {

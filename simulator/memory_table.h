@@ -25,6 +25,8 @@ class MemoryTable : public Table {
   std::int32_t size() const override { return static_cast<std::int32_t>(rows_.size()); }
   Value Cell(std::int32_t record, std::size_t column) const override;
   std::int32_t RecordAt(std::int32_t position) const override;
+  std::int32_t PositionOf(std::int32_t record) const override;
+  std::wstring KeyAt(std::int32_t position) const override;
   std::int32_t LowerBound(std::wstring_view key) const override;
   bool Store(std::int32_t record, Row row) override;
 
@@ -34,8 +36,9 @@ class MemoryTable : public Table {
     std::int32_t record;
   };
 
-  // The key that `row` would have as record number `record`; nothing when it cannot have it.
-  std::optional<std::wstring> NewKey(std::int32_t record, const Row& row) const;
+  std::wstring KeyOf(const Row& row) const;
+  // Whether record number `record` may have the key.
+  bool IsFree(const std::wstring& key_text, std::int32_t record) const;
   void Enter(std::int32_t record, std::wstring key);
 
   std::vector<Row> rows_;

@@ -1,5 +1,6 @@
 #include "simulator/synthetic_ledger.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "frame/error.h"
@@ -12,6 +13,7 @@ namespace {
 constexpr std::int32_t kMostAccounts = 200'000'000;
 constexpr std::int32_t kLetters = 26;
 constexpr std::size_t kRefLength = 8;
+constexpr std::size_t kNameLength = 60;
 constexpr std::wstring_view kKey[] = {L"ACCOUNT_REF"};
 
 constexpr const wchar_t* kTowns[] = {
@@ -50,7 +52,7 @@ enum Purpose : std::uint64_t {
 };
 
 template <std::size_t N>
-std::wstring Pick(const wchar_t* const (&words)[N], std::int32_t position, Purpose purpose) {
+const wchar_t* Pick(const wchar_t* const (&words)[N], std::int32_t position, Purpose purpose) {
   return words[Chance(position, purpose) % N];
 }
 
@@ -78,22 +80,37 @@ SyntheticLedger::SyntheticLedger(std::int32_t accounts)
 
 Value SyntheticLedger::Cell(std::int32_t record, std::size_t column) const {
   const Maker maker = makers_[column];
-  // Reversing the numbers twice gives the place in key order.
-  return maker == nullptr ? Value() : (this->*maker)(RecordAt(record));
+  return maker == nullptr ? Value() : (this->*maker)(PositionOf(record));
 }
 
 std::int32_t SyntheticLedger::LowerBound(std::wstring_view key) const {
+  if (const auto position = PositionOfPrefix(key)) return *position;
   std::int32_t low = 1;
   std::int32_t high = accounts_ + 1;
   while (low < high) {
     const std::int32_t middle = low + (high - low) / 2;
-    if (CompareIgnoreCase(RefAt(middle), key) < 0) {
+    if (CompareIgnoreCase(KeyAt(middle), key) < 0) {
       low = middle + 1;
     } else {
       high = middle;
     }
   }
   return low;
+}
+
+std::optional<std::int32_t> SyntheticLedger::PositionOfPrefix(std::wstring_view key) const {
+  if (key.empty() || key.size() > kRefLength) return std::nullopt;
+  const char32_t letter = UpperCase(static_cast<char32_t>(key[0])) - U'A';
+  if (letter >= kLetters) return std::nullopt;
+  std::int32_t number = 0;
+  for (std::size_t i = 1; i < kRefLength; ++i) {
+    const wchar_t digit = i < key.size() ? key[i] : L'0';
+    if (digit < L'0' || digit > L'9') return std::nullopt;
+    number = number * 10 + (digit - L'0');
+  }
+  const std::int32_t before = FirstOfLetter(static_cast<std::int32_t>(letter));
+  const std::int32_t end = FirstOfLetter(static_cast<std::int32_t>(letter) + 1);
+  return before + std::clamp(number, 1, end - before + 1);
 }
 
 bool SyntheticLedger::Store(std::int32_t, Row) {
@@ -105,7 +122,7 @@ std::int32_t SyntheticLedger::FirstOfLetter(std::int32_t letter) const {
   return static_cast<std::int32_t>((std::int64_t{letter} * accounts_ + kLetters - 1) / kLetters);
 }
 
-std::wstring SyntheticLedger::RefAt(std::int32_t position) const {
+std::wstring SyntheticLedger::KeyAt(std::int32_t position) const {
   const auto letter =
       static_cast<std::int32_t>((std::int64_t{position} - 1) * kLetters / accounts_);
   std::int32_t number = position - FirstOfLetter(letter);
@@ -117,7 +134,13 @@ std::wstring SyntheticLedger::RefAt(std::int32_t position) const {
 }
 
 Value SyntheticLedger::Name(std::int32_t position) const {
-  return Pick(kTowns, position, kTown) + L" " + Pick(kTrades, position, kTrade) + L" Ltd";
+  std::wstring name;
+  name.reserve(kNameLength);  // room for the padding, too
+  name += Pick(kTowns, position, kTown);
+  name += L' ';
+  name += Pick(kTrades, position, kTrade);
+  name += L" Ltd";
+  return name;
 }
 Value SyntheticLedger::Contact(std::int32_t position) const {
   return Pick(kNames, position, kName);

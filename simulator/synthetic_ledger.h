@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "simulator/company.h"
@@ -24,6 +25,8 @@ class SyntheticLedger : public Table {
   std::int32_t size() const override { return accounts_; }
   Value Cell(std::int32_t record, std::size_t column) const override;
   std::int32_t RecordAt(std::int32_t position) const override { return accounts_ + 1 - position; }
+  std::int32_t PositionOf(std::int32_t record) const override { return accounts_ + 1 - record; }
+  std::wstring KeyAt(std::int32_t position) const override;
   std::int32_t LowerBound(std::wstring_view key) const override;
   // Throws Error: a made-up ledger cannot be written.
   bool Store(std::int32_t record, Row row) override;
@@ -32,9 +35,10 @@ class SyntheticLedger : public Table {
   using Maker = Value (SyntheticLedger::*)(std::int32_t position) const;
 
   std::int32_t FirstOfLetter(std::int32_t letter) const;
-  std::wstring RefAt(std::int32_t position) const;
+  // The same as LowerBound, for a key that is the beginning of a reference; nothing for another.
+  std::optional<std::int32_t> PositionOfPrefix(std::wstring_view key) const;
 
-  Value Ref(std::int32_t position) const { return RefAt(position); }
+  Value Ref(std::int32_t position) const { return KeyAt(position); }
   Value Name(std::int32_t position) const;
   Value Contact(std::int32_t position) const;
   Value Town(std::int32_t position) const;

@@ -1,1 +1,109 @@
-// placeholder
+#include "simulator/synthetic_ledger.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "frame/error.h"
+#include "simulator/simulator.h"
+
+namespace ard::simulator {
+namespace {
+
+using engine::Match;
+using engine::Mode;
+
+// The same ledger, held in memory as any other.
+std::unique_ptr<Company> Copy(const Table& ledger) {
+  auto company = std::make_unique<Company>();
+  auto copy = company->NewTable(L"SalesData", ledger.columns());
+  for (std::int32_t record = 1; record <= ledger.size(); ++record) {
+    Row row;
+    for (std::size_t i = 0; i < ledger.columns().size(); ++i) row.push_back(ledger.Cell(record, i));
+    EXPECT_TRUE(copy->Store(record, std::move(row)));
+  }
+  company->Set(L"SalesData", std::move(copy));
+  return company;
+}
+
+TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
+  for (const std::int32_t accounts : {0, 1, 2, 25, 26, 27, 700}) {
+    SCOPED_TRACE(accounts);
+    const SyntheticLedger ledger(accounts);
+    const auto company = Copy(ledger);
+    const Table& copy = *company->Find(L"SalesData");
+    ASSERT_EQ(copy.size(), accounts);
+    for (std::int32_t position = 1; position <= accounts; ++position) {
+      ASSERT_EQ(ledger.RecordAt(position), copy.RecordAt(position));
+      ASSERT_EQ(ledger.PositionOf(ledger.RecordAt(position)), position);
+    }
+    for (const wchar_t* key : {L"", L"A", L"a0000001", L"A0000001 ", L"A00000010", L"B", L"m",
+                               L"M0000099", L"Z0000026", L"Z9", L"\u00C9", L"!"}) {
+      ASSERT_EQ(ledger.LowerBound(key), copy.LowerBound(key)) << key;
+      ASSERT_EQ(ledger.FindKey(key, Match::kExact), copy.FindKey(key, Match::kExact)) << key;
+      ASSERT_EQ(ledger.FindKey(key, Match::kPartial), copy.FindKey(key, Match::kPartial)) << key;
+    }
+  }
+}
+
+TEST(SyntheticLedgerTest, TenMillionAccountsCostNothingToOpenAndReach) {
+  constexpr std::int32_t kAccounts = 10'000'000;
+  const auto engine = Simulator::OpenSynthetic(kAccounts);
+  const auto workspace = engine->workspace();
+  const auto control = workspace->CreateDataFile(L"ControlData");
+  ASSERT_TRUE(control->Open(Mode::kRead));
+  EXPECT_EQ(control->GetFields()->Item(L"NO_OF_SALES")->GetValue().ToLong(), kAccounts);
+
+  const auto file = workspace->CreateDataFile(L"SalesData");
+  const auto index = workspace->CreateIndex(L"SalesIndex");
+  ASSERT_TRUE(file->Open(Mode::kRead));
+  ASSERT_TRUE(index->Open(Mode::kRead));
+  const auto ref = file->GetFields()->Item(L"ACCOUNT_REF");
+  for (wchar_t letter = L'A'; letter <= L'Z'; ++letter) {
+    ASSERT_TRUE(file->FindFirst(L"ACCOUNT_REF", std::wstring{letter, L'*'}));
+    ASSERT_EQ(ref->GetValue().ToText(), letter + std::wstring(L"0000001"));
+    index->SetKey(ref->GetValue());
+    ASSERT_TRUE(index->Find(Match::kExact));
+    ASSERT_TRUE(file->Read(index->RecordNumber()));
+    ASSERT_EQ(ref->GetValue().ToText(), letter + std::wstring(L"0000001"));
+    const std::int32_t share = (letter - L'A') * (kAccounts / 26);
+    ASSERT_NEAR(index->Position(), share + 1, 26);
+  }
+  index->MoveTo(kAccounts);
+  EXPECT_FALSE(index->MoveNext());
+  EXPECT_EQ(engine->records_read(), 26);
+}
+
+TEST(SyntheticLedgerTest, HasAccountsOfEveryKind) {
+  const SyntheticLedger ledger(2000);
+  const auto count = [&](std::wstring_view field, auto matches) {
+    int found = 0;
+    for (std::int32_t record = 1; record <= ledger.size(); ++record) {
+      found += matches(ledger.Cell(record, ledger.columns().Require(field)), record);
+    }
+    return found;
+  };
+  const auto flag = [](const Value& cell, std::int32_t) { return cell.ToBoolean(); };
+  const auto limit = ledger.columns().Require(L"CREDIT_LIMIT");
+  const auto over = [&](const Value& balance, std::int32_t record) {
+    const double most = ledger.Cell(record, limit).ToDouble();
+    return most > 0 && balance.ToDouble() > most;
+  };
+  for (const int found : {count(L"DELETED_FLAG", flag), count(L"ACCOUNT_ON_HOLD", flag),
+                          2000 - count(L"TERMS_AGREED_FLAG", flag), count(L"BALANCE", over)}) {
+    EXPECT_GT(found, 10);
+    EXPECT_LT(found, 1000);
+  }
+}
+
+TEST(SyntheticLedgerTest, IsNotWrittenAndHasItsLimits) {
+  SyntheticLedger ledger(5);
+  EXPECT_THROW(ledger.Store(1, Row(ledger.columns().size())), Error);
+  EXPECT_THROW(SyntheticLedger(-1), Error);
+  EXPECT_THROW(SyntheticLedger(200'000'001), Error);
+  EXPECT_EQ(SyntheticLedger(200'000'000).FindKey(L"Z7692307", Match::kExact), 200'000'000);
+}
+
+}  // namespace
+}  // namespace ard::simulator

@@ -48,15 +48,6 @@ Table::Table(Columns columns, std::span<const std::wstring_view> key_fields)
   }
 }
 
-std::wstring Table::KeyOf(std::int32_t record) const {
-  std::vector<Value> cells;
-  cells.reserve(key_.size());
-  for (const std::size_t column : key_) cells.push_back(Cell(record, column));
-  std::wstring key = ComposeKey(cells).value();
-  key.resize(WithoutPadding(key).size());
-  return key;
-}
-
 std::optional<std::wstring> Table::ComposeKey(std::span<const Value> cells) const {
   std::wstring key;
   std::size_t end = 0;
@@ -80,7 +71,7 @@ std::int32_t Table::FindKey(std::wstring_view key, engine::Match match) const {
   const std::wstring_view wanted = match == engine::Match::kExact ? WithoutPadding(key) : key;
   const std::int32_t position = LowerBound(wanted);
   if (position > size()) return 0;
-  const std::wstring found = KeyOf(RecordAt(position));
+  const std::wstring found = KeyAt(position);
   if (match == engine::Match::kPartial) return StartsWithIgnoreCase(found, wanted) ? position : 0;
   const bool padding_fits = key.size() == wanted.size() || key.size() == key_length_;
   return padding_fits && EqualsIgnoreCase(found, wanted) ? position : 0;

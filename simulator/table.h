@@ -35,8 +35,10 @@ class Table {
   // The cell of a record, 1..size(), empty when it holds nothing.
   virtual Value Cell(std::int32_t record, std::size_t column) const = 0;
 
-  // The record at an ordinal of the key order, both 1..size().
+  // The key order. An ordinal and a record are both 1..size().
   virtual std::int32_t RecordAt(std::int32_t position) const = 0;
+  virtual std::int32_t PositionOf(std::int32_t record) const = 0;
+  virtual std::wstring KeyAt(std::int32_t position) const = 0;
   // The first ordinal whose key does not come before `key`; size() + 1 when they all do.
   virtual std::int32_t LowerBound(std::wstring_view key) const = 0;
 
@@ -45,9 +47,6 @@ class Table {
   // Throws Error when a text is too long or the table cannot be written.
   virtual bool Store(std::int32_t record, Row row) = 0;
 
-  std::wstring KeyOf(std::int32_t record) const;
-  // The ordinal of a record in key order.
-  std::int32_t PositionOf(std::int32_t record) const { return LowerBound(KeyOf(record)); }
   // The key put together from the key cells; nothing when a text is too long for its field.
   std::optional<std::wstring> ComposeKey(std::span<const Value> cells) const;
   // A key as a caller gives it: the whole text, or the number of a table numbered by its key.

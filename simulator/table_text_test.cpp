@@ -1,1 +1,136 @@
-// placeholder
+#include "simulator/table_text.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+#include <string>
+
+#include "simulator/company.h"
+#include "simulator/company_error.h"
+#include "simulator/safe_file.h"
+
+namespace ard::simulator {
+namespace {
+
+TEST(TableTextTest, ReadsEveryTypeAndRemembersEveryLine) {
+  const std::string text =
+      "\xEF\xBB\xBF# Made up\r\n"
+      "REF:text(8)\tB:boolean\tI8:integer8\tI16:integer16\tL:long\tD:double\tC:currency\tW:date\r\n"
+      "\r\n"
+      "  Aé\\t\\n\\\\\\s\\s\tyes\t255\t-32768\t 7 \t-1.5e3\t-0.0625\t2026-02-28\r\n"
+      "# second\r\n"
+      "\\#B\t\t\t\t\t\t\t\r\n";
+  const TableText table = ParseTable(text, "T.table");
+  EXPECT_EQ(table.lines.Text(), text);
+  EXPECT_EQ(table.header_line, 2);
+  ASSERT_EQ(table.rows.size(), 2u);
+  const Row first = {L"  A\u00E9\t\n\\",   true,       std::uint8_t{255},
+                     std::int16_t{-32768}, 7,          -1500.0,
+                     Currency{-625},       Date{46081}};
+  EXPECT_EQ(table.rows[0], first);
+  EXPECT_EQ(table.rows[1], (Row{L"#B", {}, {}, {}, {}, {}, {}, {}}));
+  EXPECT_EQ(FormatRow(table.columns, first),
+            "  Aé\\t\\n\\\\\tyes\t255\t-32768\t7\t-1500\t-0.0625\t2026-02-28");
+  EXPECT_EQ(FormatRow(table.columns, table.rows[1]), table.lines[5]);
+}
+
+TEST(TableTextTest, SaysWhereAndWhatIsWrong) {
+  const std::string header = "ACCOUNT_REF:text(4)\tAGE:integer16\tON:boolean\n";
+  const std::string key = "ACCOUNT_REF:text(4)\n";
+  const struct {
+    std::string text;
+    int line;
+    int column;
+    std::string problem;
+  } cases[] = {
+      {"", 1, 1, "there is no header"},
+      {"# only a comment\n\n", 3, 1, "there is no header"},
+      {"ACCOUNT_REF\n", 1, 1, "is no column"},
+      {"ACCOUNT REF:long\n", 1, 1, "is no column"},
+      {"ACCOUNT_REF:text(4)\t\n", 1, 21, "is no column"},
+      {"ACCOUNT_REF:string\n", 1, 13, "\"string\" is no type"},
+      {"ACCOUNT_REF:text(0)\n", 1, 13, "is no type"},
+      {"ACCOUNT_REF:text(32768)\n", 1, 13, "is no type"},
+      {"ACCOUNT_REF:text(4)\taccount_ref:long\n", 1, 21, "two columns"},
+      {"NAME:text(4)\n", 1, 1, "ACCOUNT_REF is missing"},
+      {"# c\nACCOUNT_REF:double\n", 2, 1, "ACCOUNT_REF is the key"},
+      {header + "A\t1\n", 2, 4, "2 cells, the header has 3"},
+      {header + "A\t1\tno\t\n", 2, 8, "4 cells, the header has 3"},
+      {header + "é\tone\tno\n", 2, 3, "AGE takes a whole number from -32768 to 32767, not \"one\""},
+      {header + "A\t32768\tno\n", 2, 3, "AGE takes"},
+      {header + "A\t1.0\tno\n", 2, 3, "AGE takes"},
+      {header + "A\t1\tYES\n", 2, 5, "ON takes yes or no"},
+      {header + "ABCDE\t1\tno\n", 2, 1, "holds 4 characters, this text has 5"},
+      {header + "A\\x\t1\tno\n", 2, 2, "followed by"},
+      {key + "A\\", 2, 2, "followed by"},
+      {header + "A\t1\tno\n\n\xC3\xA9\xFF\t1\tno\n", 4, 2, "not UTF-8"},
+      {header + "A\xED\xA0\x80\t1\tno\n", 2, 2, "not UTF-8"},
+      {key + "A\n# c\na \n", 4, 1, "that of an earlier record"},
+      {key + "\\s\n", 2, 1, "key is blank"},
+      {"ACCOUNT_REF:text(4)\tD:date\nA\t2026-02-29\n", 2, 3, "D takes a date"},
+      {"ACCOUNT_REF:text(4)\tD:double\nA\tinf\n", 2, 3, "D takes a number"},
+      {"ACCOUNT_REF:text(4)\tC:currency\nA\t1.00001\n", 2, 3, "C takes an amount"},
+      {"ACCOUNT_REF:text(4)\tC:currency\nA\t922337203685477.5808\n", 2, 3, "C takes an amount"},
+      {"ACCOUNT_REF:text(4)\tC:currency\nA\t1.-5\n", 2, 3, "C takes an amount"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    try {
+      Company().Parse(L"SalesData", c.text, "SalesData.table");
+      ADD_FAILURE() << "no error";
+    } catch (const CompanyError& error) {
+      EXPECT_EQ(error.line(), c.line);
+      EXPECT_EQ(error.column(), c.column);
+      EXPECT_NE(error.problem().find(c.problem), std::string::npos) << error.problem();
+      EXPECT_EQ(std::string(error.what()).find("SalesData.table:"), 0u);
+    }
+  }
+}
+
+TEST(TableTextTest, WritesCellsSoThatTheyReadBackTheSame) {
+  const Columns columns = ParseColumns("T:text(9)\tD:double\tC:currency\tW:date", "");
+  const Row rows[] = {
+      {L"#\t\r\n\\ x", 0.1 + 0.2, Currency{std::numeric_limits<std::int64_t>::min()}, Date{1.5}},
+      {L"# #", -1e-300, Currency{-1}, Date{-1.25}},
+      {{}, std::numeric_limits<double>::max(), Currency{50000}, {}},
+  };
+  std::string text = "T:text(9)\tD:double\tC:currency\tW:date\n";
+  for (const Row& row : rows) text += FormatRow(columns, row) + "\n";
+  const TableText table = ParseTable(text, "T.table");
+  ASSERT_EQ(table.rows.size(), std::size(rows));
+  for (std::size_t i = 0; i < std::size(rows); ++i) EXPECT_EQ(table.rows[i], rows[i]) << text;
+
+  const Columns one = ParseColumns("T:text(9)", "");
+  EXPECT_EQ(ParseTable("T:text(9)\n" + FormatRow(one, {Value()}), "").rows.size(), 1u);
+}
+
+// Any bytes are either a table, whose rows survive being written and read again, or a CompanyError.
+TEST(TableTextTest, TakesAnyBytes) {
+  const std::string seed = ReadFile(ARD_DEMO_COMPANY "/SalesData.table").substr(0, 3000);
+  std::mt19937 random(20261121);
+  const std::string likely = "\t\n\\#:()\r 0-.\xFF\xC3";
+  int tables = 0;
+  for (int run = 0; run < 3000; ++run) {
+    std::string bytes = seed.substr(0, random() % seed.size());
+    for (unsigned changes = random() % 4; changes > 0 && !bytes.empty(); --changes) {
+      const char byte =
+          random() % 2 ? likely[random() % likely.size()] : static_cast<char>(random() % 256);
+      bytes[random() % bytes.size()] = byte;
+    }
+    try {
+      const TableText table = ParseTable(bytes, "fuzz");
+      std::string again = table.lines[static_cast<std::size_t>(table.header_line) - 1] + "\n";
+      for (const Row& row : table.rows) again += FormatRow(table.columns, row) + "\n";
+      ASSERT_EQ(ParseTable(again, "again").rows, table.rows) << bytes;
+      Company().Parse(L"SalesData", bytes, "fuzz");
+      ++tables;
+    } catch (const CompanyError&) {
+    }
+  }
+  EXPECT_GT(tables, 10);  // both outcomes have been seen
+  EXPECT_LT(tables, 2990);
+}
+
+}  // namespace
+}  // namespace ard::simulator

@@ -121,6 +121,20 @@ TEST_F(CustomersTest, WarnsAboutTheChoiceAndReturnsIt) {
   }
 }
 
+TEST_F(CustomersTest, TheTraceTellsWhatTheUserSawAndNoFieldValues) {
+  OpenUsual();
+  std::string trace;
+  environment_.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
+  Choose(2);
+  customers_.FastList();
+  customers_.GetName(L"ABC001");
+  customers_.GetName(L"NOBODY");
+  EXPECT_NE(trace.find("\tmessage\tManufacturing\tAccount is on hold.\n"), std::string::npos);
+  EXPECT_NE(trace.find("\tcall\tCustomers.FastList\t"), std::string::npos);
+  EXPECT_EQ(trace.find("ABC Ltd"), std::string::npos);
+  EXPECT_EQ(trace.find("\tskip\t"), std::string::npos) << trace;
+}
+
 TEST_F(CustomersTest, KeepsQuietWhenTheTermsWarningIsOffOrUnreadable) {
   OpenUsual(false);
   Choose(4);

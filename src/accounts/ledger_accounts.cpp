@@ -48,8 +48,7 @@ void WarnAboutChoice(const Context& context, const Ledger& ledger, const dialogs
     text = AccountWarning(account, found, choice.color == dialogs::kRed);
   }
   if (text.empty() || !IsTermsWarningOn(context)) return;
-  Attempt(context.trace(), {ledger.record, L"ShowMessage"},
-          [&] { context.environment.ShowMessage(Icon::kExclamation, text, context.app_name); });
+  context.ShowMessage(Icon::kExclamation, text, context.app_name);
 }
 
 }  // namespace

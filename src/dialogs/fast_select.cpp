@@ -104,10 +104,8 @@ bool FastSelectDialog::Accepts(const Row& row) {
   std::uint8_t type = 0;
   data_file_.Get(L"ACCOUNT_TYPE", type);
   if (type == kPostingAccount) return true;
-  Attempt(context_.trace(), {spec_.name, L"ShowMessage"}, [&] {
-    context_.environment.ShowMessage(
-        Icon::kStop, L"Entry to a major Control Account is not permitted", spec_.caption);
-  });
+  context_.ShowMessage(Icon::kStop, L"Entry to a major Control Account is not permitted",
+                       spec_.caption);
   return false;
 }
 

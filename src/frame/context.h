@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "frame/environment.h"
 
@@ -26,6 +27,14 @@ struct Context {
   std::shared_ptr<engine::Engine> engine;
 
   Trace& trace() const { return environment.trace(); }
+
+  // Shows a message with an OK button; one that cannot be shown is skipped. Both go to the trace.
+  void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) const noexcept {
+    if (Attempt(trace(), {L"Environment", L"ShowMessage"},
+                [&] { environment.ShowMessage(icon, text, title); })) {
+      trace().Shown(title, text);
+    }
+  }
 };
 
 }  // namespace ard

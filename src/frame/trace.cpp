@@ -91,6 +91,15 @@ void Trace::Called(std::wstring_view object, std::wstring_view member,
   }
 }
 
+void Trace::Shown(std::wstring_view title, std::wstring_view text) noexcept {
+  if (!on_) return;
+  try {
+    Write(Now() + "\tmessage\t" + Cell(title) + '\t' + Cell(text));
+  } catch (...) {
+    // As above.
+  }
+}
+
 void Trace::Write(std::string_view line) {
   const std::lock_guard lock(mutex_);
   sink_(line);

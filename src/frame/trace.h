@@ -39,6 +39,9 @@ class Trace {
   void Called(std::wstring_view object, std::wstring_view member, std::wstring_view result_type,
               std::chrono::steady_clock::duration duration) noexcept;
 
+  // Notes that the user has seen a message.
+  void Shown(std::wstring_view title, std::wstring_view text) noexcept;
+
  private:
   void Write(std::string_view line);
 
