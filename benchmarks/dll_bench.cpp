@@ -192,8 +192,8 @@ bool Run(const wchar_t* company, const wchar_t* script) {
     SysFreeString(name);
   };
 
-  Bstr name_by_hand;
-  *name_by_hand.Receive() = NameByHand(workspace.get(), acc_ref.get());
+  const Bstr name_by_hand = Bstr::Adopt(NameByHand(workspace.get(), acc_ref.get()));
+
   Bstr name_by_library;
   Check(customers->GetName(acc_ref.get(), name_by_library.Receive()), "GetName");
   if (name_by_hand.view() != name_by_library.view() || name_by_hand.view().empty()) {

@@ -2,6 +2,10 @@
 # Applied to each target of the project, not globally, because foreign code is built along with it.
 function(ard_warnings)
   foreach(target IN LISTS ARGN)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+      # GCC 12 sees overlapping copies in any `literal + std::wstring` (its bug 105651).
+      target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
+    target_compile_options(${target} BEFORE PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
   endforeach()
 endfunction()

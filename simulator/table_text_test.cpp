@@ -111,7 +111,7 @@ TEST(TableTextTest, TakesAnyBytes) {
   std::mt19937 random(20261121);
   const std::string likely = "\t\n\\#:()\r 0-.\xFF\xC3";
   int tables = 0;
-  for (int run = 0; run < 3000; ++run) {
+  for (int run = 0; run < 1500; ++run) {
     std::string bytes = seed.substr(0, random() % seed.size());
     for (unsigned changes = random() % 4; changes > 0 && !bytes.empty(); --changes) {
       const char byte =
@@ -129,7 +129,7 @@ TEST(TableTextTest, TakesAnyBytes) {
     }
   }
   EXPECT_GT(tables, 10);  // both outcomes have been seen
-  EXPECT_LT(tables, 2990);
+  EXPECT_LT(tables, 1490);
 }
 
 }  // namespace

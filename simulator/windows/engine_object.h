@@ -1,0 +1,25 @@
+// ArdSimulator.Engine: the simulated accounts engine as a host creates it.
+#ifndef ARD_SIMULATOR_WINDOWS_ENGINE_OBJECT_H_
+#define ARD_SIMULATOR_WINDOWS_ENGINE_OBJECT_H_
+
+#include "simulator/windows/automation.h"
+
+namespace ard::simulator {
+
+// An engine without a company. Its members, beside the accounts engine's own `LastError`:
+//   Open(folder)             opens the company in that folder; True, or an error that says what is
+//                            wrong with it
+//   OpenSynthetic(accounts)  opens a made-up company with that many customers; True
+//   Workspace                the workspace of the company, for the library's ArdWorkspace
+//   FailFrom(n, persist)     the n-th operation from now on fails, and all later ones if `persist`
+//                            is True; n = 0: none fails
+//   Operations, RecordsRead  how many operations engine objects have carried out and how many
+//                            records they have read since the company was opened
+//   OpenFiles                how many of their files are open
+//   LivingObjects            how many engine objects, and automation objects that stand for them,
+//                            have not been released; the workspace and the engine do not count
+ComPtr<IDispatch> CreateEngineObject();
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_WINDOWS_ENGINE_OBJECT_H_

@@ -1,0 +1,62 @@
+#include "windows/dialogs/metrics.h"
+
+#include <string_view>
+
+namespace ard::windows {
+namespace {
+
+class ScreenDc {
+ public:
+  ScreenDc() = default;
+  ScreenDc(const ScreenDc&) = delete;
+  ScreenDc& operator=(const ScreenDc&) = delete;
+  ~ScreenDc() { ReleaseDC(nullptr, dc_); }
+
+  HDC get() const { return dc_; }
+
+ private:
+  HDC dc_ = GetDC(nullptr);
+};
+
+UINT ScreenDpi() { return static_cast<UINT>(GetDeviceCaps(ScreenDc().get(), LOGPIXELSY)); }
+
+HFONT CreateMessageFont(UINT dpi) {
+  NONCLIENTMETRICSW metrics = {};
+  metrics.cbSize = sizeof(metrics);
+  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
+  // The system gives the font for the screen's DPI.
+  LOGFONTW& font = metrics.lfMessageFont;
+  font.lfHeight = MulDiv(font.lfHeight, static_cast<int>(dpi), static_cast<int>(ScreenDpi()));
+  return CreateFontIndirectW(&font);
+}
+
+}  // namespace
+
+UINT DpiOf(HWND window) {
+  // Only Windows 10 and later have it.
+  using GetDpiForWindowFunction = UINT(WINAPI*)(HWND);
+  const auto get_dpi_for_window = reinterpret_cast<GetDpiForWindowFunction>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow")));
+  const UINT dpi = get_dpi_for_window ? get_dpi_for_window(window) : 0;
+  return dpi ? dpi : ScreenDpi();
+}
+
+Metrics::Metrics(UINT dpi) : font_(CreateMessageFont(dpi)) {
+  // The base units as the dialog manager defines them: the average width of these letters, and the
+  // height of the font.
+  constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  constexpr int kCount = static_cast<int>(kLetters.size());
+  const ScreenDc dc;
+  const HGDIOBJ previous = SelectObject(dc.get(), font_);
+  SIZE extent = {};
+  TEXTMETRICW text = {};
+  GetTextExtentPoint32W(dc.get(), kLetters.data(), kCount, &extent);
+  GetTextMetricsW(dc.get(), &text);
+  SelectObject(dc.get(), previous);
+  base_width_ = (static_cast<int>(extent.cx) + kCount / 2) / kCount;
+  base_height_ = static_cast<int>(text.tmHeight);
+}
+
+Metrics::~Metrics() { DeleteObject(font_); }
+
+}  // namespace ard::windows

@@ -1,0 +1,35 @@
+// The measures of a dialog: the system's message font at a DPI, and the dialog units that follow
+// from that font. Every size of a window comes from here, so that it fits whatever the screen.
+#ifndef ARD_WINDOWS_DIALOGS_METRICS_H_
+#define ARD_WINDOWS_DIALOGS_METRICS_H_
+
+#include <windows.h>
+
+namespace ard::windows {
+
+// The DPI at which the system shows `window`; the screen's where windows have none of their own.
+UINT DpiOf(HWND window);
+
+class Metrics {
+ public:
+  explicit Metrics(UINT dpi);
+  Metrics(const Metrics&) = delete;
+  Metrics& operator=(const Metrics&) = delete;
+  ~Metrics();
+
+  HFONT font() const { return font_; }
+
+  // Dialog units, and a number of average characters, in pixels.
+  int X(int units) const { return MulDiv(units, base_width_, 4); }
+  int Y(int units) const { return MulDiv(units, base_height_, 8); }
+  int Characters(int count) const { return count * base_width_; }
+
+ private:
+  HFONT font_;
+  int base_width_;
+  int base_height_;
+};
+
+}  // namespace ard::windows
+
+#endif  // ARD_WINDOWS_DIALOGS_METRICS_H_

@@ -1,0 +1,226 @@
+#include "windows/dialogs/modal_window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "windows/dialogs/activation_context.h"
+
+namespace ard::windows {
+namespace {
+
+// Disables the calling thread's other windows, as a modal window does; not only the owner, since
+// nothing of the host may call the library while one of its methods is waiting for the user.
+class Modality {
+ public:
+  explicit Modality(HWND window) : window_(window) {
+    EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(this));
+    for (const HWND other : disabled_) EnableWindow(other, FALSE);
+  }
+  Modality(const Modality&) = delete;
+  Modality& operator=(const Modality&) = delete;
+  ~Modality() {
+    for (const HWND other : disabled_) EnableWindow(other, TRUE);
+  }
+
+ private:
+  static BOOL CALLBACK Collect(HWND other, LPARAM self) noexcept {
+    auto* modality = reinterpret_cast<Modality*>(self);
+    if (other == modality->window_ || !IsWindowVisible(other) || !IsWindowEnabled(other)) {
+      return TRUE;
+    }
+    try {
+      modality->disabled_.push_back(other);
+      return TRUE;
+    } catch (...) {
+      return FALSE;
+    }
+  }
+
+  HWND window_;
+  std::vector<HWND> disabled_;
+};
+
+BOOL CALLBACK SetFontOf(HWND control, LPARAM font) noexcept {
+  SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
+  return TRUE;
+}
+
+// A newer system would resize the dialog's controls by itself when the DPI changes, and get in the
+// way of our own layout.
+void KeepLayoutOurs(HWND window) {
+  using SetBehavior = BOOL(WINAPI*)(HWND, int mask, int values);
+  constexpr int kDisableAll = 7;
+  const auto set_behavior = reinterpret_cast<SetBehavior>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior")));
+  if (set_behavior) set_behavior(window, kDisableAll, kDisableAll);
+}
+
+RECT WorkAreaOf(HMONITOR monitor) {
+  MONITORINFO info = {};
+  info.cbSize = sizeof(info);
+  GetMonitorInfoW(monitor, &info);
+  return info.rcWork;
+}
+
+}  // namespace
+
+void ModalWindow::Run(HINSTANCE module) {
+  const ActivationContext visual_styles(module);
+  INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
+  InitCommonControlsEx(&classes);
+
+  const HWND owner = GetActiveWindow();
+  const HWND focus = GetFocus();
+  const bool resizable = border_ == Border::kResizable;
+  Create(module, owner,
+         WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | (resizable ? WS_THICKFRAME : 0),
+         WS_EX_DLGMODALFRAME);
+  KeepLayoutOurs(handle());
+  SetWindowTextW(handle(), Caption());
+  CreateControls(module);
+  if (resizable) {
+    size_grip_ = CreateControl(handle(), {WC_SCROLLBARW, L"", SBS_SIZEGRIP | WS_CLIPSIBLINGS});
+  }
+  OpenNear(owner);
+  {
+    const Modality modality(handle());
+    ShowWindow(handle(), SW_SHOWNORMAL);
+    SetFocus(InitialFocus());
+    Loop();
+    if (!finished_) CloseBox();
+  }
+  const bool was_active = handle() && GetActiveWindow() == handle();
+  Destroy();
+  if (was_active && IsWindow(focus)) SetFocus(focus);
+}
+
+// Centred on the owner, or else on the work area, and never larger than that.
+void ModalWindow::OpenNear(HWND owner) {
+  const HMONITOR monitor = MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY);
+  const RECT work = WorkAreaOf(monitor);
+  // On that monitor first: only there is its DPI known.
+  SetWindowPos(handle(), nullptr, work.left, work.top, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  SetMetrics(DpiOf(handle()));
+
+  const SIZE initial = InitialSize();
+  const SIZE frame = FrameOf(handle());
+  const LONG width = std::min(initial.cx + frame.cx, work.right - work.left);
+  const LONG height = std::min(initial.cy + frame.cy, work.bottom - work.top);
+  RECT around = work;
+  if (IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
+  const LONG x = around.left + (around.right - around.left - width) / 2;
+  const LONG y = around.top + (around.bottom - around.top - height) / 2;
+  Place(handle(), static_cast<int>(std::clamp(x, work.left, work.right - width)),
+        static_cast<int>(std::clamp(y, work.top, work.bottom - height)), static_cast<int>(width),
+        static_cast<int>(height));
+  LayoutClient();
+  Opened();
+}
+
+void ModalWindow::Loop() {
+  MSG message;
+  while (!finished_ && handle()) {
+    const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+    if (got <= 0) {
+      // The host's own loop has to see it, too.
+      if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
+      return;
+    }
+    if (handle() && IsDialogMessageW(handle(), &message)) continue;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+void ModalWindow::Finish() {
+  finished_ = true;
+  // A handler may have been called while the loop goes on waiting for a message: by SendMessage.
+  PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+}
+
+std::optional<LRESULT> ModalWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_SIZE:
+      LayoutClient();
+      return 0;
+    case WM_GETMINMAXINFO:
+      LimitSize(*reinterpret_cast<MINMAXINFO*>(lparam));
+      return 0;
+    case WM_DPICHANGED: {
+      SetMetrics(LOWORD(wparam));
+      const RECT& rect = *reinterpret_cast<const RECT*>(lparam);
+      Place(handle(), static_cast<int>(rect.left), static_cast<int>(rect.top),
+            static_cast<int>(rect.right - rect.left), static_cast<int>(rect.bottom - rect.top));
+      LayoutClient();
+      return 0;
+    }
+    case WM_SETTINGCHANGE:
+      if (wparam != SPI_SETNONCLIENTMETRICS) return std::nullopt;
+      SetMetrics(DpiOf(handle()));
+      LayoutClient();
+      return 0;
+    case WM_COMMAND:
+      if (HIWORD(wparam) != BN_CLICKED) return std::nullopt;
+      Command(LOWORD(wparam));
+      return 0;
+    case WM_CLOSE:
+      CloseBox();
+      return 0;
+    case WM_DESTROY:
+      // Not by us, but along with its owner.
+      CloseBox();
+      return std::nullopt;
+    case WM_MOUSEWHEEL:
+      Wheel(GET_WHEEL_DELTA_WPARAM(wparam));
+      return 0;
+    default:
+      return std::nullopt;
+  }
+}
+
+void ModalWindow::SetMetrics(UINT dpi) {
+  // The controls use the previous font until they have the next.
+  auto next = std::make_unique<Metrics>(dpi);
+  EnumChildWindows(handle(), SetFontOf, reinterpret_cast<LPARAM>(next->font()));
+  metrics_ = std::move(next);
+  MetricsChanged();
+}
+
+void ModalWindow::LayoutClient() {
+  if (!metrics_) return;
+  const SIZE client = ClientOf(handle());
+  Layout(client);
+  if (!size_grip_) return;
+  const int side = GetSystemMetrics(SM_CXVSCROLL);
+  Place(size_grip_, static_cast<int>(client.cx) - side, static_cast<int>(client.cy) - side, side,
+        side);
+}
+
+void ModalWindow::LimitSize(MINMAXINFO& limits) const {
+  if (!metrics_) return;
+  const SIZE minimum = MinimumSize();
+  const SIZE frame = FrameOf(handle());
+  limits.ptMinTrackSize = {minimum.cx + frame.cx, minimum.cy + frame.cy};
+}
+
+HWND ModalWindow::AddButton(int id, const wchar_t* text) {
+  const DWORD kind = id == IDOK ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+  return CreateControl(handle(), {WC_BUTTONW, text, WS_TABSTOP | kind, id});
+}
+
+void ModalWindow::LayoutButtons(SIZE client, std::span<const HWND> buttons) const {
+  const int width = metrics().X(kButtonWidth);
+  const int height = metrics().Y(kButtonHeight);
+  const int top = static_cast<int>(client.cy) - metrics().Y(kMargin) - height;
+  int right = static_cast<int>(client.cx) - metrics().X(kMargin);
+  for (auto button = buttons.rbegin(); button != buttons.rend(); ++button) {
+    Place(*button, right - width, top, width, height);
+    right -= width + metrics().X(kGap);
+  }
+}
+
+}  // namespace ard::windows

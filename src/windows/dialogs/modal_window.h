@@ -1,0 +1,74 @@
+// ModalWindow: what every dialog window of the library has in common. It is owned by the host's
+// active window and runs its own message loop, during which the host's other windows are disabled;
+// it follows the system's font, the screen's DPI and the visual styles.
+#ifndef ARD_WINDOWS_DIALOGS_MODAL_WINDOW_H_
+#define ARD_WINDOWS_DIALOGS_MODAL_WINDOW_H_
+
+#include <memory>
+#include <optional>
+#include <span>
+
+#include "windows/dialogs/dialog_window.h"
+#include "windows/dialogs/metrics.h"
+
+namespace ard::windows {
+
+// The distances that Windows dialogs keep, in dialog units.
+inline constexpr int kMargin = 7;
+inline constexpr int kGap = 4;
+inline constexpr int kButtonWidth = 50;
+inline constexpr int kButtonHeight = 14;
+
+class ModalWindow : protected DialogWindow {
+ public:
+  // Shows the window and returns once Finish has been called. When the window goes any other way
+  // (its owner is destroyed, the host's thread is told to quit), CloseBox is called first.
+  // Throws Error when the window cannot be created.
+  void Run(HINSTANCE module);
+
+ protected:
+  enum class Border { kFixed, kResizable };
+
+  explicit ModalWindow(Border border) : border_(border) {}
+
+  // What the derived window adds, in the order in which it is called. Sizes are those of the
+  // client area, in pixels.
+  virtual const wchar_t* Caption() const = 0;
+  virtual void CreateControls(HINSTANCE module) = 0;
+  virtual void MetricsChanged() {}  // the controls have got their font
+  virtual SIZE InitialSize() const = 0;
+  virtual SIZE MinimumSize() const { return InitialSize(); }
+  virtual void Layout(SIZE client) = 0;
+  virtual void Opened() {}  // the size is settled, the window about to be seen
+  virtual HWND InitialFocus() const = 0;
+  virtual void Command(int id) = 0;  // Enter arrives as IDOK, Esc as IDCANCEL
+  virtual void CloseBox() = 0;
+  virtual void Wheel(int /*delta*/) {}  // turned over the window or one of its buttons
+
+  // Ends Run, from within any handler.
+  void Finish();
+
+  const Metrics& metrics() const { return *metrics_; }
+
+  HWND AddButton(int id, const wchar_t* text);
+  // Puts the buttons side by side into the lower right corner.
+  void LayoutButtons(SIZE client, std::span<const HWND> buttons) const;
+
+  std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+ private:
+  void OpenNear(HWND owner);
+  void Loop();
+  void SetMetrics(UINT dpi);
+  void LayoutClient();
+  void LimitSize(MINMAXINFO& limits) const;
+
+  Border border_;
+  std::unique_ptr<Metrics> metrics_;
+  HWND size_grip_ = nullptr;
+  bool finished_ = false;
+};
+
+}  // namespace ard::windows
+
+#endif  // ARD_WINDOWS_DIALOGS_MODAL_WINDOW_H_

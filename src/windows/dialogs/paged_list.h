@@ -1,0 +1,95 @@
+// PagedList: a list model as a list view with a scroll bar of its own. The list view holds the rows
+// of the page shown and nothing else, so that the list may be of any length; the scroll bar covers
+// the whole row count. Everything that the user does goes to the model, and what the model then
+// shows and has selected is drawn.
+#ifndef ARD_WINDOWS_DIALOGS_PAGED_LIST_H_
+#define ARD_WINDOWS_DIALOGS_PAGED_LIST_H_
+
+// clang-format off
+#include <windows.h>  // before any other header of the system
+#include <commctrl.h>
+// clang-format on
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "dialogs/list_model.h"
+#include "windows/dialogs/dialog_window.h"
+#include "windows/dialogs/metrics.h"
+
+namespace ard::windows {
+
+class PagedList : private DialogWindow {
+ public:
+  struct Events {
+    std::function<void(wchar_t key)> key_press;  // a character
+    std::function<void()> double_click;
+    std::function<void()> changed;  // after anything that may have changed the model
+  };
+
+  PagedList(dialogs::ListModel& model, Events events) : model_(model), events_(std::move(events)) {}
+  ~PagedList() override;
+
+  // The owner window calls these in this order. No page is asked for before Open.
+  void Create(HINSTANCE module, HWND parent);
+  void SetMetrics(const Metrics& metrics);  // again, before Move, when they have changed
+  SIZE SizeFor(int rows) const;             // with every column at its width
+  void Move(int x, int y, int width, int height);
+  void Open();
+
+  // Draws what the model now shows.
+  void Refresh() {
+    Do([] {});
+  }
+  void Wheel(int delta);
+
+  // The window that takes the focus.
+  HWND focus_window() const { return list_; }
+
+ private:
+  std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
+  std::optional<LRESULT> HandleNotification(NMHDR& notification);
+  std::optional<LRESULT> CustomDraw(NMLVCUSTOMDRAW& draw) const;
+  void GetText(LVITEMW& item) const;
+  std::optional<LRESULT> PaintBorder(WPARAM region) const;
+
+  // The list view's own messages, before it sees them.
+  static LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wparam,
+                                        LPARAM lparam) noexcept;
+  std::optional<LRESULT> HandleList(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT CallList(UINT message, WPARAM wparam, LPARAM lparam) const;
+  bool HandleKey(WPARAM key);
+  void Click(POINT point);
+  void DoubleClick(POINT point);
+  int RowAt(POINT point) const;
+
+  void Scroll(int code);
+  void Do(const std::function<void()>& action);
+  void Draw();
+  void MeasureRows();
+  void LayoutList();
+  void FitLastColumn();
+  void DrawSelection();
+  void DrawScrollBar() const;
+  HWND Header() const;
+  int ColumnWidth(int column) const;
+  int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
+
+  dialogs::ListModel& model_;
+  Events events_;
+  HWND list_ = nullptr;
+  WNDPROC list_procedure_ = nullptr;
+  // The page drawn: painting must not depend on the model, which may just be at work.
+  std::vector<dialogs::Row> page_;
+  int character_width_ = 0;
+  int header_height_ = 0;
+  int row_height_ = 0;
+  int wheel_ = 0;  // turned but not yet scrolled, in rows times WHEEL_DELTA
+  bool open_ = false;
+  bool busy_ = false;  // the model's handlers must not be re-entered
+};
+
+}  // namespace ard::windows
+
+#endif  // ARD_WINDOWS_DIALOGS_PAGED_LIST_H_

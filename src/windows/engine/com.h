@@ -1,0 +1,122 @@
+// Owners of automation's resources: interface pointers, strings and variants.
+#ifndef ARD_WINDOWS_ENGINE_COM_H_
+#define ARD_WINDOWS_ENGINE_COM_H_
+
+#include <windows.h>
+// After windows.h.
+#include <oleauto.h>
+
+#include <string_view>
+#include <utility>
+
+#include "frame/error.h"
+
+namespace ard::windows {
+
+// A counted reference to a COM object.
+template <class Interface>
+class ComPtr {
+ public:
+  ComPtr() = default;
+  // Shares `pointer` with its owner.
+  explicit ComPtr(Interface* pointer) : pointer_(pointer) {
+    if (pointer_) pointer_->AddRef();
+  }
+  ComPtr(const ComPtr& other) : ComPtr(other.pointer_) {}
+  ComPtr(ComPtr&& other) noexcept : pointer_(other.Detach()) {}
+  ComPtr& operator=(ComPtr other) noexcept {
+    std::swap(pointer_, other.pointer_);
+    return *this;
+  }
+  ~ComPtr() {
+    if (pointer_) pointer_->Release();
+  }
+
+  // Takes over a reference that the caller owns.
+  static ComPtr Adopt(Interface* pointer) {
+    ComPtr result;
+    result.pointer_ = pointer;
+    return result;
+  }
+
+  Interface* get() const { return pointer_; }
+  Interface* operator->() const { return pointer_; }
+  explicit operator bool() const { return pointer_ != nullptr; }
+
+  // Gives the reference to the caller.
+  Interface* Detach() { return std::exchange(pointer_, nullptr); }
+  // Where a function stores a reference that it hands out.
+  Interface** Receive() {
+    *this = ComPtr();
+    return &pointer_;
+  }
+
+ private:
+  Interface* pointer_ = nullptr;
+};
+
+// The characters of an automation string, embedded NULs included; a null one is empty.
+inline std::wstring_view View(BSTR text) { return {text ? text : L"", SysStringLen(text)}; }
+
+// Throws Error when there is no memory for it.
+inline BSTR NewBstr(std::wstring_view text) {
+  const BSTR result = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+  if (!result) throw Error(kErrorOutOfMemory, L"Out of memory.");
+  return result;
+}
+
+// An automation string.
+class Bstr {
+ public:
+  Bstr() = default;
+  explicit Bstr(std::wstring_view text) : text_(NewBstr(text)) {}
+  Bstr(Bstr&& other) noexcept : text_(other.Detach()) {}
+  Bstr& operator=(Bstr&& other) noexcept {
+    std::swap(text_, other.text_);
+    return *this;
+  }
+  ~Bstr() { SysFreeString(text_); }
+
+  // Takes over a string that the caller owns.
+  static Bstr Adopt(BSTR text) {
+    Bstr result;
+    result.text_ = text;
+    return result;
+  }
+
+  BSTR get() const { return text_; }
+  std::wstring_view view() const { return View(text_); }
+  BSTR Detach() { return std::exchange(text_, nullptr); }
+  BSTR* Receive() {
+    SysFreeString(Detach());
+    return &text_;
+  }
+
+ private:
+  BSTR text_ = nullptr;
+};
+
+// A VARIANT that is cleared when it goes. It adds no member, so that an array of them is an array
+// of arguments.
+class ScopedVariant : public VARIANT {
+ public:
+  ScopedVariant() : VARIANT{} {}
+  ScopedVariant(const ScopedVariant&) = delete;
+  ScopedVariant(ScopedVariant&& other) noexcept : VARIANT(other.Detach()) {}
+  ScopedVariant& operator=(ScopedVariant&& other) noexcept {
+    std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
+    return *this;
+  }
+  // Empty ones, numbers and dates own nothing.
+  ~ScopedVariant() {
+    if (vt > VT_DATE) VariantClear(this);
+  }
+
+  // Gives the content to the caller.
+  VARIANT Detach() { return std::exchange(static_cast<VARIANT&>(*this), VARIANT{}); }
+};
+static_assert(sizeof(ScopedVariant) == sizeof(VARIANT));
+
+}  // namespace ard::windows
+
+#endif  // ARD_WINDOWS_ENGINE_COM_H_

@@ -1,0 +1,382 @@
+#include "windows/engine/late_bound.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "windows/engine/dispatch_ids.h"
+#include "windows/engine/variant.h"
+
+namespace ard::windows {
+namespace {
+
+using engine::Match;
+using engine::Mode;
+
+constexpr LCID kLocale = LOCALE_USER_DEFAULT;
+
+std::wstring SystemText(HRESULT result) {
+  wchar_t text[512];
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                static_cast<DWORD>(result), 0, text, std::size(text), nullptr);
+  while (length > 0 && text[length - 1] <= L' ') --length;
+  return length > 0 ? std::wstring(text, length) : L"The automation call failed.";
+}
+
+// Throws what a server says about a failing call of its own.
+[[noreturn]] void ThrowException(EXCEPINFO& info) {
+  if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
+  const Bstr source = Bstr::Adopt(info.bstrSource);
+  const Bstr description = Bstr::Adopt(info.bstrDescription);
+  const Bstr help_file = Bstr::Adopt(info.bstrHelpFile);
+  const std::int32_t code = info.scode != 0 ? static_cast<std::int32_t>(info.scode) : info.wCode;
+  throw Error(code, std::wstring(description.view()));
+}
+
+// Each kind of argument, stored in a variant that is empty at first.
+void Store(VARIANT& argument, std::wstring_view text) {
+  argument.bstrVal = NewBstr(text);
+  argument.vt = VT_BSTR;
+}
+
+void Store(VARIANT& argument, std::int32_t number) {
+  argument.vt = VT_I4;
+  argument.lVal = number;
+}
+
+void Store(VARIANT& argument, LONG* number) {
+  argument.vt = VT_BYREF | VT_I4;
+  argument.plVal = number;
+}
+
+void Store(VARIANT& argument, Mode mode) { Store(argument, static_cast<std::int32_t>(mode)); }
+
+void Store(VARIANT& argument, Match match) {
+  argument.vt = VT_BOOL;
+  argument.boolVal = match == Match::kPartial ? VARIANT_TRUE : VARIANT_FALSE;
+}
+
+void Store(VARIANT& argument, const Value& value) { argument = ToVariant(value).Detach(); }
+
+// Arguments as a call takes them: on the stack, the last one first.
+template <class... Arguments>
+std::array<ScopedVariant, sizeof...(Arguments)> Reversed(const Arguments&... arguments) {
+  std::array<ScopedVariant, sizeof...(Arguments)> list;
+  [[maybe_unused]] std::size_t next = list.size();
+  (Store(list[--next], arguments), ...);
+  return list;
+}
+
+// An object of the engine.
+class LateBound {
+ public:
+  explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+
+  // Calls a member that has a result.
+  template <class... Arguments>
+  ScopedVariant Ask(DISPID id, const Arguments&... arguments) const {
+    auto list = Reversed(arguments...);
+    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
+    ScopedVariant result;
+    Invoke(id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, &result);
+    return result;
+  }
+
+  bool AskBoolean(DISPID id, const auto&... arguments) const {
+    const ScopedVariant answer = Ask(id, arguments...);
+    return answer.vt == VT_BOOL ? answer.boolVal != VARIANT_FALSE : FromVariant(answer).ToBoolean();
+  }
+  std::int32_t AskLong(DISPID id) const { return FromVariant(Ask(id)).ToLong(); }
+  std::wstring AskText(DISPID id) const { return FromVariant(Ask(id)).ToText(); }
+  ComPtr<IDispatch> AskObject(DISPID id, const auto&... arguments) const {
+    return ToDispatch(Ask(id, arguments...));
+  }
+
+  // Calls a member that has none.
+  template <class... Arguments>
+  void Do(DISPID id, const Arguments&... arguments) const {
+    auto list = Reversed(arguments...);
+    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
+    Invoke(id, DISPATCH_METHOD, parameters, nullptr);
+  }
+
+  template <class Argument>
+  void Put(DISPID id, const Argument& argument) const {
+    ScopedVariant value;
+    Store(value, argument);
+    DISPID what = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters = {&value, &what, 1, 1};
+    Invoke(id, DISPATCH_PROPERTYPUT, parameters, nullptr);
+  }
+
+  DISPID LookUp(const wchar_t* name) const {
+    auto* text = const_cast<LPOLESTR>(name);
+    DISPID id = DISPID_UNKNOWN;
+    const HRESULT result = object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);
+    if (FAILED(result)) throw Error(result, SystemText(result));
+    return id;
+  }
+
+ private:
+  void Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const {
+    EXCEPINFO exception{};
+    UINT wrong_argument = 0;
+    const HRESULT outcome = object_->Invoke(id, IID_NULL, kLocale, flags, &parameters, result,
+                                            &exception, &wrong_argument);
+    if (SUCCEEDED(outcome)) return;
+    if (outcome == DISP_E_EXCEPTION) ThrowException(exception);
+    throw Error(outcome, SystemText(outcome));
+  }
+
+  ComPtr<IDispatch> object_;
+};
+
+// The ids of the members that are looked up by name, as far as they are known, for one type of
+// object that has fields.
+class NamedIds {
+ public:
+  NamedIds() { ids_.fill(DISPID_UNKNOWN); }
+
+  DISPID Get(const LateBound& object, NamedMember member) {
+    DISPID& id = ids_[member];
+    if (id == DISPID_UNKNOWN) id = object.LookUp(kMemberNames[member]);
+    return id;
+  }
+
+ private:
+  std::array<DISPID, kNamedMembers> ids_;
+};
+
+// What a workspace and everything created through it share, until the last of them is gone: the ids
+// that are known, and the memory of the wrappers. Every call of a host makes and drops a handful of
+// them, so their memory is kept for the next call. All of it belongs to one apartment, that is to
+// one thread.
+class Session {
+ public:
+  Session() = default;
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  void AddRef() { ++references_; }
+  void Release() {
+    if (--references_ == 0) delete this;
+  }
+
+  NamedIds data_file_ids;
+  NamedIds record_ids;
+
+  // Memory for one wrapper, which holds a reference to the session until it is given back.
+  void* Take() {
+    Block* block = free_;
+    if (block) free_ = block->next;
+    if (!block) block = new Block;
+    block->session = this;
+    AddRef();
+    return block->content;
+  }
+  static void GiveBack(void* content) {
+    auto* block = reinterpret_cast<Block*>(static_cast<char*>(content) - offsetof(Block, content));
+    Session* session = block->session;
+    block->next = std::exchange(session->free_, block);
+    session->Release();
+  }
+
+  static constexpr std::size_t kContentSize = 4 * sizeof(void*);
+
+ private:
+  struct Block {
+    Session* session;
+    Block* next;
+    alignas(std::max_align_t) char content[kContentSize];
+  };
+
+  ~Session() {
+    while (free_) delete std::exchange(free_, free_->next);
+  }
+
+  ULONG references_ = 0;
+  Block* free_ = nullptr;
+};
+
+// A wrapper in the memory of its session.
+template <class Interface>
+class Wrapper : public Interface {
+ public:
+  static void* operator new(std::size_t, Session& session) { return session.Take(); }
+  static void operator delete(void* memory) { Session::GiveBack(memory); }
+  static void operator delete(void* memory, Session&) { Session::GiveBack(memory); }
+
+  Wrapper(Session& session, ComPtr<IDispatch> object)
+      : object_(std::move(object)), session_(session) {}
+
+ protected:
+  LateBound object_;
+  Session& session_;
+};
+
+template <class Wrapped, class... Arguments>
+std::unique_ptr<Wrapped> Wrap(Session& session, ComPtr<IDispatch> object, Arguments&... arguments) {
+  static_assert(sizeof(Wrapped) <= Session::kContentSize);
+  return std::unique_ptr<Wrapped>(new (session) Wrapped(session, std::move(object), arguments...));
+}
+
+class LateField : public Wrapper<engine::Field> {
+ public:
+  LateField(Session& session, ComPtr<IDispatch> object, NamedIds& ids)
+      : Wrapper(session, std::move(object)), ids_(ids) {}
+
+  std::wstring Name() override { return object_.AskText(ids_.Get(object_, kFieldName)); }
+  std::int32_t Type() override { return object_.AskLong(FieldId::kType); }
+  Value GetValue() override { return FromVariant(object_.Ask(ids_.Get(object_, kFieldValue))); }
+  void SetValue(const Value& value) override { object_.Put(ids_.Get(object_, kFieldValue), value); }
+
+ private:
+  NamedIds& ids_;
+};
+
+class LateFields : public Wrapper<engine::Fields> {
+ public:
+  LateFields(Session& session, ComPtr<IDispatch> object, NamedIds& ids)
+      : Wrapper(session, std::move(object)), ids_(ids) {}
+
+  std::unique_ptr<engine::Field> Item(std::wstring_view name) override {
+    return Wrap<LateField>(session_, object_.AskObject(FieldsId::kItemByName, name), ids_);
+  }
+  std::unique_ptr<engine::Field> Item(std::int32_t position) override {
+    const DISPID item = ids_.Get(object_, kFieldsItem);
+    return Wrap<LateField>(session_, object_.AskObject(item, position), ids_);
+  }
+  std::int32_t Count() override { return object_.AskLong(ids_.Get(object_, kFieldsCount)); }
+
+ private:
+  NamedIds& ids_;
+};
+
+class LateDataFile : public Wrapper<engine::DataFileObject> {
+ public:
+  using Wrapper::Wrapper;
+
+  bool Open(Mode mode) override { return object_.AskBoolean(DataFileId::kOpen, mode); }
+  bool Read(std::int32_t record) override {
+    LONG number = record;
+    return object_.AskBoolean(DataFileId::kRead, &number);
+  }
+  std::int32_t Count() override { return object_.AskLong(DataFileId::kCount); }
+  std::unique_ptr<engine::Fields> GetFields() override {
+    return Wrap<LateFields>(session_, object_.AskObject(DataFileId::kFields),
+                            session_.data_file_ids);
+  }
+  bool FindFirst(std::wstring_view field, const Value& value) override {
+    return object_.AskBoolean(DataFileId::kFindFirst, field, value);
+  }
+  bool FindNext(std::wstring_view field, const Value& value) override {
+    return object_.AskBoolean(DataFileId::kFindNext, field, value);
+  }
+  bool Write(std::int32_t record) override {
+    return object_.AskBoolean(DataFileId::kWrite, record);
+  }
+  void Close() override { object_.Do(DataFileId::kClose); }
+};
+
+class LateRecord : public Wrapper<engine::RecordObject> {
+ public:
+  using Wrapper::Wrapper;
+
+  std::unique_ptr<engine::Fields> GetFields() override {
+    return Wrap<LateFields>(session_, object_.AskObject(RecordId::kFields), session_.record_ids);
+  }
+  bool Find(Match match) override { return object_.AskBoolean(RecordId::kFind, match); }
+  void MoveFirst() override { object_.Do(RecordId::kMoveFirst); }
+  bool MoveNext() override { return object_.AskBoolean(RecordId::kMoveNext); }
+  void AddNew() override { object_.Do(RecordId::kAddNew); }
+  void Edit() override { object_.Do(RecordId::kEdit); }
+  bool Update() override { return object_.AskBoolean(RecordId::kUpdate); }
+  void SetExtraText(std::wstring_view text) override { object_.Put(RecordId::kExtraText, text); }
+};
+
+class LateIndex : public Wrapper<engine::IndexObject> {
+ public:
+  using Wrapper::Wrapper;
+
+  bool Open(Mode mode) override { return object_.AskBoolean(IndexId::kOpen, mode); }
+  void SetKey(const Value& key) override { object_.Put(IndexId::kKey, key); }
+  bool Find(Match match) override { return object_.AskBoolean(IndexId::kFind, match); }
+  std::int32_t Position() override { return object_.AskLong(IndexId::kPosition); }
+  std::int32_t RecordNumber() override { return object_.AskLong(IndexId::kRecordNumber); }
+  void MoveTo(std::int32_t position) override { object_.Do(IndexId::kMoveTo, position); }
+  void MoveFirst() override { object_.Do(IndexId::kMoveFirst); }
+  bool MoveNext() override { return object_.AskBoolean(IndexId::kMoveNext); }
+  void Close() override { object_.Do(IndexId::kClose); }
+};
+
+class LateWorkspace : public engine::Workspace {
+ public:
+  explicit LateWorkspace(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+
+  std::unique_ptr<engine::DataFileObject> CreateDataFile(std::wstring_view name) override {
+    return Wrap<LateDataFile>(*session_.get(), Create(name));
+  }
+  std::unique_ptr<engine::RecordObject> CreateRecord(std::wstring_view name) override {
+    return Wrap<LateRecord>(*session_.get(), Create(name));
+  }
+  std::unique_ptr<engine::IndexObject> CreateIndex(std::wstring_view name) override {
+    return Wrap<LateIndex>(*session_.get(), Create(name));
+  }
+  bool Connect(std::wstring_view data_path, std::wstring_view user, std::wstring_view password,
+               std::wstring_view unique_id) override {
+    return object_.AskBoolean(WorkspaceId::kConnect, data_path, user, password, unique_id);
+  }
+  bool ConnectNT(std::wstring_view data_path, std::wstring_view account, std::wstring_view password,
+                 std::wstring_view unique_id) override {
+    return object_.AskBoolean(WorkspaceId::kConnectNt, data_path, account, password, unique_id);
+  }
+  void Disconnect() override { object_.Do(WorkspaceId::kDisconnect); }
+  std::wstring Version() override { return object_.AskText(WorkspaceId::kVersion); }
+
+ private:
+  ComPtr<IDispatch> Create(std::wstring_view name) {
+    return object_.AskObject(WorkspaceId::kCreateRecordObject, name);
+  }
+
+  LateBound object_;
+  ComPtr<Session> session_{new Session};
+};
+
+class LateError : public engine::EngineError {
+ public:
+  explicit LateError(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+
+  std::int32_t Number() override { return object_.AskLong(ErrorId::kNumber); }
+  std::wstring Text() override { return object_.AskText(ErrorId::kText); }
+
+ private:
+  LateBound object_;
+};
+
+class LateEngine : public engine::Engine {
+ public:
+  explicit LateEngine(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+
+  std::unique_ptr<engine::EngineError> LastError() override {
+    return std::make_unique<LateError>(object_.AskObject(EngineId::kLastError));
+  }
+
+ private:
+  LateBound object_;
+};
+
+}  // namespace
+
+std::shared_ptr<engine::Workspace> WrapWorkspace(IDispatch* workspace) {
+  if (!workspace) return nullptr;
+  return std::make_shared<LateWorkspace>(ComPtr<IDispatch>(workspace));
+}
+
+std::shared_ptr<engine::Engine> WrapEngine(IDispatch* engine) {
+  if (!engine) return nullptr;
+  return std::make_shared<LateEngine>(ComPtr<IDispatch>(engine));
+}
+
+}  // namespace ard::windows

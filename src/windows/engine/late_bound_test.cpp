@@ -1,0 +1,370 @@
+#include "windows/engine/late_bound.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "frame/error.h"
+#include "frame/text.h"
+#include "windows/engine/variant.h"
+
+namespace ard::windows {
+namespace {
+
+using engine::Match;
+using engine::Mode;
+using Calls = std::vector<std::string>;
+using Answer = std::function<HRESULT(VARIANT& result, EXCEPINFO& exception)>;
+
+// What the objects of one engine were asked, and what they are to answer.
+struct Recorder {
+  Calls calls;                            // such as "File:10009 MG I4=64"
+  std::map<std::string, Answer> answers;  // by the first word of the call
+  int living = 0;
+};
+
+std::string Hex(DISPID id) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%lx", static_cast<unsigned long>(id));
+  return text;
+}
+
+std::string Described(const VARIANT& argument) {
+  switch (argument.vt) {
+    case VT_I4:
+      return std::string("I4=").append(std::to_string(argument.lVal));
+    case VT_BYREF | VT_I4:
+      return std::string("&I4=").append(std::to_string(*argument.plVal));
+    case VT_BOOL:
+      return argument.boolVal == VARIANT_TRUE ? "True" : "False";
+    case VT_BSTR:
+      return std::string("'").append(ToUtf8(View(argument.bstrVal))).append("'");
+    default:
+      return "unexpected type";
+  }
+}
+
+// An object of an engine that records its calls. It hands out the objects that an engine does.
+class RecordingObject final : public IDispatch {
+ public:
+  RecordingObject(Recorder& recorder, std::string kind)
+      : recorder_(recorder), kind_(std::move(kind)) {
+    ++recorder_.living;
+  }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
+    *object = this;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
+                                          DISPID* ids) override {
+    const std::string name = ToUtf8(names[0]);
+    recorder_.calls.push_back(kind_ + "?" + name);
+    static const std::map<std::string, DISPID> known = {
+        {"Item", 0x71}, {"Count", 0x72}, {"Name", 0x73}, {"Value", 0x74}};
+    if (recorder_.answers.contains(recorder_.calls.back())) return DISP_E_UNKNOWNNAME;
+    // Records have other ids than data files.
+    ids[0] = known.at(name) + (kind_.starts_with("Record") ? 0x10 : 0);
+    return S_OK;
+  }
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO* exception, UINT*) override {
+    EXPECT_EQ(iid, IID_NULL);
+    const std::string member = kind_ + ":" + Hex(id);
+    recorder_.calls.push_back(member + " " + Invocation(flags, *parameters));
+    VARIANT ignored{};
+    VARIANT& answer = result ? *result : ignored;
+    const auto told = recorder_.answers.find(member);
+    if (told != recorder_.answers.end()) return told->second(answer, *exception);
+    const std::string child = Child(member, *parameters);
+    if (child.empty()) return S_OK;
+    answer.vt = VT_DISPATCH;
+    answer.pdispVal = new RecordingObject(recorder_, child);
+    return S_OK;
+  }
+
+ private:
+  ~RecordingObject() { --recorder_.living; }
+
+  // The flags, and the arguments in the order in which they are written.
+  static std::string Invocation(WORD flags, const DISPPARAMS& parameters) {
+    std::string text;
+    if (flags & DISPATCH_METHOD) text += 'M';
+    if (flags & DISPATCH_PROPERTYGET) text += 'G';
+    if (flags & DISPATCH_PROPERTYPUT) text += 'P';
+    for (UINT i = parameters.cArgs; i > 0; --i)
+      text.append(" ").append(Described(parameters.rgvarg[i - 1]));
+    const bool put =
+        parameters.cNamedArgs == 1 && parameters.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
+    EXPECT_EQ(put, flags == DISPATCH_PROPERTYPUT);
+    return text;
+  }
+
+  static std::string Child(const std::string& member, const DISPPARAMS& parameters) {
+    if (member == "Workspace:5") {
+      const std::string name = ToUtf8(View(parameters.rgvarg[0].bstrVal));
+      if (name.ends_with("Index")) return "Index";
+      return name.ends_with("Record") ? "Record" : "File";
+    }
+    static const std::map<std::string, std::string> children = {{"Engine:2", "Error"},
+                                                                {"File:10002", "FileFields"},
+                                                                {"Record:20001", "RecordFields"},
+                                                                {"FileFields:0", "FileField"},
+                                                                {"FileFields:71", "FileField"},
+                                                                {"RecordFields:0", "RecordField"},
+                                                                {"RecordFields:81", "RecordField"}};
+    const auto child = children.find(member);
+    return child == children.end() ? "" : child->second;
+  }
+
+  Recorder& recorder_;
+  std::string kind_;
+  ULONG references_ = 1;
+};
+
+// One object of each kind, behind the seam.
+struct Seam {
+  explicit Seam(Recorder& recorder)
+      : workspace(WrapWorkspace(New(recorder, "Workspace").get())),
+        engine(WrapEngine(New(recorder, "Engine").get())) {}
+
+  static ComPtr<IDispatch> New(Recorder& recorder, const char* kind) {
+    return ComPtr<IDispatch>::Adopt(new RecordingObject(recorder, kind));
+  }
+
+  std::shared_ptr<engine::Workspace> workspace;
+  std::shared_ptr<engine::Engine> engine;
+  std::unique_ptr<engine::DataFileObject> file = workspace->CreateDataFile(L"SalesData");
+  std::unique_ptr<engine::RecordObject> record = workspace->CreateRecord(L"SalesRecord");
+  std::unique_ptr<engine::IndexObject> index = workspace->CreateIndex(L"SalesIndex");
+  std::unique_ptr<engine::Fields> fields = file->GetFields();
+  std::unique_ptr<engine::Field> field = fields->Item(L"NAME");
+  std::unique_ptr<engine::EngineError> error = engine->LastError();
+};
+
+class LateBoundTest : public testing::Test {
+ protected:
+  void TearDown() override {
+    seam.reset();
+    EXPECT_EQ(recorder.living, 0) << "references were leaked";
+  }
+
+  void Tell(const std::string& member, Answer answer) {
+    recorder.answers[member] = std::move(answer);
+  }
+  void TellVariant(const std::string& member, VARIANT variant) {
+    Tell(member, [variant](VARIANT& result, EXCEPINFO&) {
+      result = variant;
+      return S_OK;
+    });
+  }
+
+  Recorder recorder;
+  std::unique_ptr<Seam> seam = std::make_unique<Seam>(recorder);
+};
+
+VARIANT Boolean(VARTYPE type, LONG content) {
+  VARIANT variant{};
+  variant.vt = type;
+  if (type == VT_I4) variant.lVal = content;
+  if (type != VT_I4) variant.iVal = static_cast<SHORT>(content);
+  return variant;
+}
+
+// The number and text of the error that an action throws.
+std::pair<std::int32_t, std::wstring> ErrorOf(const auto& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return {error.number(), error.text()};
+  }
+  return {};
+}
+
+TEST_F(LateBoundTest, EveryOperationIsInvokedByItsIdWithItsArguments) {
+  const struct {
+    const char* call;
+    std::function<void(Seam&)> act;
+  } cases[] = {
+      {"Workspace:3 MG", [](Seam& s) { s.workspace->Version(); }},
+      {"Workspace:4 MG 'p' 'u' 'w' 'i'",
+       [](Seam& s) { s.workspace->Connect(L"p", L"u", L"w", L"i"); }},
+      {"Workspace:5 MG 'SalesData'", [](Seam& s) { s.workspace->CreateDataFile(L"SalesData"); }},
+      {"Workspace:5 MG 'PopRecord'", [](Seam& s) { s.workspace->CreateRecord(L"PopRecord"); }},
+      {"Workspace:5 MG 'PopIndex'", [](Seam& s) { s.workspace->CreateIndex(L"PopIndex"); }},
+      {"Workspace:6 M", [](Seam& s) { s.workspace->Disconnect(); }},
+      {"Workspace:7 MG 'p' 'a' '' 'i'",
+       [](Seam& s) { s.workspace->ConnectNT(L"p", L"a", L"", L"i"); }},
+      {"Engine:2 MG", [](Seam& s) { s.engine->LastError(); }},
+      {"Error:1 MG", [](Seam& s) { s.error->Number(); }},
+      {"Error:2 MG", [](Seam& s) { s.error->Text(); }},
+      {"File:10002 MG", [](Seam& s) { s.file->GetFields(); }},
+      {"File:10003 MG &I4=7", [](Seam& s) { s.file->Read(7); }},
+      {"File:10004 MG I4=8", [](Seam& s) { s.file->Write(8); }},
+      {"File:10006 MG", [](Seam& s) { s.file->Count(); }},
+      {"File:10009 MG I4=33", [](Seam& s) { s.file->Open(Mode::kAppend); }},
+      {"File:1000a M", [](Seam& s) { s.file->Close(); }},
+      {"File:1000b MG 'NAME' 'A*'", [](Seam& s) { s.file->FindFirst(L"NAME", L"A*"); }},
+      {"File:1000c MG 'NAME' I4=3", [](Seam& s) { s.file->FindNext(L"NAME", 3); }},
+      {"Record:20001 MG", [](Seam& s) { s.record->GetFields(); }},
+      {"Record:20004 M", [](Seam& s) { s.record->MoveFirst(); }},
+      {"Record:20006 MG", [](Seam& s) { s.record->MoveNext(); }},
+      {"Record:2000a MG", [](Seam& s) { s.record->Update(); }},
+      {"Record:2000b M", [](Seam& s) { s.record->AddNew(); }},
+      {"Record:2000c MG False", [](Seam& s) { s.record->Find(Match::kExact); }},
+      {"Record:2000f M", [](Seam& s) { s.record->Edit(); }},
+      {"Record:20011 P 'more'", [](Seam& s) { s.record->SetExtraText(L"more"); }},
+      {"Index:10001 P 'ABC'", [](Seam& s) { s.index->SetKey(L"ABC"); }},
+      {"Index:10002 MG", [](Seam& s) { s.index->RecordNumber(); }},
+      {"Index:10003 MG", [](Seam& s) { s.index->Position(); }},
+      {"Index:10006 MG True", [](Seam& s) { s.index->Find(Match::kPartial); }},
+      {"Index:10007 M", [](Seam& s) { s.index->MoveFirst(); }},
+      {"Index:10009 MG", [](Seam& s) { s.index->MoveNext(); }},
+      {"Index:1000d M I4=12", [](Seam& s) { s.index->MoveTo(12); }},
+      {"Index:20009 MG I4=64", [](Seam& s) { s.index->Open(Mode::kRead); }},
+      {"Index:2000a M", [](Seam& s) { s.index->Close(); }},
+      {"FileFields:0 MG 'NAME'", [](Seam& s) { s.fields->Item(L"NAME"); }},
+      {"FileField:4 MG", [](Seam& s) { s.field->Type(); }},
+  };
+  for (const auto& test : cases) {
+    recorder.calls.clear();
+    test.act(*seam);
+    EXPECT_EQ(recorder.calls, Calls{test.call});
+  }
+}
+
+TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
+  const auto use = [](Seam& s) {
+    for (int i = 0; i < 2; ++i) {
+      s.file->GetFields()->Count();
+      s.fields->Item(2)->Name();
+      s.field->SetValue(5);
+      s.field->GetValue();
+      s.record->GetFields()->Item(L"NAME")->GetValue();
+    }
+  };
+  const auto lookups = [this] {
+    Calls result;
+    std::copy_if(recorder.calls.begin(), recorder.calls.end(), std::back_inserter(result),
+                 [](const std::string& call) { return call.find('?') != std::string::npos; });
+    return result;
+  };
+  const Calls once = {"FileFields?Count", "FileFields?Item", "FileField?Name", "FileField?Value",
+                      "RecordField?Value"};
+  const Calls by_looked_up_id = {"FileFields:72 MG", "FileFields:71 MG I4=2",
+                                 "FileField:73 MG",  "FileField:74 P I4=5",
+                                 "FileField:74 MG",  "RecordField:84 MG"};
+  recorder.calls.clear();
+  use(*seam);
+  EXPECT_EQ(lookups(), once);
+  for (const std::string& call : by_looked_up_id) {
+    EXPECT_EQ(std::count(recorder.calls.begin(), recorder.calls.end(), call), 2) << call;
+  }
+
+  recorder.calls.clear();
+  Seam other(recorder);
+  use(other);
+  EXPECT_EQ(lookups(), once);
+}
+
+TEST_F(LateBoundTest, AnswersAreConverted) {
+  const std::pair<VARIANT, bool> cases[] = {{Boolean(VT_BOOL, VARIANT_TRUE), true},
+                                            {Boolean(VT_BOOL, VARIANT_FALSE), false},
+                                            {Boolean(VT_I2, 1), true},
+                                            {Boolean(VT_I2, 0), false},
+                                            {Boolean(VT_I4, -1), true},
+                                            {Boolean(VT_I4, 0), false},
+                                            {VARIANT{}, false}};
+  for (const auto& [answer, expected] : cases) {
+    TellVariant("File:10003", answer);
+    EXPECT_EQ(seam->file->Read(1), expected) << answer.vt;
+  }
+  TellVariant("Index:10002", Boolean(VT_I4, 70000));
+  EXPECT_EQ(seam->index->RecordNumber(), 70000);
+  Tell("Workspace:3", [](VARIANT& result, EXCEPINFO&) {
+    result = ToVariant(L"9.02").Detach();
+    return S_OK;
+  });
+  EXPECT_EQ(seam->workspace->Version(), L"9.02");
+}
+
+TEST_F(LateBoundTest, WhatIsNoObjectIsATypeMismatch) {
+  for (const VARIANT& answer :
+       {VARIANT{}, Boolean(VT_I4, 1), Boolean(VT_DISPATCH, 0), Boolean(VT_UNKNOWN, 0)}) {
+    for (const char* member :
+         {"Workspace:5", "Engine:2", "File:10002", "Record:20001", "FileFields:0"}) {
+      TellVariant(member, answer);
+    }
+    const std::function<void()> actions[] = {
+        [this] { seam->workspace->CreateDataFile(L"SalesData"); },
+        [this] { seam->workspace->CreateRecord(L"SalesRecord"); },
+        [this] { seam->workspace->CreateIndex(L"SalesIndex"); },
+        [this] { seam->engine->LastError(); },
+        [this] { seam->file->GetFields(); },
+        [this] { seam->record->GetFields(); },
+        [this] { seam->fields->Item(L"NAME"); },
+    };
+    for (const auto& action : actions) EXPECT_EQ(ErrorOf(action).first, kErrorTypeMismatch);
+  }
+}
+
+HRESULT STDMETHODCALLTYPE FillInLate(EXCEPINFO* info) {
+  info->scode = E_ACCESSDENIED;
+  info->bstrDescription = NewBstr(L"The file is locked.");
+  return S_OK;
+}
+
+TEST_F(LateBoundTest, FailuresBecomeErrorsWithNumberAndText) {
+  const auto close_error = [this](Answer answer) {
+    Tell("File:1000a", std::move(answer));
+    return ErrorOf([this] { seam->file->Close(); });
+  };
+  const std::pair<std::int32_t, std::wstring> with_text = {E_ACCESSDENIED, L"The file is locked."};
+  EXPECT_EQ(close_error([](VARIANT&, EXCEPINFO& info) {
+              info.scode = E_ACCESSDENIED;
+              info.bstrDescription = NewBstr(L"The file is locked.");
+              return DISP_E_EXCEPTION;
+            }),
+            with_text);
+  EXPECT_EQ(close_error([](VARIANT&, EXCEPINFO& info) {
+              info.pfnDeferredFillIn = FillInLate;
+              return DISP_E_EXCEPTION;
+            }),
+            with_text);
+  EXPECT_EQ(close_error([](VARIANT&, EXCEPINFO& info) {
+              info.wCode = 91;
+              return DISP_E_EXCEPTION;
+            }).first,
+            91);
+  const auto plain = close_error([](VARIANT&, EXCEPINFO&) { return DISP_E_MEMBERNOTFOUND; });
+  EXPECT_EQ(plain.first, DISP_E_MEMBERNOTFOUND);
+  EXPECT_FALSE(plain.second.empty());
+
+  recorder.answers["FileField?Value"];
+  EXPECT_EQ(ErrorOf([this] { seam->field->GetValue(); }).first, kErrorUnknownName);
+}
+
+TEST_F(LateBoundTest, ThereIsNothingBehindNothing) {
+  EXPECT_EQ(WrapWorkspace(nullptr), nullptr);
+  EXPECT_EQ(WrapEngine(nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace ard::windows

@@ -1,0 +1,151 @@
+#include "windows/engine/variant.h"
+
+#include <string>
+#include <type_traits>
+
+namespace ard::windows {
+namespace {
+
+[[noreturn]] void ThrowTypeMismatch() { throw Error(kErrorTypeMismatch, L"Type mismatch."); }
+
+// The content of a variant that holds a reference.
+ScopedVariant Dereferenced(const VARIANT& reference) {
+  ScopedVariant content;
+  if (FAILED(VariantCopyInd(&content, const_cast<VARIANT*>(&reference)))) ThrowTypeMismatch();
+  return content;
+}
+
+ComPtr<IDispatch> QueryDispatch(IUnknown* object) {
+  void* dispatch = nullptr;
+  if (!object || FAILED(object->QueryInterface(IID_IDispatch, &dispatch))) ThrowTypeMismatch();
+  return ComPtr<IDispatch>::Adopt(static_cast<IDispatch*>(dispatch));
+}
+
+Value ObjectValue(ComPtr<IDispatch> object) {
+  if (!object) return std::shared_ptr<Object>();
+  return std::shared_ptr<Object>(std::make_shared<DispatchObject>(std::move(object)));
+}
+
+double ToDouble(DECIMAL decimal) {
+  double result = 0;
+  if (FAILED(VarR8FromDec(&decimal, &result))) ThrowTypeMismatch();
+  return result;
+}
+
+// Stores each kind of value in the variant, which is empty at first.
+struct Store {
+  VARIANT& variant;
+
+  void operator()(std::monostate) const {}
+  void operator()(Null) const { variant.vt = VT_NULL; }
+  void operator()(bool value) const {
+    variant.vt = VT_BOOL;
+    variant.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  }
+  void operator()(std::uint8_t value) const {
+    variant.vt = VT_UI1;
+    variant.bVal = value;
+  }
+  void operator()(std::int16_t value) const {
+    variant.vt = VT_I2;
+    variant.iVal = value;
+  }
+  void operator()(std::int32_t value) const {
+    variant.vt = VT_I4;
+    variant.lVal = value;
+  }
+  void operator()(double value) const {
+    variant.vt = VT_R8;
+    variant.dblVal = value;
+  }
+  void operator()(Currency value) const {
+    variant.vt = VT_CY;
+    variant.cyVal.int64 = value.units;
+  }
+  void operator()(Date value) const {
+    variant.vt = VT_DATE;
+    variant.date = value.days;
+  }
+  void operator()(const std::wstring& value) const {
+    variant.bstrVal = NewBstr(value);
+    variant.vt = VT_BSTR;
+  }
+  void operator()(const std::shared_ptr<Object>& value) const {
+    const auto* object = dynamic_cast<const DispatchObject*>(value.get());
+    if (value && !object) ThrowTypeMismatch();
+    variant.vt = VT_DISPATCH;
+    variant.pdispVal = object ? ComPtr<IDispatch>(object->get()).Detach() : nullptr;
+  }
+};
+
+}  // namespace
+
+Value FromVariant(const VARIANT& variant) {
+  switch (variant.vt) {
+    case VT_EMPTY:
+      return {};
+    case VT_NULL:
+      return Null();
+    case VT_BOOL:
+      return variant.boolVal != VARIANT_FALSE;
+    case VT_UI1:
+      return std::uint8_t{variant.bVal};
+    case VT_I1:
+      return static_cast<std::int16_t>(static_cast<signed char>(variant.cVal));
+    case VT_I2:
+      return std::int16_t{variant.iVal};
+    case VT_UI2:
+      return std::int32_t{variant.uiVal};
+    case VT_I4:
+      return static_cast<std::int32_t>(variant.lVal);
+    case VT_INT:
+      return std::int32_t{variant.intVal};
+    case VT_UI4:
+      return static_cast<double>(variant.ulVal);
+    case VT_UINT:
+      return static_cast<double>(variant.uintVal);
+    case VT_I8:
+      return static_cast<double>(variant.llVal);
+    case VT_UI8:
+      return static_cast<double>(variant.ullVal);
+    case VT_R4:
+      return double{variant.fltVal};
+    case VT_R8:
+      return variant.dblVal;
+    case VT_DECIMAL:
+      return ToDouble(variant.decVal);
+    case VT_CY:
+      return Currency{variant.cyVal.int64};
+    case VT_DATE:
+      return Date{variant.date};
+    case VT_BSTR:
+      return View(variant.bstrVal);
+    case VT_DISPATCH:
+      return ObjectValue(ComPtr<IDispatch>(variant.pdispVal));
+    case VT_UNKNOWN:
+      return variant.punkVal ? ObjectValue(QueryDispatch(variant.punkVal)) : ObjectValue({});
+    default:
+      break;
+  }
+  if ((variant.vt & VT_BYREF) && !(variant.vt & VT_ARRAY)) {
+    return FromVariant(Dereferenced(variant));
+  }
+  ThrowTypeMismatch();
+}
+
+ScopedVariant ToVariant(const Value& value) {
+  ScopedVariant result;
+  std::visit(Store{result}, value.storage());
+  return result;
+}
+
+ComPtr<IDispatch> ToDispatch(ScopedVariant variant) {
+  if (variant.vt == VT_DISPATCH && variant.pdispVal) {
+    return ComPtr<IDispatch>::Adopt(variant.Detach().pdispVal);
+  }
+  if (variant.vt == VT_UNKNOWN) return QueryDispatch(variant.punkVal);
+  if (variant.vt & VT_BYREF) return ToDispatch(Dereferenced(variant));
+  ThrowTypeMismatch();
+}
+
+}  // namespace ard::windows

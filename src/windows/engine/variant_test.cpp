@@ -1,0 +1,122 @@
+#include "windows/engine/variant.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+namespace ard::windows {
+namespace {
+
+template <class T>
+VARIANT Variant(VARTYPE type, T VARIANT::*member, T content) {
+  VARIANT variant{};
+  variant.vt = type;
+  variant.*member = content;
+  return variant;
+}
+
+VARIANT Decimal(std::uint32_t units, BYTE scale, BYTE sign) {
+  VARIANT variant{};
+  variant.decVal.Lo32 = units;
+  variant.decVal.scale = scale;
+  variant.decVal.sign = sign;
+  variant.vt = VT_DECIMAL;
+  return variant;
+}
+
+VARIANT Money(std::int64_t units) {
+  VARIANT variant{};
+  variant.vt = VT_CY;
+  variant.cyVal.int64 = units;
+  return variant;
+}
+
+std::int32_t ErrorOf(const auto& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+TEST(FromVariant, TakesEveryTypeOfValue) {
+  const Bstr text(std::wstring_view(L"a\0b", 3));
+  BSTR referenced_text = text.get();
+  LONG number = -7;
+  VARIANT_BOOL yes = VARIANT_TRUE;
+  VARIANT inner = Variant(VT_BYREF | VT_I4, &VARIANT::plVal, &number);
+  const struct {
+    const char* what;
+    VARIANT variant;
+    Value value;
+  } cases[] = {
+      {"empty", VARIANT{}, Value()},
+      {"null", Variant<SHORT>(VT_NULL, &VARIANT::iVal, 0), Null()},
+      {"any true", Variant<VARIANT_BOOL>(VT_BOOL, &VARIANT::boolVal, 1), true},
+      {"signed byte", Variant<CHAR>(VT_I1, &VARIANT::cVal, -128), std::int16_t{-128}},
+      {"byte", Variant<BYTE>(VT_UI1, &VARIANT::bVal, 255), std::uint8_t{255}},
+      {"I2", Variant<SHORT>(VT_I2, &VARIANT::iVal, -2), std::int16_t{-2}},
+      {"UI2", Variant<USHORT>(VT_UI2, &VARIANT::uiVal, 65535), 65535},
+      {"I4", Variant<LONG>(VT_I4, &VARIANT::lVal, -2), -2},
+      {"UI4", Variant<ULONG>(VT_UI4, &VARIANT::ulVal, 4294967295U), 4294967295.0},
+      {"I8", Variant<LONGLONG>(VT_I8, &VARIANT::llVal, -5000000000), -5e9},
+      {"UI8", Variant<ULONGLONG>(VT_UI8, &VARIANT::ullVal, 10000000000000000000U), 1e19},
+      {"R4", Variant<FLOAT>(VT_R4, &VARIANT::fltVal, 0.5F), 0.5},
+      {"decimal", Decimal(12345, 3, DECIMAL_NEG), -12.345},
+      {"currency", Money(123456), Currency{123456}},
+      {"date", Variant<DATE>(VT_DATE, &VARIANT::date, 2.5), Date{2.5}},
+      {"text with a NUL", Variant(VT_BSTR, &VARIANT::bstrVal, text.get()),
+       std::wstring(L"a\0b", 3)},
+      {"null text", Variant<BSTR>(VT_BSTR, &VARIANT::bstrVal, nullptr), L""},
+      {"number by reference", inner, -7},
+      {"Boolean by reference", Variant(VT_BYREF | VT_BOOL, &VARIANT::pboolVal, &yes), true},
+      {"text by reference", Variant(VT_BYREF | VT_BSTR, &VARIANT::pbstrVal, &referenced_text),
+       std::wstring(L"a\0b", 3)},
+      {"reference in a variant by reference",
+       Variant(VT_BYREF | VT_VARIANT, &VARIANT::pvarVal, &inner), -7},
+      {"Nothing", Variant<IDispatch*>(VT_DISPATCH, &VARIANT::pdispVal, nullptr),
+       std::shared_ptr<Object>()},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(FromVariant(test.variant), test.value) << test.what;
+  }
+}
+
+TEST(FromVariant, RefusesWhatIsNoValue) {
+  VARIANT array{};
+  array.vt = VT_ARRAY | VT_VARIANT;
+  const VARIANT missing = Variant<SCODE>(VT_ERROR, &VARIANT::scode, DISP_E_PARAMNOTFOUND);
+  const VARIANT array_in_variant = Variant(VT_BYREF | VT_VARIANT, &VARIANT::pvarVal, &array);
+  for (const VARIANT& variant : {array, missing, array_in_variant}) {
+    EXPECT_EQ(ErrorOf([&] { FromVariant(variant); }), kErrorTypeMismatch) << variant.vt;
+  }
+}
+
+TEST(ToVariant, IsTheInverseOfFromVariant) {
+  const Value values[] = {Value(),
+                          Null(),
+                          true,
+                          false,
+                          std::uint8_t{255},
+                          std::int16_t{-3},
+                          std::numeric_limits<std::int32_t>::min(),
+                          -0.5,
+                          Currency{-1},
+                          Date{36526.25},
+                          L"",
+                          std::wstring(L"a\0b", 3),
+                          std::shared_ptr<Object>()};
+  for (const Value& value : values) {
+    EXPECT_EQ(FromVariant(ToVariant(value)), value) << value.storage().index();
+  }
+}
+
+TEST(ToVariant, RefusesAForeignObject) {
+  EXPECT_EQ(ErrorOf([] { ToVariant(std::make_shared<Object>()); }), kErrorTypeMismatch);
+}
+
+}  // namespace
+}  // namespace ard::windows

@@ -1,0 +1,180 @@
+// The automation objects: a thin shell around a portable class. Each procedure converts, calls the
+// portable class, converts back and returns S_OK; nothing is ever raised to the host.
+#ifndef ARD_WINDOWS_SERVER_AUTOMATION_OBJECT_H_
+#define ARD_WINDOWS_SERVER_AUTOMATION_OBJECT_H_
+
+#include <windows.h>
+// After windows.h.
+#include <ocidl.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "frame/context.h"
+#include "frame/public_class.h"
+#include "windows/engine/com.h"
+#include "windows/engine/late_bound.h"
+#include "windows/server/module.h"
+#include "windows/server/published_class.h"
+
+namespace ard::windows {
+
+// Results as the vtable hands them out. A string that there is no memory for is empty.
+inline VARIANT_BOOL ToAutomation(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+inline BSTR ToAutomation(const std::wstring& text) {
+  return SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+}
+inline IDispatch* ToAutomation(ComPtr<IDispatch> object) { return object.Detach(); }
+
+template <class Interface, class Portable>
+class AutomationObject : public Interface, public IProvideClassInfo {
+ public:
+  explicit AutomationObject(const PublishedClass& published)
+      : published_(published), portable_(MakePortable(published, runtime_->environment())) {}
+  AutomationObject(const AutomationObject&) = delete;
+  AutomationObject& operator=(const AutomationObject&) = delete;
+
+  // IUnknown
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) final {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    if (iid == IID_IUnknown || iid == IID_IDispatch || iid == published_.interface_id) {
+      *object = static_cast<Interface*>(this);
+    } else if (iid == IID_IProvideClassInfo) {
+      *object = static_cast<IProvideClassInfo*>(this);
+    } else {
+      return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() final {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  // IDispatch
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) final {
+    if (!count) return E_POINTER;
+    *count = 1;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) final {
+    if (!info) return E_POINTER;
+    *info = nullptr;
+    if (index != 0) return DISP_E_BADINDEX;
+    return HandOut(TypeInfo(), info);
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID,
+                                          DISPID* ids) final {
+    if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+    if (!names || !ids) return E_POINTER;
+    const ComPtr<ITypeInfo>& info = TypeInfo();
+    return info ? info->GetIDsOfNames(names, count, ids) : TYPE_E_CANTLOADLIBRARY;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO*,
+                                   UINT* failed) final {
+    return windows::Invoke(this, published_.members, id, reserved, locale, flags, parameters,
+                           result, failed);
+  }
+
+  // IProvideClassInfo
+  HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) final {
+    if (!info) return E_POINTER;
+    *info = nullptr;
+    return HandOut(runtime_->FindTypeInfo(published_.class_id), info);
+  }
+
+ protected:
+  virtual ~AutomationObject() = default;
+
+  // What a method of the portable class answers to the arguments, as the vtable hands it out.
+  template <class Answer, class Method, class... Arguments>
+  HRESULT Call(Answer* result, Method method, Arguments... arguments) {
+    if (!result) return E_POINTER;
+    const ComPtr<Interface> self(this);  // the host may let go of it while a dialog is shown
+    *result = ToAutomation(std::invoke(method, portable_, arguments...));
+    return S_OK;
+  }
+
+  // The procedures of a context property that is a text.
+  HRESULT PutText(std::wstring_view name, std::wstring Context::*property, BSTR value) {
+    portable_.template Call<std::wstring>(
+        name, [&](std::wstring&) { portable_.context().*property = View(value); });
+    return S_OK;
+  }
+  HRESULT GetText(std::wstring_view name, std::wstring Context::*property, BSTR* value) {
+    if (!value) return E_POINTER;
+    *value = ToAutomation(portable_.template Call<std::wstring>(
+        name, [&](std::wstring& result) { result = portable_.context().*property; }));
+    return S_OK;
+  }
+
+  // The procedures of a context property that is an object. The host gets back the very pointer
+  // that it has given. `use` hands the object on to the portable class.
+  template <class Use>
+  HRESULT PutObject(std::wstring_view name, ComPtr<IDispatch>& property, IDispatch* value,
+                    Use&& use) {
+    const ComPtr<Interface> self(this);
+    portable_.template Call<ComPtr<IDispatch>>(name, [&](ComPtr<IDispatch>&) {
+      property = ComPtr(value);
+      use(portable_.context());
+    });
+    return S_OK;
+  }
+  HRESULT GetObject(std::wstring_view name, const ComPtr<IDispatch>& property, IDispatch** value) {
+    if (!value) return E_POINTER;
+    *value = ToAutomation(portable_.template Call<ComPtr<IDispatch>>(
+        name, [&](ComPtr<IDispatch>& result) { result = property; }));
+    return S_OK;
+  }
+
+ private:
+  // The portable class, with the frame of its public methods for the property procedures, too.
+  struct Framed : Portable {
+    using Portable::Portable;
+    using PublicClass::Call;
+  };
+
+  static Framed MakePortable(const PublishedClass& published, Environment& environment) {
+    if constexpr (std::is_constructible_v<Portable, Environment&>) {
+      return Framed(environment);
+    } else {
+      return Framed(published.name, environment);
+    }
+  }
+
+  static HRESULT HandOut(ComPtr<ITypeInfo> info, ITypeInfo** out) {
+    *out = info.Detach();
+    return *out ? S_OK : TYPE_E_CANTLOADLIBRARY;
+  }
+
+  const ComPtr<ITypeInfo>& TypeInfo() {
+    if (!type_info_) type_info_ = runtime_->FindTypeInfo(published_.interface_id);
+    return type_info_;
+  }
+
+  ModuleLock module_lock_;  // the last to go
+  const PublishedClass& published_;
+  std::atomic<ULONG> references_ = 1;
+  std::shared_ptr<Runtime> runtime_ = Runtime::Get();
+  Framed portable_;
+  ComPtr<ITypeInfo> type_info_;
+};
+
+template <class AutomationClass>
+IDispatch* Create(const PublishedClass& published) {
+  return new AutomationClass(published);
+}
+
+}  // namespace ard::windows
+
+#endif  // ARD_WINDOWS_SERVER_AUTOMATION_OBJECT_H_

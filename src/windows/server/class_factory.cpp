@@ -1,0 +1,69 @@
+#include "windows/server/class_factory.h"
+
+#include <atomic>
+#include <new>
+
+#include "windows/server/module.h"
+
+namespace ard::windows {
+namespace {
+
+// Asks a new object, with one reference, for the interface that a host wants.
+HRESULT HandOver(IUnknown* created, REFIID iid, void** object) {
+  return ComPtr<IUnknown>::Adopt(created)->QueryInterface(iid, object);
+}
+
+class ClassFactory final : public IClassFactory {
+ public:
+  explicit ClassFactory(const PublishedClass& published) : published_(published) {}
+  ClassFactory(const ClassFactory&) = delete;
+  ClassFactory& operator=(const ClassFactory&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    if (!object) return E_POINTER;
+    const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
+    *object = known ? this : nullptr;
+    if (!known) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    if (outer) return CLASS_E_NOAGGREGATION;
+    try {
+      return HandOver(published_.create(published_), iid, object);
+    } catch (const std::bad_alloc&) {
+      return E_OUTOFMEMORY;
+    } catch (...) {
+      return E_FAIL;
+    }
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+    lock ? LockModule() : UnlockModule();
+    return S_OK;
+  }
+
+ private:
+  ~ClassFactory() = default;
+  
+  ModuleLock module_lock_;  // the last to go
+  const PublishedClass& published_;
+  std::atomic<ULONG> references_ = 1;
+};
+
+}  // namespace
+
+HRESULT CreateClassFactory(const PublishedClass& published, REFIID iid, void** object) {
+  ClassFactory* const factory = new (std::nothrow) ClassFactory(published);
+  return factory ? HandOver(factory, iid, object) : E_OUTOFMEMORY;
+}
+
+}  // namespace ard::windows

@@ -1,0 +1,82 @@
+// The classes that have nothing but their context properties so far.
+#include <ArdObjects100.h>
+
+#include "windows/server/context_properties.h"
+
+namespace ard::windows {
+namespace {
+
+class ContextOnly : public PublicClass {
+ public:
+  ContextOnly(std::wstring_view name, Environment& environment) : PublicClass(name, environment) {}
+};
+
+template <class Interface>
+using Plain = AutomationObject<Interface, ContextOnly>;
+
+// The record objects.
+template <class Interface>
+using WorkspaceOnly = WithArdWorkspace<Plain<Interface>>;
+template <class Interface>
+constexpr Member kWorkspaceOnlyMembers[] = {kArdWorkspace<Interface>};
+
+// Most classes.
+template <class Interface>
+using Ledger = WithAppName<WithArdWorkspace<WithRegistryPath<Plain<Interface>>>>;
+template <class Interface>
+constexpr Member kLedgerMembers[] = {kAppName<Interface>, kArdWorkspace<Interface>,
+                                     kRegistryPath<Interface>};
+
+// The classes that work with the engine itself and the host's database.
+template <class Interface>
+using Session = WithArdEngine<WithDBaseConn<Ledger<Interface>>>;
+template <class Interface>
+constexpr Member kSessionMembers[] = {kAppName<Interface>, kArdWorkspace<Interface>,
+                                      kArdEngine<Interface>, kDBaseConn<Interface>,
+                                      kRegistryPath<Interface>};
+
+using ProductsObject = WithDBaseConn<Ledger<_Products>>;
+constexpr Member kProductsMembers[] = {kAppName<_Products>, kRegistryPath<_Products>,
+                                       kArdWorkspace<_Products>, kDBaseConn<_Products>};
+
+using AccessRightsObject = WithAppName<WorkspaceOnly<_cAccessRights>>;
+constexpr Member kAccessRightsMembers[] = {kAppName<_cAccessRights>,
+                                           kArdWorkspace<_cAccessRights>};
+
+using DeliveryAddressObject = Ledger<_cDeliveryAddress>;
+constexpr Member kDeliveryAddressMembers[] = {kAppName<_cDeliveryAddress>,
+                                              kRegistryPath<_cDeliveryAddress>,
+                                              kArdWorkspace<_cDeliveryAddress>};
+
+}  // namespace
+
+const PublishedClass kBank = {L"Bank", CLSID_Bank, IID__Bank, kLedgerMembers<_Bank>,
+                              Create<Ledger<_Bank>>};
+const PublishedClass kCustomerRecord = {L"CustomerRecord", CLSID_CustomerRecord,
+                                        IID__CustomerRecord, kWorkspaceOnlyMembers<_CustomerRecord>,
+                                        Create<WorkspaceOnly<_CustomerRecord>>};
+const PublishedClass kGeneral = {L"General", CLSID_General, IID__General,
+                                 kSessionMembers<_General>, Create<Session<_General>>};
+const PublishedClass kMessaging = {L"Messaging", CLSID_Messaging, IID__Messaging,
+                                   kSessionMembers<_Messaging>, Create<Session<_Messaging>>};
+const PublishedClass kNominal = {L"Nominal", CLSID_Nominal, IID__Nominal,
+                                 kLedgerMembers<_Nominal>, Create<Ledger<_Nominal>>};
+const PublishedClass kProducts = {L"Products", CLSID_Products, IID__Products, kProductsMembers,
+                                  Create<ProductsObject>};
+const PublishedClass kPurchaseOrders = {L"PurchaseOrders", CLSID_PurchaseOrders,
+                                        IID__PurchaseOrders, kLedgerMembers<_PurchaseOrders>,
+                                        Create<Ledger<_PurchaseOrders>>};
+const PublishedClass kSalesOrders = {L"SalesOrders", CLSID_SalesOrders, IID__SalesOrders,
+                                     kLedgerMembers<_SalesOrders>, Create<Ledger<_SalesOrders>>};
+const PublishedClass kSupplierRecord = {L"SupplierRecord", CLSID_SupplierRecord,
+                                        IID__SupplierRecord, kWorkspaceOnlyMembers<_SupplierRecord>,
+                                        Create<WorkspaceOnly<_SupplierRecord>>};
+const PublishedClass kSuppliers = {L"Suppliers", CLSID_Suppliers, IID__Suppliers,
+                                   kLedgerMembers<_Suppliers>, Create<Ledger<_Suppliers>>};
+const PublishedClass kcAccessRights = {L"cAccessRights", CLSID_cAccessRights, IID__cAccessRights,
+                                       kAccessRightsMembers, Create<AccessRightsObject>};
+const PublishedClass kcDeliveryAddress = {L"cDeliveryAddress", CLSID_cDeliveryAddress,
+                                          IID__cDeliveryAddress, kDeliveryAddressMembers,
+                                          Create<DeliveryAddressObject>};
+
+}  // namespace ard::windows

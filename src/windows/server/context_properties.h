@@ -1,0 +1,105 @@
+// The context properties, one layer each over an automation object: a class is built of the layers
+// for the properties that its interface publishes. A missing layer leaves the class abstract.
+#ifndef ARD_WINDOWS_SERVER_CONTEXT_PROPERTIES_H_
+#define ARD_WINDOWS_SERVER_CONTEXT_PROPERTIES_H_
+
+#include "windows/server/automation_object.h"
+
+namespace ard::windows {
+
+template <class Base>
+class WithAppName : public Base {
+ public:
+  using Base::Base;
+  HRESULT STDMETHODCALLTYPE put_AppName(BSTR value) override {
+    return this->PutText(L"AppName", &Context::app_name, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_AppName(BSTR* value) override {
+    return this->GetText(L"AppName", &Context::app_name, value);
+  }
+};
+
+template <class Base>
+class WithRegistryPath : public Base {
+ public:
+  using Base::Base;
+  HRESULT STDMETHODCALLTYPE put_RegistryPath(BSTR value) override {
+    return this->PutText(L"RegistryPath", &Context::registry_path, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_RegistryPath(BSTR* value) override {
+    return this->GetText(L"RegistryPath", &Context::registry_path, value);
+  }
+};
+
+template <class Base>
+class WithArdWorkspace : public Base {
+ public:
+  using Base::Base;
+  HRESULT STDMETHODCALLTYPE putref_ArdWorkspace(IDispatch* value) override {
+    return this->PutObject(L"ArdWorkspace", workspace_, value, [&](Context& context) {
+      context.workspace = nullptr;
+      context.workspace = WrapWorkspace(value);
+    });
+  }
+  HRESULT STDMETHODCALLTYPE get_ArdWorkspace(IDispatch** value) override {
+    return this->GetObject(L"ArdWorkspace", workspace_, value);
+  }
+
+ private:
+  ComPtr<IDispatch> workspace_;
+};
+
+template <class Base>
+class WithArdEngine : public Base {
+ public:
+  using Base::Base;
+  HRESULT STDMETHODCALLTYPE putref_ArdEngine(IDispatch* value) override {
+    return this->PutObject(L"ArdEngine", engine_, value, [&](Context& context) {
+      context.engine = nullptr;
+      context.engine = WrapEngine(value);
+    });
+  }
+  HRESULT STDMETHODCALLTYPE get_ArdEngine(IDispatch** value) override {
+    return this->GetObject(L"ArdEngine", engine_, value);
+  }
+
+ private:
+  ComPtr<IDispatch> engine_;
+};
+
+// No portable class uses the host's database yet: the connection is only kept.
+template <class Base>
+class WithDBaseConn : public Base {
+ public:
+  using Base::Base;
+  HRESULT STDMETHODCALLTYPE putref_oDBaseConn(IDispatch* value) override {
+    return this->PutObject(L"oDBaseConn", connection_, value, [](Context&) {});
+  }
+  HRESULT STDMETHODCALLTYPE get_oDBaseConn(IDispatch** value) override {
+    return this->GetObject(L"oDBaseConn", connection_, value);
+  }
+
+ private:
+  ComPtr<IDispatch> connection_;
+};
+
+// The properties in the tables of members.
+template <class Interface>
+inline constexpr Member kAppName =
+    Property<&Interface::get_AppName, &Interface::put_AppName, String>;
+template <class Interface>
+inline constexpr Member kRegistryPath =
+    Property<&Interface::get_RegistryPath, &Interface::put_RegistryPath, String>;
+template <class Interface>
+inline constexpr Member kArdWorkspace =
+    ObjectProperty<&Interface::get_ArdWorkspace, &Interface::putref_ArdWorkspace>;
+template <class Interface>
+inline constexpr Member kArdEngine =
+    ObjectProperty<&Interface::get_ArdEngine, &Interface::putref_ArdEngine>;
+template <class Interface>
+inline constexpr Member kDBaseConn =
+    ObjectProperty<&Interface::get_oDBaseConn, &Interface::putref_oDBaseConn>;
+
+}  // namespace ard::windows
+
+#endif  // ARD_WINDOWS_SERVER_CONTEXT_PROPERTIES_H_

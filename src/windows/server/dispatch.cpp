@@ -1,0 +1,90 @@
+#include "windows/server/dispatch.h"
+
+namespace ard::windows {
+namespace {
+
+const Procedure* FindProcedure(std::span<const Member> members, DISPID id, WORD flags) {
+  if (id < 1 || static_cast<std::size_t>(id) > members.size()) return nullptr;
+  const Member& member = members[static_cast<std::size_t>(id) - 1];
+  if (member.get_or_call.flags & flags) return &member.get_or_call;
+  if (member.put.flags & flags) return &member.put;
+  return nullptr;
+}
+
+bool IsOmitted(const VARIANT* argument) {
+  return !argument || (argument->vt == VT_ERROR && argument->scode == DISP_E_PARAMNOTFOUND);
+}
+
+// Gives each argument to its parameter. Arguments stand in reverse order, the named ones first.
+HRESULT Bind(const Procedure& procedure, const DISPPARAMS& given, Arguments& arguments,
+             UINT& failed) {
+  if (given.cArgs > procedure.parameters) return DISP_E_BADPARAMCOUNT;
+  for (UINT i = 0; i < given.cArgs; ++i) {
+    UINT parameter = given.cArgs - 1 - i;
+    if (i < given.cNamedArgs) {
+      const DISPID name = given.rgdispidNamedArgs[i];
+      parameter = name == DISPID_PROPERTYPUT ? procedure.parameters - 1 : static_cast<UINT>(name);
+    }
+    if (parameter >= procedure.parameters || arguments.values[parameter]) {
+      failed = i;
+      return DISP_E_PARAMNOTFOUND;
+    }
+    arguments.values[parameter] = &given.rgvarg[i];
+  }
+  for (UINT i = 0; i < procedure.parameters; ++i) {
+    VARIANT*& argument = arguments.values[i];
+    if (!IsOmitted(argument)) continue;
+    argument = nullptr;
+    if (i >= procedure.required) continue;
+    return given.cArgs < procedure.required ? DISP_E_BADPARAMCOUNT : DISP_E_PARAMNOTOPTIONAL;
+  }
+  return S_OK;
+}
+
+}  // namespace
+
+HRESULT Invoke(IDispatch* object, std::span<const Member> members, DISPID id, REFIID reserved,
+               LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result, UINT* failed) {
+  if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (!parameters) return E_POINTER;
+  const Procedure* const procedure = FindProcedure(members, id, flags);
+  if (!procedure) return DISP_E_MEMBERNOTFOUND;
+
+  Arguments arguments;
+  arguments.locale = locale;
+  UINT ignored = 0;
+  UINT& argument = failed ? *failed : ignored;
+  HRESULT status = Bind(*procedure, *parameters, arguments, argument);
+  if (FAILED(status)) return status;
+
+  UINT unfit = kMaxParameters;
+  ScopedVariant answer;
+  status = procedure->call(object, arguments, answer, unfit);
+  if (unfit < procedure->parameters) {
+    argument = static_cast<UINT>(arguments.values[unfit] - parameters->rgvarg);
+  }
+  if (SUCCEEDED(status) && result) *result = answer.Detach();
+  return status;
+}
+
+namespace internal {
+
+VARIANT* Referred(VARIANT* argument) {
+  while (argument->vt == (VT_BYREF | VT_VARIANT)) argument = argument->pvarVal;
+  return argument;
+}
+
+HRESULT Convert(VARIANT*& argument, VARTYPE vt, LCID locale, VARIANT& converted) {
+  argument = Referred(argument);
+  if ((argument->vt & ~VT_BYREF) == vt) return S_OK;
+  VARIANT& source = *std::exchange(argument, &converted);
+  if (vt == VT_DISPATCH && (source.vt == VT_EMPTY || source.vt == VT_NULL)) {
+    converted.vt = VT_DISPATCH;
+    converted.pdispVal = nullptr;
+    return S_OK;
+  }
+  return VariantChangeTypeEx(&converted, &source, locale, 0, vt);
+}
+
+}  // namespace internal
+}  // namespace ard::windows

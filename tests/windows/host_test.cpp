@@ -1,0 +1,422 @@
+// The library as its hosts use it: created, given its context, called early-bound and late-bound,
+// released and unloaded.
+//
+//   host_test [<folder of the demo company>]
+//
+// Both the library and the simulated engine are registered for the run if they are not yet.
+#include "tests/windows/host.h"
+
+// After windows.h.
+#include <gtest/gtest.h>
+#include <ocidl.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "windows/engine/variant.h"
+
+namespace ard::windows {
+namespace {
+
+using namespace std::string_view_literals;
+using namespace testing;  // NOLINT(google-build-using-namespace): the host
+
+// An object that is no workspace: it has no member that the library knows, or every call fails.
+class ForeignObject final : public IDispatch {
+ public:
+  HRESULT status = DISP_E_MEMBERNOTFOUND;
+  ULONG references = 1;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
+    *object = known ? this : nullptr;
+    if (known) AddRef();
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return DISP_E_UNKNOWNNAME;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) override {
+    return status;
+  }
+};
+
+// The interface of objects that call themselves safe for scripting.
+const IID kObjectSafety = Id(L"{CB5BDC81-93C1-11CF-8F20-00805F2CD064}");
+
+std::wstring TextOf(const ScopedVariant& variant) {
+  return variant.vt == VT_BSTR ? std::wstring(View(variant.bstrVal)) : L"<no text>";
+}
+
+// ---- Creation ----
+
+TEST(Classes, AreCreatableByEitherIdentifier) {
+  for (const ClassIdentity& identity : kClasses) {
+    const std::string name(identity.name, identity.name + wcslen(identity.name));
+    CLSID class_id = {};
+    ASSERT_EQ(CLSIDFromProgID(ProgId(identity).c_str(), &class_id), S_OK) << name;
+    EXPECT_EQ(Text(class_id), identity.class_id) << name;
+    ComPtr<IUnknown> object;
+    ASSERT_EQ(CoCreateInstance(Id(identity.class_id), nullptr, CLSCTX_INPROC_SERVER,
+                               Id(identity.interface_id),
+                               reinterpret_cast<void**>(object.Receive())),
+              S_OK)
+        << name;
+    EXPECT_TRUE(As<IDispatch>(object.get())) << name;
+    ComPtr<IUnknown> safety;
+    EXPECT_EQ(object->QueryInterface(kObjectSafety, reinterpret_cast<void**>(safety.Receive())),
+              E_NOINTERFACE)
+        << name;
+
+    const ComPtr<IProvideClassInfo> provider = As<IProvideClassInfo>(object.get());
+    ASSERT_TRUE(provider) << name;
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(provider->GetClassInfo(info.Receive()), S_OK) << name;
+    Bstr class_name;
+    info->GetDocumentation(MEMBERID_NIL, class_name.Receive(), nullptr, nullptr, nullptr);
+    EXPECT_EQ(class_name.view(), identity.name);
+
+    ComPtr<IUnknown> inner;
+    EXPECT_EQ(CoCreateInstance(class_id, object.get(), CLSCTX_INPROC_SERVER, IID_IUnknown,
+                               reinterpret_cast<void**>(inner.Receive())),
+              CLASS_E_NOAGGREGATION)
+        << name;
+  }
+}
+
+TEST(Classes, AreOneObjectBehindEachInterface) {
+  const ComPtr<IDispatch> object = CreateObject(L"ArdObjects100.Customers");
+  const ComPtr<_Customers> customers = As<_Customers>(object.get());
+  const ComPtr<IProvideClassInfo> provider = As<IProvideClassInfo>(customers.get());
+  EXPECT_EQ(As<IUnknown>(provider.get()).get(), As<IUnknown>(object.get()).get());
+  EXPECT_EQ(As<IDispatch>(provider.get()).get(), object.get());
+  void* other = &other;
+  EXPECT_EQ(object->QueryInterface(Id(kClasses[0].interface_id), &other), E_NOINTERFACE);
+  EXPECT_EQ(other, nullptr);
+}
+
+// ---- Context properties ----
+
+struct Carrier {
+  const wchar_t* name;
+  std::vector<const wchar_t*> properties;
+};
+const Carrier kCarriers[] = {
+    {L"Messaging", {L"AppName", L"RegistryPath", L"ArdWorkspace", L"ArdEngine", L"oDBaseConn"}},
+    {L"cAccessRights", {L"AppName", L"ArdWorkspace"}},
+    {L"General", {L"AppName", L"RegistryPath", L"ArdWorkspace", L"ArdEngine", L"oDBaseConn"}},
+    {L"Customers", {L"AppName", L"RegistryPath", L"ArdWorkspace"}},
+    {L"Suppliers", {L"AppName", L"RegistryPath", L"ArdWorkspace"}},
+    {L"Nominal", {L"AppName", L"RegistryPath", L"ArdWorkspace"}},
+    {L"Bank", {L"AppName", L"RegistryPath", L"ArdWorkspace"}},
+    {L"CustomerRecord", {L"ArdWorkspace"}},
+    {L"SupplierRecord", {L"ArdWorkspace"}},
+    {L"Products", {L"AppName", L"RegistryPath", L"ArdWorkspace", L"oDBaseConn"}},
+    {L"SalesOrders", {L"AppName", L"RegistryPath", L"ArdWorkspace"}},
+    {L"PurchaseOrders", {L"AppName", L"RegistryPath", L"ArdWorkspace"}},
+    {L"cDeliveryAddress", {L"AppName", L"RegistryPath", L"ArdWorkspace"}},
+};
+
+bool IsText(std::wstring_view property) {
+  return property == L"AppName" || property == L"RegistryPath";
+}
+
+// Each property is set to something of its own, so that none can stand in for another.
+TEST(ContextProperties, AreStoredAndReturnedUnchanged) {
+  for (const Carrier& carrier : kCarriers) {
+    SCOPED_TRACE(std::string(carrier.name, carrier.name + wcslen(carrier.name)));
+    ForeignObject given[5];
+    {
+      const LateBound object(CreateObject(std::wstring(L"ArdObjects100.") + carrier.name));
+      for (const wchar_t* property : carrier.properties) {
+        const ScopedVariant value = object.Ask(property);
+        EXPECT_EQ(value.vt, IsText(property) ? VT_BSTR : VT_DISPATCH);
+        EXPECT_EQ(TextOf(value), IsText(property) ? L"" : L"<no text>");
+      }
+      for (std::size_t i = 0; i < carrier.properties.size(); ++i) {
+        const wchar_t* const property = carrier.properties[i];
+        if (IsText(property)) {
+          EXPECT_EQ(object.Put(property, Variant(property)), S_OK);
+        } else {
+          EXPECT_EQ(object.Put(property, Variant(&given[i]), DISPATCH_PROPERTYPUTREF), S_OK);
+        }
+      }
+      for (std::size_t i = 0; i < carrier.properties.size(); ++i) {
+        const wchar_t* const property = carrier.properties[i];
+        const ScopedVariant value = object.Ask(property);
+        if (IsText(property)) {
+          EXPECT_EQ(TextOf(value), property);
+        } else {
+          EXPECT_EQ(value.vt, VT_DISPATCH);
+          EXPECT_EQ(value.pdispVal, &given[i]);
+          EXPECT_GT(given[i].references, 2u);
+          EXPECT_EQ(object.Put(property, Variant(static_cast<IDispatch*>(nullptr))), S_OK);
+          EXPECT_EQ(object.Ask(property).pdispVal, nullptr);
+          EXPECT_EQ(object.Put(property, Variant(&given[i])), S_OK);
+        }
+      }
+    }
+    for (const ForeignObject& object : given) EXPECT_EQ(object.references, 1u);
+  }
+}
+
+TEST(ContextProperties, OtherClassesDoNotHaveThem) {
+  for (const Carrier& carrier : kCarriers) {
+    const LateBound object(CreateObject(std::wstring(L"ArdObjects100.") + carrier.name));
+    for (const wchar_t* property : kCarriers[0].properties) {
+      bool carries = false;
+      for (const std::wstring_view carried : carrier.properties) carries |= carried == property;
+      const ScopedVariant value = object.Ask(property);
+      EXPECT_EQ(value.vt == VT_ERROR && value.scode == DISP_E_UNKNOWNNAME, !carries);
+    }
+  }
+}
+
+TEST(ContextProperties, HoldAnyText) {
+  const ComPtr<_Customers> customers =
+      As<_Customers>(CreateObject(L"ArdObjects100.Customers").get());
+  const std::wstring texts[] = {
+      L"",
+      L"  blanks  ",
+      std::wstring(L"a\0b\0"sv),
+      L"\U0001F9FE beyond the basic plane",
+      L"\xD800 half a pair",
+      std::wstring(1 << 20, L'x'),
+  };
+  for (const std::wstring& text : texts) {
+    ASSERT_EQ(customers->put_AppName(Bstr(text).get()), S_OK);
+    Bstr answer;
+    ASSERT_EQ(customers->get_AppName(answer.Receive()), S_OK);
+    EXPECT_TRUE(answer.view() == text) << text.size();
+    const ScopedVariant late = LateBound(As<IDispatch>(customers.get())).Ask(L"AppName");
+    EXPECT_TRUE(TextOf(late) == text) << text.size();
+  }
+  ASSERT_EQ(customers->put_AppName(nullptr), S_OK);
+  Bstr answer;
+  ASSERT_EQ(customers->get_AppName(answer.Receive()), S_OK);
+  EXPECT_EQ(answer.view(), L"");
+  EXPECT_EQ(customers->get_AppName(nullptr), E_POINTER);
+  EXPECT_EQ(customers->get_ArdWorkspace(nullptr), E_POINTER);
+}
+
+// ---- Customers ----
+
+class CustomersTest : public ::testing::Test {
+ protected:
+  // The answers of the three look-ups, the same early-bound and late-bound.
+  void Expect(std::wstring_view acc_ref, bool valid, std::wstring_view name,
+              std::wstring_view contact) {
+    const Bstr ref(acc_ref);
+    VARIANT_BOOL is_valid = 1;
+    Bstr early_name;
+    Bstr early_contact;
+    EXPECT_EQ(customers_->IsValid(ref.get(), &is_valid), S_OK);
+    EXPECT_EQ(customers_->GetName(ref.get(), early_name.Receive()), S_OK);
+    EXPECT_EQ(customers_->GetContact(ref.get(), early_contact.Receive()), S_OK);
+    EXPECT_EQ(is_valid, valid ? VARIANT_TRUE : VARIANT_FALSE);
+    EXPECT_EQ(early_name.view(), name);
+    EXPECT_EQ(early_contact.view(), contact);
+
+    const ScopedVariant late_valid = late_.Ask(L"IsValid", acc_ref);
+    EXPECT_EQ(late_valid.vt, VT_BOOL);
+    EXPECT_EQ(late_valid.boolVal, is_valid);
+    EXPECT_EQ(TextOf(late_.Ask(L"GetName", acc_ref)), name);
+    EXPECT_EQ(TextOf(late_.Ask(L"GetContact", acc_ref)), contact);
+  }
+  void ExpectNothing(std::wstring_view acc_ref) { Expect(acc_ref, false, L"", L""); }
+
+  void OpenDemoCompany() {
+    const ScopedVariant opened = engine_.Ask(L"Open", company_folder.c_str());
+    ASSERT_EQ(opened.vt, VT_BOOL) << "no company opened";
+    SetWorkspace(engine_.Ask(L"Workspace").pdispVal);
+  }
+  void SetWorkspace(IDispatch* workspace) {
+    ASSERT_TRUE(workspace);
+    ASSERT_EQ(customers_->putref_ArdWorkspace(workspace), S_OK);
+  }
+  double Count(const wchar_t* counter) { return FromVariant(engine_.Ask(counter)).ToDouble(); }
+
+  // Calls `pick`, and meanwhile presses the button of the dialog that it shows.
+  void WithDialog(int button, const std::function<void()>& pick) {
+    const DWORD thread = GetCurrentThreadId();
+    std::thread user([&] {
+      HWND dialog = nullptr;
+      for (int i = 0; i < 500 && !dialog; ++i) {
+        Sleep(10);
+        EnumThreadWindows(thread, FindDialog, reinterpret_cast<LPARAM>(&dialog));
+      }
+      EXPECT_TRUE(dialog) << "no dialog";
+      if (dialog) PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    });
+    pick();
+    user.join();
+  }
+  static BOOL CALLBACK FindDialog(HWND window, LPARAM found) {
+    wchar_t window_class[16] = {};
+    GetClassNameW(window, window_class, ARRAYSIZE(window_class));
+    if (window_class != L"#32770"sv || !IsWindowVisible(window)) return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+  }
+
+  static inline _Customers* to_release_ = nullptr;
+
+  ComPtr<IDispatch> object_ = CreateObject(L"ArdObjects100.Customers");
+  ComPtr<_Customers> customers_ = As<_Customers>(object_.get());
+  LateBound late_{object_};
+  LateBound engine_{CreateObject(L"ArdSimulator.Engine")};
+};
+
+TEST_F(CustomersTest, AnswersFromTheCompany) {
+  OpenDemoCompany();
+  Expect(L"ACE001", true, L"Ace Shopfitting Ltd", L"Derek Coombes");
+  Expect(L"SMI001", true, L"Smith & Barnes Instruments Ltd", L"Olivia Barnes");
+  for (const std::wstring_view unknown :
+       {L"ZZZ999"sv, L""sv, L"ACE001\0"sv, L"\U0001F9FE"sv, L"ACE*"sv}) {
+    ExpectNothing(unknown);
+  }
+  ExpectNothing(std::wstring(1 << 20, L'A'));
+  EXPECT_EQ(Count(L"OpenFiles"), 0);
+  EXPECT_EQ(Count(L"LivingObjects"), 0);
+
+  VARIANT_BOOL valid = VARIANT_TRUE;
+  EXPECT_EQ(customers_->IsValid(nullptr, &valid), S_OK);
+  EXPECT_EQ(valid, VARIANT_FALSE);
+  EXPECT_EQ(customers_->IsValid(nullptr, nullptr), E_POINTER);
+  EXPECT_EQ(customers_->GetName(nullptr, nullptr), E_POINTER);
+}
+
+TEST_F(CustomersTest, TakesArgumentsAsHostsGiveThem) {
+  OpenDemoCompany();
+  ScopedVariant variable = Variant(L"ACE001");
+  ScopedVariant reference;
+  reference.vt = VT_BYREF | VT_VARIANT;
+  reference.pvarVal = &variable;
+  std::vector<ScopedVariant> arguments;
+  arguments.push_back(std::move(reference));
+  EXPECT_EQ(TextOf(late_.Call(L"GetName", std::move(arguments))), L"Ace Shopfitting Ltd");
+
+  // Named: the names come from the type library.
+  wchar_t member[] = L"getname";
+  wchar_t parameter[] = L"accref";
+  LPOLESTR names[] = {member, parameter};
+  DISPID ids[2] = {};
+  ASSERT_EQ(object_->GetIDsOfNames(IID_NULL, names, 2, LOCALE_NEUTRAL, ids), S_OK);
+  DISPPARAMS parameters = {&variable, &ids[1], 1, 1};
+  ScopedVariant name;
+  ASSERT_EQ(object_->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &name,
+                            nullptr, nullptr),
+            S_OK);
+  EXPECT_EQ(TextOf(name), L"Ace Shopfitting Ltd");
+
+  EXPECT_EQ(late_.Ask(L"GetName").scode, DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(late_.Ask(L"GetName", L"a", L"b").scode, DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(late_.Ask(L"FastList", L"a").scode, DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(late_.Ask(L"GetDiscount", L"a").scode, DISP_E_UNKNOWNNAME);
+}
+
+TEST_F(CustomersTest, WithoutAWorkspaceAnswersAreNeutral) {
+  ExpectNothing(L"ACE001");
+  ForeignObject foreign;
+  for (const HRESULT status : {S_OK, DISP_E_MEMBERNOTFOUND, RPC_E_DISCONNECTED}) {
+    foreign.status = status;
+    SetWorkspace(&foreign);
+    ExpectNothing(L"ACE001");
+  }
+  const ComPtr<IDispatch> other = CreateObject(L"ArdObjects100.Suppliers");
+  SetWorkspace(other.get());
+  ExpectNothing(L"ACE001");
+  // An engine in trouble is one that cannot be reached.
+  OpenDemoCompany();
+  engine_.Ask(L"FailFrom", 1L, -1L);
+  ExpectNothing(L"ACE001");
+  engine_.Ask(L"FailFrom", 0L, 0L);
+  Expect(L"ACE001", true, L"Ace Shopfitting Ltd", L"Derek Coombes");
+  ASSERT_EQ(customers_->putref_ArdWorkspace(nullptr), S_OK);
+  ExpectNothing(L"ACE001");
+  EXPECT_EQ(Count(L"LivingObjects"), 0);
+  customers_->putref_ArdWorkspace(nullptr);
+  EXPECT_EQ(foreign.references, 1u);
+}
+
+TEST_F(CustomersTest, ListsReturnTheUsersChoice) {
+  OpenDemoCompany();
+  Bstr choice;
+  WithDialog(IDCANCEL, [&] { EXPECT_EQ(customers_->FastList(choice.Receive()), S_OK); });
+  EXPECT_EQ(choice.view(), L"");
+  WithDialog(IDOK, [&] { EXPECT_EQ(customers_->FastList(choice.Receive()), S_OK); });
+  EXPECT_EQ(choice.view(), L"ABC001");
+  WithDialog(IDOK, [&] { EXPECT_EQ(TextOf(late_.Ask(L"List", L"BEA*")), L"BEA001"); });
+  EXPECT_EQ(Count(L"OpenFiles"), 0);
+  EXPECT_EQ(Count(L"LivingObjects"), 0);
+}
+
+// A script may let go of its object in the middle of a call.
+TEST_F(CustomersTest, OutlivesItsReleaseWhileADialogIsShown) {
+  OpenDemoCompany();
+  _Customers* const customers = customers_.Detach();
+  object_ = ComPtr<IDispatch>();
+  late_ = LateBound(ComPtr<IDispatch>());
+  // Released by a message that the dialog's own loop delivers.
+  const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR id, DWORD) {
+    KillTimer(nullptr, id);
+    std::exchange(to_release_, nullptr)->Release();
+  });
+  to_release_ = customers;
+  Bstr choice;
+  WithDialog(IDOK, [&] { EXPECT_EQ(customers->FastList(choice.Receive()), S_OK); });
+  EXPECT_EQ(choice.view(), L"ABC001");
+  EXPECT_EQ(to_release_, nullptr) << timer;
+}
+
+// ---- The host's program ----
+
+// Registers what is not registered, for as long as the tests run.
+class Registered : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    Provide(L"ArdObjects100.Customers", LibraryPath());
+    const std::wstring library = LibraryPath();
+    Provide(L"ArdSimulator.Engine", library.substr(0, library.rfind(L'\\') + 1) + L"ArdSimulator.dll");
+  }
+  void TearDown() override {
+    for (const std::wstring& path : registered_) {
+      Dll(path).Export<NoArguments>("DllUnregisterServer")();
+    }
+    CoUninitialize();
+  }
+
+ private:
+  void Provide(const std::wstring& prog_id, const std::wstring& path) {
+    if (CreateObject(prog_id)) return;
+    const Dll dll(path);
+    ASSERT_TRUE(dll) << "cannot be loaded";
+    ASSERT_EQ(dll.Export<NoArguments>("DllRegisterServer")(), S_OK);
+    registered_.push_back(path);
+  }
+
+  std::vector<std::wstring> registered_;
+};
+
+}  // namespace
+}  // namespace ard::windows
+
+int wmain(int count, wchar_t** arguments) {
+  using ard::windows::testing::company_folder;
+  ::testing::InitGoogleTest(&count, arguments);
+  const std::wstring library = ard::windows::testing::LibraryPath();
+  company_folder = library.substr(0, library.rfind(L'\\')) + L"\\..\\..\\..\\examples\\company";
+  if (count > 1) company_folder = arguments[1];
+  ::testing::AddGlobalTestEnvironment(new ard::windows::Registered);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,245 @@
+// Registration and unloading: what the DLL writes, what it leaves, and that it really goes.
+#include "tests/windows/host.h"
+
+// After windows.h.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace ard::windows {
+namespace {
+
+using namespace testing;  // NOLINT(google-build-using-namespace): the host
+
+const std::wstring kClassesKey = L"Software\\Classes\\";
+const std::wstring kLibraryKey = kClassesKey + L"TypeLib\\" + kLibraryId;
+#ifdef _WIN64
+constexpr REGSAM kOwnView = KEY_WOW64_64KEY;
+constexpr REGSAM kOtherView = KEY_WOW64_32KEY;
+const std::wstring kPlatform = L"win64";
+const std::wstring kOtherPlatform = L"win32";
+#else
+constexpr REGSAM kOwnView = KEY_WOW64_32KEY;
+constexpr REGSAM kOtherView = KEY_WOW64_64KEY;
+const std::wstring kPlatform = L"win32";
+const std::wstring kOtherPlatform = L"win64";
+#endif
+
+struct IgnoreCase {
+  bool operator()(const std::wstring& a, const std::wstring& b) const {
+    return CompareStringOrdinal(a.c_str(), -1, b.c_str(), -1, TRUE) == CSTR_LESS_THAN;
+  }
+};
+
+// Values by key and name; a key's own entry is there even when it has no value.
+using Snapshot = std::map<std::wstring, std::wstring, IgnoreCase>;
+
+void Take(HKEY parent, const std::wstring& path, REGSAM view, Snapshot& snapshot) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ | view, &key) != ERROR_SUCCESS) return;
+  snapshot[path];
+  wchar_t name[256];
+  for (DWORD i = 0;; ++i) {
+    BYTE data[2048] = {};
+    DWORD length = ARRAYSIZE(name);
+    DWORD size = sizeof data - sizeof(wchar_t);
+    DWORD type = 0;
+    const LSTATUS status = RegEnumValueW(key, i, name, &length, nullptr, &type, data, &size);
+    if (status == ERROR_NO_MORE_ITEMS) break;
+    if (status != ERROR_SUCCESS) continue;  // too large to be ours
+    snapshot[path + L"@" + name] = type == REG_SZ ? reinterpret_cast<wchar_t*>(data) : L"";
+  }
+  std::set<std::wstring> children;
+  for (DWORD i = 0;; ++i) {
+    DWORD length = ARRAYSIZE(name);
+    if (RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr)) break;
+    children.insert(name);
+  }
+  RegCloseKey(key);
+  for (const std::wstring& child : children) {
+    // The other view, as a part of this one.
+    if (child != L"Wow6432Node") Take(parent, path + L"\\" + child, view, snapshot);
+  }
+}
+
+Snapshot Classes(HKEY root, REGSAM view) {
+  Snapshot snapshot;
+  Take(root, L"Software\\Classes", view, snapshot);
+  return snapshot;
+}
+
+// The keys and values that are in one of them only, or differ.
+std::set<std::wstring> Difference(const Snapshot& a, const Snapshot& b) {
+  std::set<std::wstring> keys;
+  for (const auto& [one, other] : {std::pair(&a, &b), std::pair(&b, &a)}) {
+    for (const auto& [key, value] : *one) {
+      const auto found = other->find(key);
+      if (found == other->end() || found->second != value) keys.insert(key);
+    }
+  }
+  return keys;
+}
+
+struct Scope {
+  const char* name;
+  HKEY root;
+  const wchar_t* argument;
+};
+const Scope kScopes[] = {{"machine", HKEY_LOCAL_MACHINE, nullptr},
+                         {"user", HKEY_CURRENT_USER, L"user"}};
+
+class Registration : public ::testing::Test {
+ protected:
+  HRESULT Install(const Scope& scope, bool install) {
+    return dll_.Export<testing::Install>("DllInstall")(install, scope.argument);
+  }
+  void TearDown() override {
+    Install(kScopes[1], false);
+    EXPECT_EQ(Install(kScopes[0], true), S_OK);
+  }
+
+  Dll dll_{LibraryPath()};
+};
+
+void Write(HKEY root, const std::wstring& path, REGSAM view, const wchar_t* value,
+           DWORD options = 0) {
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(root, path.c_str(), 0, nullptr, options, KEY_WRITE | view, nullptr,
+                            &key, nullptr),
+            ERROR_SUCCESS);
+  RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+                 static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
+  RegCloseKey(key);
+}
+
+TEST_F(Registration, IsCompleteAndLeavesNothing) {
+  for (const Scope& scope : kScopes) {
+    SCOPED_TRACE(scope.name);
+    ASSERT_EQ(Install(scope, false), S_OK);
+    const Snapshot before = Classes(scope.root, kOwnView);
+    const Snapshot other_before = Classes(scope.root, kOtherView);
+    ASSERT_EQ(Install(scope, true), S_OK);
+    Snapshot after = Classes(scope.root, kOwnView);
+
+    for (const ClassIdentity& identity : kClasses) {
+      const std::wstring class_key = kClassesKey + L"CLSID\\" + identity.class_id;
+      const std::wstring interface_key = kClassesKey + L"Interface\\" + identity.interface_id;
+      EXPECT_EQ(after[kClassesKey + ProgId(identity) + L"\\CLSID@"], identity.class_id);
+      EXPECT_EQ(after[class_key + L"\\InprocServer32@"], LibraryPath());
+      EXPECT_EQ(after[class_key + L"\\InprocServer32@ThreadingModel"], L"Apartment");
+      EXPECT_EQ(after[class_key + L"\\ProgID@"], ProgId(identity));
+      EXPECT_EQ(after[class_key + L"\\TypeLib@"], kLibraryId);
+      EXPECT_FALSE(after.contains(class_key + L"\\Implemented Categories"));
+      EXPECT_EQ(after[interface_key + L"@"], std::wstring(L"_") + identity.name);
+      EXPECT_EQ(after[interface_key + L"\\ProxyStubClsid32@"],
+                L"{00020424-0000-0000-C000-000000000046}");
+      EXPECT_EQ(after[interface_key + L"\\TypeLib@"], kLibraryId);
+      EXPECT_EQ(after[interface_key + L"\\TypeLib@Version"], L"1.0");
+    }
+    EXPECT_EQ(after[kLibraryKey + L"\\1.0\\0\\" + kPlatform + L"@"], LibraryPath());
+
+    ASSERT_EQ(Install(scope, true), S_OK) << "once more";
+    ASSERT_EQ(Install(scope, false), S_OK);
+    EXPECT_EQ(Difference(Classes(scope.root, kOwnView), before), std::set<std::wstring>());
+    EXPECT_EQ(Difference(Classes(scope.root, kOtherView), other_before), std::set<std::wstring>());
+    ASSERT_EQ(Install(scope, false), S_OK) << "once more";
+  }
+}
+
+// What the library's copy for the other platform has registered, and what both share.
+TEST_F(Registration, LeavesTheOtherPlatformAlone) {
+  const Scope& machine = kScopes[0];
+  const std::wstring class_key = kClassesKey + L"CLSID\\" + kClasses[0].class_id;
+  const std::wstring platform_key = kLibraryKey + L"\\1.0\\0\\" + kOtherPlatform;
+  const std::wstring prog_id_key = kClassesKey + ProgId(kClasses[0]);
+  // That copy may be registered indeed.
+  const bool added = !Classes(machine.root, kOtherView).contains(class_key);
+  ASSERT_EQ(Install(machine, true), S_OK);
+  if (added) {
+    Write(machine.root, class_key, kOtherView, L"other");
+    Write(machine.root, platform_key, kOwnView, L"other.dll");
+  }
+
+  ASSERT_EQ(Install(machine, false), S_OK);
+  Snapshot left = Classes(machine.root, kOwnView);
+  EXPECT_FALSE(left.contains(class_key));
+  EXPECT_TRUE(left.contains(prog_id_key + L"\\CLSID"));
+  EXPECT_TRUE(left.contains(platform_key));
+  EXPECT_FALSE(left.contains(kLibraryKey + L"\\1.0\\0\\" + kPlatform));
+  EXPECT_TRUE(Classes(machine.root, kOtherView).contains(class_key));
+  if (!added) return;
+
+  EXPECT_FALSE(left.contains(kClassesKey + ProgId(kClasses[1])));
+  RegDeleteKeyExW(machine.root, class_key.c_str(), kOtherView, 0);
+  RegDeleteTreeW(machine.root, platform_key.c_str());
+  ASSERT_EQ(Install(machine, false), S_OK);
+  left = Classes(machine.root, kOwnView);
+  EXPECT_FALSE(left.contains(prog_id_key));
+  EXPECT_FALSE(left.contains(kLibraryKey));
+}
+
+TEST_F(Registration, ThatFailsIsUndone) {
+  const HKEY root = HKEY_CURRENT_USER;
+  const Snapshot before = Classes(root, kOwnView);
+  // A lasting key cannot be made below one that lasts only until the next start of the system.
+  const std::wstring obstacle = kClassesKey + L"CLSID\\" + kClasses[6].class_id;
+  Write(root, obstacle, kOwnView, L"in the way", REG_OPTION_VOLATILE);
+  EXPECT_EQ(Install(kScopes[1], true), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+  RegDeleteTreeW(root, obstacle.c_str());
+  EXPECT_EQ(Difference(Classes(root, kOwnView), before), std::set<std::wstring>());
+}
+
+TEST_F(Registration, RefusesOtherArguments) {
+  EXPECT_EQ(dll_.Export<testing::Install>("DllInstall")(TRUE, L"everybody"), E_INVALIDARG);
+}
+
+// In a folder with a long name beyond ASCII, so that the whole path is longer than most.
+TEST(Unloading, HappensOnceNothingIsInUse) {
+  wchar_t temporary[MAX_PATH] = {};
+  GetTempPathW(MAX_PATH, temporary);
+  const std::wstring folder = temporary + std::wstring(L"\x17E\x6771 ") + std::wstring(100, L'x');
+  const std::wstring path = folder + L"\\Ard\x4EAC.dll";
+  CreateDirectoryW(folder.c_str(), nullptr);
+  ASSERT_TRUE(CopyFileW(LibraryPath().c_str(), path.c_str(), FALSE));
+  {
+    const Dll dll(path);
+    ASSERT_TRUE(dll);
+    const auto get_class_object = dll.Export<GetClassObject>("DllGetClassObject");
+    const auto can_unload = dll.Export<NoArguments>("DllCanUnloadNow");
+    EXPECT_EQ(can_unload(), S_OK);
+
+    ComPtr<IClassFactory> factory;
+    void* none = &none;
+    EXPECT_EQ(get_class_object(IID_IUnknown, IID_IClassFactory, &none), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(none, nullptr);
+    EXPECT_EQ(get_class_object(CLSID_Customers, IID_IDispatch, &none), E_NOINTERFACE);
+    EXPECT_EQ(can_unload(), S_OK);
+    ASSERT_EQ(get_class_object(CLSID_Customers, IID_IClassFactory,
+                               reinterpret_cast<void**>(factory.Receive())),
+              S_OK);
+    EXPECT_EQ(can_unload(), S_FALSE);
+    ComPtr<IDispatch> object;
+    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IDispatch,
+                                      reinterpret_cast<void**>(object.Receive())),
+              S_OK);
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IClassFactory, &none), E_NOINTERFACE);
+    factory->LockServer(TRUE);
+    // By name: with the type library of this copy.
+    EXPECT_EQ(LateBound(object).Ask(L"GetName", L"A").vt, VT_BSTR);
+    object = ComPtr<IDispatch>();
+    EXPECT_EQ(can_unload(), S_FALSE);
+    factory->LockServer(FALSE);
+    EXPECT_EQ(can_unload(), S_FALSE);
+    factory = ComPtr<IClassFactory>();
+    EXPECT_EQ(can_unload(), S_OK);
+  }
+  EXPECT_EQ(GetModuleHandleW(path.c_str()), nullptr);
+  EXPECT_TRUE(DeleteFileW(path.c_str()));
+  RemoveDirectoryW(folder.c_str());
+}
+
+}  // namespace
+}  // namespace ard::windows

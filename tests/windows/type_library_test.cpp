@@ -1,0 +1,263 @@
+// The type library, by which hosts are compiled: every name, identifier, id, type and place in the
+// vtable.
+#include "tests/windows/host.h"
+
+// After windows.h.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace ard::windows {
+namespace {
+
+using namespace testing;  // NOLINT(google-build-using-namespace): the host
+
+using Lines = std::vector<std::wstring>;
+
+const Lines kAppName = {L"put AppName(in String Value)", L"get AppName(out retval String* Value)"};
+const Lines kRegistryPath = {L"put RegistryPath(in String Value)",
+                             L"get RegistryPath(out retval String* Value)"};
+const Lines kRegistryPathGetFirst = {kRegistryPath[1], kRegistryPath[0]};
+const Lines kArdWorkspace = {L"putref ArdWorkspace(in Object Value)",
+                             L"get ArdWorkspace(out retval Object* Value)"};
+const Lines kArdEngine = {L"putref ArdEngine(in Object Value)",
+                          L"get ArdEngine(out retval Object* Value)"};
+const Lines kDBaseConn = {L"putref oDBaseConn(in Object Value)",
+                          L"get oDBaseConn(out retval Object* Value)"};
+const Lines kCustomerMethods = {
+    L"call IsValid(in String AccRef, out retval Boolean* Result)",
+    L"call GetName(in String AccRef, out retval String* Result)",
+    L"call GetContact(in String AccRef, out retval String* Result)",
+    L"call FastList(out retval String* Result)",
+    L"call List(in String SearchCriteria, out retval String* Result)",
+};
+
+// The members of each interface after those of IDispatch, in vtable order.
+const std::map<std::wstring, std::vector<Lines>> kInterfaces = {
+    {L"CustomerRecord", {kArdWorkspace}},
+    {L"SupplierRecord", {kArdWorkspace}},
+    {L"Messaging", {kAppName, kArdWorkspace, kArdEngine, kDBaseConn, kRegistryPath}},
+    {L"General", {kAppName, kArdWorkspace, kArdEngine, kDBaseConn, kRegistryPath}},
+    {L"Products", {kAppName, kRegistryPath, kArdWorkspace, kDBaseConn}},
+    {L"Bank", {kAppName, kArdWorkspace, kRegistryPath}},
+    {L"Customers", {kAppName, kArdWorkspace, kRegistryPath, kCustomerMethods}},
+    {L"Nominal", {kAppName, kArdWorkspace, kRegistryPath}},
+    {L"PurchaseOrders", {kAppName, kArdWorkspace, kRegistryPath}},
+    {L"SalesOrders", {kAppName, kArdWorkspace, kRegistryPathGetFirst}},
+    {L"Suppliers", {kAppName, kArdWorkspace, kRegistryPath}},
+    {L"cAccessRights", {kAppName, kArdWorkspace}},
+    {L"cDeliveryAddress", {kAppName, kRegistryPath, kArdWorkspace}},
+};
+
+struct Enumeration {
+  const wchar_t* name;
+  const wchar_t* id;
+  std::vector<const wchar_t*> members;  // with the values 0, 1, 2 ...
+};
+const Enumeration kEnumerations[] = {
+    {L"vxAccess",
+     L"{8E1EEC7B-DED6-430A-889D-E3520C18C45A}",
+     {L"vxAccessCustomerRecord", L"vxAccessSupplierRecord", L"vxAccessNominalRecord",
+      L"vxAccessBankRecord", L"vxAccessProductRecord", L"vxAccessInvoiceRecord",
+      L"vxAccessSopRecord", L"vxAccessPopRecord"}},
+    {L"tbDelAddType",
+     L"{E1C415B5-8FDB-4407-B96F-1B27E09ACAED}",
+     {L"tbDelAddCompany", L"tbDelAddSales", L"tbDelAddPurchase"}},
+};
+
+std::wstring NameOf(ITypeInfo* info, MEMBERID member = MEMBERID_NIL) {
+  Bstr name;
+  info->GetDocumentation(member, name.Receive(), nullptr, nullptr, nullptr);
+  return std::wstring(name.view());
+}
+
+TYPEATTR AttributesOf(ITypeInfo* info) {
+  TYPEATTR* attributes = nullptr;
+  info->GetTypeAttr(&attributes);
+  const TYPEATTR copy = *attributes;
+  info->ReleaseTypeAttr(attributes);
+  return copy;
+}
+
+std::wstring TypeName(const TYPEDESC& type) {
+  switch (type.vt) {
+    case VT_BSTR: return L"String";
+    case VT_BOOL: return L"Boolean";
+    case VT_DISPATCH: return L"Object";
+    case VT_HRESULT: return L"HRESULT";
+    case VT_PTR: return TypeName(*type.lptdesc) + L"*";
+    default: return L"type " + std::to_wstring(type.vt);
+  }
+}
+
+std::wstring Describe(ITypeInfo* info, const FUNCDESC& function) {
+  static const std::map<INVOKEKIND, std::wstring> kKinds = {{INVOKE_FUNC, L"call "},
+                                                            {INVOKE_PROPERTYGET, L"get "},
+                                                            {INVOKE_PROPERTYPUT, L"put "},
+                                                            {INVOKE_PROPERTYPUTREF, L"putref "}};
+  static const std::pair<USHORT, std::wstring> kFlags[] = {
+      {PARAMFLAG_FIN, L"in "}, {PARAMFLAG_FOUT, L"out "}, {PARAMFLAG_FRETVAL, L"retval "}};
+  BSTR names[8] = {};
+  UINT count = 0;
+  info->GetNames(function.memid, names, ARRAYSIZE(names), &count);
+  std::wstring text = kKinds.at(function.invkind) + names[0] + L"(";
+  for (int i = 0; i < function.cParams; ++i) {
+    const ELEMDESC& parameter = function.lprgelemdescParam[i];
+    if (i > 0) text += L", ";
+    for (const auto& [flag, word] : kFlags) {
+      if (parameter.paramdesc.wParamFlags & flag) text += word;
+    }
+    // The value of a property has no name of its own here: all of them are "Value".
+    const bool named = i + 1 < static_cast<int>(count);
+    text += TypeName(parameter.tdesc) + L" " + (named ? names[i + 1] : L"Value");
+  }
+  for (const BSTR name : names) SysFreeString(name);
+  return text + L")";
+}
+
+class TypeLibrary : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(LoadTypeLibEx(LibraryPath().c_str(), REGKIND_NONE, library_.Receive()), S_OK);
+  }
+  ComPtr<ITypeInfo> Find(const wchar_t* id) {
+    ComPtr<ITypeInfo> info;
+    library_->GetTypeInfoOfGuid(Id(id), info.Receive());
+    return info;
+  }
+
+  ComPtr<ITypeLib> library_;
+};
+
+TEST_F(TypeLibrary, HoldsThePublishedTypesAndNoOther) {
+  TLIBATTR* attributes = nullptr;
+  ASSERT_EQ(library_->GetLibAttr(&attributes), S_OK);
+  EXPECT_EQ(Text(attributes->guid), kLibraryId);
+  EXPECT_EQ(attributes->wMajorVerNum, 1);
+  EXPECT_EQ(attributes->wMinorVerNum, 0);
+  EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
+  library_->ReleaseTLibAttr(attributes);
+  Bstr name;
+  library_->GetDocumentation(-1, name.Receive(), nullptr, nullptr, nullptr);
+  EXPECT_EQ(name.view(), L"ArdObjects100");
+  EXPECT_EQ(library_->GetTypeInfoCount(),
+            2 * std::size(kClasses) + std::size(kEnumerations));
+}
+
+TEST_F(TypeLibrary, EnumerationsCarryTheirOwnNamesAndIdentifiers) {
+  for (const Enumeration& enumeration : kEnumerations) {
+    const ComPtr<ITypeInfo> info = Find(enumeration.id);
+    ASSERT_TRUE(info);
+    EXPECT_EQ(NameOf(info.get()), enumeration.name);
+    const TYPEATTR attributes = AttributesOf(info.get());
+    EXPECT_EQ(attributes.typekind, TKIND_ENUM);
+    ASSERT_EQ(attributes.cVars, enumeration.members.size());
+    for (UINT i = 0; i < attributes.cVars; ++i) {
+      VARDESC* constant = nullptr;
+      ASSERT_EQ(info->GetVarDesc(i, &constant), S_OK);
+      EXPECT_EQ(NameOf(info.get(), constant->memid), enumeration.members[i]);
+      EXPECT_EQ(constant->lpvarValue->vt, VT_I4);
+      EXPECT_EQ(constant->lpvarValue->lVal, static_cast<LONG>(i));
+      info->ReleaseVarDesc(constant);
+    }
+  }
+}
+
+TEST_F(TypeLibrary, ClassesHaveTheirDefaultInterface) {
+  for (const ClassIdentity& identity : kClasses) {
+    const ComPtr<ITypeInfo> info = Find(identity.class_id);
+    ASSERT_TRUE(info);
+    EXPECT_EQ(NameOf(info.get()), identity.name);
+    const TYPEATTR attributes = AttributesOf(info.get());
+    EXPECT_EQ(attributes.typekind, TKIND_COCLASS);
+    EXPECT_TRUE(attributes.wTypeFlags & TYPEFLAG_FCANCREATE);
+    ASSERT_EQ(attributes.cImplTypes, 1);
+    INT flags = 0;
+    info->GetImplTypeFlags(0, &flags);
+    EXPECT_EQ(flags, IMPLTYPEFLAG_FDEFAULT);
+    HREFTYPE reference = 0;
+    ComPtr<ITypeInfo> dispatch;
+    info->GetRefTypeOfImplType(0, &reference);
+    ASSERT_EQ(info->GetRefTypeInfo(reference, dispatch.Receive()), S_OK);
+    EXPECT_EQ(Text(AttributesOf(dispatch.get()).guid), identity.interface_id);
+  }
+}
+
+TEST_F(TypeLibrary, InterfacesAreDualAndHaveTheirMembersInOrder) {
+  for (const ClassIdentity& identity : kClasses) {
+    const ComPtr<ITypeInfo> dispatch = Find(identity.interface_id);
+    ASSERT_TRUE(dispatch);
+    EXPECT_EQ(NameOf(dispatch.get()), std::wstring(L"_") + identity.name);
+    TYPEATTR attributes = AttributesOf(dispatch.get());
+    EXPECT_EQ(attributes.typekind, TKIND_DISPATCH);
+    EXPECT_TRUE(attributes.wTypeFlags & TYPEFLAG_FDUAL);
+
+    // The other side of a dual interface is its vtable.
+    HREFTYPE reference = 0;
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
+    ASSERT_EQ(dispatch->GetRefTypeInfo(reference, info.Receive()), S_OK);
+    attributes = AttributesOf(info.get());
+    EXPECT_EQ(attributes.typekind, TKIND_INTERFACE);
+
+    Lines expected;
+    for (const Lines& lines : kInterfaces.at(identity.name)) {
+      expected.insert(expected.end(), lines.begin(), lines.end());
+    }
+    Lines found;
+    DISPID last_id = 0;
+    std::wstring last_name;
+    for (UINT i = 0; i < attributes.cFuncs; ++i) {
+      FUNCDESC* function = nullptr;
+      ASSERT_EQ(info->GetFuncDesc(i, &function), S_OK);
+      found.push_back(Describe(info.get(), *function));
+      EXPECT_EQ(function->callconv, CC_STDCALL);
+      EXPECT_EQ(TypeName(function->elemdescFunc.tdesc), L"HRESULT");
+      EXPECT_EQ(function->oVft, static_cast<SHORT>((7 + i) * sizeof(void*)));
+      const std::wstring name = NameOf(info.get(), function->memid);
+      EXPECT_EQ(function->memid, name == last_name ? last_id : last_id + 1);
+      last_id = function->memid;
+      last_name = name;
+      info->ReleaseFuncDesc(function);
+    }
+    EXPECT_EQ(found, expected);
+  }
+}
+
+// What the type library says a member is, the object does: each is known under its id in its way,
+// and takes that many arguments.
+TEST_F(TypeLibrary, ObjectsAnswerToIt) {
+  for (const ClassIdentity& identity : kClasses) {
+    const ComPtr<IDispatch> object = CreateObject(ProgId(identity));
+    ASSERT_TRUE(object);
+    UINT count = 0;
+    ASSERT_EQ(object->GetTypeInfoCount(&count), S_OK);
+    EXPECT_EQ(count, 1u);
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(object->GetTypeInfo(0, LOCALE_NEUTRAL, info.Receive()), S_OK);
+    EXPECT_EQ(Text(AttributesOf(info.get()).guid), identity.interface_id);
+    ComPtr<ITypeInfo> none;
+    EXPECT_EQ(object->GetTypeInfo(1, LOCALE_NEUTRAL, none.Receive()), DISP_E_BADINDEX);
+
+    const UINT functions = AttributesOf(info.get()).cFuncs;
+    for (UINT i = 0; i < functions; ++i) {
+      FUNCDESC* function = nullptr;
+      ASSERT_EQ(info->GetFuncDesc(i, &function), S_OK);
+      if (function->memid < 0x60000000) {
+        std::vector<ScopedVariant> arguments(static_cast<std::size_t>(function->cParams) + 1);
+        DISPPARAMS parameters = {arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+        EXPECT_EQ(object->Invoke(function->memid, IID_NULL, LOCALE_NEUTRAL,
+                                 static_cast<WORD>(function->invkind), &parameters, nullptr,
+                                 nullptr, nullptr),
+                  DISP_E_BADPARAMCOUNT)
+            << function->memid;
+      }
+      info->ReleaseFuncDesc(function);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ard::windows
