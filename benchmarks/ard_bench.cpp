@@ -112,8 +112,8 @@ bool OpenList(std::int32_t accounts) {
   const double time = Median(times);
   const bool met =
       read_before == 0 && read_with_page <= page_size && rows > 0 && time <= kTargetOpening;
-  std::printf("%14d %24lld %20lld %8zu %14.1f%s\n", accounts, static_cast<long long>(read_before),
-              static_cast<long long>(read_with_page), rows, time / 1000, met ? "" : "   MISSED");
+  std::printf("%14d %24" PRId64 " %20" PRId64 " %8zu %14.1f%s\n", accounts, read_before,
+              read_with_page, rows, time / 1000, met ? "" : "   MISSED");
   return met;
 }
 

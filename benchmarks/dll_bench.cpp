@@ -10,6 +10,7 @@
 #include <ArdObjects100.h>
 #include <oleauto.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cwchar>
 #include <initializer_list>
@@ -134,8 +135,8 @@ class Simulator {
   }
 
   ComPtr<IDispatch> workspace() { return windows::ToDispatch(Ask(L"Workspace")); }
-  long long operations() {
-    return static_cast<long long>(windows::FromVariant(Ask(L"Operations")).ToDouble());
+  std::int64_t operations() {
+    return static_cast<std::int64_t>(windows::FromVariant(Ask(L"Operations")).ToDouble());
   }
 
  private:
@@ -202,12 +203,12 @@ bool Run(const wchar_t* company, const wchar_t* script) {
   }
 
   const auto operations_of = [&](const auto& action) {
-    const long long before = simulator.operations();
+    const std::int64_t before = simulator.operations();
     action();
     return simulator.operations() - before;
   };
-  const long long operations_by_hand = operations_of(by_hand);
-  const long long operations_by_library = operations_of(by_library);
+  const std::int64_t operations_by_hand = operations_of(by_hand);
+  const std::int64_t operations_by_library = operations_of(by_library);
 
   PrintComparisonHeader();
   const bool met = Report("Customers.GetName, through the DLL", Compare(by_hand, by_library),

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cinttypes>
+#include <cstdint>
 #include <cstdio>
 #include <vector>
 
@@ -65,11 +67,11 @@ inline void PrintComparisonHeader() {
 
 // Prints a line; returns whether the library is within the target and asks no more of the engine.
 inline bool Report(const char* operation, const Comparison& times, double target,
-                   long long operations_by_hand, long long operations_by_library) {
+                   std::int64_t operations_by_hand, std::int64_t operations_by_library) {
   const bool met = times.ratio() <= target && operations_by_hand == operations_by_library;
-  std::printf("%-34s %16.0f %12.0f %7.3f %7.2f  %lld and %lld%s\n", operation, times.hand_written,
-              times.library, times.ratio(), target, operations_by_hand, operations_by_library,
-              met ? "" : "   MISSED");
+  std::printf("%-34s %16.0f %12.0f %7.3f %7.2f  %" PRId64 " and %" PRId64 "%s\n", operation,
+              times.hand_written, times.library, times.ratio(), target, operations_by_hand,
+              operations_by_library, met ? "" : "   MISSED");
   return met;
 }
 

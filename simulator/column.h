@@ -64,11 +64,11 @@ class Columns {
 
  private:
   struct Hash {
-    using is_transparent = void;
+    using is_transparent = void;  // NOLINT(readability-identifier-naming): the library's name
     std::size_t operator()(std::wstring_view name) const;
   };
   struct Equal {
-    using is_transparent = void;
+    using is_transparent = void;  // NOLINT(readability-identifier-naming)
     bool operator()(std::wstring_view a, std::wstring_view b) const;
   };
 

@@ -1,6 +1,7 @@
 #include "simulator/memory_table.h"
 
 #include <algorithm>
+#include <compare>
 #include <utility>
 
 #include "frame/error.h"
@@ -42,9 +43,10 @@ std::wstring MemoryTable::KeyAt(std::int32_t position) const {
 }
 
 std::int32_t MemoryTable::LowerBound(std::wstring_view key) const {
-  const auto found = std::lower_bound(
-      index_.begin(), index_.end(), key,
-      [](const Entry& entry, const auto& k) { return CompareIgnoreCase(entry.key, k) < 0; });
+  const auto found =
+      std::lower_bound(index_.begin(), index_.end(), key, [](const Entry& entry, const auto& k) {
+        return std::is_lt(CompareIgnoreCase(entry.key, k));
+      });
   return static_cast<std::int32_t>(found - index_.begin()) + 1;
 }
 

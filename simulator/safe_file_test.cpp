@@ -1,10 +1,10 @@
 #include "simulator/safe_file.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -83,6 +83,10 @@ TEST_F(SafeFileTest, AKilledWriterLeavesAWholeTable) {
         ReplaceFile(table_, b);
         ReplaceFile(table_, a);
       }
+    }
+    // A busy machine may take its time to start the first writer.
+    for (int wait = 0; replaced == 0 && wait < 10'000 && ReadFile(table_) == kBefore; ++wait) {
+      usleep(1000);
     }
     usleep(3000 + static_cast<useconds_t>(run) * 977);
     kill(writer, SIGKILL);

@@ -1,6 +1,7 @@
 #include "simulator/synthetic_ledger.h"
 
 #include <algorithm>
+#include <compare>
 #include <utility>
 
 #include "frame/error.h"
@@ -89,7 +90,7 @@ std::int32_t SyntheticLedger::LowerBound(std::wstring_view key) const {
   std::int32_t high = accounts_ + 1;
   while (low < high) {
     const std::int32_t middle = low + (high - low) / 2;
-    if (CompareIgnoreCase(KeyAt(middle), key) < 0) {
+    if (std::is_lt(CompareIgnoreCase(KeyAt(middle), key))) {
       low = middle + 1;
     } else {
       high = middle;

@@ -24,7 +24,7 @@ std::wstring Digits(std::int32_t number) {
 std::wstring KeyPart(const Column& column, const Value& cell) {
   if (column.type == ColumnType::kText) return cell.ToText();
   if (column.type == ColumnType::kInteger8) {
-    return std::wstring(1, static_cast<wchar_t>(cell.ToByte()));
+    return {static_cast<wchar_t>(cell.ToByte())};
   }
   return Digits(cell.ToLong());
 }

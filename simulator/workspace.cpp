@@ -68,17 +68,20 @@ class SimulatedWorkspace : public engine::Workspace {
 class SimulatedError : public engine::EngineError, private EngineObject {
  public:
   explicit SimulatedError(std::shared_ptr<EngineState> state)
-      : EngineObject(std::move(state)), error_(this->state()->last_error) {}
+      : EngineObject(std::move(state)),
+        number_(this->state()->last_error.number()),
+        text_(this->state()->last_error.text()) {}
 
   std::int32_t Number() override {
-    return Run([&] { return error_.number(); });
+    return Run([&] { return number_; });
   }
   std::wstring Text() override {
-    return Run([&] { return error_.text(); });
+    return Run([&] { return text_; });
   }
 
  private:
-  Error error_;
+  std::int32_t number_;
+  std::wstring text_;
 };
 
 }  // namespace

@@ -14,7 +14,7 @@ engine.Open WScript.Arguments(0)
 Set workspace = engine.Workspace
 
 TourOfCustomers
-WScript.Echo
+WScript.Echo ""
 WScript.Echo "Engine files left open: " & engine.OpenFiles
 
 Sub TourOfCustomers
@@ -42,7 +42,7 @@ Sub TourOfCustomers
 End Sub
 
 ' One call and its answer, as a literal.
-Sub Show(expression, answer)
+Sub Show(expression, ByVal answer)
   If VarType(answer) = vbString Then answer = """" & Replace(answer, """", """""") & """"
   WScript.Echo "  " & expression & " = " & answer
 End Sub

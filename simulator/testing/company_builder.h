@@ -24,6 +24,7 @@ namespace ard::simulator {
 
 class Table;
 
+// The name has to live as long as the builder: a literal.
 struct FieldValue {
   std::wstring_view field;
   Value value;

@@ -283,6 +283,7 @@ TEST_F(DialogTest, EveryWayOutEndsAsItShould) {
   };
   for (const Ending& ending : endings) {
     SCOPED_TRACE(ending.name);
+    host_.Activate();
     LedgerDialog dialog(kMany);
     Show(dialog, [&](const View& view) {
       EXPECT_FALSE(IsWindowEnabled(host_.window()));
@@ -292,7 +293,7 @@ TEST_F(DialogTest, EveryWayOutEndsAsItShould) {
     EXPECT_EQ(dialog.result(), ending.result);
     EXPECT_EQ(dialog.pages, 1);
     EXPECT_TRUE(IsWindowEnabled(host_.window()));
-    EXPECT_TRUE(host_.IsBack());
+    EXPECT_TRUE(host_.focus_returned());
   }
 }
 
@@ -614,7 +615,7 @@ TEST_F(DialogTest, AllWindowsOfTheHostAreDisabledAndTheDisabledStaySo) {
   };
   const HWND palette = create(0);
   const HWND disabled = create(WS_DISABLED);
-  SetActiveWindow(host_.window());
+  host_.Activate();
   LedgerDialog dialog(kMany);
   Show(dialog, [&](const View& view) {
     EXPECT_EQ(GetWindow(view.dialog, GW_OWNER), host_.window());
@@ -639,6 +640,7 @@ TEST_F(DialogTest, OpensWithoutAnOwner) {
 
 TEST_F(DialogTest, MessagesBelongToTheActiveWindow) {
   for (const Icon icon : {Icon::kExclamation, Icon::kStop}) {
+    host_.Activate();
     host_.Drive(
         L"Title", [&] { environment_.ShowMessage(icon, L"First.\r\n\r\nSecond.", L"Title"); },
         [&](HWND box) {

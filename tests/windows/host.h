@@ -32,8 +32,7 @@ inline constexpr ClassIdentity kClasses[] = {
      L"{18BF13BA-2CA1-4DF7-8D39-E157596EDD52}"},
     {L"Products", L"{1DD416AD-42AF-41C1-A6A3-72CDE2C4AE6F}",
      L"{F1146947-F284-455C-B803-FFEACA4445AB}"},
-    {L"Bank", L"{76ED1AE8-E1FB-4937-91FD-7D51C9FBD165}",
-     L"{2A0AB169-9797-4630-BC01-C3895BBA97C4}"},
+    {L"Bank", L"{76ED1AE8-E1FB-4937-91FD-7D51C9FBD165}", L"{2A0AB169-9797-4630-BC01-C3895BBA97C4}"},
     {L"Customers", L"{68AC104F-9BBF-4297-A2D4-0958D440F110}",
      L"{17CB7762-301A-465F-9DE3-C3CB3CE21E3B}"},
     {L"Nominal", L"{BA0140BE-283F-4149-A618-91ACA0285DB6}",
@@ -91,7 +90,8 @@ ComPtr<IDispatch> CreateObject(const std::wstring& prog_id);
 template <class Interface>
 ComPtr<Interface> As(IUnknown* object) {
   ComPtr<Interface> result;
-  if (object) object->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(result.Receive()));
+  if (object)
+    object->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(result.Receive()));
   return result;
 }
 

@@ -66,10 +66,10 @@ TEST(Classes, AreCreatableByEitherIdentifier) {
     ASSERT_EQ(CLSIDFromProgID(ProgId(identity).c_str(), &class_id), S_OK) << name;
     EXPECT_EQ(Text(class_id), identity.class_id) << name;
     ComPtr<IUnknown> object;
-    ASSERT_EQ(CoCreateInstance(Id(identity.class_id), nullptr, CLSCTX_INPROC_SERVER,
-                               Id(identity.interface_id),
-                               reinterpret_cast<void**>(object.Receive())),
-              S_OK)
+    ASSERT_EQ(
+        CoCreateInstance(Id(identity.class_id), nullptr, CLSCTX_INPROC_SERVER,
+                         Id(identity.interface_id), reinterpret_cast<void**>(object.Receive())),
+        S_OK)
         << name;
     EXPECT_TRUE(As<IDispatch>(object.get())) << name;
     ComPtr<IUnknown> safety;
@@ -245,30 +245,37 @@ class CustomersTest : public ::testing::Test {
   }
   double Count(const wchar_t* counter) { return FromVariant(engine_.Ask(counter)).ToDouble(); }
 
-  // Calls `pick`, and meanwhile presses the button of the dialog that it shows.
-  void WithDialog(int button, const std::function<void()>& pick) {
-    const DWORD thread = GetCurrentThreadId();
+  struct Answer {
+    const wchar_t* title;
+    int button;
+  };
+  // Calls `pick`, and meanwhile presses those buttons of the windows with those titles.
+  void WithUser(const std::vector<Answer>& answers, const std::function<void()>& pick) {
     std::thread user([&] {
-      HWND dialog = nullptr;
-      for (int i = 0; i < 500 && !dialog; ++i) {
-        Sleep(10);
-        EnumThreadWindows(thread, FindDialog, reinterpret_cast<LPARAM>(&dialog));
+      for (const Answer& answer : answers) {
+        HWND dialog = nullptr;
+        for (int i = 0; i < 500 && !IsWindowVisible(dialog); ++i) {
+          Sleep(10);
+          dialog = FindWindowW(L"#32770", answer.title);
+        }
+        EXPECT_TRUE(dialog) << "no dialog";
+        PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(answer.button), 0);
+        while (IsWindow(dialog)) Sleep(10);
       }
-      EXPECT_TRUE(dialog) << "no dialog";
-      if (dialog) PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
     });
     pick();
     user.join();
   }
-  static BOOL CALLBACK FindDialog(HWND window, LPARAM found) {
-    wchar_t window_class[16] = {};
-    GetClassNameW(window, window_class, ARRAYSIZE(window_class));
-    if (window_class != L"#32770"sv || !IsWindowVisible(window)) return TRUE;
-    *reinterpret_cast<HWND*>(found) = window;
-    return FALSE;
+
+  static void CALLBACK ReleaseOnce(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    std::exchange(to_release_, nullptr)->Release();
   }
 
+  static constexpr wchar_t kList[] = L"Select Customer";
   static inline _Customers* to_release_ = nullptr;
+
+  Bstr choice_;
 
   ComPtr<IDispatch> object_ = CreateObject(L"ArdObjects100.Customers");
   ComPtr<_Customers> customers_ = As<_Customers>(object_.get());
@@ -350,12 +357,16 @@ TEST_F(CustomersTest, WithoutAWorkspaceAnswersAreNeutral) {
 
 TEST_F(CustomersTest, ListsReturnTheUsersChoice) {
   OpenDemoCompany();
-  Bstr choice;
-  WithDialog(IDCANCEL, [&] { EXPECT_EQ(customers_->FastList(choice.Receive()), S_OK); });
-  EXPECT_EQ(choice.view(), L"");
-  WithDialog(IDOK, [&] { EXPECT_EQ(customers_->FastList(choice.Receive()), S_OK); });
-  EXPECT_EQ(choice.view(), L"ABC001");
-  WithDialog(IDOK, [&] { EXPECT_EQ(TextOf(late_.Ask(L"List", L"BEA*")), L"BEA001"); });
+  ASSERT_EQ(customers_->put_AppName(Bstr(L"The host's name").get()), S_OK);
+  const auto pick = [&] {
+    EXPECT_EQ(customers_->FastList(choice_.Receive()), S_OK);
+    return choice_.view();
+  };
+  WithUser({{kList, IDCANCEL}}, [&] { EXPECT_EQ(pick(), L""); });
+  WithUser({{kList, IDOK}}, [&] { EXPECT_EQ(pick(), L"ABC001"); });
+  // An account over its limit: warned about, and returned.
+  WithUser({{kList, IDOK}, {L"The host's name", IDOK}},
+           [&] { EXPECT_EQ(TextOf(late_.Ask(L"List", L"BEA*")), L"BEA001"); });
   EXPECT_EQ(Count(L"OpenFiles"), 0);
   EXPECT_EQ(Count(L"LivingObjects"), 0);
 }
@@ -367,15 +378,11 @@ TEST_F(CustomersTest, OutlivesItsReleaseWhileADialogIsShown) {
   object_ = ComPtr<IDispatch>();
   late_ = LateBound(ComPtr<IDispatch>());
   // Released by a message that the dialog's own loop delivers.
-  const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR id, DWORD) {
-    KillTimer(nullptr, id);
-    std::exchange(to_release_, nullptr)->Release();
-  });
   to_release_ = customers;
-  Bstr choice;
-  WithDialog(IDOK, [&] { EXPECT_EQ(customers->FastList(choice.Receive()), S_OK); });
-  EXPECT_EQ(choice.view(), L"ABC001");
-  EXPECT_EQ(to_release_, nullptr) << timer;
+  SetTimer(nullptr, 0, 1, ReleaseOnce);
+  WithUser({{kList, IDOK}}, [&] { EXPECT_EQ(customers->FastList(choice_.Receive()), S_OK); });
+  EXPECT_EQ(choice_.view(), L"ABC001");
+  EXPECT_EQ(to_release_, nullptr);
 }
 
 // ---- The host's program ----
@@ -387,7 +394,8 @@ class Registered : public ::testing::Environment {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     Provide(L"ArdObjects100.Customers", LibraryPath());
     const std::wstring library = LibraryPath();
-    Provide(L"ArdSimulator.Engine", library.substr(0, library.rfind(L'\\') + 1) + L"ArdSimulator.dll");
+    Provide(L"ArdSimulator.Engine",
+            library.substr(0, library.rfind(L'\\') + 1) + L"ArdSimulator.dll");
   }
   void TearDown() override {
     for (const std::wstring& path : registered_) {

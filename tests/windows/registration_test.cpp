@@ -4,6 +4,7 @@
 // After windows.h.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <string>
@@ -37,6 +38,20 @@ struct IgnoreCase {
 // Values by key and name; a key's own entry is there even when it has no value.
 using Snapshot = std::map<std::wstring, std::wstring, IgnoreCase>;
 
+// Only these are looked into; there are thousands of others.
+bool HoldsOurKeys(const std::wstring& path) {
+  static const std::set<std::wstring, IgnoreCase> kParents = {
+      kClassesKey + L"CLSID", kClassesKey + L"Interface", kClassesKey + L"TypeLib"};
+  if (kParents.contains(path)) return true;
+  const auto mentions = [&](const wchar_t* text) {
+    return FindStringOrdinal(FIND_FROMSTART, path.c_str(), -1, text, -1, TRUE) >= 0;
+  };
+  return mentions(L"ArdObjects100") || mentions(kLibraryId) ||
+         std::ranges::any_of(kClasses, [&](const ClassIdentity& identity) {
+           return mentions(identity.class_id) || mentions(identity.interface_id);
+         });
+}
+
 void Take(HKEY parent, const std::wstring& path, REGSAM view, Snapshot& snapshot) {
   HKEY key = nullptr;
   if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ | view, &key) != ERROR_SUCCESS) return;
@@ -60,8 +75,9 @@ void Take(HKEY parent, const std::wstring& path, REGSAM view, Snapshot& snapshot
   }
   RegCloseKey(key);
   for (const std::wstring& child : children) {
-    // The other view, as a part of this one.
-    if (child != L"Wow6432Node") Take(parent, path + L"\\" + child, view, snapshot);
+    const std::wstring child_path = path + L"\\" + child;
+    snapshot[child_path];
+    if (HoldsOurKeys(child_path)) Take(parent, child_path, view, snapshot);
   }
 }
 
@@ -222,9 +238,9 @@ TEST(Unloading, HappensOnceNothingIsInUse) {
               S_OK);
     EXPECT_EQ(can_unload(), S_FALSE);
     ComPtr<IDispatch> object;
-    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IDispatch,
-                                      reinterpret_cast<void**>(object.Receive())),
-              S_OK);
+    ASSERT_EQ(
+        factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(object.Receive())),
+        S_OK);
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IClassFactory, &none), E_NOINTERFACE);
     factory->LockServer(TRUE);
     // By name: with the type library of this copy.

@@ -83,12 +83,18 @@ TYPEATTR AttributesOf(ITypeInfo* info) {
 
 std::wstring TypeName(const TYPEDESC& type) {
   switch (type.vt) {
-    case VT_BSTR: return L"String";
-    case VT_BOOL: return L"Boolean";
-    case VT_DISPATCH: return L"Object";
-    case VT_HRESULT: return L"HRESULT";
-    case VT_PTR: return TypeName(*type.lptdesc) + L"*";
-    default: return L"type " + std::to_wstring(type.vt);
+    case VT_BSTR:
+      return L"String";
+    case VT_BOOL:
+      return L"Boolean";
+    case VT_DISPATCH:
+      return L"Object";
+    case VT_HRESULT:
+      return L"HRESULT";
+    case VT_PTR:
+      return TypeName(*type.lptdesc) + L"*";
+    default:
+      return L"type " + std::to_wstring(type.vt);
   }
 }
 
@@ -142,8 +148,7 @@ TEST_F(TypeLibrary, HoldsThePublishedTypesAndNoOther) {
   Bstr name;
   library_->GetDocumentation(-1, name.Receive(), nullptr, nullptr, nullptr);
   EXPECT_EQ(name.view(), L"ArdObjects100");
-  EXPECT_EQ(library_->GetTypeInfoCount(),
-            2 * std::size(kClasses) + std::size(kEnumerations));
+  EXPECT_EQ(library_->GetTypeInfoCount(), 2 * std::size(kClasses) + std::size(kEnumerations));
 }
 
 TEST_F(TypeLibrary, EnumerationsCarryTheirOwnNamesAndIdentifiers) {

@@ -80,6 +80,26 @@ void AnswerQuestions() {
   PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
 }
 
+// Under Wine, the window manager at times gives a new window back the size that it was created
+// with; so its windows are kept from window managers. Wine reads this before the first window
+// opens.
+class WithoutWindowManager : public ::testing::Environment {
+  void SetUp() override {
+    HKEY wine = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Wine", 0, KEY_WRITE, &wine) != ERROR_SUCCESS) {
+      return;
+    }
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring program = std::wstring(path).substr(std::wstring(path).rfind(L'\\') + 1);
+    RegSetKeyValueW(wine, (L"AppDefaults\\" + program + L"\\X11 Driver").c_str(), L"Managed",
+                    REG_SZ, L"N", 2 * sizeof(wchar_t));
+    RegCloseKey(wine);
+  }
+};
+[[maybe_unused]] const ::testing::Environment* const kEnvironment =
+    ::testing::AddGlobalTestEnvironment(new WithoutWindowManager);
+
 }  // namespace
 
 Host::Host() {
@@ -93,9 +113,8 @@ Host::Host() {
                           nullptr, nullptr, nullptr, nullptr);
   field_ = CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, 10, 100, 20, window_,
                          nullptr, nullptr, nullptr);
-  SetForegroundWindow(window_);
-  SetFocus(field_);
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  Activate();
 }
 
 Host::~Host() {
@@ -134,13 +153,16 @@ void Host::Drive(const wchar_t* title, const std::function<void()>& show,
   user.join();
 }
 
-bool Host::IsBack() const {
-  // The window manager may take its time.
-  return focus_returned_ && Eventually([&] {
-           MSG message;
-           while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-           return GetActiveWindow() == window_;
-         });
+void Host::Activate() {
+  // The display may take its time, and take the focus away when a window goes.
+  const bool active = Eventually([&] {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+    if (GetForegroundWindow() != window_) SetForegroundWindow(window_);
+    SetFocus(field_);
+    return GetForegroundWindow() == window_ && GetFocus() == field_;
+  });
+  EXPECT_TRUE(active);
 }
 
 bool Host::Ask(const std::function<void()>& action) const {

@@ -22,9 +22,10 @@ class Host {
 
   HWND window() const { return window_; }
 
-  // After a modal window: whether the host becomes the active window again, and whether the window
-  // has given the focus back to the field.
-  bool IsBack() const;
+  // Makes it the active window, with the focus in the field.
+  void Activate();
+  // Whether the field has got the focus since the last Drive began.
+  bool focus_returned() const { return focus_returned_; }
 
   // Calls `show`, which is to show a modal window of that title, and meanwhile `act` with it on
   // another thread. A window that is then still there is closed, so that a failing test ends.

@@ -28,15 +28,15 @@ constexpr NavigationKey kNavigationKeys[] = {
     {VK_HOME, &ListModel::Home},    {VK_END, &ListModel::End},
 };
 
-class BusyScope {
+class FlagScope {
  public:
-  explicit BusyScope(bool& busy) : busy_(busy) { busy_ = true; }
-  BusyScope(const BusyScope&) = delete;
-  BusyScope& operator=(const BusyScope&) = delete;
-  ~BusyScope() { busy_ = false; }
+  explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
+  FlagScope(const FlagScope&) = delete;
+  FlagScope& operator=(const FlagScope&) = delete;
+  ~FlagScope() { flag_ = false; }
 
  private:
-  bool& busy_;
+  bool& flag_;
 };
 
 POINT PointOf(LPARAM lparam) { return {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}; }
@@ -120,7 +120,7 @@ void PagedList::Open() {
 
 void PagedList::Do(const std::function<void()>& action) {
   if (busy_ || !open_ || !handle()) return;
-  const BusyScope scope(busy_);
+  const FlagScope scope(busy_);
   action();
   Draw();
 }
@@ -162,23 +162,28 @@ void PagedList::DrawScrollBar() const {
 
 void PagedList::LayoutList() {
   const SIZE client = ClientOf(handle());
-  // The columns are never wider than the list view, so that no scroll bar of its own comes and
-  // goes meanwhile.
-  const bool narrower = client.cx < ClientOf(list_).cx;
-  if (narrower) FitLastColumn();
-  Place(list_, 0, 0, static_cast<int>(client.cx), static_cast<int>(client.cy));
-  if (!narrower) FitLastColumn();
-  Refresh();
+  ChangeWidths(
+      [&] { Place(list_, 0, 0, static_cast<int>(client.cx), static_cast<int>(client.cy)); });
 }
 
-void PagedList::FitLastColumn() {
+// The last column takes the room that the others leave. It shrinks before `change` and grows after
+// it, so that the list view does not show a scroll bar, and less of a page, in between.
+void PagedList::ChangeWidths(const std::function<void()>& change) {
+  if (!open_) return change();
   const int last = static_cast<int>(model_.columns().size()) - 1;
-  if (!open_ || last < 0) return;
   int width = static_cast<int>(ClientOf(handle()).cx);
   for (int i = 0; i < last; ++i) width -= ColumnWidth(i);
   width = std::max(width, kLastColumnCharacters * character_width_);
-  if (width == ColumnWidth(last)) return;
-  Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(last), width);
+  const bool shrinks = width < ColumnWidth(last);
+  const auto fit = [&] { Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(last), width); };
+
+  {
+    const FlagScope scope(fitting_);
+    if (shrinks) fit();
+    change();
+    if (!shrinks) fit();
+  }
+  Refresh();
 }
 
 HWND PagedList::Header() const {
@@ -346,12 +351,11 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
       return std::nullopt;
     case WM_NOTIFY: {
       const auto& change = *reinterpret_cast<const NMHEADERW*>(lparam);
-      if (change.hdr.code != HDN_ITEMCHANGEDW || !(change.pitem->mask & HDI_WIDTH)) {
-        return std::nullopt;
-      }
-      FitLastColumn();
-      const LRESULT result = CallList(message, wparam, lparam);
-      Refresh();
+      const bool widened =
+          change.hdr.code == HDN_ITEMCHANGEDW && (change.pitem->mask & HDI_WIDTH) != 0;
+      if (!widened || fitting_) return std::nullopt;
+      LRESULT result = 0;
+      ChangeWidths([&] { result = CallList(message, wparam, lparam); });
       return result;
     }
     default:

@@ -69,7 +69,7 @@ class PagedList : private DialogWindow {
   void Draw();
   void MeasureRows();
   void LayoutList();
-  void FitLastColumn();
+  void ChangeWidths(const std::function<void()>& change);
   void DrawSelection();
   void DrawScrollBar() const;
   HWND Header() const;
@@ -87,7 +87,8 @@ class PagedList : private DialogWindow {
   int row_height_ = 0;
   int wheel_ = 0;  // turned but not yet scrolled, in rows times WHEEL_DELTA
   bool open_ = false;
-  bool busy_ = false;  // the model's handlers must not be re-entered
+  bool fitting_ = false;  // the widths that change are our own doing
+  bool busy_ = false;     // the model's handlers must not be re-entered
 };
 
 }  // namespace ard::windows

@@ -53,7 +53,7 @@ class ClassFactory final : public IClassFactory {
 
  private:
   ~ClassFactory() = default;
-  
+
   ModuleLock module_lock_;  // the last to go
   const PublishedClass& published_;
   std::atomic<ULONG> references_ = 1;

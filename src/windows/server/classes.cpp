@@ -4,9 +4,9 @@ namespace ard::windows {
 
 std::span<const PublishedClass* const> PublishedClasses() {
   static constexpr const PublishedClass* kClasses[] = {
-      &kBank,           &kCustomerRecord, &kCustomers,     &kGeneral,        &kMessaging,
-      &kNominal,        &kProducts,       &kPurchaseOrders, &kSalesOrders,   &kSupplierRecord,
-      &kSuppliers,      &kcAccessRights,  &kcDeliveryAddress};
+      &kBank,      &kCustomerRecord, &kCustomers,       &kGeneral,     &kMessaging,
+      &kNominal,   &kProducts,       &kPurchaseOrders,  &kSalesOrders, &kSupplierRecord,
+      &kSuppliers, &kcAccessRights,  &kcDeliveryAddress};
   return kClasses;
 }
 

@@ -40,8 +40,7 @@ constexpr Member kProductsMembers[] = {kAppName<_Products>, kRegistryPath<_Produ
                                        kArdWorkspace<_Products>, kDBaseConn<_Products>};
 
 using AccessRightsObject = WithAppName<WorkspaceOnly<_cAccessRights>>;
-constexpr Member kAccessRightsMembers[] = {kAppName<_cAccessRights>,
-                                           kArdWorkspace<_cAccessRights>};
+constexpr Member kAccessRightsMembers[] = {kAppName<_cAccessRights>, kArdWorkspace<_cAccessRights>};
 
 using DeliveryAddressObject = Ledger<_cDeliveryAddress>;
 constexpr Member kDeliveryAddressMembers[] = {kAppName<_cDeliveryAddress>,
@@ -55,12 +54,12 @@ const PublishedClass kBank = {L"Bank", CLSID_Bank, IID__Bank, kLedgerMembers<_Ba
 const PublishedClass kCustomerRecord = {L"CustomerRecord", CLSID_CustomerRecord,
                                         IID__CustomerRecord, kWorkspaceOnlyMembers<_CustomerRecord>,
                                         Create<WorkspaceOnly<_CustomerRecord>>};
-const PublishedClass kGeneral = {L"General", CLSID_General, IID__General,
-                                 kSessionMembers<_General>, Create<Session<_General>>};
+const PublishedClass kGeneral = {L"General", CLSID_General, IID__General, kSessionMembers<_General>,
+                                 Create<Session<_General>>};
 const PublishedClass kMessaging = {L"Messaging", CLSID_Messaging, IID__Messaging,
                                    kSessionMembers<_Messaging>, Create<Session<_Messaging>>};
-const PublishedClass kNominal = {L"Nominal", CLSID_Nominal, IID__Nominal,
-                                 kLedgerMembers<_Nominal>, Create<Ledger<_Nominal>>};
+const PublishedClass kNominal = {L"Nominal", CLSID_Nominal, IID__Nominal, kLedgerMembers<_Nominal>,
+                                 Create<Ledger<_Nominal>>};
 const PublishedClass kProducts = {L"Products", CLSID_Products, IID__Products, kProductsMembers,
                                   Create<ProductsObject>};
 const PublishedClass kPurchaseOrders = {L"PurchaseOrders", CLSID_PurchaseOrders,

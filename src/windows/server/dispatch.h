@@ -22,8 +22,8 @@
 
 namespace ard::windows {
 
-// The types of the published interface, and where a variant holds them. Names alone tell some apart:
-// to the compiler a Boolean is an Integer.
+// The types of the published interface, and where a variant holds them. Names alone tell some
+// apart: to the compiler a Boolean is an Integer.
 struct String {
   using Type = BSTR;
   static constexpr VARTYPE kVt = VT_BSTR;
@@ -60,8 +60,8 @@ struct Procedure {
   UINT parameters = 0;
   UINT required = 0;  // so many of them cannot be left out
   // `failed` receives the parameter whose argument cannot be converted.
-  HRESULT (*call)(IDispatch* object, const Arguments& arguments, VARIANT& result,
-                  UINT& failed) = nullptr;
+  HRESULT (*call)
+  (IDispatch* object, const Arguments& arguments, VARIANT& result, UINT& failed) = nullptr;
 };
 
 // A method, or a property with its two procedures.
@@ -170,7 +170,8 @@ HRESULT CallMember(IDispatch* object, const Arguments& arguments, UINT& failed, 
         HRESULT status = S_OK;
         UINT loaded = 0;
         const bool all = ((status = parameter.Load(arguments.values[loaded], arguments.locale),
-                           SUCCEEDED(status) && ++loaded) && ...);
+                           SUCCEEDED(status) && ++loaded) &&
+                          ...);
         if (!all) {
           failed = loaded;
           return status;
@@ -192,8 +193,7 @@ struct Call<member, void(Kinds...)> {
 };
 template <auto member, class Result, class... Kinds>
 struct Call<member, Result(Kinds...)> {
-  static HRESULT Run(IDispatch* object, const Arguments& arguments, VARIANT& result,
-                     UINT& failed) {
+  static HRESULT Run(IDispatch* object, const Arguments& arguments, VARIANT& result, UINT& failed) {
     auto& content = Result::In(result);
     content = {};
     const HRESULT status = CallMember<member, Kinds...>(object, arguments, failed, &content);
@@ -219,15 +219,15 @@ template <auto method, class Signature>
 inline constexpr Member Method = {internal::MakeProcedure<method, Signature>(DISPATCH_METHOD), {}};
 
 template <auto get, auto put, class T>
-inline constexpr Member Property = {
-    internal::MakeProcedure<get, T()>(DISPATCH_PROPERTYGET),
-    internal::MakeProcedure<put, void(T)>(DISPATCH_PROPERTYPUT)};
+inline constexpr Member Property = {internal::MakeProcedure<get, T()>(DISPATCH_PROPERTYGET),
+                                    internal::MakeProcedure<put, void(T)>(DISPATCH_PROPERTYPUT)};
 
 // Set by reference; a plain assignment is taken for the same.
 template <auto get, auto putref>
 inline constexpr Member ObjectProperty = {
     internal::MakeProcedure<get, ObjectReference()>(DISPATCH_PROPERTYGET),
-    internal::MakeProcedure<putref, void(ObjectReference)>(DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)};
+    internal::MakeProcedure<putref, void(ObjectReference)>(DISPATCH_PROPERTYPUT |
+                                                           DISPATCH_PROPERTYPUTREF)};
 
 }  // namespace ard::windows
 

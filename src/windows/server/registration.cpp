@@ -82,7 +82,6 @@ std::vector<Entry> Entries() {
       {library, nullptr, L"Core Accounts Integration"},
       {library + L"\\0\\" + kPlatform, nullptr, dll},
       {library + L"\\FLAGS", nullptr, L"0"},
-      {library + L"\\HELPDIR", nullptr, dll.substr(0, dll.rfind(L'\\'))},
   };
   for (const PublishedClass* published : PublishedClasses()) AddClass(*published, dll, entries);
   return entries;
