@@ -53,6 +53,7 @@ class Value {
   Value(std::wstring value) : storage_(std::move(value)) {}
   Value(std::wstring_view value) : storage_(std::wstring(value)) {}
   Value(const wchar_t* value) : storage_(std::wstring(value)) {}
+  Value(const char* value) = delete;  // it would be a Boolean
   Value(std::shared_ptr<Object> value) : storage_(std::move(value)) {}
 
   const Storage& storage() const { return storage_; }

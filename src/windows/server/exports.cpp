@@ -7,7 +7,7 @@
 #include "windows/server/module.h"
 #include "windows/server/registration.h"
 
-using namespace ard::windows;
+using namespace ard::windows;  // NOLINT(google-build-using-namespace): the exports of the DLL
 
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID iid, void** object) {
   if (!object) return E_POINTER;
