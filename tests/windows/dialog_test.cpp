@@ -47,6 +47,7 @@ class Ledger : public dialogs::RowSource {
   std::int32_t last = 0;
   int repeated = 0;  // the very page that had been asked for before
   bool fails = false;
+  bool has_gaps = true;  // of deleted accounts
 
   void LoadPage(std::int32_t from, std::int32_t to, std::vector<Row>& rows) override {
     ++pages;
@@ -55,7 +56,7 @@ class Ledger : public dialogs::RowSource {
     last = to;
     if (fails) throw std::bad_alloc();
     for (std::int32_t i = from; i <= to; ++i) {
-      if (i % kEveryDeleted == 0) continue;
+      if (has_gaps && i % kEveryDeleted == 0) continue;
       rows.push_back({i, std::to_wstring(i) + L"\tWWWW & Sons",
                       i % kEveryRed == 0 ? dialogs::kRed : dialogs::kDefaultColor});
     }
@@ -196,6 +197,7 @@ TEST_F(DialogTest, OpensWithOnePageOfALongList) {
 
 TEST_F(DialogTest, KeysMoveAndPageOneReadAtATime) {
   LedgerDialog dialog(kMany);
+  dialog.has_gaps = false;
   Show(dialog, [&](const View& view) {
     const int page = dialog.last;
     struct Step {

@@ -83,6 +83,8 @@ void Take(HKEY parent, const std::wstring& path, REGSAM view, Snapshot& snapshot
 
 Snapshot Classes(HKEY root, REGSAM view) {
   Snapshot snapshot;
+  // The root is the system's own, though a new user may not have it yet.
+  snapshot[L"Software\\Classes"];
   Take(root, L"Software\\Classes", view, snapshot);
   return snapshot;
 }

@@ -56,12 +56,14 @@ struct Arguments {
 
 // One way to use a member.
 struct Procedure {
+  // `failed` receives the parameter whose argument cannot be converted.
+  using Call = HRESULT(IDispatch* object, const Arguments& arguments, VARIANT& result,
+                       UINT& failed);
+
   WORD flags = 0;  // DISPATCH_...
   UINT parameters = 0;
   UINT required = 0;  // so many of them cannot be left out
-  // `failed` receives the parameter whose argument cannot be converted.
-  HRESULT (*call)
-  (IDispatch* object, const Arguments& arguments, VARIANT& result, UINT& failed) = nullptr;
+  Call* call = nullptr;
 };
 
 // A method, or a property with its two procedures.
