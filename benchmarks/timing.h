@@ -44,8 +44,8 @@ int BatchSize(Action&& action) {
 // machine does slows both down.
 struct Comparison {
   double hand_written;
-  double library;
-  double ratio() const { return library / hand_written; }
+  double ours;
+  double ratio() const { return ours / hand_written; }
 };
 
 template <class HandWritten, class Library>
@@ -70,7 +70,7 @@ inline bool Report(const char* operation, const Comparison& times, double target
                    std::int64_t operations_by_hand, std::int64_t operations_by_library) {
   const bool met = times.ratio() <= target && operations_by_hand == operations_by_library;
   std::printf("%-34s %16.0f %12.0f %7.3f %7.2f  %" PRId64 " and %" PRId64 "%s\n", operation,
-              times.hand_written, times.library, times.ratio(), target, operations_by_hand,
+              times.hand_written, times.ours, times.ratio(), target, operations_by_hand,
               operations_by_library, met ? "" : "   MISSED");
   return met;
 }

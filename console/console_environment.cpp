@@ -64,6 +64,7 @@ void ConsoleEnvironment::Show(SelectDialog& dialog) {
     Draw(dialog);
     if (!std::getline(in_, line)) return dialog.CloseBox();
     if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (echo_) out_ << line << '\n';
     Handle(dialog, FromUtf8(line));
   }
 }

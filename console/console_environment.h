@@ -15,6 +15,9 @@ class ConsoleEnvironment : public Environment {
   // Both streams carry UTF-8 and must outlive the environment.
   ConsoleEnvironment(std::istream& in, std::ostream& out) : in_(in), out_(out) {}
 
+  // Repeats what it reads, for an input that does not show itself: a pipe.
+  void set_echo(bool echo) { echo_ = echo; }
+
   void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) override;
 
   // Draws the dialog, and again after each line of input: an empty line is Enter, a single
@@ -27,6 +30,7 @@ class ConsoleEnvironment : public Environment {
 
   std::istream& in_;
   std::ostream& out_;
+  bool echo_ = false;
 };
 
 }  // namespace ard::console

@@ -160,6 +160,7 @@ void Prompt::AddProperties(PublicClass& object) {
 bool Prompt::Run(bool interactive) {
   bool good = true;
   std::string line;
+  environment_.set_echo(!interactive);
   if (interactive) out_ << "\"help\" lists what there is, \"quit\" ends.\n";
   for (;;) {
     if (interactive) out_ << "> " << std::flush;

@@ -19,7 +19,7 @@ using engine::DataFileObject;
 using engine::IndexObject;
 using engine::Match;
 using engine::Mode;
-using engine::RecordObject;
+using Operations = std::vector<std::function<void()>>;
 
 class EngineTest : public ::testing::Test {
  protected:
@@ -31,7 +31,9 @@ class EngineTest : public ::testing::Test {
         .Customer(L"C", {{L"NAME", L"Gamma"}, {L"DELETED_FLAG", true}})
         .Customer(L"BA", {{L"NAME", L"Beta"}, {L"BALANCE", 1.5}})
         .Customer(L"\u00E9", {{L"NAME", L"Cafe"}})
-        .Record(L"AccessData", {{L"NAME", L"Ann"}, {L"POP", 1}});
+        .Record(L"AccessData", {{L"NAME", L"Ann"}, {L"POP", 1}})
+        .Bank(L"1200")
+        .Control({{L"NO_OF_BANK", 0}, {L"NO_OF_NOMINAL", 7}});
     engine_ = builder.Build();
     workspace_ = engine_->workspace();
   }
@@ -45,22 +47,40 @@ class EngineTest : public ::testing::Test {
     EXPECT_TRUE(file->Open(mode));
     return file;
   }
-  std::unique_ptr<IndexObject> OpenIndex() {
-    auto index = workspace_->CreateIndex(L"SalesIndex");
+  std::unique_ptr<IndexObject> OpenIndex(std::wstring_view name = L"SalesIndex") {
+    auto index = workspace_->CreateIndex(name);
     EXPECT_TRUE(index->Open(Mode::kRead));
     return index;
   }
-  template <class Object>
-  static std::wstring Text(Object& object, std::wstring_view field) {
-    return object.GetFields()->Item(field)->GetValue().ToText();
+  // The record that has the key; 0 when none has.
+  static std::int32_t RecordOf(IndexObject& index, std::wstring_view key) {
+    index.SetKey(key);
+    return index.Find(Match::kExact) ? index.RecordNumber() : 0;
   }
-  template <class Object>
-  static std::wstring Ref(Object& object) {
-    return std::wstring(Trimmed(Text(object, L"ACCOUNT_REF")));
+  static std::wstring Text(auto& object, std::wstring_view field) {
+    return std::wstring(Trimmed(object.GetFields()->Item(field)->GetValue().ToText()));
   }
-  template <class Object>
-  static void Set(Object& object, std::wstring_view field, const Value& value) {
+  static std::wstring Ref(auto& object) { return Text(object, L"ACCOUNT_REF"); }
+  static void Set(auto& object, std::wstring_view field, const Value& value) {
     object.GetFields()->Item(field)->SetValue(value);
+  }
+  // All that takes an open file, and an open index.
+  static Operations TakingOpenFiles(DataFileObject& file, IndexObject& index) {
+    return {[&] { file.Read(1); },
+            [&] { file.Count(); },
+            [&] { file.Write(1); },
+            [&] { file.FindFirst(L"NAME", L"*"); },
+            [&] { file.FindNext(L"NAME", L"*"); },
+            [&] { file.GetFields(); },
+            [&] { file.Close(); },
+            [&] { index.SetKey(L"C"); },
+            [&] { index.Find(Match::kPartial); },
+            [&] { index.MoveTo(2); },
+            [&] { index.MoveNext(); },
+            [&] { index.MoveFirst(); },
+            [&] { index.RecordNumber(); },
+            [&] { index.Position(); },
+            [&] { index.Close(); }};
   }
 
   std::unique_ptr<Simulator> engine_;
@@ -68,9 +88,9 @@ class EngineTest : public ::testing::Test {
 };
 
 TEST_F(EngineTest, KnowsItsObjectsByNameAndKind) {
-  EXPECT_NO_THROW(workspace_->CreateDataFile(L"StockCategory"));
-  EXPECT_NO_THROW(workspace_->CreateIndex(L"PopIndex"));
-  EXPECT_NO_THROW(workspace_->CreateRecord(L"CompanyDeliveryRecord"));
+  workspace_->CreateDataFile(L"StockCategory");
+  workspace_->CreateIndex(L"PopIndex");
+  workspace_->CreateRecord(L"CompanyDeliveryRecord");
   EXPECT_THROW(workspace_->CreateDataFile(L"SalesIndex"), Error);
   EXPECT_THROW(workspace_->CreateIndex(L"SalesRecord"), Error);
   EXPECT_THROW(workspace_->CreateRecord(L"Pricing"), Error);
@@ -91,23 +111,7 @@ TEST_F(EngineTest, AMissingFileCannotBeOpenedAndHoldsNothing) {
 TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
   const auto file = workspace_->CreateDataFile(L"SalesData");
   const auto index = workspace_->CreateIndex(L"SalesIndex");
-  const std::vector<std::function<void()>> operations = {
-      [&] { file->Read(1); },
-      [&] { file->Count(); },
-      [&] { file->Write(1); },
-      [&] { file->FindFirst(L"NAME", L"x"); },
-      [&] { file->Close(); },
-      [&] { file->FindNext(L"NAME", L"x"); },
-      [&] { file->GetFields(); },
-      [&] { index->SetKey(L"B"); },
-      [&] { index->Find(Match::kExact); },
-      [&] { index->MoveTo(1); },
-      [&] { index->MoveNext(); },
-      [&] { index->MoveFirst(); },
-      [&] { index->RecordNumber(); },
-      [&] { index->Position(); },
-      [&] { index->Close(); },
-  };
+  const Operations operations = TakingOpenFiles(*file, *index);
   const auto all_throw = [&] {
     for (std::size_t i = 0; i < operations.size(); ++i) EXPECT_THROW(operations[i](), Error) << i;
   };
@@ -149,9 +153,8 @@ TEST_F(EngineTest, AnIndexWalksAllEntriesInKeyOrder) {
   EXPECT_EQ(index->RecordNumber(), 2);
   std::vector<std::int32_t> records;
   index->MoveFirst();
-  do {
-    records.push_back(index->RecordNumber());
-  } while (index->MoveNext());
+  do records.push_back(index->RecordNumber());
+  while (index->MoveNext());
   EXPECT_EQ(records, (std::vector<std::int32_t>{2, 4, 3, 1, 5}));
   EXPECT_THROW(index->RecordNumber(), Error);
   for (const std::int32_t outside : {0, -1, 6}) {
@@ -176,7 +179,6 @@ TEST_F(EngineTest, FindsKeys) {
       {L"ba", L"BA", L"BA"},
       {L"BA      ", L"BA", L""},  // as the field holds it, with its padding
       {L"BA ", L"", L""},
-      {L"BA       ", L"", L""},
       {L" BA", L"", L""},
       {L"C", L"C", L"C"},  // deleted, and still there
       {L"\u00C9", L"\u00E9", L"\u00E9"},
@@ -184,7 +186,6 @@ TEST_F(EngineTest, FindsKeys) {
       {L"BAA", L"", L""},
       {L"B*", L"", L""},
       {L"A", L"", L""},
-      {L"Z", L"", L""},
   };
   for (const auto& c : cases) {
     for (const Match match : {Match::kExact, Match::kPartial}) {
@@ -223,9 +224,8 @@ TEST_F(EngineTest, AFailingFindLeavesABlankRecordWithItsKey) {
 TEST_F(EngineTest, RecordsAreWalkedInRecordOrder) {
   const auto record = workspace_->CreateRecord(L"SalesRecord");
   std::wstring walked;
-  do {
-    walked += Ref(*record) + L" ";
-  } while (record->MoveNext());
+  do walked += Ref(*record) + L" ";
+  while (record->MoveNext());
   EXPECT_EQ(walked, L"D b C BA \u00E9 ");
   EXPECT_EQ(Ref(*record), L"");
   record->MoveFirst();
@@ -245,15 +245,12 @@ TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
   } cases[] = {
       {L"ACCOUNT_REF", L"B*", L"b BA "},  // key order
       {L"account_ref", L"*", L"b BA C D \u00E9 "},
-      {L"ACCOUNT_REF", L"B", L"b "},
       {L"ACCOUNT_REF", L"b  ", L"b "},
       {L"ACCOUNT_REF", L"b *", L""},
       {L"ACCOUNT_REF", L"\u00C9*", L"\u00E9 "},
-      {L"ACCOUNT_REF", L"Q*", L""},
       {L"ACCOUNT_REF", L"", L""},
       {L"NAME", L"beta", L"b BA "},  // record order
       {L"NAME", L"*", L"D b C BA \u00E9 "},
-      {L"BALANCE", 1.5, L"D BA "},
       {L"BALANCE", L"1.50", L"D BA "},
       {L"DELETED_FLAG", true, L"C "},
       {L"PRICE_LIST_REF", L"", L"D b C BA \u00E9 "},
@@ -285,7 +282,7 @@ TEST_F(EngineTest, AppendsRecords) {
   EXPECT_FALSE(file->Write(0));
   EXPECT_TRUE(file->Write(2));
   EXPECT_EQ(reader->Count(), 2);
-  EXPECT_EQ(Trimmed(Text(*file, L"NAME")), L"Bob");
+  EXPECT_EQ(Text(*file, L"NAME"), L"Bob");
   EXPECT_TRUE(file->Read(1));
   EXPECT_EQ(Text(*file, L"POP"), L"1");
 
@@ -315,9 +312,7 @@ TEST_F(EngineTest, AddsAndEditsRecords) {
   EXPECT_TRUE(record->Update());
   const auto index = OpenIndex();
   EXPECT_EQ(index->RecordNumber(), 2);  // AA has gone from the front
-  index->SetKey(L"ZZ");
-  EXPECT_TRUE(index->Find(Match::kExact));
-  EXPECT_EQ(index->RecordNumber(), 6);
+  EXPECT_EQ(RecordOf(*index, L"ZZ"), 6);
   EXPECT_EQ(index->Position(), 5);  // before \u00C9
 
   EXPECT_FALSE(record->MoveNext());
@@ -325,14 +320,11 @@ TEST_F(EngineTest, AddsAndEditsRecords) {
 }
 
 TEST_F(EngineTest, CountsAreThoseOfTheTablesUnlessStated) {
-  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_SALES"), L"5");
-  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_STOCK"), L"0");
-  CompanyBuilder builder;
-  builder.Customer(L"A").Control({{L"NO_OF_SALES", 7}, {L"NO_OF_BANK", 0}}).Bank(L"1200");
-  engine_ = builder.Build();
-  workspace_ = engine_->workspace();
-  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_SALES"), L"7");
-  EXPECT_EQ(Text(*OpenFile(L"ControlData"), L"NO_OF_BANK"), L"0");
+  const auto control = OpenFile(L"ControlData");
+  EXPECT_EQ(Text(*control, L"NO_OF_SALES"), L"5");
+  EXPECT_EQ(Text(*control, L"NO_OF_STOCK"), L"0");
+  EXPECT_EQ(Text(*control, L"NO_OF_BANK"), L"0");
+  EXPECT_EQ(Text(*control, L"NO_OF_NOMINAL"), L"7");
 }
 
 TEST_F(EngineTest, KeysOfSeveralFieldsAndNumbersSortByPart) {
@@ -342,20 +334,13 @@ TEST_F(EngineTest, KeysOfSeveralFieldsAndNumbersSortByPart) {
                 "1\t85\tSUP1\tBOLT\n2\t85\tSUP\t1BOLT\n3\t83\tZ\tNUT\n",
                 "PriceData");
   company.Parse(L"SopData", "ORDER_NUMBER:long\n10\n9\n-1\n", "SopData");
-  const auto price = workspace_->CreateIndex(L"PriceIndex");
-  ASSERT_TRUE(price->Open(Mode::kRead));
+  const auto price = OpenIndex(L"PriceIndex");
   EXPECT_EQ(price->RecordNumber(), 3);
-  price->SetKey(L"USUP     1BOLT");
-  EXPECT_TRUE(price->Find(Match::kExact));
-  EXPECT_EQ(price->RecordNumber(), 2);
-  price->SetKey(L"USUP1BOLT");
-  EXPECT_FALSE(price->Find(Match::kExact));
-
-  const auto order = workspace_->CreateIndex(L"SopIndex");
-  ASSERT_TRUE(order->Open(Mode::kRead));
+  EXPECT_EQ(RecordOf(*price, L"USUP     1BOLT"), 2);
+  EXPECT_EQ(RecordOf(*price, L"USUP1BOLT"), 0);
+  const auto order = OpenIndex(L"SopIndex");
   EXPECT_EQ(order->RecordNumber(), 3);
-  order->SetKey(L"9");
-  EXPECT_TRUE(order->Find(Match::kExact));
+  EXPECT_EQ(RecordOf(*order, L"9"), 2);
   EXPECT_EQ(order->Position(), 2);
   const auto record = workspace_->CreateRecord(L"SopRecord");
   Set(*record, L"Order_Number", 10);
@@ -406,50 +391,34 @@ TEST_F(EngineTest, EveryOperationCanBeMadeToFail) {
   const auto fields = record->GetFields();
   const auto field = fields->Item(L"ACCOUNT_REF");
   const auto error = engine_->LastError();
-  const std::vector<std::function<void()>> operations = {
-      [&] { workspace_->CreateDataFile(L"SalesData"); },
-      [&] { workspace_->CreateIndex(L"SalesIndex"); },
-      [&] { workspace_->CreateRecord(L"SalesRecord"); },
-      [&] { workspace_->Connect(L"", L"", L"", L""); },
-      [&] { workspace_->ConnectNT(L"", L"", L"", L""); },
-      [&] { workspace_->Disconnect(); },
-      [&] { workspace_->Version(); },
-      [&] { engine_->LastError(); },
-      [&] { error->Number(); },
-      [&] { error->Text(); },
-      [&] { file->Open(Mode::kRead); },
-      [&] { file->Read(2); },
-      [&] { file->Count(); },
-      [&] { file->GetFields(); },
-      [&] { file->FindFirst(L"NAME", L"*"); },
-      [&] { file->FindNext(L"NAME", L"*"); },
-      [&] { file->Write(1); },
-      [&] { file->Close(); },
-      [&] { index->Open(Mode::kRead); },
-      [&] { index->SetKey(L"C"); },
-      [&] { index->Find(Match::kPartial); },
-      [&] { index->Position(); },
-      [&] { index->RecordNumber(); },
-      [&] { index->MoveTo(2); },
-      [&] { index->MoveFirst(); },
-      [&] { index->MoveNext(); },
-      [&] { index->Close(); },
-      [&] { record->GetFields(); },
-      [&] { record->Find(Match::kPartial); },
-      [&] { record->MoveFirst(); },
-      [&] { record->MoveNext(); },
-      [&] { record->AddNew(); },
-      [&] { record->Edit(); },
-      [&] { record->Update(); },
-      [&] { record->SetExtraText(L""); },
-      [&] { fields->Item(L"NAME"); },
-      [&] { fields->Item(1); },
-      [&] { fields->Count(); },
-      [&] { field->Name(); },
-      [&] { field->Type(); },
-      [&] { field->GetValue(); },
-      [&] { field->SetValue(L"x"); },
-  };
+  Operations operations = {[&] { workspace_->CreateDataFile(L"SalesData"); },
+                           [&] { workspace_->CreateIndex(L"SalesIndex"); },
+                           [&] { workspace_->CreateRecord(L"SalesRecord"); },
+                           [&] { workspace_->Connect(L"", L"", L"", L""); },
+                           [&] { workspace_->ConnectNT(L"", L"", L"", L""); },
+                           [&] { workspace_->Disconnect(); },
+                           [&] { workspace_->Version(); },
+                           [&] { engine_->LastError(); },
+                           [&] { error->Number(); },
+                           [&] { error->Text(); },
+                           [&] { file->Open(Mode::kRead); },
+                           [&] { index->Open(Mode::kRead); },
+                           [&] { record->GetFields(); },
+                           [&] { record->Find(Match::kPartial); },
+                           [&] { record->MoveFirst(); },
+                           [&] { record->MoveNext(); },
+                           [&] { record->AddNew(); },
+                           [&] { record->Edit(); },
+                           [&] { record->Update(); },
+                           [&] { record->SetExtraText(L""); },
+                           [&] { fields->Item(L"NAME"); },
+                           [&] { fields->Item(1); },
+                           [&] { fields->Count(); },
+                           [&] { field->Name(); },
+                           [&] { field->Type(); },
+                           [&] { field->GetValue(); },
+                           [&] { field->SetValue(L"x"); }};
+  for (auto& operation : TakingOpenFiles(*file, *index)) operations.push_back(operation);
   FaultPlan& faults = engine_->faults();
   for (std::size_t i = 0; i < operations.size(); ++i) {
     faults.FailFrom(1, false);

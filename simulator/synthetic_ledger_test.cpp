@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
+#include <utility>
 
 #include "frame/error.h"
 #include "simulator/simulator.h"
@@ -14,35 +14,28 @@ namespace {
 using engine::Match;
 using engine::Mode;
 
-// The same ledger, held in memory as any other.
-std::unique_ptr<Company> Copy(const Table& ledger) {
-  auto company = std::make_unique<Company>();
-  auto copy = company->NewTable(L"SalesData", ledger.columns());
-  for (std::int32_t record = 1; record <= ledger.size(); ++record) {
-    Row row;
-    for (std::size_t i = 0; i < ledger.columns().size(); ++i) row.push_back(ledger.Cell(record, i));
-    EXPECT_TRUE(copy->Store(record, std::move(row)));
-  }
-  company->Set(L"SalesData", std::move(copy));
-  return company;
-}
-
 TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
   for (const std::int32_t accounts : {0, 1, 2, 25, 26, 27, 700}) {
     SCOPED_TRACE(accounts);
     const SyntheticLedger ledger(accounts);
-    const auto company = Copy(ledger);
-    const Table& copy = *company->Find(L"SalesData");
-    ASSERT_EQ(copy.size(), accounts);
+    Company company;
+    const auto copy = company.NewTable(L"SalesData", ledger.columns());
+    for (std::int32_t record = 1; record <= ledger.size(); ++record) {
+      Row row;
+      for (std::size_t i = 0; i < copy->columns().size(); ++i)
+        row.push_back(ledger.Cell(record, i));
+      ASSERT_TRUE(copy->Store(record, std::move(row)));
+    }
+    ASSERT_EQ(copy->size(), accounts);
     for (std::int32_t position = 1; position <= accounts; ++position) {
-      ASSERT_EQ(ledger.RecordAt(position), copy.RecordAt(position));
+      ASSERT_EQ(ledger.RecordAt(position), copy->RecordAt(position));
       ASSERT_EQ(ledger.PositionOf(ledger.RecordAt(position)), position);
     }
     for (const wchar_t* key : {L"", L"A", L"a0000001", L"A0000001 ", L"A00000010", L"B", L"m",
                                L"M0000099", L"Z0000026", L"Z9", L"\u00C9", L"!"}) {
-      ASSERT_EQ(ledger.LowerBound(key), copy.LowerBound(key)) << key;
-      ASSERT_EQ(ledger.FindKey(key, Match::kExact), copy.FindKey(key, Match::kExact)) << key;
-      ASSERT_EQ(ledger.FindKey(key, Match::kPartial), copy.FindKey(key, Match::kPartial)) << key;
+      ASSERT_EQ(ledger.LowerBound(key), copy->LowerBound(key)) << key;
+      ASSERT_EQ(ledger.FindKey(key, Match::kExact), copy->FindKey(key, Match::kExact)) << key;
+      ASSERT_EQ(ledger.FindKey(key, Match::kPartial), copy->FindKey(key, Match::kPartial)) << key;
     }
   }
 }
@@ -62,7 +55,6 @@ TEST(SyntheticLedgerTest, TenMillionAccountsCostNothingToOpenAndReach) {
   const auto ref = file->GetFields()->Item(L"ACCOUNT_REF");
   for (wchar_t letter = L'A'; letter <= L'Z'; ++letter) {
     ASSERT_TRUE(file->FindFirst(L"ACCOUNT_REF", std::wstring{letter, L'*'}));
-    ASSERT_EQ(ref->GetValue().ToText(), letter + std::wstring(L"0000001"));
     index->SetKey(ref->GetValue());
     ASSERT_TRUE(index->Find(Match::kExact));
     ASSERT_TRUE(file->Read(index->RecordNumber()));
@@ -77,21 +69,18 @@ TEST(SyntheticLedgerTest, TenMillionAccountsCostNothingToOpenAndReach) {
 
 TEST(SyntheticLedgerTest, HasAccountsOfEveryKind) {
   const SyntheticLedger ledger(2000);
-  const auto count = [&](std::wstring_view field, auto matches) {
-    int found = 0;
-    for (std::int32_t record = 1; record <= ledger.size(); ++record) {
-      found += matches(ledger.Cell(record, ledger.columns().Require(field)), record);
-    }
-    return found;
-  };
-  const auto flag = [](const Value& cell, std::int32_t) { return cell.ToBoolean(); };
-  const auto limit = ledger.columns().Require(L"CREDIT_LIMIT");
-  const auto over = [&](const Value& balance, std::int32_t record) {
-    const double most = ledger.Cell(record, limit).ToDouble();
-    return most > 0 && balance.ToDouble() > most;
-  };
-  for (const int found : {count(L"DELETED_FLAG", flag), count(L"ACCOUNT_ON_HOLD", flag),
-                          2000 - count(L"TERMS_AGREED_FLAG", flag), count(L"BALANCE", over)}) {
+  int deleted = 0, on_hold = 0, without_terms = 0, over_limit = 0;
+  for (std::int32_t record = 1; record <= ledger.size(); ++record) {
+    const auto cell = [&](std::wstring_view field) {
+      return ledger.Cell(record, ledger.columns().Require(field));
+    };
+    const double limit = cell(L"CREDIT_LIMIT").ToDouble();
+    deleted += cell(L"DELETED_FLAG").ToBoolean();
+    on_hold += cell(L"ACCOUNT_ON_HOLD").ToBoolean();
+    without_terms += !cell(L"TERMS_AGREED_FLAG").ToBoolean();
+    over_limit += limit > 0 && cell(L"BALANCE").ToDouble() > limit;
+  }
+  for (const int found : {deleted, on_hold, without_terms, over_limit}) {
     EXPECT_GT(found, 10);
     EXPECT_LT(found, 1000);
   }

@@ -27,104 +27,80 @@ std::unique_ptr<Simulator> Company() {
       .Build();
 }
 
-// Everything that was answered, errors too: a line each.
-class Transcript {
- public:
-  void Note(const auto& action) {
+// What using everything answers, errors too: a line each.
+std::vector<std::string> Use(engine::Workspace& workspace) {
+  std::vector<std::string> lines;
+  const auto add = [&](std::string_view kind, int number, std::wstring_view text) {
+    lines.push_back(std::string(kind) + std::to_string(number) + " " + ToUtf8(text));
+  };
+  const auto note = [&](const auto& action) {
     try {
       if constexpr (std::is_void_v<decltype(action())>) {
         action();
-        Add("done", L"");
       } else {
         const Value answer(action());
-        Add("type " + std::to_string(answer.storage().index()), answer.ToText());
+        add("type ", static_cast<int>(answer.storage().index()), answer.ToText());
       }
     } catch (const Error& error) {
-      Add("error " + std::to_string(error.number()), error.text());
+      add("error ", error.number(), error.text());
     }
-  }
-  const std::vector<std::string>& lines() const { return lines_; }
+  };
+  note([&] { return workspace.Version(); });
+  note([&] { return workspace.Connect(L"C:\\data", L"NOBODY", L"secret", L"id"); });
+  note([&] { return workspace.ConnectNT(L"C:\\data", L"NOBODY", L"", L"id"); });
+  note([&] { workspace.Disconnect(); });
+  note([&] { workspace.CreateDataFile(L"NoSuchData"); });
 
- private:
-  void Add(std::string_view kind, std::wstring_view text) {
-    lines_.push_back(std::string(kind).append(" ").append(ToUtf8(text)));
-  }
-
-  std::vector<std::string> lines_;
-};
-
-void UseDataFile(engine::Workspace& workspace, Transcript& log) {
   const auto file = workspace.CreateDataFile(L"SalesData");
-  log.Note([&] { return file->Open(Mode::kAppend); });
-  log.Note([&] { return file->Read(2); });
-  log.Note([&] { return file->Read(99); });
-  const auto fields = file->GetFields();
-  for (std::int32_t i = 1; i <= fields->Count(); ++i) {
-    log.Note([&] { return fields->Item(i)->Name(); });
-    log.Note([&] { return fields->Item(i)->Type(); });
-    log.Note([&] { return fields->Item(i)->GetValue(); });
+  note([&] { return file->Open(Mode::kAppend); });
+  note([&] { return file->Read(2); });
+  note([&] { return file->Read(99); });
+  auto fields = file->GetFields();
+  for (std::int32_t i = 0; i <= fields->Count(); ++i) {
+    note([&] { return fields->Item(i)->Name(); });
+    note([&] { return fields->Item(i)->Type(); });
+    note([&] { return fields->Item(i)->GetValue(); });
   }
-  log.Note([&] { fields->Item(L"NO_SUCH_FIELD"); });
-  log.Note([&] { fields->Item(0); });
-  log.Note([&] { return file->FindFirst(L"ACCOUNT_REF", L"A*"); });
-  log.Note([&] { return file->FindNext(L"ACCOUNT_REF", L"A*"); });
-  log.Note([&] { return fields->Item(L"account_ref")->GetValue(); });
-  log.Note([&] { return file->FindNext(L"ACCOUNT_REF", L"A*"); });
-  log.Note([&] { fields->Item(L"ACCOUNT_REF")->SetValue(L"NEW001"); });
-  log.Note([&] { fields->Item(L"BALANCE")->SetValue(L"no number"); });
-  log.Note([&] { return file->Write(file->Count() + 1); });
-  log.Note([&] { return file->Count(); });
-  log.Note([&] { file->Close(); });
-  log.Note([&] { return file->Read(1); });
-}
+  note([&] { fields->Item(L"NO_SUCH_FIELD"); });
+  note([&] { return file->FindFirst(L"ACCOUNT_REF", L"A*"); });
+  note([&] { return file->FindNext(L"ACCOUNT_REF", L"A*"); });
+  note([&] { return fields->Item(L"account_ref")->GetValue(); });
+  note([&] { return file->FindNext(L"ACCOUNT_REF", L"A*"); });
+  note([&] { fields->Item(L"ACCOUNT_REF")->SetValue(L"NEW001"); });
+  note([&] { fields->Item(L"BALANCE")->SetValue(L"no number"); });
+  note([&] { return file->Write(file->Count() + 1); });
+  note([&] { return file->Count(); });
+  note([&] { file->Close(); });
+  note([&] { return file->Read(1); });
 
-void UseIndex(engine::Workspace& workspace, Transcript& log) {
   const auto index = workspace.CreateIndex(L"SalesIndex");
-  log.Note([&] { return index->Open(Mode::kRead); });
-  log.Note([&] { index->SetKey(L"BAY"); });
-  log.Note([&] { return index->Find(Match::kExact); });
-  log.Note([&] { return index->Find(Match::kPartial); });
-  log.Note([&] { return index->Position(); });
-  log.Note([&] { index->MoveTo(2); });
-  log.Note([&] { return index->RecordNumber(); });
-  log.Note([&] { return index->MoveNext(); });
-  log.Note([&] { index->MoveFirst(); });
-  log.Note([&] { return index->Position(); });
-  log.Note([&] { index->Close(); });
-}
+  note([&] { return index->Open(Mode::kRead); });
+  note([&] { index->SetKey(L"BAY"); });
+  note([&] { return index->Find(Match::kExact); });
+  note([&] { return index->Find(Match::kPartial); });
+  note([&] { return index->Position(); });
+  note([&] { index->MoveTo(2); });
+  note([&] { return index->RecordNumber(); });
+  note([&] { return index->MoveNext(); });
+  note([&] { index->MoveFirst(); });
+  note([&] { return index->Position(); });
+  note([&] { index->Close(); });
 
-void UseRecord(engine::Workspace& workspace, Transcript& log) {
   const auto record = workspace.CreateRecord(L"SalesRecord");
-  const auto fields = record->GetFields();
-  log.Note([&] { fields->Item(L"ACCOUNT_REF")->SetValue(L"ADE001"); });
-  log.Note([&] { return record->Find(Match::kExact); });
-  log.Note([&] { return fields->Item(L"NAME")->GetValue(); });
-  log.Note([&] { record->Edit(); });
-  log.Note([&] { fields->Item(L"NAME")->SetValue(L"changed"); });
-  log.Note([&] { return record->Update(); });
-  log.Note([&] { record->MoveFirst(); });
-  log.Note([&] { return record->MoveNext(); });
-  log.Note([&] { return fields->Item(L"NAME")->GetValue(); });
-  log.Note([&] { record->AddNew(); });
-  log.Note([&] { record->SetExtraText(L""); });
-  log.Note([&] { return record->Update(); });
-}
-
-void UseWorkspace(engine::Workspace& workspace, Transcript& log) {
-  log.Note([&] { return workspace.Version(); });
-  log.Note([&] { return workspace.Connect(L"C:\\data", L"NOBODY", L"secret", L"id"); });
-  log.Note([&] { return workspace.ConnectNT(L"C:\\data", L"NOBODY", L"", L"id"); });
-  log.Note([&] { workspace.Disconnect(); });
-  log.Note([&] { workspace.CreateDataFile(L"NoSuchData"); });
-}
-
-std::vector<std::string> Use(engine::Workspace& workspace) {
-  Transcript log;
-  UseDataFile(workspace, log);
-  UseIndex(workspace, log);
-  UseRecord(workspace, log);
-  UseWorkspace(workspace, log);
-  return log.lines();
+  fields = record->GetFields();
+  note([&] { fields->Item(L"ACCOUNT_REF")->SetValue(L"ADE001"); });
+  note([&] { return record->Find(Match::kExact); });
+  note([&] { return fields->Item(L"NAME")->GetValue(); });
+  note([&] { record->Edit(); });
+  note([&] { fields->Item(L"NAME")->SetValue(L"changed"); });
+  note([&] { return record->Update(); });
+  note([&] { record->MoveFirst(); });
+  note([&] { return record->MoveNext(); });
+  note([&] { return fields->Item(L"NAME")->GetValue(); });
+  note([&] { record->AddNew(); });
+  note([&] { record->SetExtraText(L""); });
+  note([&] { return record->Update(); });
+  return lines;
 }
 
 TEST(Adapters, AnswerThroughAutomationAsTheEngineItselfDoes) {
@@ -155,8 +131,7 @@ TEST(Adapters, AFieldKeepsItsObjectAliveAndCounts) {
 }
 
 // The engine object by name, as a script uses it.
-class Script {
- public:
+struct Script {
   Value Ask(const wchar_t* name, std::vector<Value> arguments = {}) {
     std::vector<windows::ScopedVariant> list;
     for (auto it = arguments.rbegin(); it != arguments.rend(); ++it) {
@@ -164,35 +139,32 @@ class Script {
     }
     auto* text = const_cast<LPOLESTR>(name);
     DISPID id = DISPID_UNKNOWN;
-    EXPECT_EQ(engine_->GetIDsOfNames(IID_NULL, &text, 1, 0, &id), S_OK) << id;
+    EXPECT_EQ(engine->GetIDsOfNames(IID_NULL, &text, 1, 0, &id), S_OK) << id;
     DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
     windows::ScopedVariant result;
     EXCEPINFO exception{};
-    last_ = engine_->Invoke(id, IID_NULL, 0, kCall, &parameters, &result, &exception, nullptr);
-    error_ = windows::View(exception.bstrDescription);
+    last = engine->Invoke(id, IID_NULL, 0, kCall, &parameters, &result, &exception, nullptr);
+    error = windows::View(exception.bstrDescription);
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
     return windows::FromVariant(result);
   }
-  HRESULT last() const { return last_; }
-  const std::wstring& error() const { return error_; }
 
- private:
-  ComPtr<IDispatch> engine_ = CreateEngineObject();
-  HRESULT last_ = S_OK;
-  std::wstring error_;
+  ComPtr<IDispatch> engine = CreateEngineObject();
+  HRESULT last = S_OK;
+  std::wstring error;
 };
 
 TEST(EngineObject, OpensCompaniesAndCounts) {
   Script script;
   script.Ask(L"Workspace");
-  EXPECT_EQ(script.last(), DISP_E_EXCEPTION);
-  EXPECT_EQ(script.error(), L"No company has been opened.");
+  EXPECT_EQ(script.last, DISP_E_EXCEPTION);
+  EXPECT_EQ(script.error, L"No company has been opened.");
   script.Ask(L"Open", {L"C:\\no such folder"});
-  EXPECT_EQ(script.last(), DISP_E_EXCEPTION);
-  EXPECT_NE(script.error(), L"");
+  EXPECT_EQ(script.last, DISP_E_EXCEPTION);
+  EXPECT_NE(script.error, L"");
   script.Ask(L"Open");
-  EXPECT_EQ(script.last(), DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(script.last, DISP_E_BADPARAMCOUNT);
 
   EXPECT_TRUE(script.Ask(L"opensynthetic", {1000}).ToBoolean());
   const auto workspace = windows::WrapWorkspace(

@@ -41,14 +41,17 @@ INPUT Mouse(DWORD flags, int data = 0) {
   return input;
 }
 
-// The pointer has arrived when it stays: a late echo of an earlier move may take it back.
+// The pointer has arrived when it stays there: a late echo of an earlier move may take it back.
 void MovePointer(POINT to) {
+  constexpr int kStays = 4;
+  int stayed = 0;
   EXPECT_TRUE(Eventually([&] {
-    SetCursorPos(static_cast<int>(to.x), static_cast<int>(to.y));
-    std::this_thread::sleep_for(30ms);
     POINT now = {};
     GetCursorPos(&now);
-    return now.x == to.x && now.y == to.y;
+    stayed = now.x == to.x && now.y == to.y ? stayed + 1 : 0;
+    if (stayed == 0) SetCursorPos(static_cast<int>(to.x), static_cast<int>(to.y));
+    std::this_thread::sleep_for(20ms);
+    return stayed == kStays;
   }));
 }
 
@@ -134,6 +137,7 @@ LRESULT CALLBACK Host::Procedure(HWND window, UINT message, WPARAM wparam, LPARA
 
 void Host::Drive(const wchar_t* title, const std::function<void()>& show,
                  const std::function<void(HWND)>& act) {
+  std::atomic<bool> returned = false;
   std::atomic<bool> done = false;
   std::thread user([&] {
     const HWND window = WaitForWindow(title);
@@ -145,10 +149,12 @@ void Host::Drive(const wchar_t* title, const std::function<void()>& show,
       return !IsWindow(window);
     });
     if (!closed) GiveUp("the window cannot be closed");
+    if (!Eventually([&] { return returned.load(); })) GiveUp("the call does not return");
     done = true;
   });
   focus_returned_ = false;
   show();
+  returned = true;
   while (!done) AnswerQuestions();
   user.join();
 }

@@ -14,8 +14,15 @@ constexpr int kMinimumRows = 5;
 SelectWindow::SelectWindow(dialogs::SelectDialog& dialog)
     : ModalWindow(Border::kResizable),
       dialog_(dialog),
-      list_(dialog.list(), {[this](wchar_t key) { dialog_.KeyPress(key); },
-                            [this] { dialog_.DoubleClick(); }, [this] { Update(); }}) {}
+      list_(dialog.list(), {[this](wchar_t key) {
+                              dialog_.KeyPress(key);
+                              FinishIfHidden();
+                            },
+                            [this] {
+                              dialog_.DoubleClick();
+                              FinishIfHidden();
+                            },
+                            [this] { UpdateOk(); }}) {}
 
 void SelectWindow::CreateControls(HINSTANCE module) {
   list_.Create(module, handle());
@@ -32,15 +39,16 @@ SIZE SelectWindow::MinimumSize() const {
 
 SIZE SelectWindow::SizeFor(int rows) const {
   const SIZE list = list_.SizeFor(rows);
-  return {list.cx + metrics().X(2 * kMargin), list.cy + metrics().Y(3 * kMargin + kButtonHeight)};
+  return {list.cx + 2 * metrics().X(kMargin), list.cy + metrics().Y(kMargin) + HeightBelowList()};
 }
+
+int SelectWindow::HeightBelowList() const { return metrics().Y(2 * kMargin + kButtonHeight); }
 
 void SelectWindow::Layout(SIZE client) {
   const int x = metrics().X(kMargin);
   const int y = metrics().Y(kMargin);
-  const int below = metrics().Y(2 * kMargin + kButtonHeight);
   list_.Move(x, y, std::max(static_cast<int>(client.cx) - 2 * x, 0),
-             std::max(static_cast<int>(client.cy) - y - below, 0));
+             std::max(static_cast<int>(client.cy) - y - HeightBelowList(), 0));
   LayoutButtons(client, std::array{ok_, cancel_});
 }
 
@@ -52,20 +60,24 @@ void SelectWindow::Command(int id) {
   } else if (id == IDCANCEL) {
     dialog_.Cancel();
   }
+  FinishIfHidden();
   list_.Refresh();
 }
 
 void SelectWindow::CloseBox() {
   dialog_.CloseBox();
-  Update();
+  FinishIfHidden();
 }
 
-void SelectWindow::Update() {
+void SelectWindow::FinishIfHidden() {
+  if (!dialog_.visible()) Finish();
+}
+
+void SelectWindow::UpdateOk() {
   const bool enabled = dialog_.ok_enabled();
   // The focus must not stay on a button that takes no key.
   if (!enabled && GetFocus() == ok_) SetFocus(list_.focus_window());
   EnableWindow(ok_, enabled);
-  if (!dialog_.visible()) Finish();
 }
 
 }  // namespace ard::windows

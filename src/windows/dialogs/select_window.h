@@ -29,7 +29,9 @@ class SelectWindow : public ModalWindow {
   void Wheel(int delta) override { list_.Wheel(delta); }
 
   SIZE SizeFor(int rows) const;
-  void Update();
+  int HeightBelowList() const;
+  void FinishIfHidden();
+  void UpdateOk();
 
   dialogs::SelectDialog& dialog_;
   PagedList list_;

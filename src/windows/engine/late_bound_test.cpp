@@ -29,12 +29,6 @@ struct Recorder {
   int living = 0;
 };
 
-std::string Hex(DISPID id) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%lx", static_cast<unsigned long>(id));
-  return text;
-}
-
 std::string Described(const VARIANT& argument) {
   switch (argument.vt) {
     case VT_I4:
@@ -87,7 +81,9 @@ class RecordingObject final : public IDispatch {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override {
     EXPECT_EQ(iid, IID_NULL);
-    const std::string member = kind_ + ":" + Hex(id);
+    char hex[16];
+    std::snprintf(hex, sizeof hex, "%lx", static_cast<unsigned long>(id));
+    const std::string member = kind_ + ":" + hex;
     recorder_.calls.push_back(member + " " + Invocation(flags, *parameters));
     VARIANT ignored{};
     VARIANT& answer = result ? *result : ignored;
@@ -117,21 +113,17 @@ class RecordingObject final : public IDispatch {
     return text;
   }
 
-  static std::string Child(const std::string& member, const DISPPARAMS& parameters) {
+  std::string Child(const std::string& member, const DISPPARAMS& parameters) const {
     if (member == "Workspace:5") {
       const std::string name = ToUtf8(View(parameters.rgvarg[0].bstrVal));
       if (name.ends_with("Index")) return "Index";
       return name.ends_with("Record") ? "Record" : "File";
     }
-    static const std::map<std::string, std::string> children = {{"Engine:2", "Error"},
-                                                                {"File:10002", "FileFields"},
-                                                                {"Record:20001", "RecordFields"},
-                                                                {"FileFields:0", "FileField"},
-                                                                {"FileFields:71", "FileField"},
-                                                                {"RecordFields:0", "RecordField"},
-                                                                {"RecordFields:81", "RecordField"}};
-    const auto child = children.find(member);
-    return child == children.end() ? "" : child->second;
+    if (member == "Engine:2") return "Error";
+    if (member == "File:10002" || member == "Record:20001") return kind_ + "Fields";
+    const bool item = member.ends_with("Fields:0") || member.ends_with("Fields:71") ||
+                      member.ends_with("Fields:81");
+    return item ? kind_.substr(0, kind_.size() - 1) : "";
   }
 
   Recorder& recorder_;
@@ -166,25 +158,20 @@ class LateBoundTest : public testing::Test {
     EXPECT_EQ(recorder.living, 0) << "references were leaked";
   }
 
-  void Tell(const std::string& member, Answer answer) {
-    recorder.answers[member] = std::move(answer);
-  }
-  void TellVariant(const std::string& member, VARIANT variant) {
-    Tell(member, [variant](VARIANT& result, EXCEPINFO&) {
-      result = variant;
-      return S_OK;
-    });
+  void Tell(const std::string& member, const VARIANT& variant) {
+    recorder.answers[member] = [answer = VARIANT(variant)](VARIANT& result, EXCEPINFO&) mutable {
+      return VariantCopy(&result, &answer);
+    };
   }
 
   Recorder recorder;
   std::unique_ptr<Seam> seam = std::make_unique<Seam>(recorder);
 };
 
-VARIANT Boolean(VARTYPE type, LONG content) {
+VARIANT Number(VARTYPE type, LONG content) {
   VARIANT variant{};
   variant.vt = type;
-  if (type == VT_I4) variant.lVal = content;
-  if (type != VT_I4) variant.iVal = static_cast<SHORT>(content);
+  variant.lVal = content;  // its low half is iVal and boolVal
   return variant;
 }
 
@@ -261,9 +248,8 @@ TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
     }
   };
   const auto lookups = [this] {
-    Calls result;
-    std::copy_if(recorder.calls.begin(), recorder.calls.end(), std::back_inserter(result),
-                 [](const std::string& call) { return call.find('?') != std::string::npos; });
+    Calls result = recorder.calls;
+    std::erase_if(result, [](const std::string& call) { return call.find('?') == call.npos; });
     return result;
   };
   const Calls once = {"FileFields?Count", "FileFields?Item", "FileField?Name", "FileField?Value",
@@ -285,43 +271,35 @@ TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
 }
 
 TEST_F(LateBoundTest, AnswersAreConverted) {
-  const std::pair<VARIANT, bool> cases[] = {{Boolean(VT_BOOL, VARIANT_TRUE), true},
-                                            {Boolean(VT_BOOL, VARIANT_FALSE), false},
-                                            {Boolean(VT_I2, 1), true},
-                                            {Boolean(VT_I2, 0), false},
-                                            {Boolean(VT_I4, -1), true},
-                                            {Boolean(VT_I4, 0), false},
-                                            {VARIANT{}, false}};
-  for (const auto& [answer, expected] : cases) {
-    TellVariant("File:10003", answer);
-    EXPECT_EQ(seam->file->Read(1), expected) << answer.vt;
+  for (const VARTYPE type : {VT_BOOL, VT_I2, VT_I4, VT_EMPTY}) {
+    for (const LONG content : {-1, 0}) {
+      Tell("File:10003", Number(type, content));
+      EXPECT_EQ(seam->file->Read(1), content != 0 && type != VT_EMPTY) << type;
+    }
   }
-  TellVariant("Index:10002", Boolean(VT_I4, 70000));
+  Tell("Index:10002", Number(VT_I4, 70000));
   EXPECT_EQ(seam->index->RecordNumber(), 70000);
-  Tell("Workspace:3", [](VARIANT& result, EXCEPINFO&) {
-    result = ToVariant(L"9.02").Detach();
-    return S_OK;
-  });
+  const ScopedVariant version = ToVariant(L"9.02");
+  Tell("Workspace:3", version);
   EXPECT_EQ(seam->workspace->Version(), L"9.02");
 }
 
 TEST_F(LateBoundTest, WhatIsNoObjectIsATypeMismatch) {
   for (const VARIANT& answer :
-       {VARIANT{}, Boolean(VT_I4, 1), Boolean(VT_DISPATCH, 0), Boolean(VT_UNKNOWN, 0)}) {
-    for (const char* member :
-         {"Workspace:5", "Engine:2", "File:10002", "Record:20001", "FileFields:0"}) {
-      TellVariant(member, answer);
-    }
-    const std::function<void()> actions[] = {
-        [this] { seam->workspace->CreateDataFile(L"SalesData"); },
-        [this] { seam->workspace->CreateRecord(L"SalesRecord"); },
-        [this] { seam->workspace->CreateIndex(L"SalesIndex"); },
-        [this] { seam->engine->LastError(); },
-        [this] { seam->file->GetFields(); },
-        [this] { seam->record->GetFields(); },
-        [this] { seam->fields->Item(L"NAME"); },
+       {VARIANT{}, Number(VT_I4, 1), Number(VT_DISPATCH, 0), Number(VT_UNKNOWN, 0)}) {
+    const std::pair<const char*, std::function<void()>> cases[] = {
+        {"Workspace:5", [this] { seam->workspace->CreateDataFile(L"SalesData"); }},
+        {"Workspace:5", [this] { seam->workspace->CreateRecord(L"SalesRecord"); }},
+        {"Workspace:5", [this] { seam->workspace->CreateIndex(L"SalesIndex"); }},
+        {"Engine:2", [this] { seam->engine->LastError(); }},
+        {"File:10002", [this] { seam->file->GetFields(); }},
+        {"Record:20001", [this] { seam->record->GetFields(); }},
+        {"FileFields:0", [this] { seam->fields->Item(L"NAME"); }},
     };
-    for (const auto& action : actions) EXPECT_EQ(ErrorOf(action).first, kErrorTypeMismatch);
+    for (const auto& [member, action] : cases) {
+      Tell(member, answer);
+      EXPECT_EQ(ErrorOf(action).first, kErrorTypeMismatch) << member;
+    }
   }
 }
 
@@ -332,36 +310,31 @@ HRESULT STDMETHODCALLTYPE FillInLate(EXCEPINFO* info) {
 }
 
 TEST_F(LateBoundTest, FailuresBecomeErrorsWithNumberAndText) {
-  const auto close_error = [this](Answer answer) {
-    Tell("File:1000a", std::move(answer));
+  const auto close_error = [this](HRESULT result, EXCEPINFO told) {
+    recorder.answers["File:1000a"] = [=](VARIANT&, EXCEPINFO& info) {
+      info = told;
+      return result;
+    };
     return ErrorOf([this] { seam->file->Close(); });
   };
   const std::pair<std::int32_t, std::wstring> with_text = {E_ACCESSDENIED, L"The file is locked."};
-  EXPECT_EQ(close_error([](VARIANT&, EXCEPINFO& info) {
-              info.scode = E_ACCESSDENIED;
-              info.bstrDescription = NewBstr(L"The file is locked.");
-              return DISP_E_EXCEPTION;
-            }),
-            with_text);
-  EXPECT_EQ(close_error([](VARIANT&, EXCEPINFO& info) {
-              info.pfnDeferredFillIn = FillInLate;
-              return DISP_E_EXCEPTION;
-            }),
-            with_text);
-  EXPECT_EQ(close_error([](VARIANT&, EXCEPINFO& info) {
-              info.wCode = 91;
-              return DISP_E_EXCEPTION;
-            }).first,
-            91);
-  const auto plain = close_error([](VARIANT&, EXCEPINFO&) { return DISP_E_MEMBERNOTFOUND; });
+  EXCEPINFO at_once{};
+  FillInLate(&at_once);
+  EXPECT_EQ(close_error(DISP_E_EXCEPTION, at_once), with_text);
+  EXCEPINFO late{};
+  late.pfnDeferredFillIn = FillInLate;
+  EXPECT_EQ(close_error(DISP_E_EXCEPTION, late), with_text);
+  EXCEPINFO coded{};
+  coded.wCode = 91;
+  EXPECT_EQ(close_error(DISP_E_EXCEPTION, coded).first, 91);
+  const auto plain = close_error(DISP_E_MEMBERNOTFOUND, {});
   EXPECT_EQ(plain.first, DISP_E_MEMBERNOTFOUND);
   EXPECT_FALSE(plain.second.empty());
-
   recorder.answers["FileField?Value"];
   EXPECT_EQ(ErrorOf([this] { seam->field->GetValue(); }).first, kErrorUnknownName);
 }
 
-TEST_F(LateBoundTest, ThereIsNothingBehindNothing) {
+TEST(WrapTest, ThereIsNothingBehindNothing) {
   EXPECT_EQ(WrapWorkspace(nullptr), nullptr);
   EXPECT_EQ(WrapEngine(nullptr), nullptr);
 }
