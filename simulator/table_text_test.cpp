@@ -58,6 +58,7 @@ TEST(TableTextTest, SaysWhereAndWhatIsWrong) {
       {header + "A\t1\tno\t\n", 2, 8, "4 cells, the header has 3"},
       {header + "é\t32768\tno\n", 2, 3, "whole number from -32768 to 32767, not \"32768\""},
       {header + "A\t1.0\tno\n", 2, 3, "AGE takes"},
+      {header + "A\tone\tno\n", 2, 3, "AGE takes"},
       {header + "A\t1\tYES\n", 2, 5, "ON takes yes or no"},
       {header + "ABCDE\t1\tno\n", 2, 1, "holds 4 characters, this text has 5"},
       {header + "A\\x\t1\tno\n", 2, 2, "followed by"},
