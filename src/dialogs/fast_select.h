@@ -69,11 +69,11 @@ class FastSelectDialog : private RowSource, public SelectDialog {
   RowsInMemory filled_;  // the rows of a form that is not paged
   engine::DataFile data_file_;
   engine::Index index_file_;
-  engine::Column account_ref_{data_file_, L"ACCOUNT_REF"};
-  engine::Column name_{data_file_, L"NAME"};
-  engine::Column deleted_{data_file_, L"DELETED_FLAG"};
-  engine::Column balance_{data_file_, L"BALANCE"};
-  engine::Column credit_limit_{data_file_, L"CREDIT_LIMIT"};
+  engine::Column<engine::DataFile> account_ref_{data_file_, L"ACCOUNT_REF"};
+  engine::Column<engine::DataFile> name_{data_file_, L"NAME"};
+  engine::Column<engine::DataFile> deleted_{data_file_, L"DELETED_FLAG"};
+  engine::Column<engine::DataFile> balance_{data_file_, L"BALANCE"};
+  engine::Column<engine::DataFile> credit_limit_{data_file_, L"CREDIT_LIMIT"};
 };
 
 // Shows the form modally. Returns the row that the user confirmed, nothing when they cancelled.

@@ -7,6 +7,7 @@
 #define ARD_ENGINE_HANDLES_H_
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -33,16 +34,22 @@ class Handle {
   Handle(const Handle&) = delete;
   Handle& operator=(const Handle&) = delete;
 
- protected:
-  using Factory = std::unique_ptr<Target> (Workspace::*)(std::wstring_view);
+  // Whether the engine has handed out an object.
+  bool exists() const { return target_ != nullptr; }
 
-  Handle(const Context& context, std::wstring_view name, Factory create)
-      : trace_(context.trace()), name_(name) {
+ protected:
+  // `create` makes the object, given the workspace and the name.
+  template <class Create>
+  Handle(const Context& context, std::wstring_view name, Create create)
+      : Handle(context.trace(), name, std::unique_ptr<Target>()) {
     Attempt(trace_, {name, L"CreateRecordObject"}, [&] {
       if (!context.workspace) throw Error(kErrorFailed, L"No workspace has been set.");
-      target_ = (context.workspace.get()->*create)(name);
+      target_ = std::invoke(create, *context.workspace, name);
     });
   }
+  // Takes an object over that exists already; null when it does not.
+  Handle(Trace& trace, std::wstring_view name, std::unique_ptr<Target> target)
+      : trace_(trace), name_(name), target_(std::move(target)) {}
   ~Handle() = default;
 
   template <class Action>
@@ -84,15 +91,26 @@ class FieldsHandle : public Handle<Target> {
     return WithField(field, [&](Field& item) { item.SetValue(value); });
   }
 
-  // The named field itself, for a column that is read on many records; throws when it fails.
-  std::unique_ptr<Field> Item(std::wstring_view field) {
-    if (!fields_) fields_ = this->target_->GetFields();
-    return fields_->Item(field);
+  // Calls `action(position, field)` for each field, from position 1 to the count of fields. A field
+  // for which a step fails is skipped.
+  template <class Action>
+  void ForEachField(Action&& action) {
+    std::int32_t count = 0;
+    this->Do(L"Fields.Count", [&](Target&) { count = Collection().Count(); });
+    for (std::int32_t position = 1; position <= count; ++position) {
+      Attempt(this->trace_, {this->name_, L"Fields", L"by position"}, [&] {
+        const std::unique_ptr<Field> item = Item(position);
+        action(position, *item);
+      });
+    }
   }
+
+  // The field itself, by its name or by its position from 1; throws when it fails. It must not
+  // outlive the handle.
+  std::unique_ptr<Field> Item(auto field) { return Collection().Item(field); }
 
   Trace& trace() { return this->trace_; }
   std::wstring_view name() const { return this->name_; }
-  bool exists() const { return this->target_ != nullptr; }
 
  protected:
   using Handle<Target>::Handle;
@@ -101,6 +119,11 @@ class FieldsHandle : public Handle<Target> {
   ~FieldsHandle() { fields_.reset(); }
 
  private:
+  Fields& Collection() {
+    if (!fields_) fields_ = this->target_->GetFields();
+    return *fields_;
+  }
+
   template <class Action>
   bool WithField(std::wstring_view field, Action&& action) {
     return this->target_ && Attempt(this->trace_, {this->name_, L"Fields", field}, [&] {
@@ -155,6 +178,9 @@ class Record : public internal::FieldsHandle<RecordObject> {
  public:
   Record(const Context& context, std::wstring_view name)
       : FieldsHandle(context, name, &Workspace::CreateRecord) {}
+  // Takes over a record that the host has handed in.
+  Record(const Context& context, std::wstring_view name, std::unique_ptr<RecordObject> record)
+      : FieldsHandle(context.trace(), name, std::move(record)) {}
 
   bool Find(Match match) {
     return Ask<bool>(L"Find", [&](RecordObject& record) { return record.Find(match); });
@@ -176,6 +202,47 @@ class Record : public internal::FieldsHandle<RecordObject> {
   }
   bool SetExtraText(std::wstring_view text) {
     return Do(L"ExtraText", [&](RecordObject& record) { record.SetExtraText(text); });
+  }
+  // Those of a stock record; null when the step fails.
+  std::unique_ptr<TransactionsObject> TakeTransactions() {
+    return Ask<std::unique_ptr<TransactionsObject>>(
+        L"Transactions", [](RecordObject& record) { return record.Transactions(); });
+  }
+};
+
+// The stock transactions of a stock record, which must outlive it.
+class Transactions : public internal::FieldsHandle<TransactionsObject> {
+ public:
+  explicit Transactions(Record& record)
+      : FieldsHandle(record.trace(), L"Transactions", record.TakeTransactions()) {}
+
+  std::int32_t Count() {
+    return Ask<std::int32_t>(L"Count", [](TransactionsObject& list) { return list.Count(); });
+  }
+  bool MoveFirst() {
+    return Do(L"MoveFirst", [](TransactionsObject& list) { list.MoveFirst(); });
+  }
+  bool MoveNext() {
+    return Ask<bool>(L"MoveNext", [](TransactionsObject& list) { return list.MoveNext(); });
+  }
+};
+
+// The engine's pricing service; it does not exist when the engine offers none.
+class Pricing : public internal::Handle<PricingObject> {
+ public:
+  explicit Pricing(const Context& context)
+      : Handle(context, L"Pricing",
+               [](Workspace& workspace, std::wstring_view) { return workspace.CreatePricing(); }) {}
+
+  double CustomerUnitPrice(std::wstring_view acc_ref, std::wstring_view stock_code) {
+    return Ask<double>(L"CustomerUnitPrice", [&](PricingObject& pricing) {
+      return pricing.CustomerUnitPrice(acc_ref, stock_code);
+    });
+  }
+  double SupplierUnitPrice(std::wstring_view stock_code, std::wstring_view acc_ref) {
+    return Ask<double>(L"SupplierUnitPrice", [&](PricingObject& pricing) {
+      return pricing.SupplierUnitPrice(stock_code, acc_ref);
+    });
   }
 };
 
@@ -222,25 +289,35 @@ class Index : public internal::Handle<IndexObject> {
   bool open_ = false;
 };
 
-// A field of a data file that is read on many records: the field object is taken at the first
-// read and kept. It must not outlive its file.
+// A field that is read on many records: the field object is taken at the first read and kept. It
+// must not outlive `Owner`, the handle of an object with fields.
+template <class Owner>
 class Column {
  public:
-  Column(DataFile& file, std::wstring_view field) : file_(file), name_(field) {}
+  Column(Owner& owner, std::wstring_view field) : owner_(owner), name_(field) {}
 
   template <class T>
   bool Get(T& out) {
-    return file_.exists() && Attempt(file_.trace(), {file_.name(), L"Fields", name_}, [&] {
-             if (!item_) item_ = file_.Item(name_);
+    return owner_.exists() && Attempt(owner_.trace(), {owner_.name(), L"Fields", name_}, [&] {
+             if (!item_) item_ = owner_.Item(name_);
              Convert(item_->GetValue(), out);
            });
   }
 
  private:
-  DataFile& file_;
+  Owner& owner_;
   std::wstring_view name_;
   std::unique_ptr<Field> item_;
 };
+
+// The engine's version text; "" when it cannot be told.
+inline std::wstring EngineVersion(const Context& context) {
+  std::wstring version;
+  Attempt(context.trace(), {L"Workspace", L"Version"}, [&] {
+    if (context.workspace) version = context.workspace->Version();
+  });
+  return version;
+}
 
 }  // namespace ard::engine
 

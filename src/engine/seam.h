@@ -53,6 +53,16 @@ class DataFileObject {
   virtual void Close() = 0;
 };
 
+// The stock transactions of one stock record, in the engine's order, with a current one.
+class TransactionsObject {
+ public:
+  virtual ~TransactionsObject() = default;
+  virtual std::int32_t Count() = 0;
+  virtual std::unique_ptr<Fields> GetFields() = 0;
+  virtual void MoveFirst() = 0;
+  virtual bool MoveNext() = 0;
+};
+
 // One record located by its key.
 class RecordObject {
  public:
@@ -65,6 +75,8 @@ class RecordObject {
   virtual void Edit() = 0;
   virtual bool Update() = 0;
   virtual void SetExtraText(std::wstring_view text) = 0;
+  // Of a stock record.
+  virtual std::unique_ptr<TransactionsObject> Transactions() = 0;
 };
 
 // The entries of a data file in key order; positions count from 1.
@@ -82,6 +94,14 @@ class IndexObject {
   virtual void Close() = 0;
 };
 
+// The engine's own pricing service.
+class PricingObject {
+ public:
+  virtual ~PricingObject() = default;
+  virtual double CustomerUnitPrice(std::wstring_view acc_ref, std::wstring_view stock_code) = 0;
+  virtual double SupplierUnitPrice(std::wstring_view stock_code, std::wstring_view acc_ref) = 0;
+};
+
 class Workspace {
  public:
   virtual ~Workspace() = default;
@@ -89,6 +109,8 @@ class Workspace {
   virtual std::unique_ptr<DataFileObject> CreateDataFile(std::wstring_view name) = 0;
   virtual std::unique_ptr<RecordObject> CreateRecord(std::wstring_view name) = 0;
   virtual std::unique_ptr<IndexObject> CreateIndex(std::wstring_view name) = 0;
+  // Throws when the engine has no pricing service.
+  virtual std::unique_ptr<PricingObject> CreatePricing() = 0;
   virtual bool Connect(std::wstring_view data_path, std::wstring_view user,
                        std::wstring_view password, std::wstring_view unique_id) = 0;
   virtual bool ConnectNT(std::wstring_view data_path, std::wstring_view account,

@@ -14,6 +14,9 @@ namespace engine {
 class Workspace;
 class Engine;
 }  // namespace engine
+namespace database {
+class Connection;
+}
 
 // Every object carries one; which of the properties its class publishes is the class's matter.
 // Nothing here is checked: what is missing makes the steps that need it fail.
@@ -25,6 +28,7 @@ struct Context {
   std::wstring registry_path;
   std::shared_ptr<engine::Workspace> workspace;
   std::shared_ptr<engine::Engine> engine;
+  std::shared_ptr<database::Connection> database;
 
   Trace& trace() const { return environment.trace(); }
 
