@@ -29,6 +29,7 @@ constexpr TableInfo kCatalogue[] = {
     {L"StockCategory", L"", L""},
     {L"DepartmentData", L"", L""},
     {L"CurrencyData", L"", L""},
+    {L"StockTransactionData", L"", L""},
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #define ARD_SIMULATOR_ENGINE_OBJECTS_H_
 
 #include <memory>
+#include <string_view>
 
 #include "engine/seam.h"
 #include "simulator/engine_state.h"
@@ -23,6 +24,14 @@ std::unique_ptr<engine::IndexObject> MakeIndex(std::shared_ptr<EngineState> stat
 // A new record object stands on the first record. After a Find that fails its fields hold what has
 // been set, and are otherwise blank. Records are walked in record order.
 std::unique_ptr<engine::RecordObject> MakeRecord(std::shared_ptr<EngineState> state, Table* table);
+
+// The transactions of the product with that code, in record order; none when the company keeps no
+// transactions. A new collection stands on the first; moved past the last, its fields are blank.
+std::unique_ptr<engine::TransactionsObject> MakeTransactions(std::shared_ptr<EngineState> state,
+                                                             std::wstring_view stock_code);
+
+// The prices of the company's customers and suppliers, as docs/simulator.md tells.
+std::unique_ptr<engine::PricingObject> MakePricing(std::shared_ptr<EngineState> state);
 
 std::shared_ptr<engine::Workspace> MakeWorkspace(std::shared_ptr<EngineState> state);
 

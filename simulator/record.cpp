@@ -88,6 +88,16 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
     });
   }
 
+  std::unique_ptr<engine::TransactionsObject> Transactions() override {
+    return Run([&] {
+      const Table& table = Existing();
+      if (&table != state()->company->Find(L"StockData")) {
+        throw Error(kErrorFailed, L"Only a stock record has transactions.");
+      }
+      return MakeTransactions(state(), current_->Get(table.key().front()).ToText());
+    });
+  }
+
  private:
   enum class Editing { kNothing, kNewRecord, kThisRecord };
 

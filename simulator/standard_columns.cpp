@@ -38,7 +38,9 @@ constexpr std::string_view kBank =
 
 constexpr std::string_view kSetup =
     "NAME:text(60)\tADDRESS_1:text(60)\tADDRESS_2:text(60)\tADDRESS_3:text(60)\t"
-    "ADDRESS_4:text(60)\tADDRESS_5:text(60)\tTERMS_WARNING:boolean";
+    "ADDRESS_4:text(60)\tADDRESS_5:text(60)\tTERMS_WARNING:boolean\tPRICING_SERVICE:boolean\t"
+    "STOCK_CATEGORY:integer16\tSTOCK_DEPARTMENT:integer16\tSTOCK_TAXCODE:integer16\t"
+    "STOCK_NOMINAL:text(8)\tSTOCK_UNITS:text(8)";
 
 // ControlData adds the counts itself.
 constexpr std::string_view kControl = "FINANCIAL_YEAR:integer16";
@@ -51,21 +53,78 @@ constexpr std::string_view kAccess =
 constexpr std::string_view kQueue =
     "LOGON_NAME:text(30)\tSTATION_NAME:text(30)\tEMPTY_FLAG:boolean";
 
+// The month buckets are added to these.
+constexpr std::string_view kStock =
+    "STOCK_CODE:text(30)\tDESCRIPTION:text(60)\tDEPT_NUMBER:integer16\tSTOCK_CAT:integer16\t"
+    "TAX_CODE:integer16\tNOMINAL_CODE:text(8)\tUNIT_OF_SALE:text(8)\tLOCATION:text(16)\t"
+    "PURCHASE_REF:text(8)\tSUPPLIER_PART_NUMBER:text(30)\t"
+    "QTY_IN_STOCK:double\tQTY_ALLOCATED:double\tQTY_ON_ORDER:double\tQTY_REORDER_LEVEL:double\t"
+    "QTY_REORDER:double\tQTY_LAST_ORDER:double\tQTY_LAST_STOCK_TAKE:double\tQTY_MAKEUP:double\t"
+    "SALES_PRICE:double\tLAST_PURCHASE_PRICE:double\tAVERAGE_COST_PRICE:double\t"
+    "LAST_PURCHASE_DATE:date\tLAST_SALE_DATE:date\tSTOCK_TAKE_DATE:date\t"
+    "IGNORE_STK_LVL_FLAG:boolean\tDELETED_FLAG:boolean\tWEB_PUBLISH:boolean\t"
+    "ASSEMBLY_LEVEL:integer16\tLINK_LEVEL:integer16\t"
+    "NO_OF_TRAN:long\tFIRST_TRAN:long\tLAST_TRAN:long\t"
+    "WEB_DESCRIPTION:text(200)\tCOMMODITY_CODE:text(16)\tEXTRA_TEXT:text(60)\tINACTIVE:integer8";
+
+constexpr const wchar_t* kBucketFamilies[] = {
+    L"QTY_SOLD",       L"SALES", L"PRIOR_YR_COST",   L"PRIOR_YR_QTY_SOLD",
+    L"PRIOR_YR_SALES", L"COST",  L"BUDGET_QTY_SOLD", L"BUDGET_SALES"};
+constexpr int kMonths = 12;
+
+constexpr std::string_view kPrice =
+    "TYPE:integer16\tEXT_REF:text(8)\tSTOCK_CODE:text(30)\tDISCOUNT_TYPE:integer16\t"
+    "VALUE:double\tSTORED_PRICE:double";
+
+constexpr std::string_view kStockTransaction =
+    "STOCK_CODE:text(30)\tTYPE:integer16\tDATE:date\tREFERENCE:text(30)\tQUANTITY:double\t"
+    "QTY_USED:double\tCOST_PRICE:double";
+
+constexpr std::string_view kNameOnly = "NAME:text(60)";
+
+constexpr std::string_view kCurrency =
+    "NAME:text(60)\tCODE:text(3)\tSYMBOL:text(3)\tEXCHANGE_RATE:double";
+
 struct TableColumns {
   std::wstring_view table;
   std::string_view header;
 };
 constexpr TableColumns kTables[] = {
-    {L"SalesData", kCustomer}, {L"PurchaseData", kSupplier}, {L"NominalData", kNominal},
-    {L"BankData", kBank},      {L"SetupData", kSetup},       {L"ControlData", kControl},
-    {L"AccessData", kAccess},  {L"QueueData", kQueue},
+    {L"SalesData", kCustomer},
+    {L"PurchaseData", kSupplier},
+    {L"NominalData", kNominal},
+    {L"BankData", kBank},
+    {L"SetupData", kSetup},
+    {L"ControlData", kControl},
+    {L"AccessData", kAccess},
+    {L"QueueData", kQueue},
+    {L"StockData", kStock},
+    {L"PriceData", kPrice},
+    {L"StockTransactionData", kStockTransaction},
+    {L"StockCategory", kNameOnly},
+    {L"DepartmentData", kNameOnly},
+    {L"CurrencyData", kCurrency},
 };
+
+// Of each family: what was brought forward, the months to come, and the twelve months.
+void AddBuckets(Columns& columns) {
+  for (const std::wstring family : kBucketFamilies) {
+    columns.Add({family + L"_BF", ColumnType::kDouble});
+    columns.Add({family + L"_FUTURE", ColumnType::kDouble});
+    for (int month = 1; month <= kMonths; ++month) {
+      columns.Add({family + L"_MTH" + std::to_wstring(month), ColumnType::kDouble});
+    }
+  }
+}
 
 }  // namespace
 
 Columns StandardColumns(std::wstring_view table) {
   for (const TableColumns& known : kTables) {
-    if (known.table == table) return ParseColumns(known.header, "standard columns");
+    if (known.table != table) continue;
+    Columns columns = ParseColumns(known.header, "standard columns");
+    if (table == L"StockData") AddBuckets(columns);
+    return columns;
   }
   throw Error(kErrorUnknownName,
               L"There are no standard columns for " + std::wstring(table) + L".");

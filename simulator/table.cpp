@@ -10,23 +10,16 @@ namespace {
 
 constexpr std::size_t kNumberLength = 10;
 
-std::size_t KeyLength(const Column& column) {
-  if (column.type == ColumnType::kText) return column.length;
-  return column.type == ColumnType::kInteger8 ? 1 : kNumberLength;
-}
-
 // Ten digits that sort like the number, negative ones included.
 std::wstring Digits(std::int32_t number) {
   std::wstring digits = std::to_wstring(std::int64_t{number} + (std::int64_t{1} << 31));
   return digits.insert(0, kNumberLength - digits.size(), L'0');
 }
 
-std::wstring KeyPart(const Column& column, const Value& cell) {
+// A number is one character where its part of the key has room for no more.
+std::wstring KeyPart(const Column& column, std::size_t length, const Value& cell) {
   if (column.type == ColumnType::kText) return cell.ToText();
-  if (column.type == ColumnType::kInteger8) {
-    return {static_cast<wchar_t>(cell.ToByte())};
-  }
-  return Digits(cell.ToLong());
+  return length == 1 ? std::wstring(1, static_cast<wchar_t>(cell.ToLong())) : Digits(cell.ToLong());
 }
 
 }  // namespace
@@ -43,8 +36,12 @@ Table::Table(Columns columns, std::span<const std::wstring_view> key_fields)
     if (!MakesKey(columns_[column].type)) {
       throw Error(kErrorTypeMismatch, std::wstring(field) + L" cannot be a key.");
     }
+    const bool begins_several = key_.empty() && key_fields.size() > 1;
+    const std::size_t number_length = begins_several ? 1 : kNumberLength;
+    const bool is_text = columns_[column].type == ColumnType::kText;
     key_.push_back(column);
-    key_length_ += KeyLength(columns_[column]);
+    part_lengths_.push_back(is_text ? columns_[column].length : number_length);
+    key_length_ += part_lengths_.back();
   }
 }
 
@@ -52,19 +49,18 @@ std::optional<std::wstring> Table::ComposeKey(std::span<const Value> cells) cons
   std::wstring key;
   std::size_t end = 0;
   for (std::size_t i = 0; i < key_.size(); ++i) {
-    const Column& column = columns_[key_[i]];
     key.resize(end, L' ');
-    const std::wstring part = KeyPart(column, cells[i]);
-    if (part.size() > KeyLength(column)) return std::nullopt;
+    const std::wstring part = KeyPart(columns_[key_[i]], part_lengths_[i], cells[i]);
+    if (part.size() > part_lengths_[i]) return std::nullopt;
     key += part;
-    end += KeyLength(column);
+    end += part_lengths_[i];
   }
   return key;
 }
 
 std::wstring Table::KeyFrom(const Value& value) const {
   if (key_.size() != 1) return value.ToText();
-  return KeyPart(columns_[key_[0]], value);
+  return KeyPart(columns_[key_[0]], part_lengths_[0], value);
 }
 
 std::int32_t Table::FindKey(std::wstring_view key, engine::Match match) const {

@@ -19,8 +19,9 @@ namespace ard::simulator {
 // Records are never removed: one that is deleted stays, with its DELETED_FLAG set.
 //
 // A key is a text. Its parts stand in it one after the other, each padded with blanks to the
-// length of its field; a short integer is one character, a longer one ten digits. Keys as they are
-// stored have no blanks at the end. Keys compare without regard to case.
+// length of its field; a number is ten digits, but one that begins a key of several parts is the
+// character of that code. Keys as they are stored have no blanks at the end. Keys compare without
+// regard to case.
 class Table {
  public:
   Table(const Table&) = delete;
@@ -64,6 +65,7 @@ class Table {
  private:
   Columns columns_;
   std::vector<std::size_t> key_;
+  std::vector<std::size_t> part_lengths_;
   std::size_t key_length_ = 0;  // of a key with all its padding
 };
 

@@ -11,6 +11,10 @@ namespace {
 constexpr std::wstring_view kVersion = L"10.0";
 constexpr std::wstring_view kManager = L"MANAGER";
 
+[[noreturn]] void ThrowUnknown(std::wstring_view name) {
+  throw Error(kErrorUnknownName, L"The engine has no object " + std::wstring(name) + L".");
+}
+
 class SimulatedWorkspace : public engine::Workspace {
  public:
   explicit SimulatedWorkspace(std::shared_ptr<EngineState> state) : state_(std::move(state)) {}
@@ -23,6 +27,12 @@ class SimulatedWorkspace : public engine::Workspace {
   }
   std::unique_ptr<engine::IndexObject> CreateIndex(std::wstring_view name) override {
     return state_->Run([&] { return MakeIndex(state_, TableFor(name, ObjectKind::kIndex)); });
+  }
+  std::unique_ptr<engine::PricingObject> CreatePricing() override {
+    return state_->Run([&] {
+      if (!HasPricing()) ThrowUnknown(L"Pricing");
+      return MakePricing(state_);
+    });
   }
 
   bool Connect(std::wstring_view, std::wstring_view user, std::wstring_view,
@@ -43,10 +53,16 @@ class SimulatedWorkspace : public engine::Workspace {
  private:
   Table* TableFor(std::wstring_view name, ObjectKind kind) const {
     const ObjectName found = LookUp(name);
-    if (found.kind != kind) {
-      throw Error(kErrorUnknownName, L"The engine has no object " + std::wstring(name) + L".");
-    }
+    if (found.kind != kind) ThrowUnknown(name);
     return state_->company->Find(found.table);
+  }
+
+  // A company's set-up tells whether its engine has a pricing service.
+  bool HasPricing() const {
+    const Table* setup = state_->company->Find(L"SetupData");
+    const int column = setup == nullptr ? -1 : setup->columns().Find(L"PRICING_SERVICE");
+    return column >= 0 && setup->size() > 0 &&
+           setup->Cell(1, static_cast<std::size_t>(column)).ToBoolean();
   }
 
   // The manager, and whoever has a record of access rights.

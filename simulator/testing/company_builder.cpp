@@ -8,7 +8,8 @@
 namespace ard::simulator {
 
 CompanyBuilder::CompanyBuilder() : company_(std::make_unique<Company>()) {
-  for (const wchar_t* ledger : {L"SalesData", L"PurchaseData", L"NominalData", L"BankData"}) {
+  for (const wchar_t* ledger :
+       {L"SalesData", L"PurchaseData", L"NominalData", L"BankData", L"StockData"}) {
     TableFor(ledger);
   }
   Setup({{L"TERMS_WARNING", true}});
@@ -28,6 +29,9 @@ CompanyBuilder& CompanyBuilder::Nominal(std::wstring_view account_ref, FieldValu
 }
 CompanyBuilder& CompanyBuilder::Bank(std::wstring_view account_ref, FieldValues values) {
   return Add(L"BankData", {{L"ACCOUNT_REF", account_ref}}, values);
+}
+CompanyBuilder& CompanyBuilder::Product(std::wstring_view stock_code, FieldValues values) {
+  return Add(L"StockData", {{L"STOCK_CODE", stock_code}}, values);
 }
 
 CompanyBuilder& CompanyBuilder::Setup(FieldValues values) {

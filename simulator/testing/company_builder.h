@@ -33,7 +33,7 @@ using FieldValues = std::initializer_list<FieldValue>;
 
 class CompanyBuilder {
  public:
-  // Starts with four empty ledgers and the two single-record files: ControlData, with the counts
+  // Starts with five empty ledgers and the two single-record files: ControlData, with the counts
   // computed, and SetupData, with TERMS_WARNING yes.
   CompanyBuilder();
   CompanyBuilder(const CompanyBuilder&) = delete;
@@ -46,6 +46,7 @@ class CompanyBuilder {
   CompanyBuilder& Supplier(std::wstring_view account_ref, FieldValues values = {});
   CompanyBuilder& Nominal(std::wstring_view account_ref, FieldValues values = {});
   CompanyBuilder& Bank(std::wstring_view account_ref, FieldValues values = {});
+  CompanyBuilder& Product(std::wstring_view stock_code, FieldValues values = {});
 
   // Fields of the single records. A count stated here replaces the computed one.
   CompanyBuilder& Setup(FieldValues values);
