@@ -13,8 +13,8 @@ std::unique_ptr<Simulator> Simulator::Open(const std::filesystem::path& folder) 
   return std::make_unique<Simulator>(Company::Load(folder));
 }
 
-std::unique_ptr<Simulator> Simulator::OpenSynthetic(std::int32_t accounts) {
-  return std::make_unique<Simulator>(MakeSyntheticCompany(accounts));
+std::unique_ptr<Simulator> Simulator::OpenSynthetic(std::int32_t accounts, std::int32_t products) {
+  return std::make_unique<Simulator>(MakeSyntheticCompany(accounts, products));
 }
 
 Simulator::Simulator(std::unique_ptr<Company> company)

@@ -17,9 +17,10 @@ using engine::Mode;
 TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
   for (const std::int32_t accounts : {0, 1, 2, 25, 26, 27, 700}) {
     SCOPED_TRACE(accounts);
-    const SyntheticLedger ledger(accounts);
+    const bool products = accounts % 2 != 0;
+    const SyntheticLedger ledger(accounts, products ? kSyntheticProducts : kSyntheticCustomers);
     Company company;
-    const auto copy = company.NewTable(L"SalesData", ledger.columns());
+    const auto copy = company.NewTable(products ? L"StockData" : L"SalesData", ledger.columns());
     for (std::int32_t record = 1; record <= ledger.size(); ++record) {
       Row row;
       for (std::size_t i = 0; i < copy->columns().size(); ++i)
@@ -42,11 +43,12 @@ TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
 
 TEST(SyntheticLedgerTest, TenMillionAccountsCostNothingToOpenAndReach) {
   constexpr std::int32_t kAccounts = 10'000'000;
-  const auto engine = Simulator::OpenSynthetic(kAccounts);
+  const auto engine = Simulator::OpenSynthetic(kAccounts, 1'000'000);
   const auto workspace = engine->workspace();
   const auto control = workspace->CreateDataFile(L"ControlData");
   ASSERT_TRUE(control->Open(Mode::kRead));
   EXPECT_EQ(control->GetFields()->Item(L"NO_OF_SALES")->GetValue().ToLong(), kAccounts);
+  EXPECT_EQ(control->GetFields()->Item(L"NO_OF_STOCK")->GetValue().ToLong(), 1'000'000);
 
   const auto file = workspace->CreateDataFile(L"SalesData");
   const auto index = workspace->CreateIndex(L"SalesIndex");
@@ -67,7 +69,7 @@ TEST(SyntheticLedgerTest, TenMillionAccountsCostNothingToOpenAndReach) {
   EXPECT_EQ(engine->records_read(), 26);
 }
 
-TEST(SyntheticLedgerTest, HasAccountsOfEveryKind) {
+TEST(SyntheticLedgerTest, HasRecordsOfEveryKind) {
   const SyntheticLedger ledger(2000);
   int deleted = 0, on_hold = 0, without_terms = 0, over_limit = 0;
   for (std::int32_t record = 1; record <= ledger.size(); ++record) {
@@ -80,7 +82,16 @@ TEST(SyntheticLedgerTest, HasAccountsOfEveryKind) {
     without_terms += !cell(L"TERMS_AGREED_FLAG").ToBoolean();
     over_limit += limit > 0 && cell(L"BALANCE").ToDouble() > limit;
   }
-  for (const int found : {deleted, on_hold, without_terms, over_limit}) {
+  const SyntheticLedger stock(2000, kSyntheticProducts);
+  int over_allocated = 0, uncounted = 0;
+  for (std::int32_t record = 1; record <= stock.size(); ++record) {
+    const auto cell = [&](std::wstring_view field) {
+      return stock.Cell(record, stock.columns().Require(field));
+    };
+    over_allocated += cell(L"QTY_ALLOCATED").ToDouble() > cell(L"QTY_IN_STOCK").ToDouble();
+    uncounted += cell(L"IGNORE_STK_LVL_FLAG").ToBoolean();
+  }
+  for (const int found : {deleted, on_hold, without_terms, over_limit, over_allocated, uncounted}) {
     EXPECT_GT(found, 10);
     EXPECT_LT(found, 1000);
   }
