@@ -49,6 +49,16 @@ struct IndexTarget {
   std::unique_ptr<engine::IndexObject> index;
 };
 
+struct TransactionsTarget {
+  Live live;
+  std::shared_ptr<engine::TransactionsObject> list;
+};
+
+struct PricingTarget {
+  Live live;
+  std::unique_ptr<engine::PricingObject> pricing;
+};
+
 struct WorkspaceTarget {
   LiveCount live;
   std::shared_ptr<engine::Workspace> workspace;
@@ -114,6 +124,17 @@ constexpr Member<DataFileTarget> kDataFileMembers[] = {
      }},
 };
 
+constexpr Member<TransactionsTarget> kTransactionsMembers[] = {
+    {L"Fields", 0x20001, kCall, 0,
+     [](TransactionsTarget& self, Call& call) { call.Return(ExposeFields(self.list, self.live)); }},
+    {L"Count", 0x10006, kCall, 0,
+     [](TransactionsTarget& self, Call& call) { call.Return(self.list->Count()); }},
+    {L"MoveFirst", 0x20004, kCall, 0,
+     [](TransactionsTarget& self, Call&) { self.list->MoveFirst(); }},
+    {L"MoveNext", 0x20006, kCall, 0,
+     [](TransactionsTarget& self, Call& call) { call.Return(self.list->MoveNext()); }},
+};
+
 constexpr Member<RecordTarget> kRecordMembers[] = {
     {L"Fields", 0x20001, kCall, 0,
      [](RecordTarget& self, Call& call) { call.Return(ExposeFields(self.record, self.live)); }},
@@ -128,6 +149,11 @@ constexpr Member<RecordTarget> kRecordMembers[] = {
     {L"Edit", 0x2000f, kCall, 0, [](RecordTarget& self, Call&) { self.record->Edit(); }},
     {L"ExtraText", 0x20011, kPut, 1,
      [](RecordTarget& self, Call& call) { self.record->SetExtraText(call.Text(0)); }},
+    {L"Transactions", 0x20020, kCall, 0,
+     [](RecordTarget& self, Call& call) {
+       call.Return(Automation<TransactionsTarget>::Create(
+           kTransactionsMembers, {self.live, self.record->Transactions()}));
+     }},
 };
 
 constexpr Member<IndexTarget> kIndexMembers[] = {
@@ -149,6 +175,17 @@ constexpr Member<IndexTarget> kIndexMembers[] = {
     {L"Close", 0x2000a, kCall, 0, [](IndexTarget& self, Call&) { self.index->Close(); }},
 };
 
+constexpr Member<PricingTarget> kPricingMembers[] = {
+    {L"CustomerUnitPrice", 1, kCall, 2,
+     [](PricingTarget& self, Call& call) {
+       call.Return(self.pricing->CustomerUnitPrice(call.Text(0), call.Text(1)));
+     }},
+    {L"SupplierUnitPrice", 2, kCall, 2,
+     [](PricingTarget& self, Call& call) {
+       call.Return(self.pricing->SupplierUnitPrice(call.Text(0), call.Text(1)));
+     }},
+};
+
 void CreateRecordObject(WorkspaceTarget& self, Call& call) {
   const std::wstring name = call.Text(0);
   Live live(self.live);
@@ -158,6 +195,9 @@ void CreateRecordObject(WorkspaceTarget& self, Call& call) {
   } else if (name.ends_with(L"Record")) {
     auto record = self.workspace->CreateRecord(name);
     call.Return(Automation<RecordTarget>::Create(kRecordMembers, {live, std::move(record)}));
+  } else if (name == L"Pricing") {
+    auto pricing = self.workspace->CreatePricing();
+    call.Return(Automation<PricingTarget>::Create(kPricingMembers, {live, std::move(pricing)}));
   } else {
     auto file = self.workspace->CreateDataFile(name);
     call.Return(Automation<DataFileTarget>::Create(kDataFileMembers, {live, std::move(file)}));

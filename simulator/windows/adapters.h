@@ -15,7 +15,7 @@ using LiveCount = std::shared_ptr<std::int32_t>;
 
 // A workspace: every object created through it counts in `live`, and so do their fields.
 // CreateRecordObject tells by the end of the name what to create: "...Index" an index, "...Record"
-// a record, everything else a data file.
+// a record, everything else but "Pricing" a data file.
 ComPtr<IDispatch> Expose(std::shared_ptr<engine::Workspace> workspace, LiveCount live);
 
 // An error object.

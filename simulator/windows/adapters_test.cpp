@@ -24,6 +24,9 @@ std::unique_ptr<Simulator> Company() {
       .Customer(L"ABC001", {{L"NAME", L"ABC Ltd"}, {L"BALANCE", 10.0}})
       .Customer(L"ADE001", {{L"NAME", L"Adele \x00e9"}, {L"ACCOUNT_ON_HOLD", true}})
       .Customer(L"BAY002", {{L"CREDIT_LIMIT", 99.5}})
+      .Product(L"NUT", {{L"SALES_PRICE", 9.5}, {L"LAST_PURCHASE_PRICE", 4.5}})
+      .Record(L"StockTransactionData", {{L"STOCK_CODE", L"NUT"}, {L"QUANTITY", 7.5}})
+      .Setup({{L"PRICING_SERVICE", true}})
       .Build();
 }
 
@@ -100,6 +103,17 @@ std::vector<std::string> Use(engine::Workspace& workspace) {
   note([&] { record->AddNew(); });
   note([&] { record->SetExtraText(L""); });
   note([&] { return record->Update(); });
+  note([&] { record->Transactions(); });
+
+  const auto product = workspace.CreateRecord(L"StockRecord");
+  const auto transactions = product->Transactions();
+  note([&] { return transactions->Count(); });
+  note([&] { return transactions->GetFields()->Item(L"QUANTITY")->GetValue(); });
+  note([&] { return transactions->MoveNext(); });
+  note([&] { transactions->MoveFirst(); });
+  const auto pricing = workspace.CreatePricing();
+  note([&] { return pricing->CustomerUnitPrice(L"ABC001", L"NUT"); });
+  note([&] { return pricing->SupplierUnitPrice(L"NUT", L"SUP001"); });
   return lines;
 }
 
@@ -166,9 +180,15 @@ TEST(EngineObject, OpensCompaniesAndCounts) {
   script.Ask(L"Open");
   EXPECT_EQ(script.last, DISP_E_BADPARAMCOUNT);
 
-  EXPECT_TRUE(script.Ask(L"opensynthetic", {1000}).ToBoolean());
+  EXPECT_TRUE(script.Ask(L"opensynthetic", {2}).ToBoolean());
+  EXPECT_TRUE(script.Ask(L"OpenSyntheticStock", {1000, 300}).ToBoolean());
   const auto workspace = windows::WrapWorkspace(
       windows::ToDispatch(windows::ToVariant(script.Ask(L"WORKSPACE"))).get());
+  {
+    const auto stock = workspace->CreateDataFile(L"StockData");
+    EXPECT_TRUE(stock->Open(Mode::kRead));
+    EXPECT_EQ(stock->Count(), 300);
+  }
   {
     const auto file = workspace->CreateDataFile(L"SalesData");
     EXPECT_TRUE(file->Open(Mode::kRead));

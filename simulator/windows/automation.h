@@ -76,27 +76,12 @@ HRESULT ReportException(EXCEPINFO* info) noexcept;
 
 // An automation object that answers for a target: `members` is its table.
 template <class Target>
-class Automation final : public IDispatch {
+class Automation final : public windows::ComObject<IDispatch> {
  public:
   using Members = std::span<const Member<Target>>;
 
   static ComPtr<IDispatch> Create(Members members, Target target) {
     return ComPtr<IDispatch>::Adopt(new Automation(members, std::move(target)));
-  }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (!object) return E_POINTER;
-    const bool known = iid == IID_IDispatch || iid == IID_IUnknown;
-    *object = known ? this : nullptr;
-    if (!known) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -142,7 +127,7 @@ class Automation final : public IDispatch {
   Automation(Members members, Target target) : members_(members), target_(std::move(target)) {
     ++module_references;
   }
-  ~Automation() { --module_references; }
+  ~Automation() override { --module_references; }
 
   const Member<Target>* Find(DISPID id, WORD flags) const {
     for (const Member<Target>& member : members_) {
@@ -151,7 +136,6 @@ class Automation final : public IDispatch {
     return nullptr;
   }
 
-  ULONG references_ = 1;
   Members members_;
   Target target_;
 };

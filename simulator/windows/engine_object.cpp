@@ -49,6 +49,10 @@ constexpr Member<EngineTarget> kEngineMembers[] = {
      [](EngineTarget& self, Call& call) {
        self.Open(call, Simulator::OpenSynthetic(call.Long(0)));
      }},
+    {L"OpenSyntheticStock", 108, kCall, 2,
+     [](EngineTarget& self, Call& call) {
+       self.Open(call, Simulator::OpenSynthetic(call.Long(0), call.Long(1)));
+     }},
     {L"Workspace", 102, kCall, 0,
      [](EngineTarget& self, Call& call) { call.Return(self.Opened().workspace); }},
     {L"FailFrom", 103, kCall, 2,

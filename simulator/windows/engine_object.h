@@ -10,6 +10,8 @@ namespace ard::simulator {
 //   Open(folder)             opens the company in that folder; True, or an error that says what is
 //                            wrong with it
 //   OpenSynthetic(accounts)  opens a made-up company with that many customers; True
+//   OpenSyntheticStock(accounts, products)
+//                            the same, with that many products, too
 //   Workspace                the workspace of the company, for the library's ArdWorkspace
 //   FailFrom(n, persist)     the n-th operation from now on fails, and all later ones if `persist`
 //                            is True; n = 0: none fails

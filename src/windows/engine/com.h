@@ -1,4 +1,5 @@
-// Owners of automation's resources: interface pointers, strings and variants.
+// Owners of automation's resources (interface pointers, strings and variants), and the base of
+// objects that are owned through them.
 #ifndef ARD_WINDOWS_ENGINE_COM_H_
 #define ARD_WINDOWS_ENGINE_COM_H_
 
@@ -6,6 +7,7 @@
 // After windows.h.
 #include <oleauto.h>
 
+#include <atomic>
 #include <string_view>
 #include <utility>
 
@@ -53,6 +55,37 @@ class ComPtr {
 
  private:
   Interface* pointer_ = nullptr;
+};
+
+// The IUnknown of an object that has one interface beside it. It starts with one reference, that of
+// its maker, and deletes itself with the last.
+template <class Interface>
+class ComObject : public Interface {
+ public:
+  ComObject() = default;
+  ComObject(const ComObject&) = delete;
+  ComObject& operator=(const ComObject&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) final {
+    if (!object) return E_POINTER;
+    const bool known = iid == __uuidof(Interface) || iid == IID_IUnknown;
+    *object = known ? this : nullptr;
+    if (!known) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() final {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+ protected:
+  virtual ~ComObject() = default;
+
+ private:
+  std::atomic<ULONG> references_ = 1;
 };
 
 // The characters of an automation string, embedded NULs included; a null one is empty.

@@ -52,6 +52,16 @@ struct RecordId {
   };
 };
 
+// A collection of transactions has some of the ids of a record, and one of a data file.
+struct TransactionsId {
+  enum : long {
+    kFields = RecordId::kFields,
+    kMoveFirst = RecordId::kMoveFirst,
+    kMoveNext = RecordId::kMoveNext,
+    kCount = DataFileId::kCount,
+  };
+};
+
 struct IndexId {
   enum : long {
     kKey = 0x10001,
@@ -80,10 +90,18 @@ enum NamedMember : std::size_t {
   kFieldsCount,
   kFieldName,
   kFieldValue,
+  kRecordTransactions,
+  kCustomerUnitPrice,
+  kSupplierUnitPrice,
   kNamedMembers,
 };
-inline constexpr std::array<const wchar_t*, kNamedMembers> kMemberNames = {L"Item", L"Count",
-                                                                           L"Name", L"Value"};
+inline constexpr std::array<const wchar_t*, kNamedMembers> kMemberNames = {L"Item",
+                                                                           L"Count",
+                                                                           L"Name",
+                                                                           L"Value",
+                                                                           L"Transactions",
+                                                                           L"CustomerUnitPrice",
+                                                                           L"SupplierUnitPrice"};
 
 }  // namespace ard::windows
 

@@ -89,6 +89,9 @@ class LateBound {
     return answer.vt == VT_BOOL ? answer.boolVal != VARIANT_FALSE : FromVariant(answer).ToBoolean();
   }
   std::int32_t AskLong(DISPID id) const { return FromVariant(Ask(id)).ToLong(); }
+  double AskDouble(DISPID id, const auto&... arguments) const {
+    return FromVariant(Ask(id, arguments...)).ToDouble();
+  }
   std::wstring AskText(DISPID id) const { return FromVariant(Ask(id)).ToText(); }
   ComPtr<IDispatch> AskObject(DISPID id, const auto&... arguments) const {
     return ToDispatch(Ask(id, arguments...));
@@ -134,7 +137,7 @@ class LateBound {
 };
 
 // The ids of the members that are looked up by name, as far as they are known, for one type of
-// object that has fields.
+// object and the fields that it has.
 class NamedIds {
  public:
   NamedIds() { ids_.fill(DISPID_UNKNOWN); }
@@ -149,10 +152,10 @@ class NamedIds {
   std::array<DISPID, kNamedMembers> ids_;
 };
 
-// What a workspace and everything created through it share, until the last of them is gone: the ids
-// that are known, and the memory of the wrappers. Every call of a host makes and drops a handful of
-// them, so their memory is kept for the next call. All of it belongs to one apartment, that is to
-// one thread.
+// What a workspace and everything created through it share, until the last of them is gone (or a
+// record that the host has handed in, and what comes from it): the ids that are known, and the
+// memory of the wrappers. Every call of a host makes and drops a handful of them, so their memory
+// is kept for the next call. All of it belongs to one apartment, that is to one thread.
 class Session {
  public:
   Session() = default;
@@ -166,6 +169,8 @@ class Session {
 
   NamedIds data_file_ids;
   NamedIds record_ids;
+  NamedIds transactions_ids;
+  NamedIds pricing_ids;
 
   // Memory for one wrapper, which holds a reference to the session until it is given back.
   void* Take() {
@@ -280,6 +285,19 @@ class LateDataFile : public Wrapper<engine::DataFileObject> {
   void Close() override { object_.Do(DataFileId::kClose); }
 };
 
+class LateTransactions : public Wrapper<engine::TransactionsObject> {
+ public:
+  using Wrapper::Wrapper;
+
+  std::int32_t Count() override { return object_.AskLong(TransactionsId::kCount); }
+  std::unique_ptr<engine::Fields> GetFields() override {
+    return Wrap<LateFields>(session_, object_.AskObject(TransactionsId::kFields),
+                            session_.transactions_ids);
+  }
+  void MoveFirst() override { object_.Do(TransactionsId::kMoveFirst); }
+  bool MoveNext() override { return object_.AskBoolean(TransactionsId::kMoveNext); }
+};
+
 class LateRecord : public Wrapper<engine::RecordObject> {
  public:
   using Wrapper::Wrapper;
@@ -294,6 +312,10 @@ class LateRecord : public Wrapper<engine::RecordObject> {
   void Edit() override { object_.Do(RecordId::kEdit); }
   bool Update() override { return object_.AskBoolean(RecordId::kUpdate); }
   void SetExtraText(std::wstring_view text) override { object_.Put(RecordId::kExtraText, text); }
+  std::unique_ptr<engine::TransactionsObject> Transactions() override {
+    const DISPID transactions = session_.record_ids.Get(object_, kRecordTransactions);
+    return Wrap<LateTransactions>(session_, object_.AskObject(transactions));
+  }
 };
 
 class LateIndex : public Wrapper<engine::IndexObject> {
@@ -311,6 +333,21 @@ class LateIndex : public Wrapper<engine::IndexObject> {
   void Close() override { object_.Do(IndexId::kClose); }
 };
 
+class LatePricing : public Wrapper<engine::PricingObject> {
+ public:
+  using Wrapper::Wrapper;
+
+  double CustomerUnitPrice(std::wstring_view acc_ref, std::wstring_view stock_code) override {
+    return object_.AskDouble(Id(kCustomerUnitPrice), acc_ref, stock_code);
+  }
+  double SupplierUnitPrice(std::wstring_view stock_code, std::wstring_view acc_ref) override {
+    return object_.AskDouble(Id(kSupplierUnitPrice), stock_code, acc_ref);
+  }
+
+ private:
+  DISPID Id(NamedMember member) { return session_.pricing_ids.Get(object_, member); }
+};
+
 class LateWorkspace : public engine::Workspace {
  public:
   explicit LateWorkspace(ComPtr<IDispatch> object) : object_(std::move(object)) {}
@@ -323,6 +360,9 @@ class LateWorkspace : public engine::Workspace {
   }
   std::unique_ptr<engine::IndexObject> CreateIndex(std::wstring_view name) override {
     return Wrap<LateIndex>(*session_.get(), Create(name));
+  }
+  std::unique_ptr<engine::PricingObject> CreatePricing() override {
+    return Wrap<LatePricing>(*session_.get(), Create(L"Pricing"));
   }
   bool Connect(std::wstring_view data_path, std::wstring_view user, std::wstring_view password,
                std::wstring_view unique_id) override {
@@ -377,6 +417,12 @@ std::shared_ptr<engine::Workspace> WrapWorkspace(IDispatch* workspace) {
 std::shared_ptr<engine::Engine> WrapEngine(IDispatch* engine) {
   if (!engine) return nullptr;
   return std::make_shared<LateEngine>(ComPtr<IDispatch>(engine));
+}
+
+std::unique_ptr<engine::RecordObject> WrapRecord(IDispatch* record) {
+  if (!record) return nullptr;
+  const ComPtr<Session> session(new Session);
+  return Wrap<LateRecord>(*session.get(), ComPtr<IDispatch>(record));
 }
 
 }  // namespace ard::windows

@@ -20,6 +20,10 @@ namespace ard::windows {
 std::shared_ptr<engine::Workspace> WrapWorkspace(IDispatch* workspace);
 std::shared_ptr<engine::Engine> WrapEngine(IDispatch* engine);
 
+// A record that a host has handed in, behind the seam; null for null. A reference to it is held
+// until the result, and everything that comes from it, is gone.
+std::unique_ptr<engine::RecordObject> WrapRecord(IDispatch* record);
+
 }  // namespace ard::windows
 
 #endif  // ARD_WINDOWS_ENGINE_LATE_BOUND_H_

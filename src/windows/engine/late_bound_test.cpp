@@ -45,24 +45,13 @@ std::string Described(const VARIANT& argument) {
 }
 
 // An object of an engine that records its calls. It hands out the objects that an engine does.
-class RecordingObject final : public IDispatch {
+class RecordingObject final : public ComObject<IDispatch> {
  public:
   RecordingObject(Recorder& recorder, std::string kind)
       : recorder_(recorder), kind_(std::move(kind)) {
     ++recorder_.living;
   }
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
-    *object = this;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
 
@@ -70,8 +59,13 @@ class RecordingObject final : public IDispatch {
                                           DISPID* ids) override {
     const std::string name = ToUtf8(names[0]);
     recorder_.calls.push_back(kind_ + "?" + name);
-    static const std::map<std::string, DISPID> known = {
-        {"Item", 0x71}, {"Count", 0x72}, {"Name", 0x73}, {"Value", 0x74}};
+    static const std::map<std::string, DISPID> known = {{"Item", 0x71},
+                                                        {"Count", 0x72},
+                                                        {"Name", 0x73},
+                                                        {"Value", 0x74},
+                                                        {"Transactions", 0x75},
+                                                        {"CustomerUnitPrice", 0x76},
+                                                        {"SupplierUnitPrice", 0x77}};
     if (recorder_.answers.contains(recorder_.calls.back())) return DISP_E_UNKNOWNNAME;
     // Records have other ids than data files.
     ids[0] = known.at(name) + (kind_.starts_with("Record") ? 0x10 : 0);
@@ -97,7 +91,7 @@ class RecordingObject final : public IDispatch {
   }
 
  private:
-  ~RecordingObject() { --recorder_.living; }
+  ~RecordingObject() override { --recorder_.living; }
 
   // The flags, and the arguments in the order in which they are written.
   static std::string Invocation(WORD flags, const DISPPARAMS& parameters) {
@@ -117,10 +111,12 @@ class RecordingObject final : public IDispatch {
     if (member == "Workspace:5") {
       const std::string name = ToUtf8(View(parameters.rgvarg[0].bstrVal));
       if (name.ends_with("Index")) return "Index";
+      if (name == "Pricing") return name;
       return name.ends_with("Record") ? "Record" : "File";
     }
     if (member == "Engine:2") return "Error";
-    if (member == "File:10002" || member == "Record:20001") return kind_ + "Fields";
+    if (member == "Record:85") return "Transactions";
+    if (member == "File:10002" || member.ends_with(":20001")) return kind_ + "Fields";
     const bool item = member.ends_with("Fields:0") || member.ends_with("Fields:71") ||
                       member.ends_with("Fields:81");
     return item ? kind_.substr(0, kind_.size() - 1) : "";
@@ -128,7 +124,6 @@ class RecordingObject final : public IDispatch {
 
   Recorder& recorder_;
   std::string kind_;
-  ULONG references_ = 1;
 };
 
 // One object of each kind, behind the seam.
@@ -146,6 +141,8 @@ struct Seam {
   std::unique_ptr<engine::DataFileObject> file = workspace->CreateDataFile(L"SalesData");
   std::unique_ptr<engine::RecordObject> record = workspace->CreateRecord(L"SalesRecord");
   std::unique_ptr<engine::IndexObject> index = workspace->CreateIndex(L"SalesIndex");
+  std::unique_ptr<engine::TransactionsObject> transactions = record->Transactions();
+  std::unique_ptr<engine::PricingObject> pricing = workspace->CreatePricing();
   std::unique_ptr<engine::Fields> fields = file->GetFields();
   std::unique_ptr<engine::Field> field = fields->Item(L"NAME");
   std::unique_ptr<engine::EngineError> error = engine->LastError();
@@ -218,6 +215,11 @@ TEST_F(LateBoundTest, EveryOperationIsInvokedByItsIdWithItsArguments) {
       {"Record:2000c MG False", [](Seam& s) { s.record->Find(Match::kExact); }},
       {"Record:2000f M", [](Seam& s) { s.record->Edit(); }},
       {"Record:20011 P 'more'", [](Seam& s) { s.record->SetExtraText(L"more"); }},
+      {"Transactions:10006 MG", [](Seam& s) { s.transactions->Count(); }},
+      {"Transactions:20001 MG", [](Seam& s) { s.transactions->GetFields(); }},
+      {"Transactions:20004 M", [](Seam& s) { s.transactions->MoveFirst(); }},
+      {"Transactions:20006 MG", [](Seam& s) { s.transactions->MoveNext(); }},
+      {"Workspace:5 MG 'Pricing'", [](Seam& s) { s.workspace->CreatePricing(); }},
       {"Index:10001 P 'ABC'", [](Seam& s) { s.index->SetKey(L"ABC"); }},
       {"Index:10002 MG", [](Seam& s) { s.index->RecordNumber(); }},
       {"Index:10003 MG", [](Seam& s) { s.index->Position(); }},
@@ -245,6 +247,9 @@ TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
       s.field->SetValue(5);
       s.field->GetValue();
       s.record->GetFields()->Item(L"NAME")->GetValue();
+      s.record->Transactions()->GetFields()->Item(L"TYPE")->GetValue();
+      s.pricing->CustomerUnitPrice(L"ABC", L"NUT");
+      s.pricing->SupplierUnitPrice(L"NUT", L"SUP");
     }
   };
   const auto lookups = [this] {
@@ -252,11 +257,21 @@ TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
     std::erase_if(result, [](const std::string& call) { return call.find('?') == call.npos; });
     return result;
   };
-  const Calls once = {"FileFields?Count", "FileFields?Item", "FileField?Name", "FileField?Value",
-                      "RecordField?Value"};
-  const Calls by_looked_up_id = {"FileFields:72 MG", "FileFields:71 MG I4=2",
-                                 "FileField:73 MG",  "FileField:74 P I4=5",
-                                 "FileField:74 MG",  "RecordField:84 MG"};
+  // The seam has looked up "Transactions" when it was made.
+  const Calls once = {
+      "FileFields?Count",          "FileFields?Item",          "FileField?Name",
+      "FileField?Value",           "RecordField?Value",        "TransactionsField?Value",
+      "Pricing?CustomerUnitPrice", "Pricing?SupplierUnitPrice"};
+  const Calls by_looked_up_id = {"FileFields:72 MG",
+                                 "FileFields:71 MG I4=2",
+                                 "FileField:73 MG",
+                                 "FileField:74 P I4=5",
+                                 "FileField:74 MG",
+                                 "RecordField:84 MG",
+                                 "Record:85 MG",
+                                 "TransactionsField:74 MG",
+                                 "Pricing:76 MG 'ABC' 'NUT'",
+                                 "Pricing:77 MG 'NUT' 'SUP'"};
   recorder.calls.clear();
   use(*seam);
   EXPECT_EQ(lookups(), once);
@@ -264,10 +279,23 @@ TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
     EXPECT_EQ(std::count(recorder.calls.begin(), recorder.calls.end(), call), 2) << call;
   }
 
-  recorder.calls.clear();
   Seam other(recorder);
+  recorder.calls.clear();
   use(other);
   EXPECT_EQ(lookups(), once);
+}
+
+TEST_F(LateBoundTest, ARecordHandedInWorksLikeOneOfTheWorkspace) {
+  ComPtr<IDispatch> handed_in = Seam::New(recorder, "Record");
+  auto record = WrapRecord(handed_in.get());
+  const int living = recorder.living;
+  const auto transactions = record->Transactions();
+  const auto field = transactions->GetFields()->Item(L"TYPE");
+  handed_in = {};
+  record.reset();
+  field->GetValue();
+  EXPECT_EQ(recorder.living, living + 1);  // the transactions and the field, without the record
+  EXPECT_EQ(recorder.calls.back(), "TransactionsField:74 MG");
 }
 
 TEST_F(LateBoundTest, AnswersAreConverted) {
@@ -282,6 +310,12 @@ TEST_F(LateBoundTest, AnswersAreConverted) {
   const ScopedVariant version = ToVariant(L"9.02");
   Tell("Workspace:3", version);
   EXPECT_EQ(seam->workspace->Version(), L"9.02");
+  VARIANT price = Number(VT_R8, 0);
+  price.dblVal = 12.5;
+  Tell("Pricing:76", price);
+  EXPECT_EQ(seam->pricing->CustomerUnitPrice(L"ABC", L"NUT"), 12.5);
+  Tell("Transactions:20006", Number(VT_BOOL, -1));
+  EXPECT_TRUE(seam->transactions->MoveNext());
 }
 
 TEST_F(LateBoundTest, WhatIsNoObjectIsATypeMismatch) {
@@ -291,6 +325,8 @@ TEST_F(LateBoundTest, WhatIsNoObjectIsATypeMismatch) {
         {"Workspace:5", [this] { seam->workspace->CreateDataFile(L"SalesData"); }},
         {"Workspace:5", [this] { seam->workspace->CreateRecord(L"SalesRecord"); }},
         {"Workspace:5", [this] { seam->workspace->CreateIndex(L"SalesIndex"); }},
+        {"Workspace:5", [this] { seam->workspace->CreatePricing(); }},
+        {"Record:85", [this] { seam->record->Transactions(); }},
         {"Engine:2", [this] { seam->engine->LastError(); }},
         {"File:10002", [this] { seam->file->GetFields(); }},
         {"Record:20001", [this] { seam->record->GetFields(); }},
@@ -337,6 +373,7 @@ TEST_F(LateBoundTest, FailuresBecomeErrorsWithNumberAndText) {
 TEST(WrapTest, ThereIsNothingBehindNothing) {
   EXPECT_EQ(WrapWorkspace(nullptr), nullptr);
   EXPECT_EQ(WrapEngine(nullptr), nullptr);
+  EXPECT_EQ(WrapRecord(nullptr), nullptr);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "windows/server/class_factory.h"
 
-#include <atomic>
 #include <new>
 
 #include "windows/server/module.h"
@@ -13,26 +12,9 @@ HRESULT HandOver(IUnknown* created, REFIID iid, void** object) {
   return ComPtr<IUnknown>::Adopt(created)->QueryInterface(iid, object);
 }
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public ComObject<IClassFactory> {
  public:
   explicit ClassFactory(const PublishedClass& published) : published_(published) {}
-  ClassFactory(const ClassFactory&) = delete;
-  ClassFactory& operator=(const ClassFactory&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (!object) return E_POINTER;
-    const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
-    *object = known ? this : nullptr;
-    if (!known) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
     if (!object) return E_POINTER;
@@ -52,11 +34,8 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  ~ClassFactory() = default;
-
   ModuleLock module_lock_;  // the last to go
   const PublishedClass& published_;
-  std::atomic<ULONG> references_ = 1;
 };
 
 }  // namespace
