@@ -21,20 +21,28 @@ void ListModel::AddColumn(std::wstring header, int width) {
   columns_.push_back({std::move(header), width});
 }
 
+void ListModel::ShowSort(std::size_t index, SortOrder order) {
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    columns_[i].sort = i == index ? order : SortOrder::kNone;
+  }
+}
+
 void ListModel::SetRowCount(std::int32_t count) {
-  // One below the largest number, so that the position after the last one is a number too.
-  row_count_ = std::clamp(count, 0, std::numeric_limits<std::int32_t>::max() - 1);
+  // Some below the largest number, so that positions after the last one are numbers too.
+  row_count_ = std::clamp(count, 0, std::numeric_limits<std::int32_t>::max() - 8);
   top_ = 1;
   cursor_ = 0;
   loaded_ = false;
   resolved_ = true;
   selected_.reset();
+  picked_.clear();
+  anchor_ = 0;
 }
 
 void ListModel::SetPageSize(std::int32_t size) {
   size = std::max(size, 1);
   if (size == page_size_) return;
-  const bool cursor_in_view = cursor_ >= top_ && cursor_ < top_ + page_size_;
+  const bool cursor_in_view = IsInView(cursor_);
   page_size_ = size;
   loaded_ = false;
   SetTop(top_);
@@ -48,16 +56,21 @@ const std::vector<Row>& ListModel::rows() {
 
 void ListModel::SelectItem(std::int32_t position) {
   if (position < 1 || position > row_count_) return;
-  cursor_ = position;
-  resolved_ = false;
-  BringIntoView(position);
+  MoveTo(position);
+  Mark(Pick::kOnly);
 }
 
-void ListModel::SelectRow(std::size_t index) {
+void ListModel::SelectFirst() {
+  if (row_count_ == 0) return;
+  const std::int32_t extra = source_.ExtraRows(1);
+  MoveTo(extra > 0 ? -extra : 1);
+  Mark(Pick::kOnly);
+}
+
+void ListModel::SelectRow(std::size_t index, Pick pick) {
   if (index >= rows().size()) return;
-  selected_ = rows_[index];
-  cursor_ = selected_->position;
-  resolved_ = true;
+  MoveToRow(index);
+  Mark(pick);
 }
 
 const std::optional<Row>& ListModel::selected() {
@@ -66,6 +79,43 @@ const std::optional<Row>& ListModel::selected() {
     Load();
   }
   return selected_;
+}
+
+bool ListModel::IsSelected(const Row& row) {
+  if (!multiple_) return IsCursor(row);
+  return std::any_of(picked_.begin(), picked_.end(),
+                     [&](const Range& range) { return range.Contains(row.position); });
+}
+
+bool ListModel::HasSelection() {
+  if (!multiple_) return selected().has_value();
+  // A selection of the cursor alone may be that of a deleted entry.
+  const bool cursor_alone =
+      picked_.size() == 1 && picked_[0].from == cursor_ && picked_[0].to == cursor_;
+  return cursor_alone ? selected().has_value() : !picked_.empty();
+}
+
+std::vector<Row> ListModel::SelectedRows() {
+  std::vector<Row> result;
+  if (!multiple_) {
+    if (selected()) result.push_back(*selected());
+    return result;
+  }
+  constexpr std::int32_t kChunk = 64;
+  std::vector<Row> chunk;
+  for (const Range& range : picked_) {
+    // Extra rows come with the page that starts at the first position.
+    for (std::int32_t first = std::max(range.from, 1);; first += kChunk) {
+      const std::int32_t last = std::min(range.to, first + kChunk - 1);
+      chunk.clear();
+      source_.LoadPage(first, std::max(last, first), chunk);
+      for (Row& row : chunk) {
+        if (range.Contains(row.position)) result.push_back(std::move(row));
+      }
+      if (last >= range.to) break;
+    }
+  }
+  return result;
 }
 
 void ListModel::ScrollTo(std::int32_t top) {
@@ -79,67 +129,154 @@ void ListModel::ScrollBy(std::int32_t rows) {
       static_cast<std::int32_t>(std::clamp<std::int64_t>(std::int64_t{top_} + rows, 1, LastTop())));
 }
 
-void ListModel::LineUp() {
-  BringIntoView(std::max(cursor_, 1));
+void ListModel::LineUp(Pick pick) {
+  MoveUp();
+  Mark(pick);
+}
+
+void ListModel::LineDown(Pick pick) {
+  MoveDown();
+  Mark(pick);
+}
+
+void ListModel::PageUp(Pick pick) {
+  if (row_count_ > 0) MovePageUp();
+  Mark(pick);
+}
+
+void ListModel::PageDown(Pick pick) {
+  if (row_count_ > 0) MovePageDown();
+  Mark(pick);
+}
+
+void ListModel::Home(Pick pick) {
+  if (row_count_ > 0) MoveHome();
+  Mark(pick);
+}
+
+void ListModel::End(Pick pick) {
+  if (row_count_ > 0) MoveEnd();
+  Mark(pick);
+}
+
+void ListModel::MoveUp() {
+  BringIntoView(cursor_ == 0 ? 1 : cursor_);
   if (SelectLastUpTo(cursor_ - 1) || top_ <= 1) return;
   const std::int32_t target = top_ - 1;
   SetTop(target);
   if (SelectLastUpTo(target)) return;
   // A deleted entry: look for the next live one a page at a time, one page a key press.
   SetTop(target - page_size_ + 1);
-  if (!SelectLastUpTo(target)) SelectItem(top_);
+  if (!SelectLastUpTo(target)) MoveTo(top_);
 }
 
-void ListModel::LineDown() {
-  if (cursor_ > 0) BringIntoView(cursor_);
-  if (SelectFirstFrom(cursor_ + 1)) return;
-  const std::int32_t target = top_ + page_size_;
+void ListModel::MoveDown() {
+  if (cursor_ != 0) BringIntoView(cursor_);
+  // Without a cursor, the first row comes first, whichever it is.
+  if (SelectFirstFrom(cursor_ == 0 ? std::numeric_limits<std::int32_t>::min() : cursor_ + 1)) {
+    return;
+  }
+  const std::int32_t target = top_ + Reach(top_);
   if (target > row_count_) return;
   SetTop(top_ + 1);
   if (SelectFirstFrom(target)) return;
-  // As in LineUp.
+  // As in MoveUp.
   SetTop(target);
-  if (!SelectFirstFrom(target)) SelectItem(std::min(top_ + page_size_ - 1, row_count_));
+  if (!SelectFirstFrom(target)) MoveTo(std::min(top_ + Reach(top_) - 1, row_count_));
 }
 
-void ListModel::PageUp() {
-  if (row_count_ == 0) return;
-  if (cursor_ > 0) BringIntoView(cursor_);
+void ListModel::MovePageUp() {
+  if (cursor_ != 0) BringIntoView(cursor_);
   // First to the top of the page shown, then a page further.
-  if (!rows().empty() && rows_.front().position < cursor_) return SelectRow(0);
+  if (!rows().empty() && rows_.front().position < cursor_) return MoveToRow(0);
   SetTop(top_ - page_size_);
-  if (!SelectFirstFrom(top_)) SelectItem(top_);
+  if (rows().empty()) return MoveTo(top_);
+  MoveToRow(0);
 }
 
-void ListModel::PageDown() {
-  if (row_count_ == 0) return;
-  if (cursor_ > 0) BringIntoView(cursor_);
-  if (!rows().empty() && rows_.back().position > cursor_) return SelectRow(rows_.size() - 1);
-  SetTop(top_ + page_size_);
-  const std::int32_t last = std::min(top_ + page_size_ - 1, row_count_);
-  if (!SelectLastUpTo(last)) SelectItem(last);
+void ListModel::MovePageDown() {
+  if (cursor_ != 0) BringIntoView(cursor_);
+  if (!rows().empty() && rows_.back().position > cursor_) return MoveToRow(rows_.size() - 1);
+  SetTop(top_ + Reach(top_));
+  const std::int32_t last = std::min(top_ + Reach(top_) - 1, row_count_);
+  if (!SelectLastUpTo(last)) MoveTo(last);
 }
 
-void ListModel::Home() {
-  if (row_count_ == 0) return;
+void ListModel::MoveHome() {
   SetTop(1);
-  if (!SelectFirstFrom(1)) SelectItem(1);
+  if (rows().empty()) return MoveTo(1);
+  MoveToRow(0);
 }
 
-void ListModel::End() {
-  if (row_count_ == 0) return;
+void ListModel::MoveEnd() {
   SetTop(LastTop());
-  if (!SelectLastUpTo(row_count_)) SelectItem(row_count_);
+  if (!SelectLastUpTo(row_count_)) MoveTo(row_count_);
 }
 
-std::int32_t ListModel::LastTop() const { return std::max(row_count_ - page_size_ + 1, 1); }
+void ListModel::MoveTo(std::int32_t position) {
+  cursor_ = position;
+  resolved_ = false;
+  BringIntoView(position);
+}
+
+void ListModel::MoveToRow(std::size_t index) {
+  selected_ = rows_[index];
+  cursor_ = selected_->position;
+  resolved_ = true;
+}
+
+void ListModel::Mark(Pick pick) {
+  if (!multiple_ || cursor_ == 0) return;
+  switch (pick) {
+    case Pick::kOnly:
+      anchor_ = cursor_;
+      picked_ = {{cursor_, cursor_}};
+      break;
+    case Pick::kExtend:
+      if (anchor_ == 0) anchor_ = cursor_;
+      picked_ = {{std::min(anchor_, cursor_), std::max(anchor_, cursor_)}};
+      break;
+    case Pick::kToggle:
+      if (selected()) ToggleCursor();
+      break;
+    case Pick::kNone:
+      break;
+  }
+}
+
+void ListModel::ToggleCursor() {
+  anchor_ = cursor_;
+  const auto next = std::find_if(picked_.begin(), picked_.end(),
+                                 [&](const Range& range) { return range.to >= cursor_; });
+  if (next == picked_.end() || cursor_ < next->from) {
+    picked_.insert(next, {cursor_, cursor_});
+    return;
+  }
+  // Out of a range: what is left of it before and after.
+  const Range range = *next;
+  auto place = picked_.erase(next);
+  if (cursor_ < range.to) place = picked_.insert(place, {cursor_ + 1, range.to});
+  if (range.from < cursor_) picked_.insert(place, {range.from, cursor_ - 1});
+}
+
+std::int32_t ListModel::Reach(std::int32_t top) const {
+  return std::max(page_size_ - source_.ExtraRows(top), 1);
+}
+
+bool ListModel::IsInView(std::int32_t position) const {
+  if (position > 0) return position >= top_ && position - top_ < Reach(top_);
+  return position < 0 && -position <= source_.ExtraRows(top_);
+}
+
+std::int32_t ListModel::TopToEndWith(std::int32_t position) const {
+  std::int32_t top = std::max(position - page_size_ + 1, 1);
+  while (position - top >= Reach(top)) ++top;
+  return top;
+}
 
 void ListModel::BringIntoView(std::int32_t position) {
-  if (position < top_) {
-    SetTop(position);
-  } else if (position - top_ >= page_size_) {
-    SetTop(position - page_size_ + 1);
-  }
+  if (IsInView(position)) return;
+  SetTop(position < top_ ? position : TopToEndWith(position));
 }
 
 void ListModel::SetTop(std::int32_t top) {
@@ -153,10 +290,11 @@ void ListModel::Load() {
   if (!loaded_) {
     rows_.clear();
     loaded_ = true;
-    const std::int32_t last = row_count_ - top_ < page_size_ ? row_count_ : top_ + page_size_ - 1;
+    const std::int32_t reach = Reach(top_);
+    const std::int32_t last = row_count_ - top_ < reach ? row_count_ : top_ + reach - 1;
     if (last >= top_) source_.LoadPage(top_, last, rows_);
   }
-  if (resolved_ || cursor_ < top_ || cursor_ - top_ >= page_size_) return;
+  if (resolved_ || !IsInView(cursor_)) return;
   resolved_ = true;
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const Row& r) { return r.position == cursor_; });
@@ -168,7 +306,7 @@ bool ListModel::SelectFirstFrom(std::int32_t position) {
   const auto row =
       std::find_if(page.begin(), page.end(), [&](const Row& r) { return r.position >= position; });
   if (row == page.end()) return false;
-  SelectRow(static_cast<std::size_t>(row - page.begin()));
+  MoveToRow(static_cast<std::size_t>(row - page.begin()));
   return true;
 }
 
@@ -177,7 +315,7 @@ bool ListModel::SelectLastUpTo(std::int32_t position) {
   const auto row = std::find_if(page.rbegin(), page.rend(),
                                 [&](const Row& r) { return r.position <= position; });
   if (row == page.rend()) return false;
-  SelectRow(static_cast<std::size_t>(page.rend() - row) - 1);
+  MoveToRow(static_cast<std::size_t>(page.rend() - row) - 1);
   return true;
 }
 

@@ -15,8 +15,8 @@ void SelectDialog::DoubleClick() {
 }
 
 void SelectDialog::Ok() {
-  const std::optional<Row>& row = list_.selected();
-  if (row && Accepts(*row)) Hide(true);
+  if (!ok_enabled()) return;
+  if (list().multiple() || Accepts(*list().selected())) Hide(true);
 }
 
 void SelectDialog::Cancel() { Hide(false); }

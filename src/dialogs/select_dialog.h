@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "dialogs/list_model.h"
@@ -23,13 +24,14 @@ class SelectDialog {
   // The published name of the form, such as "frmFastSelectCust", and the window's caption.
   std::wstring_view form() const { return form_; }
   const std::wstring& caption() const { return caption_; }
-  ListModel& list() { return list_; }
+  // The list that the commands work on.
+  virtual ListModel& list() { return list_; }
 
   // True until a handler has hidden the dialog; a presentation ends its modal loop then.
   bool visible() const { return visible_; }
   // True once the user confirmed with OK.
   bool result() const { return result_; }
-  bool ok_enabled() { return list_.selected().has_value(); }
+  bool ok_enabled() { return list().HasSelection(); }
 
   // The handlers. `key` is a character code: Enter acts as OK when a row is selected, any other
   // character as the form's type-ahead.
@@ -43,7 +45,7 @@ class SelectDialog {
   SelectDialog(std::wstring_view form, std::wstring caption, RowSource& source)
       : form_(form), caption_(std::move(caption)), list_(source) {}
 
-  // Whether OK may confirm the selected row.
+  // Whether OK may confirm the selected row of a list with single selection.
   virtual bool Accepts(const Row&) { return true; }
   virtual void TypeAhead(wchar_t) {}
 

@@ -1,0 +1,87 @@
+// The rows of an engine file in the order of its index, a page at a time: what the paged lists of
+// the selection dialogs show.
+#ifndef ARD_DIALOGS_INDEXED_FILE_H_
+#define ARD_DIALOGS_INDEXED_FILE_H_
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dialogs/list_model.h"
+#include "engine/handles.h"
+#include "frame/context.h"
+
+namespace ard::dialogs {
+
+// A column of the list, and the field that it shows.
+struct FieldColumn {
+  const wchar_t* header;
+  int width;  // in average characters
+  std::wstring_view field;
+};
+
+// What tells one listed file from another.
+struct ListedFile {
+  std::wstring_view data_file;
+  std::wstring_view index_file;
+  std::wstring_view count_field;         // of ControlData
+  std::span<const FieldColumn> columns;  // the first one shows the key
+  bool red_rows = false;                 // for accounts over their credit limit
+};
+
+// A limit of 0 means no limit; a balance equal to the limit is not over it. Amounts are compared
+// as currency, so that the noise of a double never makes an account red.
+bool IsOverCreditLimit(Currency balance, Currency limit);
+
+// The number of records of the file by ControlData, in one read; 0 when it cannot be told.
+std::int32_t RecordCount(const Context& context, const ListedFile& file);
+
+class IndexedFile : public RowSource {
+ public:
+  IndexedFile(const Context& context, const ListedFile& file);
+
+  // Opens both files; reads no record.
+  void Open();
+  void AddColumns(ListModel& list) const;
+
+  // Deleted records yield no row.
+  void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
+  // The first rows of the file, deleted ones too.
+  std::vector<std::wstring> FirstRows(std::int32_t count);
+
+  // Makes the record with that key current in the data file; false when there is none.
+  bool ReadKey(std::wstring_view key);
+  engine::DataFile& data_file() { return data_file_; }
+
+  // Selects the first row whose key starts with the upper-cased character.
+  void TypeAhead(wchar_t key, ListModel& list);
+  // Positions the list on the first record whose key matches `criteria` (a trailing "*" matches
+  // any ending), so that it ends up on top of the page.
+  void PositionOn(std::wstring_view criteria, ListModel& list);
+
+ private:
+  using Column = engine::Column<engine::DataFile>;
+
+  std::wstring_view key_field() const { return file_.columns.front().field; }
+  bool ReadCurrentEntry();
+  // Of the data file's current record.
+  std::wstring RowText();
+  bool OverLimit();
+  // The position in the list of that key; 0 when there is none.
+  std::int32_t FindPosition(std::wstring_view key);
+
+  const Context& context_;
+  const ListedFile& file_;
+  engine::DataFile data_file_;
+  engine::Index index_file_;
+  std::vector<Column> columns_;
+  Column deleted_{data_file_, L"DELETED_FLAG"};
+  Column balance_{data_file_, L"BALANCE"};
+  Column credit_limit_{data_file_, L"CREDIT_LIMIT"};
+};
+
+}  // namespace ard::dialogs
+
+#endif  // ARD_DIALOGS_INDEXED_FILE_H_

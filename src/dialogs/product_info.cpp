@@ -1,0 +1,74 @@
+#include "dialogs/product_info.h"
+
+#include "frame/date.h"
+
+namespace ard::dialogs {
+namespace {
+
+constexpr int kCodeWidth = 20;
+constexpr int kTextWidth = 55;
+
+std::wstring FormatDay(Date date) { return FormatIsoDate(date).substr(0, 10); }
+
+}  // namespace
+
+ProductInfo::ProductInfo(const Context& context, std::wstring_view query)
+    : recordset_(context, query, database::Cursor::kStatic) {
+  const std::int32_t count = recordset_.FieldCount();
+  for (std::int32_t i = 0; i < count; ++i) {
+    fields_.push_back({recordset_.FieldName(i), recordset_.GetFieldType(i)});
+  }
+}
+
+void ProductInfo::AddColumns(ListModel& list) {
+  if (fields_.empty()) {
+    list.AddColumn(L"StockCode", kCodeWidth);
+    list.AddColumn(L"Description", kTextWidth);
+  }
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    list.AddColumn(fields_[i].name, i == 1 ? kTextWidth : kCodeWidth);
+  }
+}
+
+void ProductInfo::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
+  if (!recordset_.SetAbsolutePosition(first)) return;
+  rows.reserve(rows.size() + static_cast<std::size_t>(last - first + 1));
+  for (std::int32_t position = first; position <= last && !recordset_.Eof(); ++position) {
+    rows.push_back({position, RowText(), kDefaultColor});
+    if (!recordset_.MoveNext()) break;
+  }
+}
+
+bool ProductInfo::Sort(std::size_t column, SortOrder order) {
+  if (column >= fields_.size()) return false;
+  const std::wstring direction = order == SortOrder::kDescending ? L" DESC" : L" ASC";
+  return recordset_.SetSort(fields_[column].name + direction);
+}
+
+std::wstring ProductInfo::RowText() {
+  std::wstring text;
+  const auto count = static_cast<std::int32_t>(fields_.size());
+  for (std::int32_t field = 0; field < count; ++field) {
+    if (field > 0) text += L'\t';
+    text += CellText(field);
+  }
+  return text;
+}
+
+std::wstring ProductInfo::CellText(std::int32_t field) {
+  Value value;
+  if (!recordset_.Get(field, value) || value.is_null()) return {};
+  switch (fields_[static_cast<std::size_t>(field)].type) {
+    case database::kDate:
+    case database::kDbDate:
+    case database::kDbTime:
+    case database::kDbTimestamp:
+      return FormatDay(value.ToDate());
+    case database::kBoolean:
+      return value.ToBoolean() ? L"Yes" : L"No";
+    default:
+      return std::move(value).ToText();
+  }
+}
+
+}  // namespace ard::dialogs

@@ -1,0 +1,79 @@
+#include "frame/decimal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+
+namespace ard {
+namespace {
+
+// All of them exact.
+constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                              1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                              1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int kLargestScale = static_cast<int>(std::size(kPowers)) - 1;
+constexpr double kLimit = 1e15;
+constexpr std::int64_t kLargestScaled = std::int64_t{1000} * std::int64_t{1000000000000000};
+
+// A number of a few places, as most are: n / 10^scale, both exact, is rounded once, so it is
+// `number` only when that is the double nearest to the decimal.
+std::optional<Decimal> FewPlaces(double number) {
+  for (int scale = 0; scale <= 6; ++scale) {
+    const double scaled = std::nearbyint(number * kPowers[scale]);
+    if (std::abs(scaled) >= kLimit) break;
+    if (scaled / kPowers[scale] == number) return Decimal{static_cast<std::int64_t>(scaled), scale};
+  }
+  return std::nullopt;
+}
+
+std::optional<Decimal> FifteenDigits(double number) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.14e", number);
+  // d.dddddddddddddde±dd, with a sign in front when negative.
+  const char* exponent = std::find(text, text + sizeof text, 'e') + 1;
+  Decimal result;
+  for (const char* c = text; c + 1 != exponent; ++c) {
+    if (*c >= '0' && *c <= '9') result.digits = result.digits * 10 + (*c - '0');
+  }
+  if (text[0] == '-') result.digits = -result.digits;
+  result.scale = 14 - std::atoi(exponent);
+  while (result.scale > 0 && result.digits % 10 == 0) {
+    result.digits /= 10;
+    --result.scale;
+  }
+  if (result.scale < 0 || result.scale > kLargestScale) return std::nullopt;
+  return result;
+}
+
+// The digits at a larger scale; nothing when they would leave the range.
+std::optional<std::int64_t> AtScale(Decimal number, int scale) {
+  for (; number.scale < scale; ++number.scale) {
+    if (std::abs(number.digits) > kLargestScaled / 10) return std::nullopt;
+    number.digits *= 10;
+  }
+  return number.digits;
+}
+
+}  // namespace
+
+std::optional<Decimal> ToDecimal(double number) {
+  if (!std::isfinite(number) || std::abs(number) >= kLimit) return std::nullopt;
+  const std::optional<Decimal> few = FewPlaces(number);
+  return few ? few : FifteenDigits(number);
+}
+
+double ExactSum(double a, double b) {
+  const std::optional<Decimal> x = ToDecimal(a);
+  const std::optional<Decimal> y = ToDecimal(b);
+  if (!x || !y) return a + b;
+  const int scale = std::max(x->scale, y->scale);
+  const std::optional<std::int64_t> left = AtScale(*x, scale);
+  const std::optional<std::int64_t> right = AtScale(*y, scale);
+  if (!left || !right) return a + b;
+  return static_cast<double>(*left + *right) / kPowers[scale];
+}
+
+}  // namespace ard

@@ -1,0 +1,27 @@
+// Exact decimal arithmetic on doubles: what a person writes as 10.3 - 10.1 is 0.2, not 0.2000...18.
+#ifndef ARD_FRAME_DECIMAL_H_
+#define ARD_FRAME_DECIMAL_H_
+
+#include <cstdint>
+#include <optional>
+
+namespace ard {
+
+// digits × 10^-scale, with at most 15 digits.
+struct Decimal {
+  std::int64_t digits = 0;
+  int scale = 0;
+};
+
+// The decimal that the first 15 significant digits of `number` make, without trailing zeros behind
+// the point. Nothing for numbers that are not finite, from 10^15, or with more than 22 places.
+std::optional<Decimal> ToDecimal(double number);
+
+// The sum of the two decimals, to the nearest double. Numbers that are no decimals in the sense of
+// ToDecimal, or so far apart that no digit of one meets a digit of the other, are added as doubles.
+double ExactSum(double a, double b);
+inline double ExactDifference(double a, double b) { return ExactSum(a, -b); }
+
+}  // namespace ard
+
+#endif  // ARD_FRAME_DECIMAL_H_

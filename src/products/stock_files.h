@@ -1,0 +1,48 @@
+// The stock file as the product queries look it up: by its index, then by record number.
+#ifndef ARD_PRODUCTS_STOCK_FILES_H_
+#define ARD_PRODUCTS_STOCK_FILES_H_
+
+#include <string_view>
+
+#include "engine/handles.h"
+
+namespace ard::products {
+
+class StockFiles {
+ public:
+  explicit StockFiles(const Context& context)
+      : index_(context, L"StockIndex"), data_(context, L"StockData") {
+    index_.Open(engine::Mode::kQuery);
+    data_.Open(engine::Mode::kQuery);
+  }
+  // The index goes first.
+  ~StockFiles() {
+    index_.Close();
+    data_.Close();
+  }
+
+  // Makes the record of the stock code, taken exactly as given, current. False when there is none,
+  // or when it cannot be read.
+  bool Find(std::wstring_view stock_code) {
+    return index_.SetKey(stock_code) && index_.Find(engine::Match::kExact) && Read();
+  }
+
+  // Reads a field of the current record.
+  template <class T>
+  bool Get(std::wstring_view field, T& out) {
+    return data_.Get(field, out);
+  }
+
+ private:
+  bool Read() {
+    const std::int32_t record = index_.RecordNumber();
+    return record != 0 && data_.Read(record);
+  }
+
+  engine::Index index_;
+  engine::DataFile data_;
+};
+
+}  // namespace ard::products
+
+#endif  // ARD_PRODUCTS_STOCK_FILES_H_
