@@ -21,8 +21,8 @@ class Products : public PublicClass {
   explicit Products(Environment& environment) : PublicClass(L"Products", environment) {}
 
   // Whether the lists offer the special non-stock items too.
-  bool ShowSpecialProds() const noexcept { return show_special_prods_; }
-  void SetShowSpecialProds(bool show) noexcept { show_special_prods_ = show; }
+  bool ShowSpecialProds() const noexcept;
+  void SetShowSpecialProds(bool show) noexcept;
 
   // Whether the code is in the stock index; no record is read.
   bool IsValid(std::wstring_view prod_ref) const noexcept;

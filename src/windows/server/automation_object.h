@@ -10,6 +10,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -26,10 +27,38 @@ namespace ard::windows {
 
 // Results as the vtable hands them out. A string that there is no memory for is empty.
 inline VARIANT_BOOL ToAutomation(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+inline short ToAutomation(std::int16_t value) { return value; }
+inline double ToAutomation(double value) { return value; }
+inline DATE ToAutomation(Date value) { return value.days; }
 inline BSTR ToAutomation(const std::wstring& text) {
   return SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
 }
 inline IDispatch* ToAutomation(ComPtr<IDispatch> object) { return object.Detach(); }
+
+// A text that a method of the portable class puts out: it starts as what the caller has passed, and
+// the caller's string is replaced when it has changed.
+class TextOutput {
+ public:
+  explicit TextOutput(BSTR* target) noexcept : target_(target) {
+    try {
+      value_ = View(*target);
+    } catch (const std::bad_alloc&) {
+      target_ = nullptr;  // the caller keeps what it has
+    }
+  }
+  TextOutput(const TextOutput&) = delete;
+  TextOutput& operator=(const TextOutput&) = delete;
+  ~TextOutput() {
+    if (!target_ || value_ == View(*target_)) return;
+    SysReAllocStringLen(target_, value_.data(), static_cast<UINT>(value_.size()));
+  }
+
+  std::wstring& value() { return value_; }
+
+ private:
+  BSTR* target_;
+  std::wstring value_;
+};
 
 template <class Interface, class Portable>
 class AutomationObject : public Interface, public IProvideClassInfo {
@@ -102,6 +131,14 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     if (!result) return E_POINTER;
     const ComPtr<Interface> self(this);  // the host may let go of it while a dialog is shown
     *result = ToAutomation(std::invoke(method, portable_, arguments...));
+    return S_OK;
+  }
+
+  // The same for one without a result.
+  template <class Method>
+  HRESULT Perform(Method&& method) {
+    const ComPtr<Interface> self(this);
+    std::invoke(method, portable_);
     return S_OK;
   }
 

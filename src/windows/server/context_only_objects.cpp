@@ -35,10 +35,6 @@ constexpr Member kSessionMembers[] = {kAppName<Interface>, kArdWorkspace<Interfa
                                       kArdEngine<Interface>, kDBaseConn<Interface>,
                                       kRegistryPath<Interface>};
 
-using ProductsObject = WithDBaseConn<Ledger<_Products>>;
-constexpr Member kProductsMembers[] = {kAppName<_Products>, kRegistryPath<_Products>,
-                                       kArdWorkspace<_Products>, kDBaseConn<_Products>};
-
 using AccessRightsObject = WithAppName<WorkspaceOnly<_cAccessRights>>;
 constexpr Member kAccessRightsMembers[] = {kAppName<_cAccessRights>, kArdWorkspace<_cAccessRights>};
 
@@ -60,8 +56,6 @@ const PublishedClass kMessaging = {L"Messaging", CLSID_Messaging, IID__Messaging
                                    kSessionMembers<_Messaging>, Create<Session<_Messaging>>};
 const PublishedClass kNominal = {L"Nominal", CLSID_Nominal, IID__Nominal, kLedgerMembers<_Nominal>,
                                  Create<Ledger<_Nominal>>};
-const PublishedClass kProducts = {L"Products", CLSID_Products, IID__Products, kProductsMembers,
-                                  Create<ProductsObject>};
 const PublishedClass kPurchaseOrders = {L"PurchaseOrders", CLSID_PurchaseOrders,
                                         IID__PurchaseOrders, kLedgerMembers<_PurchaseOrders>,
                                         Create<Ledger<_PurchaseOrders>>};

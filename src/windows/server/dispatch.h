@@ -34,6 +34,21 @@ struct Boolean {
   static constexpr VARTYPE kVt = VT_BOOL;
   static Type& In(VARIANT& variant) { return variant.boolVal; }
 };
+struct Integer {
+  using Type = SHORT;
+  static constexpr VARTYPE kVt = VT_I2;
+  static Type& In(VARIANT& variant) { return variant.iVal; }
+};
+struct Double {
+  using Type = DOUBLE;
+  static constexpr VARTYPE kVt = VT_R8;
+  static Type& In(VARIANT& variant) { return variant.dblVal; }
+};
+struct DateTime {
+  using Type = DATE;
+  static constexpr VARTYPE kVt = VT_DATE;
+  static Type& In(VARIANT& variant) { return variant.date; }
+};
 struct ObjectReference {
   using Type = IDispatch*;
   static constexpr VARTYPE kVt = VT_DISPATCH;
