@@ -10,7 +10,11 @@ set -euo pipefail
 # shellcheck source=tools/console.sh
 source "$(dirname "${BASH_SOURCE[0]}")/console.sh"
 
-NATIVE_PACKAGES=(cmake ninja-build ccache g++ googletest git ca-certificates)
+NATIVE_PACKAGES=(
+  cmake ninja-build ccache g++ googletest git ca-certificates
+  # A host's database, natively and behind Wine's ODBC.
+  unixodbc unixodbc-dev libodbc2 libsqliteodbc sqlite3
+)
 
 WINDOWS_PACKAGES=(
   # The builds. libwine-dev and libwine bring the IDL files and the type library that widl needs.
@@ -18,8 +22,6 @@ WINDOWS_PACKAGES=(
   libwine libwine-dev
   # Running them.
   wine wine64 fonts-wine fonts-open-sans fonts-dejavu-core
-  # A database behind Wine's ODBC.
-  unixodbc unixodbc-dev libodbc2 libsqliteodbc
   # A display without a screen, keys for it, and pictures of it.
   xvfb openbox xdotool x11-utils imagemagick procps
 )
