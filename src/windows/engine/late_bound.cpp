@@ -6,135 +6,14 @@
 #include <string>
 #include <utility>
 
+#include "windows/engine/dispatch_call.h"
 #include "windows/engine/dispatch_ids.h"
-#include "windows/engine/variant.h"
 
 namespace ard::windows {
 namespace {
 
 using engine::Match;
 using engine::Mode;
-
-constexpr LCID kLocale = LOCALE_USER_DEFAULT;
-
-std::wstring SystemText(HRESULT result) {
-  wchar_t text[512];
-  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                static_cast<DWORD>(result), 0, text, std::size(text), nullptr);
-  while (length > 0 && text[length - 1] <= L' ') --length;
-  return length > 0 ? std::wstring(text, length) : L"The automation call failed.";
-}
-
-// Throws what a server says about a failing call of its own.
-[[noreturn]] void ThrowException(EXCEPINFO& info) {
-  if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
-  const Bstr source = Bstr::Adopt(info.bstrSource);
-  const Bstr description = Bstr::Adopt(info.bstrDescription);
-  const Bstr help_file = Bstr::Adopt(info.bstrHelpFile);
-  const std::int32_t code = info.scode != 0 ? static_cast<std::int32_t>(info.scode) : info.wCode;
-  throw Error(code, std::wstring(description.view()));
-}
-
-// Each kind of argument, stored in a variant that is empty at first.
-void Store(VARIANT& argument, std::wstring_view text) {
-  argument.bstrVal = NewBstr(text);
-  argument.vt = VT_BSTR;
-}
-
-void Store(VARIANT& argument, std::int32_t number) {
-  argument.vt = VT_I4;
-  argument.lVal = number;
-}
-
-void Store(VARIANT& argument, LONG* number) {
-  argument.vt = VT_BYREF | VT_I4;
-  argument.plVal = number;
-}
-
-void Store(VARIANT& argument, Mode mode) { Store(argument, static_cast<std::int32_t>(mode)); }
-
-void Store(VARIANT& argument, Match match) {
-  argument.vt = VT_BOOL;
-  argument.boolVal = match == Match::kPartial ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
-void Store(VARIANT& argument, const Value& value) { argument = ToVariant(value).Detach(); }
-
-// Arguments as a call takes them: on the stack, the last one first.
-template <class... Arguments>
-std::array<ScopedVariant, sizeof...(Arguments)> Reversed(const Arguments&... arguments) {
-  std::array<ScopedVariant, sizeof...(Arguments)> list;
-  [[maybe_unused]] std::size_t next = list.size();
-  (Store(list[--next], arguments), ...);
-  return list;
-}
-
-// An object of the engine.
-class LateBound {
- public:
-  explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
-
-  // Calls a member that has a result.
-  template <class... Arguments>
-  ScopedVariant Ask(DISPID id, const Arguments&... arguments) const {
-    auto list = Reversed(arguments...);
-    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
-    ScopedVariant result;
-    Invoke(id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, &result);
-    return result;
-  }
-
-  bool AskBoolean(DISPID id, const auto&... arguments) const {
-    const ScopedVariant answer = Ask(id, arguments...);
-    return answer.vt == VT_BOOL ? answer.boolVal != VARIANT_FALSE : FromVariant(answer).ToBoolean();
-  }
-  std::int32_t AskLong(DISPID id) const { return FromVariant(Ask(id)).ToLong(); }
-  double AskDouble(DISPID id, const auto&... arguments) const {
-    return FromVariant(Ask(id, arguments...)).ToDouble();
-  }
-  std::wstring AskText(DISPID id) const { return FromVariant(Ask(id)).ToText(); }
-  ComPtr<IDispatch> AskObject(DISPID id, const auto&... arguments) const {
-    return ToDispatch(Ask(id, arguments...));
-  }
-
-  // Calls a member that has none.
-  template <class... Arguments>
-  void Do(DISPID id, const Arguments&... arguments) const {
-    auto list = Reversed(arguments...);
-    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
-    Invoke(id, DISPATCH_METHOD, parameters, nullptr);
-  }
-
-  template <class Argument>
-  void Put(DISPID id, const Argument& argument) const {
-    ScopedVariant value;
-    Store(value, argument);
-    DISPID what = DISPID_PROPERTYPUT;
-    DISPPARAMS parameters = {&value, &what, 1, 1};
-    Invoke(id, DISPATCH_PROPERTYPUT, parameters, nullptr);
-  }
-
-  DISPID LookUp(const wchar_t* name) const {
-    auto* text = const_cast<LPOLESTR>(name);
-    DISPID id = DISPID_UNKNOWN;
-    const HRESULT result = object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);
-    if (FAILED(result)) throw Error(result, SystemText(result));
-    return id;
-  }
-
- private:
-  void Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const {
-    EXCEPINFO exception{};
-    UINT wrong_argument = 0;
-    const HRESULT outcome = object_->Invoke(id, IID_NULL, kLocale, flags, &parameters, result,
-                                            &exception, &wrong_argument);
-    if (SUCCEEDED(outcome)) return;
-    if (outcome == DISP_E_EXCEPTION) ThrowException(exception);
-    throw Error(outcome, SystemText(outcome));
-  }
-
-  ComPtr<IDispatch> object_;
-};
 
 // The ids of the members that are looked up by name, as far as they are known, for one type of
 // object and the fields that it has.
