@@ -24,17 +24,7 @@ namespace {
 
 // All text is UTF-8 by the narrow functions. The driver managers turn the wide ones into these for
 // drivers that have no others, by the locale of the process, which loses characters.
-struct SqlText {
-  explicit SqlText(std::wstring_view wide) : text(ToUtf8(wide)) {}
-
-  SQLCHAR* data() { return reinterpret_cast<SQLCHAR*>(text.data()); }
-  template <class Length>
-  Length length() const {
-    return static_cast<Length>(text.size());
-  }
-
-  std::string text;
-};
+SQLCHAR* ForSql(std::string& text) { return reinterpret_cast<SQLCHAR*>(text.data()); }
 
 std::wstring FromSql(const SQLCHAR* text) { return FromUtf8(reinterpret_cast<const char*>(text)); }
 
@@ -83,8 +73,8 @@ class Statement {
   }
 
   void Execute(std::wstring_view sql) {
-    SqlText text(sql);
-    Check(SQLExecDirect(handle_, text.data(), text.length<SQLINTEGER>()));
+    std::string text = ToUtf8(sql);
+    Check(SQLExecDirect(handle_, ForSql(text), SQL_NTS));
   }
 
   SQLLEN RowCount() {
@@ -296,7 +286,7 @@ void Bind(Statement& statement, const Value& value, std::int32_t type) {
 }  // namespace
 
 Session::Session(std::wstring_view connection_string) {
-  SqlText text(connection_string);
+  std::string text = ToUtf8(connection_string);
   try {
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment_))) {
       throw Error(kErrorFailed, L"ODBC is not available.");
@@ -305,8 +295,8 @@ Session::Session(std::wstring_view connection_string) {
                         reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), SQL_IS_UINTEGER),
           SQL_HANDLE_ENV, environment_);
     Check(SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection_), SQL_HANDLE_ENV, environment_);
-    Check(SQLDriverConnect(connection_, nullptr, text.data(), text.length<SQLSMALLINT>(), nullptr,
-                           0, nullptr, SQL_DRIVER_NOPROMPT),
+    Check(SQLDriverConnect(connection_, nullptr, ForSql(text), SQL_NTS, nullptr, 0, nullptr,
+                           SQL_DRIVER_NOPROMPT),
           SQL_HANDLE_DBC, connection_);
   } catch (...) {
     Close();
