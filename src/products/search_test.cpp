@@ -1,0 +1,400 @@
+// The product lists, with the dialog's model, over a real database.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dialogs/product_dialog.h"
+#include "host_database/odbc_connection.h"
+#include "products/products.h"
+#include "simulator/testing/company_builder.h"
+#include "testing/scripted_environment.h"
+
+namespace ard::products {
+namespace {
+
+using dialogs::ListModel;
+using dialogs::Pick;
+using dialogs::ProductDialog;
+using dialogs::Row;
+using dialogs::SortOrder;
+using host_database::OdbcConnection;
+using simulator::CompanyBuilder;
+using Tab = ProductDialog::Tab;
+using Field = ProductDialog::SearchField;
+
+constexpr const wchar_t* kFieldSetting = L"Soft\\Demo|Options\\ProductSearch|Field";
+constexpr const wchar_t* kTabSetting = L"Soft\\Demo|Options\\ProductSearch|Tab";
+
+class SearchTest : public ::testing::Test {
+ protected:
+  SearchTest() {
+    CompanyBuilder builder;
+    for (const wchar_t* code : {L"AA1", L"AB1", L"AB2", L"BX1", L"CX1", L"CX2"}) {
+      builder.Product(code, {{L"DESCRIPTION", std::wstring(L"Stock ") + code}});
+    }
+    builder.Product(L"DEAD", {{L"DELETED_FLAG", true}}).Product(L"ZZ");
+    engine_ = builder.Build();
+    database_ = std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+    database_->Execute(
+        L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30),"
+        L" Description VARCHAR(60), Approved BOOLEAN, Reviewed DATE, Weight REAL)");
+    for (const wchar_t* row :
+         {L"'AB1', 'Zinc', 1, '2006-10-13', 0.5", L"'AB2', 'Brass', 0, NULL, NULL",
+          L"'CX2', 'Brass', 1, '2026-01-02', 12", L"'O''B', 'Anvil 50%', 0, '2026-01-03', 3"}) {
+      database_->Execute(L"INSERT INTO ProdInfoStockFields VALUES (" + std::wstring(row) + L")");
+    }
+    Context& context = products_.context();
+    context.workspace = engine_->workspace();
+    context.database = database_;
+    context.registry_path = L"Soft\\Demo";
+  }
+  void TearDown() override {
+    EXPECT_EQ(engine_->counters().open_files, 0);
+    EXPECT_EQ(engine_->counters().living_objects, 0);
+    EXPECT_EQ(database_->open_recordsets(), 0);
+    EXPECT_TRUE(environment_.messages().empty());
+  }
+
+  // Answers the next dialog, and makes sure that it is shown.
+  void Answer(testing::ScriptedEnvironment::ProductScript script) {
+    environment_.AnswerProducts(std::move(script));
+    ++expected_dialogs_;
+  }
+  // The cells of the page shown, "AA1|Stock AA1".
+  static std::vector<std::wstring> Shown(ListModel& list) {
+    std::vector<std::wstring> texts;
+    for (const Row& row : list.rows()) {
+      texts.emplace_back();
+      for (const wchar_t c : row.text) {
+        if (c != L' ' || texts.back().back() != L' ') texts.back() += c == L'\t' ? L'|' : c;
+      }
+      while (texts.back().ends_with(L' ')) texts.back().pop_back();
+    }
+    return texts;
+  }
+  static std::vector<std::wstring> Codes(ListModel& list) {
+    std::vector<std::wstring> codes;
+    for (const Row& row : list.rows()) codes.emplace_back(Trimmed(row.Cell(1)));
+    return codes;
+  }
+  static std::wstring Selected(ListModel& list) {
+    return list.selected() ? std::wstring(Trimmed(list.selected()->Cell(1))) : L"-";
+  }
+
+  std::unique_ptr<simulator::Simulator> engine_;
+  std::shared_ptr<OdbcConnection> database_;
+  testing::ScriptedEnvironment environment_;
+  Products products_{environment_};
+  int expected_dialogs_ = 0;
+};
+
+using Texts = std::vector<std::wstring>;
+
+TEST_F(SearchTest, OffersBothListsAndReturnsFromTheOneInFront) {
+  Answer([](ProductDialog& dialog) {
+    EXPECT_EQ(dialog.form(), L"frmFastSelectProduct");
+    EXPECT_EQ(dialog.tab(), Tab::kProducts);
+    EXPECT_EQ(Codes(dialog.list()), (Texts{L"AA1", L"AB1", L"AB2", L"BX1", L"CX1", L"CX2", L"ZZ"}));
+    EXPECT_EQ(Selected(dialog.list()), L"AA1");
+    EXPECT_EQ(Shown(dialog.info_list()),
+              (Texts{L"AB1|Zinc", L"AB2|Brass", L"CX2|Brass", L"O'B|Anvil 50%"}));
+    dialog.KeyPress(L'c');
+    EXPECT_EQ(Selected(dialog.list()), L"CX1");
+    dialog.KeyPress(dialogs::kEnterKey);
+  });
+  EXPECT_EQ(products_.FastList(), L"CX1");
+  EXPECT_EQ(environment_.settings()[kFieldSetting], L"0");
+  EXPECT_EQ(environment_.settings()[kTabSetting], L"1");
+
+  Answer([](ProductDialog& dialog) {
+    dialog.TabClick(Tab::kProductInfo);
+    EXPECT_FALSE(dialog.ok_enabled());
+    dialog.KeyPress(L'c');  // no type-ahead here
+    EXPECT_EQ(Selected(dialog.list()), L"-");
+    dialog.SearchFieldChange(Field::kDescription);
+    dialog.list().SelectItem(2);
+    dialog.DoubleClick();
+  });
+  EXPECT_EQ(products_.FastList(), L"AB2");
+  EXPECT_EQ(environment_.settings()[kFieldSetting], L"1");
+  EXPECT_EQ(environment_.settings()[kTabSetting], L"2");
+
+  // What was remembered is honoured; a cancelled dialog remembers nothing.
+  Answer([](ProductDialog& dialog) {
+    EXPECT_EQ(dialog.tab(), Tab::kProductInfo);
+    EXPECT_EQ(dialog.search_field(), Field::kDescription);
+    dialog.TabClick(Tab::kProducts);
+    dialog.Cancel();
+  });
+  EXPECT_EQ(products_.FastList(), L"");
+  EXPECT_EQ(environment_.settings()[kTabSetting], L"2");
+  EXPECT_EQ(environment_.dialogs_shown(), expected_dialogs_);
+}
+
+TEST_F(SearchTest, SettingsThatMakeNoSenseAreIgnored) {
+  for (const wchar_t* nonsense : {L"3", L"-1", L"x", L"", L"1e99"}) {
+    environment_.settings()[kFieldSetting] = nonsense;
+    environment_.settings()[kTabSetting] = nonsense;
+    Answer([](ProductDialog& dialog) {
+      EXPECT_EQ(dialog.tab(), Tab::kProducts);
+      EXPECT_EQ(dialog.search_field(), Field::kStockCode);
+    });
+    EXPECT_EQ(products_.FastList(), L"") << nonsense;
+  }
+  EXPECT_EQ(environment_.dialogs_shown(), expected_dialogs_);
+}
+
+TEST_F(SearchTest, WithoutProductInformationThereIsOnePage) {
+  environment_.settings()[kTabSetting] = L"2";
+  products_.context().database = nullptr;
+  Answer([](ProductDialog& dialog) {
+    EXPECT_FALSE(dialog.has_product_info());
+    dialog.TabClick(Tab::kProductInfo);
+    dialog.SearchClick();
+    dialog.ColumnClick(0);
+    EXPECT_EQ(dialog.tab(), Tab::kProducts);
+    EXPECT_EQ(Selected(dialog.list()), L"AB1");
+    dialog.Ok();
+  });
+  EXPECT_EQ(products_.List(L"AB", false), L"AB1");
+  EXPECT_EQ(environment_.settings()[kTabSetting], L"1");
+}
+
+TEST_F(SearchTest, CriteriaPositionOneListAndFilterTheOther) {
+  Answer([](ProductDialog& dialog) {
+    EXPECT_EQ(Selected(dialog.stock_list()), L"AB1");
+    EXPECT_EQ(Codes(dialog.info_list()), (Texts{L"AB1", L"AB2"}));
+    EXPECT_EQ(dialog.search_text(), L"AB");
+    dialog.ClearClick();
+    EXPECT_EQ(dialog.info_list().row_count(), 4);
+    EXPECT_EQ(dialog.search_text(), L"");
+    dialog.Ok();
+  });
+  EXPECT_EQ(products_.List(L"AB"), L"AB1");
+
+  environment_.settings()[kFieldSetting] = L"1";
+  for (const wchar_t* blank : {L"", L"  "}) {
+    Answer([](ProductDialog& dialog) {
+      EXPECT_EQ(dialog.info_list().row_count(), 4);
+      EXPECT_EQ(dialog.search_field(), Field::kDescription);
+    });
+    EXPECT_EQ(products_.List(blank), L"");
+  }
+  EXPECT_EQ(environment_.dialogs_shown(), expected_dialogs_);
+}
+
+TEST_F(SearchTest, SearchesAsTypedAndAnyTextDoesNoHarm) {
+  const struct {
+    Field field;
+    std::wstring text;
+    std::int32_t found;
+  } cases[] = {{Field::kStockCode, L"ab", 2},        {Field::kStockCode, L"AB*", 2},
+               {Field::kStockCode, L"%1", 1},        {Field::kStockCode, L"%2%", 2},
+               {Field::kDescription, L"bras_", 2},   {Field::kDescription, L"anvil 50%", 1},
+               {Field::kDescription, L"nothing", 0}, {Field::kStockCode, L"", 4}};
+  Answer([&](ProductDialog& dialog) {
+    dialog.TabClick(Tab::kProductInfo);
+    for (const auto& c : cases) {
+      if (dialog.search_field() != c.field) dialog.SearchFieldChange(c.field);
+      dialog.SearchTextChange(c.text);
+      dialog.SearchClick();
+      EXPECT_EQ(dialog.list().row_count(), c.found) << c.text;
+      EXPECT_EQ(dialog.search_text(), c.text);
+    }
+    // What is no filter leaves the list as it was.
+    for (const std::wstring& text :
+         {std::wstring(L"O'B"), std::wstring(L"' OR 1=1 --"), std::wstring(L"[[]]%"),
+          std::wstring(10'000, L'%'), std::wstring(10'000, L'\''), std::wstring(9'999, L'_')}) {
+      dialog.SearchTextChange(text);
+      dialog.SearchClick();
+      dialog.list().rows();
+    }
+    dialog.SearchTextChange(L"  ");
+    dialog.SearchFieldChange(Field::kStockCode);  // nothing to search for: as the clear button
+    EXPECT_EQ(dialog.search_text(), L"");
+    EXPECT_EQ(dialog.list().row_count(), 4);
+    dialog.SearchTextChange(L"zinc");
+    dialog.SearchFieldChange(Field::kDescription);  // repeats the search at once
+    EXPECT_EQ(Codes(dialog.list()), (Texts{L"AB1"}));
+  });
+  EXPECT_EQ(products_.FastList(), L"");
+  EXPECT_EQ(environment_.dialogs_shown(), expected_dialogs_);
+}
+
+TEST_F(SearchTest, HeaderClicksSortUpAndDown) {
+  Answer([](ProductDialog& dialog) {
+    dialog.TabClick(Tab::kProductInfo);
+    dialog.ColumnClick(1);
+    EXPECT_EQ(Shown(dialog.list()),
+              (Texts{L"O'B|Anvil 50%", L"AB2|Brass", L"CX2|Brass", L"AB1|Zinc"}));
+    EXPECT_EQ(dialog.list().columns()[1].sort, SortOrder::kAscending);
+    EXPECT_EQ(Selected(dialog.list()), L"O'B");
+    dialog.ColumnClick(1);
+    EXPECT_EQ(Selected(dialog.list()), L"AB1");
+    dialog.ColumnClick(0);
+    EXPECT_EQ(dialog.list().columns()[1].sort, SortOrder::kNone);
+    EXPECT_EQ(dialog.list().columns()[0].sort, SortOrder::kAscending);
+    dialog.ColumnClick(7);  // no such column
+    EXPECT_EQ(Codes(dialog.list()), (Texts{L"AB1", L"AB2", L"CX2", L"O'B"}));
+    dialog.Ok();
+  });
+  EXPECT_EQ(products_.FastList(), L"AB1");
+}
+
+TEST_F(SearchTest, SpecialRowsStandOnTheFirstPages) {
+  products_.SetShowSpecialProds(true);
+  Answer([](ProductDialog& dialog) {
+    ListModel& list = dialog.list();
+    list.SetPageSize(5);
+    EXPECT_EQ(list.row_count(), 8);
+    const Texts pages[] = {{L"S1", L"S2", L"S3", L"AA1", L"AB1"},
+                           {L"S2", L"S3", L"AB1", L"AB2", L"BX1"},
+                           {L"S3", L"AB2", L"BX1", L"CX1", L"CX2"},
+                           {L"BX1", L"CX1", L"CX2", L"ZZ"}};
+    for (std::int32_t top = 1; top <= 4; ++top) {
+      list.ScrollTo(top);
+      EXPECT_EQ(Codes(list), pages[top - 1]) << top;
+    }
+    list.Home();
+    EXPECT_EQ(Shown(list)[0], L"S1|Special Product Item, Tax chargeable");
+    EXPECT_EQ(Shown(list)[1], L"S2|Special Product Item, Tax zero rated");
+    EXPECT_EQ(Shown(list)[2], L"S3|Special Service Item, Tax chargeable");
+    EXPECT_EQ(list.rows()[0].color, 16711680u);
+    EXPECT_EQ(list.rows()[3].color, dialogs::kDefaultColor);
+    // Every row can be reached by the arrow keys alone, up and down.
+    Texts walked = {Selected(list)};
+    for (int i = 0; i < 9; ++i) {
+      list.LineDown();
+      walked.push_back(Selected(list));
+    }
+    EXPECT_EQ(walked,
+              (Texts{L"S1", L"S2", L"S3", L"AA1", L"AB1", L"AB2", L"BX1", L"CX1", L"CX2", L"ZZ"}));
+    list.Home();
+    list.LineDown();
+    dialog.Ok();
+  });
+  EXPECT_EQ(products_.FastList(), L"S2");
+  // At the start, the first row of all is the selected one.
+  Answer([](ProductDialog& dialog) { dialog.Ok(); });
+  EXPECT_EQ(products_.FastList(), L"S1");
+}
+
+TEST_F(SearchTest, SeveralProductsComeInTheOrderOfTheList) {
+  Answer([](ProductDialog& dialog) {
+    ListModel& list = dialog.list();
+    list.SetPageSize(3);
+    EXPECT_EQ(Selected(list), L"AB1");
+    list.End(Pick::kNone);
+    list.Toggle();
+    list.SelectRow(0, Pick::kToggle);
+    dialog.Ok();
+  });
+  // The top of the last page is the fifth of them.
+  EXPECT_EQ(products_.ListMultipleSelect(L"AB"), L";AB1;CX2;ZZ;");
+
+  Answer([](ProductDialog& dialog) {
+    EXPECT_EQ(Selected(dialog.list()), L"AA1");
+    dialog.TabClick(Tab::kProductInfo);
+    dialog.list().Home();
+    dialog.list().LineDown(Pick::kExtend);
+    dialog.list().LineDown(Pick::kExtend);
+    dialog.Ok();
+  });
+  EXPECT_EQ(products_.ListMultipleSelect(L""), L";AB1;AB2;CX2;");
+
+  Answer([](ProductDialog& dialog) {
+    dialog.TabClick(Tab::kProducts);
+    dialog.list().Toggle();
+    EXPECT_FALSE(dialog.ok_enabled());
+    dialog.Ok();
+    EXPECT_TRUE(dialog.visible());
+    dialog.Cancel();
+  });
+  EXPECT_EQ(products_.ListMultipleSelect(L""), L"");
+  EXPECT_EQ(environment_.dialogs_shown(), expected_dialogs_);
+}
+
+// A database of any other kind of trouble.
+class FailingConnection : public database::Connection {
+  std::unique_ptr<database::RecordsetObject> Open(std::wstring_view, database::Cursor,
+                                                  database::Lock) override {
+    throw Error(kErrorFailed, L"no");
+  }
+};
+
+TEST_F(SearchTest, WithoutADatabaseTheStockListStillWorks) {
+  const auto closed = std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+  closed->Close();
+  const std::shared_ptr<database::Connection> connections[] = {
+      nullptr, closed, std::make_shared<FailingConnection>(),
+      std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:")};  // no such table
+  for (const auto& connection : connections) {
+    products_.context().database = connection;
+    Answer([](ProductDialog& dialog) {
+      dialog.TabClick(Tab::kProductInfo);
+      EXPECT_EQ(dialog.list().row_count(), 0);
+      EXPECT_EQ(dialog.list().columns().size(), 2u);
+      dialog.SearchTextChange(L"AB");
+      dialog.SearchClick();
+      dialog.ColumnClick(0);
+      dialog.list().End();
+      EXPECT_TRUE(dialog.list().rows().empty());
+      EXPECT_FALSE(dialog.ok_enabled());
+      dialog.TabClick(Tab::kProducts);
+      dialog.Ok();
+    });
+    EXPECT_EQ(products_.List(L"C"), L"CX1");
+  }
+  EXPECT_EQ(environment_.dialogs_shown(), expected_dialogs_);
+}
+
+TEST_F(SearchTest, CellsShowTheirValueByTheTypeOfTheField) {
+  {
+    dialogs::ProductInfo info(products_.context(), L"SELECT * FROM ProdInfoStockFields");
+    ListModel list(info);
+    info.AddColumns(list);
+    list.SetRowCount(info.RecordCount());
+    EXPECT_EQ(list.columns()[3].header, L"Reviewed");
+    EXPECT_EQ(Shown(list),
+              (Texts{L"AB1|Zinc|Yes|2006-10-13|0.5", L"AB2|Brass|No||",
+                     L"CX2|Brass|Yes|2026-01-02|12", L"O'B|Anvil 50%|No|2026-01-03|3"}));
+  }
+}
+
+TEST_F(SearchTest, OpeningReadsOnePageAndEveryPageCostsTheSame) {
+  const auto stock = simulator::Simulator::OpenSynthetic(0, 1'000'000);
+  database_->Execute(L"DELETE FROM ProdInfoStockFields");
+  database_->Execute(
+      L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
+      L" INSERT INTO ProdInfoStockFields (StockCode, Description)"
+      L" SELECT printf('P%06d', i), 'Made up' FROM n");
+  simulator::FaultPlan counted;
+  database_->Obey(counted);
+  products_.context().workspace = stock->workspace();
+  Answer([&](ProductDialog& dialog) {
+    EXPECT_EQ(stock->records_read(), 1);  // ControlData's
+    EXPECT_EQ(dialog.stock_list().row_count(), 1'000'000);
+    const std::int64_t page = static_cast<std::int64_t>(dialog.list().rows().size());
+    EXPECT_GT(page, 0);
+    EXPECT_LE(stock->records_read(), 1 + dialog.list().page_size());
+
+    dialog.TabClick(Tab::kProductInfo);
+    EXPECT_EQ(dialog.list().row_count(), 100'000);
+    const auto cost_at = [&](std::int32_t top) {
+      dialog.list().ScrollTo(top);
+      const std::int64_t before = counted.operations();
+      EXPECT_EQ(static_cast<std::int32_t>(dialog.list().rows().size()), dialog.list().page_size());
+      return counted.operations() - before;
+    };
+    const std::int64_t cost = cost_at(1);
+    EXPECT_EQ(cost, 1 + 4 * dialog.list().page_size());  // move; per row: end, two cells, next
+    EXPECT_EQ(cost_at(99'000), cost);
+  });
+  EXPECT_EQ(products_.FastList(), L"");
+  EXPECT_EQ(stock->counters().open_files, 0);
+}
+
+}  // namespace
+}  // namespace ard::products
