@@ -17,24 +17,29 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {};
 
 TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) {
   const Member& member = GetParam();
-  const auto engine = MembersCompany();
+  static const auto database = MembersDatabase();
   const auto run = [&](std::int64_t fail_at, bool persist) {
+    // Some members write.
+    const auto engine = MembersCompany();
     ScriptedEnvironment environment;
-    environment.Answer(member.script);
+    if (member.script) environment.Answer(member.script);
+    environment.AnswerInput(L"Asked");
     environment.Obey(engine->faults());
+    database->Obey(engine->faults());
     Context context(environment);
     context.workspace = engine->workspace();
+    context.database = database;
     context.app_name = L"Manufacturing";
     engine->faults().FailFrom(fail_at, persist);
     const std::wstring answer = member.call(context);
     const std::int64_t failed = engine->faults().failed();
     const std::int64_t operations = engine->faults().operations();
-    engine->faults().Reset();
 
     const std::string where = "operation " + std::to_string(fail_at) + (persist ? " on" : "");
     EXPECT_TRUE(member.may_answer(answer)) << where << ": " << ToUtf8(answer);
     EXPECT_EQ(engine->counters().open_files, 0) << where;
     EXPECT_EQ(engine->counters().living_objects, 0) << where;
+    EXPECT_EQ(database->open_recordsets(), 0) << where;
     for (const Message& message : environment.messages()) {
       EXPECT_TRUE(IsKnownMessage(message)) << where << ": " << ToUtf8(message.text);
     }

@@ -4,6 +4,8 @@
 
 #include "accounts/customers.h"
 #include "dialogs/fast_select.h"
+#include "dialogs/product_dialog.h"
+#include "products/products.h"
 #include "simulator/testing/company_builder.h"
 
 namespace ard::testing {
@@ -11,7 +13,10 @@ namespace {
 
 using accounts::Customers;
 using dialogs::FastSelectForm;
+using dialogs::Pick;
+using dialogs::ProductDialog;
 using dialogs::SelectDialog;
+using products::Products;
 
 using Answers = std::function<bool(const std::wstring&)>;
 
@@ -34,11 +39,15 @@ std::unique_ptr<Class> Create(const Context& context) {
   auto object = std::make_unique<Class>(context.environment);
   object->context().workspace = context.workspace;
   object->context().app_name = context.app_name;
+  object->context().database = context.database;
   return object;
 }
 
 std::wstring Text(bool answer) { return answer ? L"True" : L"False"; }
 std::wstring Text(std::wstring answer) { return answer; }
+std::wstring Text(std::int16_t answer) { return std::to_wstring(answer); }
+std::wstring Text(double answer) { return Value(answer).ToText(); }
+std::wstring Text(Date answer) { return Value(answer).ToText(); }
 
 template <class Class, class Result, class... Parameters, class... Arguments>
 std::function<std::wstring(const Context&)> Calls(Result (Class::*member)(Parameters...)
@@ -47,6 +56,37 @@ std::function<std::wstring(const Context&)> Calls(Result (Class::*member)(Parame
   return [=](const Context& context) {
     return Text((Create<Class>(context).get()->*member)(arguments...));
   };
+}
+
+// Calls a member with outputs or objects by hand.
+template <class Class, class Action>
+std::function<std::wstring(const Context&)> Does(Action action) {
+  return [=](const Context& context) { return Text(action(*Create<Class>(context), context)); };
+}
+
+double AverageOf(const Products& products, const Context& context) {
+  std::unique_ptr<engine::RecordObject> record;
+  Attempt(context.trace(), {L"test", L"StockRecord"}, [&] {
+    record = context.workspace->CreateRecord(L"StockRecord");
+    record->GetFields()->Item(L"STOCK_CODE")->SetValue(L"BOLT");
+    record->Find(engine::Match::kExact);
+  });
+  return products.GetAveragePrice(std::move(record));
+}
+
+std::wstring AllocOnOrder(const Products& products, const Context&) {
+  double allocated = -1;
+  double on_order = -1;
+  products.GetAllocOnOrder(L"BOLT", allocated, on_order);
+  return Text(allocated) + L"," + Text(on_order);
+}
+
+std::wstring SupplierOnOrder(const Products& products, const Context&) {
+  std::wstring supplier = L"-";
+  double on_order = -1;
+  double re_order = -1;
+  products.GetSupplierOnOrder(L"BOLT", supplier, on_order, re_order);
+  return supplier.substr(0, 1) + L"," + Text(on_order) + L"," + Text(re_order);
 }
 
 std::function<std::wstring(const Context&)> Picks(const FastSelectForm& form) {
@@ -88,12 +128,46 @@ void TryEveryRow(SelectDialog& dialog) {
   }
 }
 
+ScriptedEnvironment::Script OnProducts(void (*script)(ProductDialog&)) {
+  return [=](SelectDialog& dialog) { script(dynamic_cast<ProductDialog&>(dialog)); };
+}
+
+void SearchSortAndConfirm(ProductDialog& dialog) {
+  dialog.list().rows();
+  dialog.KeyPress(L'n');
+  dialog.TabClick(ProductDialog::Tab::kProductInfo);
+  dialog.SearchTextChange(L"B");
+  dialog.SearchClick();
+  dialog.SearchFieldChange(ProductDialog::SearchField::kDescription);
+  dialog.SearchFieldChange(ProductDialog::SearchField::kStockCode);
+  dialog.list().rows();
+  dialog.ClearClick();
+  dialog.ColumnClick(1);
+  dialog.ColumnClick(1);
+  dialog.list().LineDown();
+  dialog.DoubleClick();
+  dialog.TabClick(ProductDialog::Tab::kProducts);
+  dialog.KeyPress(dialogs::kEnterKey);
+}
+
+void PickSeveral(ProductDialog& dialog) {
+  dialog.list().SetPageSize(3);
+  dialog.list().Home();
+  dialog.list().PageDown(Pick::kExtend);
+  dialog.list().End(Pick::kNone);
+  dialog.list().Toggle();
+  dialog.Ok();
+}
+
 }  // namespace
 
 const std::vector<Member>& Members() {
   const Answers yes_no = OneOf({L"True", L"False"});
   const Answers nothing = OneOf({L""});
   const Answers customer = SomeReference(L"ABCHTW");
+  const Answers product = SomeReference(L"BNS");
+  const Answers products = SomeReference(L";");
+  const auto zero_or = [](std::wstring answer) { return OneOf({L"0", std::move(answer)}); };
   static const std::vector<Member> members = {
       {L"Customers.IsValid", Calls(&Customers::IsValid, L"WORST"), nullptr, yes_no},
       {L"Customers.IsValid, unknown", Calls(&Customers::IsValid, L"?"), nullptr, OneOf({L"False"})},
@@ -112,6 +186,57 @@ const std::vector<Member>& Members() {
       {L"frmFastSelectNom", Picks(dialogs::kFastSelectNom), TryEveryRow, SomeReference(L"12")},
       {L"frmFastSelectBank", Picks(dialogs::kFastSelectBank), TypePageAndConfirm,
        SomeReference(L"12")},
+
+      {L"Products.IsValid", Calls(&Products::IsValid, L"BOLT"), nullptr, yes_no},
+      {L"Products.GetDesc", Calls(&Products::GetDesc, L"BOLT"), nullptr, OneOf({L"", L"Bolt"})},
+      {L"Products.GetDept", Calls(&Products::GetDept, L"BOLT"), nullptr, zero_or(L"3")},
+      {L"Products.GetCategory", Calls(&Products::GetCategory, L"BOLT"), nullptr, zero_or(L"7")},
+      {L"Products.GetBinLocation", Calls(&Products::GetBinLocation, L"BOLT"), nullptr,
+       SomeReference(L"A")},
+      {L"Products.GetSupplier", Calls(&Products::GetSupplier, L"BOLT"), nullptr,
+       SomeReference(L"S")},
+      {L"Products.GetSupplierPart", Calls(&Products::GetSupplierPart, L"BOLT"), nullptr,
+       SomeReference(L"P")},
+      {L"Products.GetUnitSale", Calls(&Products::GetUnitSale, L"BOLT"), nullptr,
+       SomeReference(L"E")},
+      {L"Products.GetInStock", Calls(&Products::GetInStock, L"BOLT"), nullptr, zero_or(L"5")},
+      {L"Products.GetReOrderLevel", Calls(&Products::GetReOrderLevel, L"BOLT"), nullptr,
+       zero_or(L"4")},
+      {L"Products.GetReOrderQty", Calls(&Products::GetReOrderQty, L"BOLT"), nullptr,
+       zero_or(L"20")},
+      {L"Products.GetLastPurDate", Calls(&Products::GetLastPurDate, L"BOLT"), nullptr,
+       OneOf({L"1899-12-30", L"2023-03-15"})},
+      {L"Products.IgnoreStock", Calls(&Products::IgnoreStock, L"NUT"), nullptr, yes_no},
+      {L"Products.GetFreeStock", Calls(&Products::GetFreeStock, L"BOLT"), nullptr, zero_or(L"-2")},
+      {L"Products.GetAllocOnOrder", Does<Products>(AllocOnOrder), nullptr,
+       OneOf({L"-1,-1", L"7,-1", L"-1,2.5", L"7,2.5"})},
+      {L"Products.GetSupplierOnOrder", Does<Products>(SupplierOnOrder), nullptr,
+       OneOf({L"-,-1,-1", L"S,-1,-1", L"S,2.5,-1", L"S,-1,20", L"-,2.5,20", L"S,2.5,20"})},
+      {L"Products.IsMemberOfCategory",
+       Calls(&Products::IsMemberOfCategory, L"BOLT", std::int16_t{7}), nullptr, yes_no},
+      {L"Products.GetSellPrice", Calls(&Products::GetSellPrice, L"BOLT"), nullptr, zero_or(L"50")},
+      {L"Products.GetCostPrice", Calls(&Products::GetCostPrice, L"BOLT", true), nullptr,
+       [](const std::wstring&) { return true; }},
+      {L"Products.GetAveragePrice", Does<Products>(AverageOf), nullptr,
+       [](const std::wstring&) { return true; }},
+      {L"Products.GetSpecialPrice", Calls(&Products::GetSpecialPrice, L"BOLT", L"ABC001"), nullptr,
+       OneOf({L"0", L"45", L"50"})},
+      {L"Products.GetSupplierPrice", Calls(&Products::GetSupplierPrice, L"BOLT", L"SUP001"),
+       nullptr, OneOf({L"0", L"20", L"30"})},
+      {L"Products.FastList", Calls(&Products::FastList, true), Confirm, product},
+      {L"Products.FastList, every handler", Calls(&Products::FastList, true),
+       OnProducts(SearchSortAndConfirm), product},
+      {L"Products.List", Calls(&Products::List, L"N", true), Confirm, product},
+      {L"Products.List, one page", Calls(&Products::List, L"N", false), LookAndCancel, nothing},
+      {L"Products.ListMultipleSelect", Calls(&Products::ListMultipleSelect, L"B"),
+       OnProducts(PickSeveral), products},
+      {L"Products.CreateNewProduct, asking", Calls(&Products::CreateNewProduct, L"NEW", L""),
+       nullptr, OneOf({L"", L"Asked"})},
+      {L"Products.SaveNewProduct", Calls(&Products::SaveNewProduct, L"NEW"), nullptr, yes_no},
+      {L"Products.CopyProduct", Calls(&Products::CopyProduct, L"BOLT", L"NEW", L"New"), nullptr,
+       yes_no},
+      {L"Products.UpdateAllocQty", Calls(&Products::UpdateAllocQty, L"BOLT", -1.5), nullptr,
+       yes_no},
   };
   return members;
 }
@@ -131,7 +256,54 @@ std::unique_ptr<simulator::Simulator> MembersCompany() {
   company.Supplier(L"SUP001").Supplier(L"WOOD", {{L"BALANCE", 11.0}, {L"CREDIT_LIMIT", 10.0}});
   company.Nominal(L"1001").Nominal(L"2100", {{L"ACCOUNT_TYPE", std::uint8_t{2}}});
   company.Bank(L"1200").Bank(L"1210").Bank(L"2220");
+  company
+      .Product(L"BOLT", {{L"DESCRIPTION", L"Bolt"},
+                         {L"DEPT_NUMBER", std::int16_t{3}},
+                         {L"STOCK_CAT", std::int16_t{7}},
+                         {L"LOCATION", L"A1"},
+                         {L"PURCHASE_REF", L"SUP001"},
+                         {L"SUPPLIER_PART_NUMBER", L"P9"},
+                         {L"UNIT_OF_SALE", L"Each"},
+                         {L"QTY_IN_STOCK", 5.0},
+                         {L"QTY_ALLOCATED", 7.0},
+                         {L"QTY_ON_ORDER", 2.5},
+                         {L"QTY_REORDER_LEVEL", 4.0},
+                         {L"QTY_REORDER", 20.0},
+                         {L"SALES_PRICE", 50.0},
+                         {L"LAST_PURCHASE_PRICE", 20.0},
+                         {L"LAST_PURCHASE_DATE", Date{45000}}})
+      .Product(L"NUT", {{L"IGNORE_STK_LVL_FLAG", true}})
+      .Product(L"BAD", {{L"DELETED_FLAG", true}});
+  for (const wchar_t* code : {L"NAIL", L"SCREW", L"STUD", L"SPRING"}) company.Product(code);
+  for (const auto type : {std::int16_t{1}, std::int16_t{2}, std::int16_t{5}}) {
+    company.Record(
+        L"StockTransactionData",
+        {{L"STOCK_CODE", L"BOLT"}, {L"TYPE", type}, {L"QUANTITY", 10.0}, {L"COST_PRICE", 2.0}});
+  }
+  company
+      .Record(L"PriceData", {{L"TYPE", std::int16_t{76}},
+                             {L"EXT_REF", L"TRADE"},
+                             {L"STOCK_CODE", L"BOLT"},
+                             {L"DISCOUNT_TYPE", std::int16_t{3}},
+                             {L"VALUE", 7.0}})
+      .Record(L"PriceData", {{L"TYPE", std::int16_t{83}},
+                             {L"EXT_REF", L"ABC001"},
+                             {L"STOCK_CODE", L"BOLT"},
+                             {L"DISCOUNT_TYPE", std::int16_t{2}},
+                             {L"VALUE", 10.0}})
+      .Record(L"CurrencyData", {{L"EXCHANGE_RATE", 1.5}});
   return company.Build();
+}
+
+std::shared_ptr<host_database::OdbcConnection> MembersDatabase() {
+  const auto database =
+      std::make_shared<host_database::OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+  database->Execute(
+      L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30), Description VARCHAR(60))");
+  for (const wchar_t* row : {L"'BOLT', 'Best'", L"'NUT', 'Better'", L"'NAIL', 'Brass'"}) {
+    database->Execute(L"INSERT INTO ProdInfoStockFields VALUES (" + std::wstring(row) + L")");
+  }
+  return database;
 }
 
 bool IsKnownMessage(const Message& message) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "frame/context.h"
+#include "host_database/odbc_connection.h"
 #include "simulator/simulator.h"
 #include "testing/scripted_environment.h"
 
@@ -28,6 +29,8 @@ const std::vector<Member>& Members();
 
 // The company that the members are called on: small, with something of everything.
 std::unique_ptr<simulator::Simulator> MembersCompany();
+// The host's database that goes with it.
+std::shared_ptr<host_database::OdbcConnection> MembersDatabase();
 
 // Whether the description of some member names this message.
 bool IsKnownMessage(const Message& message);
