@@ -42,7 +42,7 @@ class Entry {
 // What the entry makes of the product's own price and cost.
 double Priced(const Entry& product, const Entry& price) {
   const double list_price = product.Number(L"SALES_PRICE");
-  const double cost = product.Number(L"AVERAGE_COST_PRICE");
+  const double cost = product.Number(L"LAST_PURCHASE_PRICE");
   const double value = price.Number(L"VALUE");
   switch (price.Get(L"DISCOUNT_TYPE").ToLong()) {
     case kFixedPrice:

@@ -48,9 +48,7 @@ class StockTest : public ::testing::Test {
     CompanyBuilder company;
     company.Setup({{L"PRICING_SERVICE", true}}).Customer(L"CASH").Supplier(L"SUP1");
     for (const wchar_t* code : {L"NUT", L"BOLT", L"Rod", L"CAP", L"PIN", L"TIN"}) {
-      company.Product(
-          code,
-          {{L"SALES_PRICE", 10.0}, {L"AVERAGE_COST_PRICE", 4.0}, {L"LAST_PURCHASE_PRICE", 5.0}});
+      company.Product(code, {{L"SALES_PRICE", 10.0}, {L"LAST_PURCHASE_PRICE", 5.0}});
     }
     company.Customer(L"ABC", {{L"PRICE_LIST_REF", L"trade"}});
     AddPrice(company, kCustomer, L"ABC", L"NUT", 0, 7.5);
@@ -123,8 +121,8 @@ TEST_F(StockTest, PricesGoByEntryAndList) {
       {L"ABC", L"NUT", 7.5},      // the customer's own entry, before that of the list
       {L"ABC", L"BOLT", 7.5},     // percent off
       {L"abc  ", L"rod ", 9.5},   // amount off
-      {L"ABC", L"CAP", 6.0},      // percent on cost
-      {L"ABC", L"PIN", 4.25},     // amount on cost
+      {L"ABC", L"CAP", 7.5},      // percent on cost
+      {L"ABC", L"PIN", 5.25},     // amount on cost
       {L"ABC", L"TIN", 10.0},     // in no list
       {L"CASH", L"ROD", 10.0},    // no discount
       {L"CASH", L"BOLT", 10.0},   // without a list
