@@ -1,5 +1,8 @@
 #include "simulator/standard_columns.h"
 
+#include <algorithm>
+#include <iterator>
+#include <map>
 #include <string>
 
 #include "frame/error.h"
@@ -119,15 +122,20 @@ void AddBuckets(Columns& columns) {
 
 }  // namespace
 
-Columns StandardColumns(std::wstring_view table) {
-  for (const TableColumns& known : kTables) {
-    if (known.table != table) continue;
-    Columns columns = ParseColumns(known.header, "standard columns");
-    if (table == L"StockData") AddBuckets(columns);
-    return columns;
+const Columns& StandardColumns(std::wstring_view table) {
+  static std::map<std::wstring_view, Columns> parsed;
+  const auto known = std::find_if(std::begin(kTables), std::end(kTables),
+                                  [&](const TableColumns& t) { return t.table == table; });
+  if (known == std::end(kTables)) {
+    throw Error(kErrorUnknownName,
+                L"There are no standard columns for " + std::wstring(table) + L".");
   }
-  throw Error(kErrorUnknownName,
-              L"There are no standard columns for " + std::wstring(table) + L".");
+  const auto [entry, is_new] = parsed.try_emplace(known->table);
+  if (is_new) {
+    entry->second = ParseColumns(known->header, "standard columns");
+    if (table == L"StockData") AddBuckets(entry->second);
+  }
+  return entry->second;
 }
 
 }  // namespace ard::simulator

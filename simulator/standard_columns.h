@@ -9,7 +9,7 @@
 namespace ard::simulator {
 
 // `table` is the name of a data file. Throws Error (unknown name) when it has no standard columns.
-Columns StandardColumns(std::wstring_view table);
+const Columns& StandardColumns(std::wstring_view table);
 
 }  // namespace ard::simulator
 

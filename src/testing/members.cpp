@@ -167,6 +167,8 @@ const std::vector<Member>& Members() {
   const Answers customer = SomeReference(L"ABCHTW");
   const Answers product = SomeReference(L"BNS");
   const Answers products = SomeReference(L";");
+  // A transaction whose cost cannot be read counts by its quantity.
+  const Answers cost = OneOf({L"0", L"1", L"2", L"20"});
   const auto zero_or = [](std::wstring answer) { return OneOf({L"0", std::move(answer)}); };
   static const std::vector<Member> members = {
       {L"Customers.IsValid", Calls(&Customers::IsValid, L"WORST"), nullptr, yes_no},
@@ -215,10 +217,8 @@ const std::vector<Member>& Members() {
       {L"Products.IsMemberOfCategory",
        Calls(&Products::IsMemberOfCategory, L"BOLT", std::int16_t{7}), nullptr, yes_no},
       {L"Products.GetSellPrice", Calls(&Products::GetSellPrice, L"BOLT"), nullptr, zero_or(L"50")},
-      {L"Products.GetCostPrice", Calls(&Products::GetCostPrice, L"BOLT", true), nullptr,
-       [](const std::wstring&) { return true; }},
-      {L"Products.GetAveragePrice", Does<Products>(AverageOf), nullptr,
-       [](const std::wstring&) { return true; }},
+      {L"Products.GetCostPrice", Calls(&Products::GetCostPrice, L"BOLT", true), nullptr, cost},
+      {L"Products.GetAveragePrice", Does<Products>(AverageOf), nullptr, cost},
       {L"Products.GetSpecialPrice", Calls(&Products::GetSpecialPrice, L"BOLT", L"ABC001"), nullptr,
        OneOf({L"0", L"45", L"50"})},
       {L"Products.GetSupplierPrice", Calls(&Products::GetSupplierPrice, L"BOLT", L"SUP001"),
