@@ -39,6 +39,11 @@ inline void Store(VARIANT& argument, engine::Match match) {
   argument.boolVal = match == engine::Match::kPartial ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
+inline void Store(VARIANT& argument, ComPtr<IDispatch> object) {
+  argument.vt = VT_DISPATCH;
+  argument.pdispVal = object.Detach();
+}
+
 inline void Store(VARIANT& argument, const Value& value) { argument = ToVariant(value).Detach(); }
 
 // Arguments as a call takes them: on the stack, the last one first.

@@ -19,7 +19,6 @@
 #include "frame/context.h"
 #include "frame/public_class.h"
 #include "windows/engine/com.h"
-#include "windows/engine/late_bound.h"
 #include "windows/server/module.h"
 #include "windows/server/published_class.h"
 
@@ -156,14 +155,16 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   }
 
   // The procedures of a context property that is an object. The host gets back the very pointer
-  // that it has given. `use` hands the object on to the portable class.
-  template <class Use>
+  // that it has given; the portable class gets it behind its seam.
+  template <class Seam>
   HRESULT PutObject(std::wstring_view name, ComPtr<IDispatch>& property, IDispatch* value,
-                    Use&& use) {
+                    std::shared_ptr<Seam> Context::*seam,
+                    std::shared_ptr<Seam> (*wrap)(IDispatch* object)) {
     const ComPtr<Interface> self(this);
     portable_.template Call<ComPtr<IDispatch>>(name, [&](ComPtr<IDispatch>&) {
       property = ComPtr(value);
-      use(portable_.context());
+      portable_.context().*seam = nullptr;
+      portable_.context().*seam = wrap(value);
     });
     return S_OK;
   }

@@ -3,6 +3,8 @@
 #ifndef ARD_WINDOWS_SERVER_CONTEXT_PROPERTIES_H_
 #define ARD_WINDOWS_SERVER_CONTEXT_PROPERTIES_H_
 
+#include "windows/database/ado.h"
+#include "windows/engine/late_bound.h"
 #include "windows/server/automation_object.h"
 
 namespace ard::windows {
@@ -36,10 +38,7 @@ class WithArdWorkspace : public Base {
  public:
   using Base::Base;
   HRESULT STDMETHODCALLTYPE putref_ArdWorkspace(IDispatch* value) override {
-    return this->PutObject(L"ArdWorkspace", workspace_, value, [&](Context& context) {
-      context.workspace = nullptr;
-      context.workspace = WrapWorkspace(value);
-    });
+    return this->PutObject(L"ArdWorkspace", workspace_, value, &Context::workspace, WrapWorkspace);
   }
   HRESULT STDMETHODCALLTYPE get_ArdWorkspace(IDispatch** value) override {
     return this->GetObject(L"ArdWorkspace", workspace_, value);
@@ -54,10 +53,7 @@ class WithArdEngine : public Base {
  public:
   using Base::Base;
   HRESULT STDMETHODCALLTYPE putref_ArdEngine(IDispatch* value) override {
-    return this->PutObject(L"ArdEngine", engine_, value, [&](Context& context) {
-      context.engine = nullptr;
-      context.engine = WrapEngine(value);
-    });
+    return this->PutObject(L"ArdEngine", engine_, value, &Context::engine, WrapEngine);
   }
   HRESULT STDMETHODCALLTYPE get_ArdEngine(IDispatch** value) override {
     return this->GetObject(L"ArdEngine", engine_, value);
@@ -67,13 +63,12 @@ class WithArdEngine : public Base {
   ComPtr<IDispatch> engine_;
 };
 
-// No portable class uses the host's database yet: the connection is only kept.
 template <class Base>
 class WithDBaseConn : public Base {
  public:
   using Base::Base;
   HRESULT STDMETHODCALLTYPE putref_oDBaseConn(IDispatch* value) override {
-    return this->PutObject(L"oDBaseConn", connection_, value, [](Context&) {});
+    return this->PutObject(L"oDBaseConn", connection_, value, &Context::database, WrapConnection);
   }
   HRESULT STDMETHODCALLTYPE get_oDBaseConn(IDispatch** value) override {
     return this->GetObject(L"oDBaseConn", connection_, value);
