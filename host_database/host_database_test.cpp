@@ -316,6 +316,33 @@ TEST_F(HostDatabaseTest, EveryOperationAsksThePlanOnceAndFailsWithoutAnEffect) {
   }
 }
 
+TEST(DemoDatabaseTest, HoldsWhatTheDocumentationSays) {
+  OdbcConnection demo(L"Driver=SQLite3;Database=" + FromUtf8(ARD_DEMO_DATABASE));
+  const struct {
+    const wchar_t* command;
+    std::int32_t rows;
+    std::vector<std::int32_t> types;
+  } cases[] = {
+      {L"SELECT * FROM AccessRights", 12, {3, 202, 11, 11, 11}},
+      {L"SELECT * FROM CurrentUsers", 6, {3, 202, 202, 202, 135}},
+      {L"SELECT * FROM ProdInfoStockFields", 300, {202, 202, 133, 11, 5}},
+  };
+  for (const auto& test : cases) {
+    const auto rows = demo.OpenRecordset(test.command, Cursor::kStatic, Lock::kReadOnly);
+    EXPECT_EQ(rows->RecordCount(), test.rows) << ToUtf8(test.command);
+    for (std::size_t i = 0; i < test.types.size(); ++i) {
+      EXPECT_EQ(rows->GetFieldType(static_cast<std::int32_t>(i)), test.types[i]) << i;
+    }
+  }
+  const auto products = demo.OpenRecordset(cases[2].command, Cursor::kStatic, Lock::kReadOnly);
+  for (const wchar_t* filter : {L"Description Like '%''%'", L"Description Like '%ü%'",
+                                L"StockCode Like 'SP%'", L"Discontinued = 'True'"}) {
+    products->SetFilter(filter);
+    EXPECT_GT(products->RecordCount(), 1) << ToUtf8(filter);
+    EXPECT_LT(products->RecordCount(), 100) << ToUtf8(filter);
+  }
+}
+
 TEST_F(HostDatabaseTest, AHundredThousandRowsAreReadInSecondsAndReachedByNumber) {
   Execute({L"DELETE FROM Stock",
            L"INSERT INTO Stock WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
