@@ -6,17 +6,28 @@
 #include <memory>
 
 #include "console/prompt.h"
+#include "frame/error.h"
+#include "frame/text.h"
+#include "host_database/odbc_connection.h"
 #include "simulator/simulator.h"
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "usage: ard_console COMPANY_FOLDER\n";
+  if (argc != 2 && argc != 3) {
+    std::cerr << "usage: ard_console COMPANY_FOLDER [DATABASE_FILE]\n";
     return 2;
   }
   try {
     const auto engine = ard::simulator::Simulator::Open(argv[1]);
-    ard::console::Prompt prompt(std::cin, std::cout, engine->workspace());
+    ard::console::Stores stores = {engine->workspace(), nullptr};
+    if (argc == 3) {
+      stores.database = std::make_shared<ard::host_database::OdbcConnection>(
+          L"Driver=SQLite3;Database=" + ard::FromUtf8(argv[2]));
+    }
+    ard::console::Prompt prompt(std::cin, std::cout, stores);
     return prompt.Run(isatty(STDIN_FILENO) != 0) ? 0 : 1;
+  } catch (const ard::Error& error) {
+    std::cerr << "ard_console: " << ard::ToUtf8(error.text()) << '\n';
+    return 1;
   } catch (const std::exception& error) {
     std::cerr << "ard_console: " << error.what() << '\n';
     return 1;

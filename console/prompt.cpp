@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <istream>
 #include <ostream>
-#include <tuple>
-#include <type_traits>
 #include <utility>
 
 #include "frame/error.h"
@@ -12,30 +10,6 @@
 
 namespace ard::console {
 namespace {
-
-constexpr std::wstring_view kAppName = L"Manufacturing";
-
-// What a parameter is kept in for the time of a call.
-template <class Parameter>
-using Kept = std::conditional_t<std::is_same_v<Parameter, std::wstring_view>, std::wstring,
-                                std::decay_t<Parameter>>;
-
-template <class Class, class Result, class... Parameters, std::size_t... Index>
-Value CallWith(Class& object, Result (Class::*method)(Parameters...) const noexcept,
-               Arguments& arguments, std::index_sequence<Index...>) {
-  std::tuple<Kept<Parameters>...> kept;
-  (Convert(std::move(arguments[Index]), std::get<Index>(kept)), ...);
-  return Value((object.*method)(std::get<Index>(kept)...));
-}
-
-template <class Class, class Result, class... Parameters>
-Member Method(Class& object, std::wstring_view name,
-              Result (Class::*method)(Parameters...) const noexcept,
-              std::vector<std::wstring_view> parameters) {
-  return {object.name(), name, std::move(parameters), [&object, method](Arguments& arguments) {
-            return CallWith(object, method, arguments, std::index_sequence_for<Parameters...>());
-          }};
-}
 
 // Reads a line from left to right, and knows where it is when something is wrong.
 class Reader {
@@ -122,40 +96,21 @@ Arguments ReadArguments(Reader& reader, const Member& member) {
     } while (reader.Take(L','));
     reader.Expect(L')');
   }
-  if (arguments.size() != member.parameters.size()) {
-    reader.Fail(std::wstring(member.name) + L" takes " + std::to_wstring(member.parameters.size()) +
+  const std::size_t most = member.parameters.size();
+  const std::size_t least = most - member.defaults.size();
+  if (arguments.size() < least || arguments.size() > most) {
+    reader.Fail(std::wstring(member.name) + L" takes " +
+                (least < most ? std::to_wstring(least) + L" to " : L"") + std::to_wstring(most) +
                 L" argument(s).");
   }
+  while (arguments.size() < most) arguments.push_back(member.defaults[arguments.size() - least]);
   return arguments;
 }
 
 }  // namespace
 
-Prompt::Prompt(std::istream& in, std::ostream& out, std::shared_ptr<engine::Workspace> workspace)
-    : in_(in), out_(out), environment_(in, out) {
-  using accounts::Customers;
-  customers_.context().workspace = std::move(workspace);
-  AddProperties(customers_);
-  members_.push_back(Method(customers_, L"IsValid", &Customers::IsValid, {L"AccRef"}));
-  members_.push_back(Method(customers_, L"GetName", &Customers::GetName, {L"AccRef"}));
-  members_.push_back(Method(customers_, L"GetContact", &Customers::GetContact, {L"AccRef"}));
-  members_.push_back(Method(customers_, L"FastList", &Customers::FastList, {}));
-  members_.push_back(Method(customers_, L"List", &Customers::List, {L"SearchCriteria"}));
-}
-
-void Prompt::AddProperties(PublicClass& object) {
-  Context& context = object.context();
-  context.app_name = kAppName;
-  const auto add = [&](std::wstring_view name, std::wstring& text) {
-    members_.push_back({object.name(),
-                        name,
-                        {},
-                        [&text](Arguments&) { return Value(text); },
-                        [&text](Value value) { Convert(std::move(value), text); }});
-  };
-  add(L"AppName", context.app_name);
-  add(L"RegistryPath", context.registry_path);
-}
+Prompt::Prompt(std::istream& in, std::ostream& out, const Stores& stores)
+    : in_(in), out_(out), environment_(in, out), classes_(environment_, stores) {}
 
 bool Prompt::Run(bool interactive) {
   bool good = true;
@@ -191,10 +146,11 @@ std::wstring Prompt::Evaluate(std::wstring_view line) {
   const std::wstring_view class_name = reader.Word();
   reader.Expect(L'.');
   const std::wstring_view name = reader.Word();
-  const auto member = std::find_if(members_.begin(), members_.end(), [&](const Member& m) {
-    return EqualsIgnoreCase(m.class_name, class_name) && EqualsIgnoreCase(m.name, name);
-  });
-  if (member == members_.end()) {
+  const auto member =
+      std::find_if(classes_.members().begin(), classes_.members().end(), [&](const Member& m) {
+        return EqualsIgnoreCase(m.class_name, class_name) && EqualsIgnoreCase(m.name, name);
+      });
+  if (member == classes_.members().end()) {
     reader.Fail(L"There is no member " + std::wstring(class_name) + L"." + std::wstring(name) +
                 L".");
   }
@@ -207,7 +163,13 @@ std::wstring Prompt::Evaluate(std::wstring_view line) {
     }
     Arguments arguments = ReadArguments(reader, *member);
     if (!reader.AtEnd()) reader.Fail(L"Nothing may follow the call.");
-    return AsLiteral(member->call(arguments));
+    std::wstring answer;
+    for (const Answer& part : member->call(arguments)) {
+      if (!answer.empty()) answer += L", ";
+      if (!part.name.empty()) answer += std::wstring(part.name) + L" = ";
+      answer += AsLiteral(part.value);
+    }
+    return answer;
   } catch (const Error& error) {
     reader.Fail(L"An argument does not fit: " + error.text());
   }
@@ -215,16 +177,18 @@ std::wstring Prompt::Evaluate(std::wstring_view line) {
 
 std::string Prompt::Help() const {
   std::string help;
-  for (const Member& member : members_) {
+  for (const Member& member : classes_.members()) {
     std::wstring line = L"  " + std::wstring(member.put ? L"" : L"? ");
     line += std::wstring(member.class_name) + L"." + std::wstring(member.name);
     if (member.put) {
-      line += L" = \"text\"";
+      line += L" = value";
     } else {
       line += L"(";
-      for (const std::wstring_view parameter : member.parameters) {
-        if (line.back() != L'(') line += L", ";
-        line += parameter;
+      for (std::size_t i = 0; i < member.parameters.size(); ++i) {
+        if (i > 0) line += L", ";
+        const bool optional = i >= member.parameters.size() - member.defaults.size();
+        line += optional ? L"[" + std::wstring(member.parameters[i]) + L"]"
+                         : std::wstring(member.parameters[i]);
       }
       line += L")";
     }

@@ -15,7 +15,9 @@ class PromptTest : public ::testing::Test {
     simulator::CompanyBuilder company;
     company.Customer(L"ABC001", {{L"NAME", L"The \"ABC\" Café"}})
         .Customer(L"BCD001", {{L"BALANCE", 2.0}, {L"CREDIT_LIMIT", 1.0}})
-        .Customer(L"CDE001");
+        .Customer(L"CDE001")
+        .Product(L"BOLT", {{L"QTY_ALLOCATED", 2.5}, {L"PURCHASE_REF", L"SUP"}})
+        .Product(L"NUT");
     engine_ = company.Build();
   }
 
@@ -23,7 +25,7 @@ class PromptTest : public ::testing::Test {
   std::string Run(const std::string& lines, bool good = true) {
     std::istringstream in(lines);
     std::ostringstream out;
-    Prompt prompt(in, out, engine_->workspace());
+    Prompt prompt(in, out, {engine_->workspace(), nullptr});
     EXPECT_EQ(prompt.Run(false), good);
     EXPECT_EQ(engine_->counters().open_files, 0);
     return out.str();
@@ -72,6 +74,22 @@ TEST_F(PromptTest, ShowsADialogAsTextAndObeysItsCommands) {
   EXPECT_NE(cancelled.find(">    3  CDE001"), std::string::npos) << cancelled;
   EXPECT_EQ(cancelled.substr(cancelled.size() - 3), "\"\"\n");
   EXPECT_NE(Run("? Customers.FastList()").find("\"\"\n"), std::string::npos);  // the input ends
+}
+
+TEST_F(PromptTest, ShowsOutputsAndTakesDefaults) {
+  EXPECT_NE(Run("? Products.GetAllocOnOrder(\"BOLT\")").find("Allocated = 2.5, OnOrder = 0\n"),
+            std::string::npos);
+  EXPECT_NE(Run("? Products.List", false).find("List takes 1 to 2 argument(s)."),
+            std::string::npos);
+  const std::string output = Run(
+      "Products.ShowSpecialProds = True\n? Products.ListMultipleSelect(\"\")\nextend\nskip\nskip\n"
+      "toggle\nok\n? Products.FastList\ntab 2\nsearch O'Brien\nsort 1\nfield 2\nclear\nok\nclose\n"
+      "? Products.CreateNewProduct(\"NEW\")\nA screw\n");
+  EXPECT_NE(output.find("\";S1;S2;BOLT;\"\n"), std::string::npos) << output;
+  EXPECT_NE(output.find("Product Information, search description \"\""), std::string::npos);
+  EXPECT_NE(
+      output.find("[?] Manufacturing: Enter a description for item NEW. A screw\n\"A screw\""),
+      std::string::npos);
 }
 
 }  // namespace

@@ -1,0 +1,58 @@
+// One object of each class, and its members by name.
+#ifndef ARD_CONSOLE_CLASSES_H_
+#define ARD_CONSOLE_CLASSES_H_
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "accounts/customers.h"
+#include "database/seam.h"
+#include "engine/seam.h"
+#include "products/products.h"
+
+namespace ard::console {
+
+// What the objects work on; the database may be null.
+struct Stores {
+  std::shared_ptr<engine::Workspace> workspace;
+  std::shared_ptr<database::Connection> database;
+};
+
+using Arguments = std::vector<Value>;
+
+// A part of what a call answers: its result, without a name, or a named output.
+struct Answer {
+  std::wstring_view name;
+  Value value;
+};
+
+struct Member {
+  std::wstring_view class_name;
+  std::wstring_view name;
+  std::vector<std::wstring_view> parameters;  // those that are passed in
+  std::vector<Value> defaults;                // of the last ones, which may be left out
+  std::function<std::vector<Answer>(Arguments&)> call;
+  std::function<void(Value)> put = nullptr;  // of a property
+};
+
+class Classes {
+ public:
+  Classes(Environment& environment, const Stores& stores);
+
+  const std::vector<Member>& members() const { return members_; }
+
+ private:
+  void AddContext(PublicClass& object, const Stores& stores);
+  void AddCustomers();
+  void AddProducts();
+
+  accounts::Customers customers_;
+  products::Products products_;
+  std::vector<Member> members_;
+};
+
+}  // namespace ard::console
+
+#endif  // ARD_CONSOLE_CLASSES_H_
