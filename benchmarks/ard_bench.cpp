@@ -11,22 +11,21 @@
 #include "accounts/customers.h"
 #include "benchmarks/timing.h"
 #include "dialogs/fast_select.h"
+#include "dialogs/product_dialog.h"
 #include "engine/seam.h"
-#include "frame/environment.h"
+#include "frame/decimal.h"
+#include "frame/error.h"
 #include "frame/text.h"
-#include "simulator/simulator.h"
+#include "host_database/odbc_connection.h"
+#include "products/products.h"
+#include "simulator/testing/company_builder.h"
+#include "testing/scripted_environment.h"
 
 namespace ard::benchmarks {
 namespace {
 
 constexpr double kTargetRatio = 1.10;
 constexpr double kTargetOpening = 1e6;  // nanoseconds, whatever the size of the ledger
-
-class NobodyThere : public Environment {
- public:
-  void ShowMessage(Icon, std::wstring_view, std::wstring_view) override {}
-  void Show(dialogs::SelectDialog&) override {}
-};
 
 std::wstring NameByHand(engine::Workspace& workspace, std::wstring_view acc_ref) {
   const auto record = workspace.CreateRecord(L"SalesRecord");
@@ -50,10 +49,25 @@ std::vector<std::wstring> CustomerRefs(engine::Workspace& workspace) {
   return refs;
 }
 
+// Times both ways, and counts what each asks of the engine in one call.
+template <class HandWritten, class Library>
+bool CompareCalls(const char* operation, simulator::Simulator& engine, HandWritten&& by_hand,
+                  Library&& by_library) {
+  const auto operations_of = [&](auto& action) {
+    const std::int64_t before = engine.operations();
+    action();
+    return engine.operations() - before;
+  };
+  const std::int64_t operations_by_hand = operations_of(by_hand);
+  const std::int64_t operations_by_library = operations_of(by_library);
+  return Report(operation, Compare(by_hand, by_library), kTargetRatio, operations_by_hand,
+                operations_by_library);
+}
+
 bool LookUpNames(const char* company) {
   const auto simulator = simulator::Simulator::Open(company);
   const auto workspace = simulator->workspace();
-  NobodyThere environment;
+  testing::ScriptedEnvironment environment;
   accounts::Customers customers(environment);
   customers.context().workspace = workspace;
 
@@ -72,24 +86,184 @@ bool LookUpNames(const char* company) {
     std::printf("The two ways give different names.\n");
     return false;
   }
-  const auto operations_of = [&](const auto& action) {
-    const std::int64_t before = simulator->operations();
-    action();
-    return simulator->operations() - before;
-  };
-  const std::int64_t operations_by_hand = operations_of([&] { NameByHand(*workspace, refs[0]); });
-  const std::int64_t operations_by_library = operations_of([&] { customers.GetName(refs[0]); });
-
-  PrintComparisonHeader();
-  return Report("Customers.GetName, native", Compare(by_hand, by_library), kTargetRatio,
-                operations_by_hand, operations_by_library) &&
+  return CompareCalls("Customers.GetName, native", *simulator, by_hand, by_library) &&
          characters > 0;
+}
+
+double FreeStockByHand(engine::Workspace& workspace, std::wstring_view stock_code) {
+  const auto index = workspace.CreateIndex(L"StockIndex");
+  const auto data = workspace.CreateDataFile(L"StockData");
+  index->Open(engine::Mode::kQuery);
+  data->Open(engine::Mode::kQuery);
+  double free = 0;
+  index->SetKey(stock_code);
+  if (index->Find(engine::Match::kExact) && data->Read(index->RecordNumber())) {
+    const auto fields = data->GetFields();
+    const double in_stock = fields->Item(L"QTY_IN_STOCK")->GetValue().ToDouble();
+    free = ExactDifference(in_stock, fields->Item(L"QTY_ALLOCATED")->GetValue().ToDouble());
+  }
+  index->Close();
+  data->Close();
+  return free;
+}
+
+double SpecialPriceByHand(engine::Workspace& workspace, std::wstring_view stock_code,
+                          std::wstring_view acc_ref) {
+  try {
+    return workspace.CreatePricing()->CustomerUnitPrice(acc_ref, stock_code);
+  } catch (const Error&) {
+    // This engine has no pricing service.
+  }
+  const auto stock = workspace.CreateRecord(L"StockRecord");
+  const auto stock_fields = stock->GetFields();
+  stock_fields->Item(L"STOCK_CODE")->SetValue(stock_code);
+  if (!stock->Find(engine::Match::kExact)) return 0;
+  const double selling = stock_fields->Item(L"SALES_PRICE")->GetValue().ToDouble();
+  const double cost = stock_fields->Item(L"LAST_PURCHASE_PRICE")->GetValue().ToDouble();
+  const auto entry = workspace.CreateRecord(L"PriceRecord");
+  const auto customer = workspace.CreateRecord(L"SalesRecord");
+  const auto fields = entry->GetFields();
+  const auto code = fields->Item(L"Stock_Code");
+  do {
+    if (Trimmed(code->GetValue().ToText()) != stock_code) continue;
+    if (fields->Item(L"Type")->GetValue().ToInteger() != 83) continue;
+    if (Trimmed(fields->Item(L"Ext_Ref")->GetValue().ToText()) != acc_ref) continue;
+    const std::int16_t type = fields->Item(L"Discount_Type")->GetValue().ToInteger();
+    const double value = fields->Item(L"Value")->GetValue().ToDouble();
+    return type == 0 ? value : cost + value;
+  } while (entry->MoveNext());
+  return selling;
+}
+
+bool AskAboutProducts() {
+  constexpr int kEntries = 1000;
+  simulator::CompanyBuilder builder;
+  builder.Customer(L"ABC").Product(
+      L"BOLT", {{L"SALES_PRICE", 5.0}, {L"QTY_IN_STOCK", 10.3}, {L"QTY_ALLOCATED", 10.1}});
+  for (int i = 1; i <= kEntries; ++i) {
+    const std::wstring code = i < kEntries ? L"NUT" + std::to_wstring(i) : L"BOLT";
+    builder.Record(L"PriceData", {{L"TYPE", std::int16_t{83}},
+                                  {L"EXT_REF", L"ABC"},
+                                  {L"STOCK_CODE", code},
+                                  {L"VALUE", 4.0}});
+  }
+  const auto simulator = builder.Build();
+  const auto workspace = simulator->workspace();
+  testing::ScriptedEnvironment environment;
+  products::Products products(environment);
+  products.context().workspace = workspace;
+  if (products.GetFreeStock(L"BOLT") != 0.2 || products.GetSpecialPrice(L"BOLT", L"ABC") != 4) {
+    std::printf("The library's own answers are wrong.\n");
+    return false;
+  }
+
+  double sum = 0;
+  const bool free_stock_met = CompareCalls(
+      "Products.GetFreeStock", *simulator, [&] { sum += FreeStockByHand(*workspace, L"BOLT"); },
+      [&] { sum += products.GetFreeStock(L"BOLT"); });
+  const bool price_met = CompareCalls(
+      "Products.GetSpecialPrice, 1,000 entries", *simulator,
+      [&] { sum += SpecialPriceByHand(*workspace, L"BOLT", L"ABC"); },
+      [&] { sum += products.GetSpecialPrice(L"BOLT", L"ABC"); });
+  return free_stock_met && price_met && sum > 0;
+}
+
+// A page of the dialog's first list: from the index and the data file.
+std::size_t StockPageByHand(engine::IndexObject& index, engine::DataFileObject& data,
+                            std::int32_t first, std::int32_t count) {
+  std::vector<dialogs::Row> rows;
+  const auto fields = data.GetFields();
+  const auto code = fields->Item(L"STOCK_CODE");
+  const auto description = fields->Item(L"DESCRIPTION");
+  const auto deleted = fields->Item(L"DELETED_FLAG");
+  index.MoveTo(first);
+  for (std::int32_t position = first; position < first + count; ++position) {
+    if (data.Read(index.RecordNumber()) && !deleted->GetValue().ToBoolean()) {
+      std::wstring text = code->GetValue().ToText();
+      text += L'\t';
+      text += description->GetValue().ToText();
+      rows.push_back({position, std::move(text), dialogs::kDefaultColor});
+    }
+    if (!index.MoveNext()) break;
+  }
+  return rows.size();
+}
+
+// And one of the second: from the recordset.
+std::size_t InfoPageByHand(database::RecordsetObject& recordset, std::int32_t first,
+                           std::int32_t count) {
+  std::vector<dialogs::Row> rows;
+  recordset.SetAbsolutePosition(first);
+  for (std::int32_t row = first; row < first + count && !recordset.Eof(); ++row) {
+    std::wstring text = recordset.GetValue(0).ToText();
+    text += L'\t';
+    text += recordset.GetValue(1).ToText();
+    rows.push_back({row, std::move(text), dialogs::kDefaultColor});
+    recordset.MoveNext();
+  }
+  return rows.size();
+}
+
+bool PageThroughProducts() {
+  constexpr std::int32_t kProducts = 1'000'000;
+  constexpr std::int32_t kInfoRows = 100'000;
+  constexpr std::int32_t kPage = 20;
+  const auto simulator = simulator::Simulator::OpenSynthetic(0, kProducts);
+  const auto database =
+      std::make_shared<host_database::OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+  database->Execute(
+      L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30), "
+      L"Description VARCHAR(60))");
+  database->Execute(
+      L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
+      L" INSERT INTO ProdInfoStockFields SELECT printf('P%06d', i), 'Made up' FROM n");
+  testing::ScriptedEnvironment environment;
+  Context context(environment);
+  context.workspace = simulator->workspace();
+  context.database = database;
+
+  const auto index = context.workspace->CreateIndex(L"StockIndex");
+  const auto data = context.workspace->CreateDataFile(L"StockData");
+  index->Open(engine::Mode::kRead);
+  data->Open(engine::Mode::kRead);
+  const auto recordset = database->Open(dialogs::kProductInfoQuery, database::Cursor::kStatic,
+                                        database::Lock::kReadOnly);
+  dialogs::ProductDialog dialog(context, {});
+  dialog.Load(kProducts);
+  dialog.stock_list().SetPageSize(kPage);
+  dialog.info_list().SetPageSize(kPage);
+
+  // Page after page, so that none is there already.
+  std::size_t rows = 0;
+  const auto next = [](std::int32_t& top, std::int32_t end) {
+    top = top + kPage < end - kPage ? top + kPage : 1;
+    return top;
+  };
+  bool met = CompareCalls(
+      "frmFastSelectProduct, stock page", *simulator,
+      [&, top = std::int32_t{1}]() mutable {
+        rows += StockPageByHand(*index, *data, next(top, kProducts), kPage);
+      },
+      [&, top = std::int32_t{1}]() mutable {
+        dialog.stock_list().ScrollTo(next(top, kProducts));
+        rows += dialog.stock_list().rows().size();
+      });
+  met &= CompareCalls(
+      "frmFastSelectProduct, information page", *simulator,
+      [&, top = std::int32_t{1}]() mutable {
+        rows += InfoPageByHand(*recordset, next(top, kInfoRows), kPage);
+      },
+      [&, top = std::int32_t{1}]() mutable {
+        dialog.info_list().ScrollTo(next(top, kInfoRows));
+        rows += dialog.info_list().rows().size();
+      });
+  return met && rows > 0;
 }
 
 // The cost of one opening, up to the first page.
 bool OpenList(std::int32_t accounts) {
   const auto simulator = simulator::Simulator::OpenSynthetic(accounts);
-  NobodyThere environment;
+  testing::ScriptedEnvironment environment;
   Context context(environment);
   context.workspace = simulator->workspace();
 
@@ -131,9 +305,12 @@ bool OpenLists() {
 int main(int count, char** arguments) {
   try {
     const char* company = count > 1 ? arguments[1] : ARD_DEMO_COMPANY;
-    const bool names_met = ard::benchmarks::LookUpNames(company);
-    const bool lists_met = ard::benchmarks::OpenLists();
-    return names_met && lists_met ? 0 : 1;
+    ard::benchmarks::PrintComparisonHeader();
+    bool met = ard::benchmarks::LookUpNames(company);
+    met &= ard::benchmarks::AskAboutProducts();
+    met &= ard::benchmarks::PageThroughProducts();
+    met &= ard::benchmarks::OpenLists();
+    return met ? 0 : 1;
   } catch (const std::exception& error) {
     std::printf("%s\n", error.what());
     return 1;

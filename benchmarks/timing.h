@@ -61,7 +61,7 @@ Comparison Compare(HandWritten&& hand_written, Library&& library) {
 }
 
 inline void PrintComparisonHeader() {
-  std::printf("%-34s %16s %12s %7s %7s  %s\n", "operation", "hand-written ns", "library ns",
+  std::printf("%-40s %16s %12s %7s %7s  %s\n", "operation", "hand-written ns", "library ns",
               "ratio", "target", "engine operations");
 }
 
@@ -69,7 +69,7 @@ inline void PrintComparisonHeader() {
 inline bool Report(const char* operation, const Comparison& times, double target,
                    std::int64_t operations_by_hand, std::int64_t operations_by_library) {
   const bool met = times.ratio() <= target && operations_by_hand == operations_by_library;
-  std::printf("%-34s %16.0f %12.0f %7.3f %7.2f  %" PRId64 " and %" PRId64 "%s\n", operation,
+  std::printf("%-40s %16.0f %12.0f %7.3f %7.2f  %" PRId64 " and %" PRId64 "%s\n", operation,
               times.hand_written, times.ours, times.ratio(), target, operations_by_hand,
               operations_by_library, met ? "" : "   MISSED");
   return met;
