@@ -24,8 +24,7 @@ using windows::LateBound;
 
 constexpr std::wstring_view kDatabase = L"Driver=SQLite3;Database=:memory:";
 constexpr const wchar_t* kCommands[] = {
-    L"CREATE TABLE Stock (Code VARCHAR(10), Description TEXT, Price REAL, Made TIMESTAMP, "
-    L"Held INTEGER, Old BIT)",
+    L"CREATE TABLE Stock (Code TEXT, Note TEXT, Price REAL, Made TIMESTAMP, Held INTEGER, Old BIT)",
     L"INSERT INTO Stock VALUES ('B2', 'Brass ''O'' ring \x20ac', 2.5, '2026-11-21 06:00:00', 7, 1)",
     L"INSERT INTO Stock VALUES ('a1', '\x00c4rmel', -1.25, NULL, 9, 0)",
     L"INSERT INTO Stock VALUES ('b1', NULL, NULL, '1899-12-29 12:00:00', -3, NULL)",
