@@ -92,6 +92,7 @@ TEST_F(HostDatabaseTest, CellsHaveTheValuesAndFieldTypesOfTheirColumns) {
       {L"BIT", L"0", database::kBoolean, false},
       {L"DATE", L"'2026-11-21'", database::kDbDate, Date{46347}},
       {L"TIMESTAMP", L"'2026-11-21 06:00:00'", database::kDbTimestamp, Date{46347.25}},
+      {L"TIMESTAMP", L"'2026-11-21 00:00:00'", database::kDbTimestamp, Date{46347}},
       {L"TIMESTAMP", L"'1899-12-29 06:00:00'", database::kDbTimestamp, Date{-1.25}},
       {L"TIME", L"'18:00:00'", database::kDbTime, Date{0.75}},
       {L"VARCHAR(9)", L"'\x00e4\x20ac \U0001F600'", 202, L"\x00e4\x20ac \U0001F600"},
@@ -214,6 +215,9 @@ TEST_F(HostDatabaseTest, RowsAreSortedStablyWithNullFirst) {
   EXPECT_EQ(Rest(*rows), L"B2 A2");
   rows->SetSort(L"Code");
   EXPECT_EQ(Rest(*rows), L"A2 B2");
+  EXPECT_EQ(rows->AbsolutePosition(), -3);
+  rows->MoveFirst();
+  EXPECT_EQ(rows->AbsolutePosition(), 1);
 }
 
 TEST_F(HostDatabaseTest, WhatCannotBeDoneHasAdosNumber) {
