@@ -2,7 +2,7 @@
 
 #include <olectl.h>
 
-#include <deque>
+#include <iterator>
 #include <new>
 #include <string>
 #include <string_view>
@@ -14,27 +14,9 @@ namespace {
 
 const std::wstring kClassesKey = L"Software\\Classes\\";
 
-// There is one for each class, and it is never deleted.
-class Factory final : public IClassFactory {
+class Factory final : public windows::ComObject<IClassFactory> {
  public:
-  explicit Factory(const ServedClass& served) : served_(served) {}
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (!object) return E_POINTER;
-    const bool known = iid == IID_IClassFactory || iid == IID_IUnknown;
-    *object = known ? this : nullptr;
-    if (!known) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override {
-    ++module_references;
-    return 2;
-  }
-  ULONG STDMETHODCALLTYPE Release() override {
-    --module_references;
-    return 1;
-  }
+  explicit Factory(const ServedClass& served) : served_(served) { ++module_references; }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
     if (!object) return E_POINTER;
@@ -52,22 +34,16 @@ class Factory final : public IClassFactory {
   }
 
  private:
+  ~Factory() override { --module_references; }
+
   const ServedClass& served_;
 };
-
-Factory* FactoryOf(REFCLSID class_id) {
-  static std::deque<Factory> factories(ServedClasses().begin(), ServedClasses().end());
-  for (std::size_t i = 0; i < factories.size(); ++i) {
-    if (ServedClasses()[i].class_id == class_id) return &factories[i];
-  }
-  return nullptr;
-}
 
 std::wstring ModulePath() {
   HMODULE module = nullptr;
   GetModuleHandleExW(
       GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-      reinterpret_cast<const wchar_t*>(&FactoryOf), &module);
+      reinterpret_cast<const wchar_t*>(&module_references), &module);
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
     const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
@@ -124,8 +100,13 @@ HRESULT Unregister(HKEY root) {
 using namespace ard::simulator;  // NOLINT(google-build-using-namespace): the exports of the DLL
 
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID iid, void** object) {
-  if (Factory* factory = FactoryOf(class_id)) return factory->QueryInterface(iid, object);
-  if (object) *object = nullptr;
+  if (!object) return E_POINTER;
+  *object = nullptr;
+  for (const ServedClass& served : ServedClasses()) {
+    if (served.class_id != class_id) continue;
+    const auto factory = ComPtr<IClassFactory>::Adopt(new (std::nothrow) Factory(served));
+    return factory ? factory->QueryInterface(iid, object) : E_OUTOFMEMORY;
+  }
   return CLASS_E_CLASSNOTAVAILABLE;
 }
 
