@@ -3,6 +3,7 @@
 #ifndef ARD_DATABASE_RECORDSET_H_
 #define ARD_DATABASE_RECORDSET_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -81,13 +82,13 @@ class Recordset {
  private:
   static constexpr std::wstring_view kName = L"Recordset";
 
-  template <class Action>
-  bool Do(std::wstring_view operation, Action&& action) {
-    return target_ && Attempt(trace_, {kName, operation}, [&] { action(*target_); });
+  template <std::size_t n, class Action>
+  bool Do(const wchar_t (&operation)[n], Action&& action) {
+    return target_ && Attempt(trace_, {kName, {operation, n - 1}}, [&] { action(*target_); });
   }
 
-  template <class Answer, class Action>
-  Answer Ask(std::wstring_view operation, Answer neutral, Action&& action) {
+  template <class Answer, std::size_t n, class Action>
+  Answer Ask(const wchar_t (&operation)[n], Answer neutral, Action&& action) {
     Do(operation, [&](RecordsetObject& recordset) { neutral = action(recordset); });
     return neutral;
   }

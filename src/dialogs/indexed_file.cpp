@@ -100,11 +100,12 @@ bool IndexedFile::ReadCurrentEntry() {
 
 std::wstring IndexedFile::RowText() {
   std::wstring text;
+  columns_.front().Get(text);
   std::wstring cell;
-  for (Column& column : columns_) {
-    if (&column != &columns_.front()) text += L'\t';
+  for (std::size_t i = 1; i < columns_.size(); ++i) {
     cell.clear();
-    column.Get(cell);
+    columns_[i].Get(cell);
+    text += L'\t';
     text += cell;
   }
   return text;

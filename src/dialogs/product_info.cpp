@@ -46,10 +46,10 @@ bool ProductInfo::Sort(std::size_t column, SortOrder order) {
 }
 
 std::wstring ProductInfo::RowText() {
-  std::wstring text;
+  std::wstring text = fields_.empty() ? std::wstring() : CellText(0);
   const auto count = static_cast<std::int32_t>(fields_.size());
-  for (std::int32_t field = 0; field < count; ++field) {
-    if (field > 0) text += L'\t';
+  for (std::int32_t field = 1; field < count; ++field) {
+    text += L'\t';
     text += CellText(field);
   }
   return text;

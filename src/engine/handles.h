@@ -6,6 +6,7 @@
 #ifndef ARD_ENGINE_HANDLES_H_
 #define ARD_ENGINE_HANDLES_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -19,6 +20,10 @@
 #include "frame/text.h"
 
 namespace ard::engine {
+
+// The operations of objects with fields, in the trace.
+inline constexpr std::wstring_view kCreate = L"CreateRecordObject";
+inline constexpr std::wstring_view kFields = L"Fields";
 
 // Asks Get for text without its surrounding blanks.
 struct TrimmedTag {};
@@ -42,7 +47,7 @@ class Handle {
   template <class Create>
   Handle(const Context& context, std::wstring_view name, Create create)
       : Handle(context.trace(), name, std::unique_ptr<Target>()) {
-    Attempt(trace_, {name, L"CreateRecordObject"}, [&] {
+    Attempt(trace_, {name, kCreate}, [&] {
       if (!context.workspace) throw Error(kErrorFailed, L"No workspace has been set.");
       target_ = std::invoke(create, *context.workspace, name);
     });
@@ -52,14 +57,15 @@ class Handle {
       : trace_(trace), name_(name), target_(std::move(target)) {}
   ~Handle() = default;
 
-  template <class Action>
-  bool Do(std::wstring_view operation, Action&& action) {
-    return target_ && Attempt(trace_, {name_, operation}, [&] { action(*target_); });
+  // Operations are literals: their lengths are not counted at every call.
+  template <std::size_t n, class Action>
+  bool Do(const wchar_t (&operation)[n], Action&& action) {
+    return target_ && Attempt(trace_, {name_, {operation, n - 1}}, [&] { action(*target_); });
   }
 
   // Runs a step that has an answer; gives the neutral one when it fails.
-  template <class Answer, class Action>
-  Answer Ask(std::wstring_view operation, Action&& action) {
+  template <class Answer, std::size_t n, class Action>
+  Answer Ask(const wchar_t (&operation)[n], Action&& action) {
     Answer answer{};
     Do(operation, [&](Target& target) { answer = action(target); });
     return answer;
@@ -98,7 +104,7 @@ class FieldsHandle : public Handle<Target> {
     std::int32_t count = 0;
     this->Do(L"Fields.Count", [&](Target&) { count = Collection().Count(); });
     for (std::int32_t position = 1; position <= count; ++position) {
-      Attempt(this->trace_, {this->name_, L"Fields", L"by position"}, [&] {
+      Attempt(this->trace_, {this->name_, kFields, L"by position"}, [&] {
         const std::unique_ptr<Field> item = Item(position);
         action(position, *item);
       });
@@ -126,7 +132,7 @@ class FieldsHandle : public Handle<Target> {
 
   template <class Action>
   bool WithField(std::wstring_view field, Action&& action) {
-    return this->target_ && Attempt(this->trace_, {this->name_, L"Fields", field}, [&] {
+    return this->target_ && Attempt(this->trace_, {this->name_, kFields, field}, [&] {
              const std::unique_ptr<Field> item = Item(field);
              action(*item);
            });
@@ -298,7 +304,7 @@ class Column {
 
   template <class T>
   bool Get(T& out) {
-    return owner_.exists() && Attempt(owner_.trace(), {owner_.name(), L"Fields", name_}, [&] {
+    return owner_.exists() && Attempt(owner_.trace(), {owner_.name(), kFields, name_}, [&] {
              if (!item_) item_ = owner_.Item(name_);
              Convert(item_->GetValue(), out);
            });
