@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <set>
@@ -258,6 +260,63 @@ TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
       ASSERT_EQ(Shown(), expected);
       ASSERT_TRUE(Selected() == 0 || !source_.deleted.contains(Selected()));
       ASSERT_LE(Selected(), count);
+    }
+  }
+}
+
+// A multiple selection is what a plain set of positions would hold.
+TEST_F(ListModelTest, MultipleSelectionIsASetOfPositions) {
+  list_.SetMultiple();
+  std::mt19937 random(19991231);
+  const auto upto = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  constexpr void (ListModel::*kMoves[])(Pick) = {
+      &ListModel::LineUp,   &ListModel::LineDown, &ListModel::PageUp, &ListModel::PageDown,
+      &ListModel::LineDown, &ListModel::Home,     &ListModel::End};
+  for (int round = 0; round < 50; ++round) {
+    source_.deleted.clear();
+    const std::int32_t count = 1 + upto(200);
+    for (int i = 0; i < count / 3; ++i) source_.deleted.insert(1 + upto(count));
+    Start(count, 1 + upto(15));
+    std::set<std::int32_t> expected;
+    std::int32_t anchor = 0;
+    for (int step = 0; step < 100; ++step) {
+      const auto pick = static_cast<Pick>(upto(4));
+      if (upto(3) > 0) {
+        (list_.*kMoves[upto(std::size(kMoves))])(pick);
+      } else if (list_.rows().empty()) {
+        continue;
+      } else {
+        list_.SelectRow(static_cast<std::size_t>(upto(static_cast<int>(list_.rows().size()))),
+                        pick);
+      }
+      const std::int32_t cursor = Selected();
+      if (cursor == 0) {  // it stands on a deleted entry: start over from a known state
+        list_.SetRowCount(count);
+        expected.clear();
+        anchor = 0;
+        continue;
+      }
+      if (pick == Pick::kOnly) expected = {cursor};
+      if (pick == Pick::kToggle && !expected.erase(cursor)) expected.insert(cursor);
+      if (pick == Pick::kOnly || pick == Pick::kToggle) anchor = cursor;
+      if (pick == Pick::kExtend) {
+        if (anchor == 0) anchor = cursor;
+        expected.clear();
+        for (std::int32_t p = std::min(anchor, cursor); p <= std::max(anchor, cursor); ++p) {
+          if (!source_.deleted.contains(p)) expected.insert(p);
+        }
+      }
+      std::set<std::int32_t> picked;
+      std::int32_t last = 0;
+      for (const Row& row : list_.SelectedRows()) {
+        ASSERT_GT(row.position, last);  // in the order of the list
+        picked.insert(last = row.position);
+      }
+      ASSERT_EQ(picked, expected);
+      ASSERT_EQ(list_.HasSelection(), !expected.empty());
+      for (const Row& row : list_.rows()) {
+        ASSERT_EQ(list_.IsSelected(row), expected.contains(row.position));
+      }
     }
   }
 }
