@@ -4,6 +4,7 @@
 #define ARD_SIMULATOR_FAULT_PLAN_H_
 
 #include <cstdint>
+#include <cstdlib>
 
 #include "frame/error.h"
 
@@ -20,9 +21,15 @@ class FaultPlan {
     persist_ = persist;
   }
 
+  // The process ends, without any clean-up, in place of operation `n` from now.
+  void CrashAt(std::int64_t n) {
+    Reset();
+    crash_at_ = n;
+  }
+
   // Called by every operation before it does anything. Throws Error when it is to fail.
   void Operation() {
-    ++operations_;
+    if (++operations_ == crash_at_) std::_Exit(EXIT_FAILURE);
     if (first_ == 0 || operations_ < first_ || (operations_ > first_ && !persist_)) return;
     ++failed_;
     throw Error(kErrorFailed, L"The operation failed as requested.");
@@ -33,6 +40,7 @@ class FaultPlan {
   std::int64_t failed() const { return failed_; }
 
  private:
+  std::int64_t crash_at_ = 0;
   std::int64_t first_ = 0;
   bool persist_ = false;
   std::int64_t operations_ = 0;

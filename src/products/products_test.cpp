@@ -1,8 +1,12 @@
 #include "products/products.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -403,6 +407,48 @@ TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {
               {L"QTY_SOLD_MTH12", L"0"}, {L"BUDGET_SALES_BF", L"0"}};
   for (const auto& c : kept) EXPECT_EQ(Stored(L"NEW", c.field), c.value) << c.field;
   EXPECT_EQ(Stored(L"OLD", L"QTY_IN_STOCK"), L"5");
+}
+
+// The text of the record in the table's file; "" when there is none.
+std::string RecordLine(const std::filesystem::path& table, const std::string& code) {
+  std::ifstream file(table);
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with(code + "\t")) return line;
+  }
+  return "";
+}
+
+TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::temp_directory_path() / ("copy" + std::to_string(getpid()));
+  fs::create_directory(folder);
+  const fs::path table = folder / "StockData.table";
+  int left_out = 0;
+  for (std::int64_t n = 1;; ++n) {
+    std::ofstream(table) << "STOCK_CODE:text(8)\tDESCRIPTION:text(20)\tSALES_PRICE:double\t"
+                            "QTY_IN_STOCK:double\tLAST_SALE_DATE:date\n"
+                            "OLD\tOld one\t12.5\t7\t2026-01-02\n";
+    const pid_t host = fork();
+    if (host == 0) {
+      const auto engine = Simulator::Open(folder);
+      products_.context().workspace = engine->workspace();
+      engine->faults().CrashAt(n);
+      _exit(products_.CopyProduct(L"OLD", L"NEW", L"New one") ? 0 : 2);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(host, &status, 0), host);
+    const auto engine = Simulator::Open(folder);  // throws when the table is no table
+    const std::string copy = RecordLine(table, "NEW");
+    EXPECT_EQ(RecordLine(table, "OLD"), "OLD\tOld one\t12.5\t7\t2026-01-02");
+    EXPECT_TRUE(copy.empty() || copy == "NEW\tNew one\t12.5\t0\t") << n << ": " << copy;
+    left_out += copy.empty() ? 1 : 0;
+    if (status == 0) {
+      EXPECT_FALSE(copy.empty());
+      break;
+    }
+  }
+  EXPECT_GT(left_out, 100);
+  fs::remove_all(folder);
 }
 
 TEST_F(ProductsTest, AllocationNeedsFreeStock) {
