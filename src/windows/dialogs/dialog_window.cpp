@@ -1,5 +1,7 @@
 #include "windows/dialogs/dialog_window.h"
 
+#include <cstddef>
+
 #include "frame/error.h"
 
 namespace ard::windows {
@@ -32,10 +34,18 @@ void Place(HWND window, int x, int y, int width, int height) {
   SetWindowPos(window, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+std::wstring TextOf(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(
+      static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
 HWND CreateControl(HWND parent, const Control& control) {
-  const HWND window = CreateWindowExW(
-      0, control.window_class, control.text, WS_CHILD | WS_VISIBLE | control.style, 0, 0, 0, 0,
-      parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(control.id)), nullptr, nullptr);
+  const HWND window =
+      CreateWindowExW(control.extended_style, control.window_class, control.text,
+                      WS_CHILD | WS_VISIBLE | control.style, 0, 0, 0, 0, parent,
+                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(control.id)), nullptr, nullptr);
   if (!window) ThrowNoWindow();
   return window;
 }

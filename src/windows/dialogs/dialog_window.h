@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <optional>
+#include <string>
 
 namespace ard::windows {
 
@@ -27,12 +28,15 @@ SIZE ClientOf(HWND window);
 
 void Place(HWND window, int x, int y, int width, int height);
 
+std::wstring TextOf(HWND window);
+
 // A control in `parent`. Throws Error when it cannot be created.
 struct Control {
   const wchar_t* window_class;
   const wchar_t* text;
   DWORD style;
   int id = 0;
+  DWORD extended_style = 0;
 };
 HWND CreateControl(HWND parent, const Control& control);
 

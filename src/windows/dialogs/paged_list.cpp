@@ -20,7 +20,7 @@ constexpr int kLastColumnCharacters = 8;
 
 struct NavigationKey {
   WPARAM key;
-  void (ListModel::*move)();
+  void (ListModel::*move)(dialogs::Pick);
 };
 constexpr NavigationKey kNavigationKeys[] = {
     {VK_UP, &ListModel::LineUp},    {VK_DOWN, &ListModel::LineDown},
@@ -367,7 +367,7 @@ bool PagedList::HandleKey(WPARAM key) {
   const auto* entry = std::find_if(std::begin(kNavigationKeys), std::end(kNavigationKeys),
                                    [&](const NavigationKey& k) { return k.key == key; });
   if (entry == std::end(kNavigationKeys)) return false;
-  Do([&] { (model_.*entry->move)(); });
+  Do([&] { (model_.*entry->move)(dialogs::Pick::kOnly); });
   return true;
 }
 

@@ -1,19 +1,11 @@
 #include "windows/engine/dispatch_call.h"
 
-#include <iterator>
+#include "windows/system_error.h"
 
 namespace ard::windows {
 namespace {
 
 constexpr LCID kLocale = LOCALE_USER_DEFAULT;
-
-std::wstring SystemText(HRESULT result) {
-  wchar_t text[512];
-  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                static_cast<DWORD>(result), 0, text, std::size(text), nullptr);
-  while (length > 0 && text[length - 1] <= L' ') --length;
-  return length > 0 ? std::wstring(text, length) : L"The automation call failed.";
-}
 
 // Throws what a server says about a failing call of its own.
 [[noreturn]] void ThrowException(EXCEPINFO& info) {
@@ -31,7 +23,7 @@ DISPID LateBound::LookUp(const wchar_t* name) const {
   auto* text = const_cast<LPOLESTR>(name);
   DISPID id = DISPID_UNKNOWN;
   const HRESULT result = object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);
-  if (FAILED(result)) throw Error(result, SystemText(result));
+  if (FAILED(result)) throw SystemError(result);
   return id;
 }
 
@@ -42,7 +34,7 @@ void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* r
                                           &exception, &wrong_argument);
   if (SUCCEEDED(outcome)) return;
   if (outcome == DISP_E_EXCEPTION) ThrowException(exception);
-  throw Error(outcome, SystemText(outcome));
+  throw SystemError(outcome);
 }
 
 }  // namespace ard::windows

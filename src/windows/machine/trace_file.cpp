@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "windows/machine/registry.h"
+
 namespace ard::windows {
 namespace {
 
@@ -21,17 +23,8 @@ std::wstring FromEnvironment() {
 }
 
 std::wstring FromRegistry(HKEY root) {
-  DWORD bytes = 0;
-  if (RegGetValueW(root, kKey, kName, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) != ERROR_SUCCESS) {
-    return {};
-  }
-  std::wstring value(bytes / sizeof(wchar_t), L'\0');
-  if (RegGetValueW(root, kKey, kName, RRF_RT_REG_SZ, nullptr, value.data(), &bytes) !=
-      ERROR_SUCCESS) {
-    return {};
-  }
-  value.resize(value.find(L'\0'));
-  return value;
+  std::wstring value;
+  return ReadRegistryText(root, kKey, kName, value) == ERROR_SUCCESS ? value : std::wstring();
 }
 
 std::wstring TracePath() {

@@ -2,9 +2,11 @@
 
 #include <string>
 
-#include "dialogs/select_dialog.h"
+#include "dialogs/product_dialog.h"
 #include "windows/dialogs/activation_context.h"
+#include "windows/dialogs/input_window.h"
 #include "windows/dialogs/select_window.h"
+#include "windows/machine/settings.h"
 #include "windows/machine/trace_file.h"
 
 namespace ard::windows {
@@ -37,9 +39,36 @@ void WindowsEnvironment::ShowMessage(Icon icon, std::wstring_view text, std::wst
               MB_OK | kind | (owner ? 0 : MB_TASKMODAL));
 }
 
+std::wstring WindowsEnvironment::InputBox(std::wstring_view prompt, std::wstring_view title) {
+  InputWindow window(prompt, title);
+  Run(window);
+  return window.text();
+}
+
 void WindowsEnvironment::Show(dialogs::SelectDialog& dialog) {
-  SelectWindow(dialog).Run(module_);
+  SelectWindow window(dialog);
+  Run(window);
+}
+
+void WindowsEnvironment::Show(dialogs::ProductDialog& dialog) {
+  SelectWindow window(dialog);
+  Run(window);
+}
+
+void WindowsEnvironment::Run(ModalWindow& window) {
+  window.Run(module_);
   RunPendingMessages();
+}
+
+std::wstring WindowsEnvironment::GetSetting(std::wstring_view application,
+                                            std::wstring_view section, std::wstring_view name,
+                                            std::wstring_view otherwise) {
+  return GetUserSetting(application, section, name, otherwise);
+}
+
+void WindowsEnvironment::SaveSetting(std::wstring_view application, std::wstring_view section,
+                                     std::wstring_view name, std::wstring_view value) {
+  SaveUserSetting(application, section, name, value);
 }
 
 }  // namespace ard::windows

@@ -4,11 +4,14 @@
 
 #include <windows.h>
 
+#include <string>
 #include <string_view>
 
 #include "frame/environment.h"
 
 namespace ard::windows {
+
+class ModalWindow;
 
 class WindowsEnvironment : public Environment {
  public:
@@ -19,9 +22,19 @@ class WindowsEnvironment : public Environment {
   // Boxes and windows belong to the calling thread's active window; without one, the thread's
   // windows are disabled meanwhile.
   void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) override;
+  std::wstring InputBox(std::wstring_view prompt, std::wstring_view title) override;
   void Show(dialogs::SelectDialog& dialog) override;
+  void Show(dialogs::ProductDialog& dialog) override;
+
+  // As windows/machine/settings.h says.
+  std::wstring GetSetting(std::wstring_view application, std::wstring_view section,
+                          std::wstring_view name, std::wstring_view otherwise) override;
+  void SaveSetting(std::wstring_view application, std::wstring_view section, std::wstring_view name,
+                   std::wstring_view value) override;
 
  private:
+  void Run(ModalWindow& window);
+
   HINSTANCE module_;
 };
 
