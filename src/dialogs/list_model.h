@@ -83,6 +83,8 @@ class ListModel {
 
   // The page shown: its first position, and its rows (read from the source when needed).
   std::int32_t top() const { return top_; }
+  // The top of the page that ends with the last position.
+  std::int32_t LastTop() const { return TopToEndWith(row_count_); }
   const std::vector<Row>& rows();
 
   // Makes item `position` the selected one and brings it into view. A position outside the list
@@ -142,7 +144,6 @@ class ListModel {
   bool IsInView(std::int32_t position) const;
   // The top of the page that ends with `position`.
   std::int32_t TopToEndWith(std::int32_t position) const;
-  std::int32_t LastTop() const { return TopToEndWith(row_count_); }
   void BringIntoView(std::int32_t position);
   void SetTop(std::int32_t top);
   void Load();

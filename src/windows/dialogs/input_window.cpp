@@ -49,14 +49,8 @@ void InputWindow::Command(int id) {
 }
 
 int InputWindow::PromptHeight() const {
-  RECT area = {0, 0, metrics().X(kWidth - 2 * kMargin), 0};
-  const HDC dc = GetDC(handle());
-  const HGDIOBJ previous = SelectObject(dc, metrics().font());
-  DrawTextW(dc, prompt_text_.c_str(), -1, &area,
-            DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_EDITCONTROL);
-  SelectObject(dc, previous);
-  ReleaseDC(handle(), dc);
-  return static_cast<int>(area.bottom);
+  const int width = metrics().X(kWidth - 2 * kMargin);
+  return static_cast<int>(metrics().TextSize(prompt_text_, width).cy);
 }
 
 }  // namespace ard::windows

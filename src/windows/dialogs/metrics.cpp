@@ -57,6 +57,16 @@ Metrics::Metrics(UINT dpi) : font_(CreateMessageFont(dpi)) {
   base_height_ = static_cast<int>(text.tmHeight);
 }
 
+SIZE Metrics::TextSize(const std::wstring& text, int width) const {
+  RECT area = {0, 0, width, 0};
+  const ScreenDc dc;
+  const HGDIOBJ previous = SelectObject(dc.get(), font_);
+  DrawTextW(dc.get(), text.c_str(), -1, &area,
+            DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_EDITCONTROL);
+  SelectObject(dc.get(), previous);
+  return {area.right, area.bottom};
+}
+
 Metrics::~Metrics() { DeleteObject(font_); }
 
 }  // namespace ard::windows

@@ -5,6 +5,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace ard::windows {
 
 // The DPI at which the system shows `window`; the screen's where windows have none of their own.
@@ -24,7 +26,12 @@ class Metrics {
   int Y(int units) const { return MulDiv(units, base_height_, 8); }
   int Characters(int count) const { return count * base_width_; }
 
+  // Of a text that is broken into lines of that width, as a static control shows it.
+  SIZE TextSize(const std::wstring& text, int width = kNoLimit) const;
+
  private:
+  static constexpr int kNoLimit = 0x7FFF;
+
   HFONT font_;
   int base_width_;
   int base_height_;

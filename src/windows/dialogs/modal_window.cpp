@@ -88,7 +88,7 @@ void ModalWindow::Run(HINSTANCE module) {
   {
     const Modality modality(handle());
     ShowWindow(handle(), SW_SHOWNORMAL);
-    SetFocus(InitialFocus());
+    Focus(InitialFocus());
     Loop();
     if (!finished_) CloseBox();
   }
@@ -130,10 +130,24 @@ void ModalWindow::Loop() {
       if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
-    if (handle() && IsDialogMessageW(handle(), &message)) continue;
+    if (Translate(message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
+}
+
+bool ModalWindow::Translate(MSG& message) {
+  if (!handle()) return false;
+  if (message.message == WM_KEYDOWN && IsChild(handle(), message.hwnd)) {
+    const std::optional<LRESULT> handled =
+        WithoutExceptions([&] { return LRESULT{HandleKey(message.hwnd, message.wParam)}; });
+    if (*handled) return true;
+  }
+  return IsDialogMessageW(handle(), &message) != FALSE;
+}
+
+void ModalWindow::Focus(HWND control) const {
+  SendMessageW(handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
 }
 
 void ModalWindow::Finish() {

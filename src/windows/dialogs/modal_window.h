@@ -45,11 +45,17 @@ class ModalWindow : protected DialogWindow {
   virtual void Command(int id) = 0;  // Enter arrives as IDOK, Esc as IDCANCEL
   virtual void CloseBox() = 0;
   virtual void Wheel(int /*delta*/) {}  // turned over the window or one of its buttons
+  // A key that `control` is about to get; whether it was one for the window as a whole.
+  virtual bool HandleKey(HWND /*control*/, WPARAM /*key*/) { return false; }
 
   // Ends Run, from within any handler.
   void Finish();
 
   const Metrics& metrics() const { return *metrics_; }
+
+  // Sets the focus as the Tab key does: text is selected as a whole.
+  void Focus(HWND control) const;
+  void LayoutClient();
 
   HWND AddButton(int id, const wchar_t* text);
   // Puts the buttons side by side into the lower right corner.
@@ -61,7 +67,7 @@ class ModalWindow : protected DialogWindow {
   void OpenNear(HWND owner);
   void Loop();
   void SetMetrics(UINT dpi);
-  void LayoutClient();
+  bool Translate(MSG& message);
   void LimitSize(MINMAXINFO& limits) const;
 
   Border border_;

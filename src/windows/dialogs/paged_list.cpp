@@ -12,6 +12,7 @@ namespace ard::windows {
 namespace {
 
 using dialogs::ListModel;
+using dialogs::Pick;
 
 // Blank space in a cell beside its text, in dialog units.
 constexpr int kCellPadding = 8;
@@ -20,13 +21,21 @@ constexpr int kLastColumnCharacters = 8;
 
 struct NavigationKey {
   WPARAM key;
-  void (ListModel::*move)(dialogs::Pick);
+  void (ListModel::*move)(Pick);
 };
 constexpr NavigationKey kNavigationKeys[] = {
     {VK_UP, &ListModel::LineUp},    {VK_DOWN, &ListModel::LineDown},
     {VK_PRIOR, &ListModel::PageUp}, {VK_NEXT, &ListModel::PageDown},
     {VK_HOME, &ListModel::Home},    {VK_END, &ListModel::End},
 };
+
+// What a key or click with these keys held down does to a multiple selection.
+Pick PickWith(bool shift, bool control, Pick controlled) {
+  if (shift) return Pick::kExtend;
+  return control ? controlled : Pick::kOnly;
+}
+
+bool IsDown(int key) { return GetKeyState(key) < 0; }
 
 class FlagScope {
  public:
@@ -50,9 +59,10 @@ void PagedList::Create(HINSTANCE module, HWND parent) {
   DialogWindow::Create(module, parent,
                        DS_CONTROL | WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_CLIPCHILDREN,
                        WS_EX_CLIENTEDGE | WS_EX_CONTROLPARENT);
-  list_ = CreateControl(handle(), {WC_LISTVIEWW, L"",
-                                   WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL |
-                                       LVS_SHOWSELALWAYS | LVS_NOSORTHEADER});
+  DWORD style = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS;
+  if (!model_.multiple()) style |= LVS_SINGLESEL;
+  if (!events_.column_click) style |= LVS_NOSORTHEADER;
+  list_ = CreateControl(handle(), {WC_LISTVIEWW, L"", style});
   SetWindowLongPtrW(list_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   list_procedure_ = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ListProcedure)));
@@ -131,6 +141,7 @@ void PagedList::Draw() {
   page_ = model_.rows();
   Send(LVM_SETITEMCOUNT, page_.size(), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
   DrawSelection();
+  DrawSortArrows();
   DrawScrollBar();
   InvalidateRect(list_, nullptr, FALSE);
   UpdateWindow(list_);
@@ -141,11 +152,23 @@ void PagedList::DrawSelection() {
   LVITEMW state = {};
   state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
   Send(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&state));
-  state.state = state.stateMask;
   for (std::size_t i = 0; i < page_.size(); ++i) {
-    if (model_.IsSelected(page_[i])) {
-      Send(LVM_SETITEMSTATE, i, reinterpret_cast<LPARAM>(&state));
-    }
+    state.state = (model_.IsSelected(page_[i]) ? UINT{LVIS_SELECTED} : 0) |
+                  (model_.IsCursor(page_[i]) ? UINT{LVIS_FOCUSED} : 0);
+    if (state.state) Send(LVM_SETITEMSTATE, i, reinterpret_cast<LPARAM>(&state));
+  }
+}
+
+void PagedList::DrawSortArrows() const {
+  constexpr int kArrows[] = {0, HDF_SORTUP, HDF_SORTDOWN};  // by SortOrder
+  for (std::size_t i = 0; i < model_.columns().size(); ++i) {
+    HDITEMW item = {};
+    item.mask = HDI_FORMAT;
+    SendMessageW(Header(), HDM_GETITEMW, i, reinterpret_cast<LPARAM>(&item));
+    const int arrow = kArrows[static_cast<int>(model_.columns()[i].sort)];
+    const int format = (item.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | arrow;
+    if (format == std::exchange(item.fmt, format)) continue;
+    SendMessageW(Header(), HDM_SETITEMW, i, reinterpret_cast<LPARAM>(&item));
   }
 }
 
@@ -154,7 +177,8 @@ void PagedList::DrawScrollBar() const {
   info.cbSize = sizeof(info);
   info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
   info.nMin = 1;
-  info.nMax = std::max(model_.row_count(), 1);
+  // Extra rows can make even a list with fewer positions than a page has rows scroll.
+  info.nMax = model_.LastTop() + model_.page_size() - 1;
   info.nPage = static_cast<UINT>(model_.page_size());
   info.nPos = model_.top();
   SetScrollInfo(handle(), SB_VERT, &info, TRUE);
@@ -266,9 +290,18 @@ std::optional<LRESULT> PagedList::HandleNotification(NMHDR& notification) {
       // Not by mouse or keyboard, which never reach the list view, but by a screen reader.
       const auto& change = *reinterpret_cast<const NMLISTVIEW*>(&notification);
       const bool selected = (change.uNewState & ~change.uOldState & LVIS_SELECTED) != 0;
-      if (selected && change.iItem >= 0) {
-        Do([&] { model_.SelectRow(static_cast<std::size_t>(change.iItem)); });
-      }
+      const bool unselected = (change.uOldState & ~change.uNewState & LVIS_SELECTED) != 0;
+      if (change.iItem < 0 || !(selected || (unselected && model_.multiple()))) return 0;
+      const bool only = selected && Send(LVM_GETSELECTEDCOUNT) == 1;
+      Do([&] {
+        model_.SelectRow(static_cast<std::size_t>(change.iItem),
+                         only ? Pick::kOnly : Pick::kToggle);
+      });
+      return 0;
+    }
+    case LVN_COLUMNCLICK: {
+      const auto& click = *reinterpret_cast<const NMLISTVIEW*>(&notification);
+      Do([&] { events_.column_click(static_cast<std::size_t>(click.iSubItem)); });
       return 0;
     }
     default:
@@ -332,15 +365,16 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
       if (!HandleKey(wparam)) return std::nullopt;
       return 0;
     case WM_CHAR:
-      // Control characters are no text.
-      if (wparam >= L' ') Do([&] { events_.key_press(static_cast<wchar_t>(wparam)); });
+      // Control characters are no text, and the space bar is a key of multiple selection.
+      if (wparam > L' ' || (wparam == L' ' && !model_.multiple()))
+        Do([&] { events_.key_press(static_cast<wchar_t>(wparam)); });
       return 0;
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
-      Click(PointOf(lparam));
+      Click(PointOf(lparam), wparam);
       return 0;
     case WM_LBUTTONDBLCLK:
-      DoubleClick(PointOf(lparam));
+      DoubleClick(PointOf(lparam), wparam);
       return 0;
     case WM_MOUSEWHEEL:
       Wheel(GET_WHEEL_DELTA_WPARAM(wparam));
@@ -364,21 +398,38 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
 }
 
 bool PagedList::HandleKey(WPARAM key) {
+  if (key == VK_SPACE && model_.multiple()) {
+    Do([&] { model_.Toggle(); });
+    return true;
+  }
   const auto* entry = std::find_if(std::begin(kNavigationKeys), std::end(kNavigationKeys),
                                    [&](const NavigationKey& k) { return k.key == key; });
   if (entry == std::end(kNavigationKeys)) return false;
-  Do([&] { (model_.*entry->move)(dialogs::Pick::kOnly); });
+  // Whoever uses the keyboard needs to see the cursor.
+  Send(WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS));
+  const Pick pick = PickWith(IsDown(VK_SHIFT), IsDown(VK_CONTROL), Pick::kNone);
+  Do([&] { (model_.*entry->move)(pick); });
   return true;
 }
 
-void PagedList::Click(POINT point) {
+void PagedList::Click(POINT point, WPARAM keys) {
   SetFocus(list_);
   const int row = RowAt(point);
-  if (row >= 0) Do([&] { model_.SelectRow(static_cast<std::size_t>(row)); });
+  const Pick pick = PickWith(keys & MK_SHIFT, keys & MK_CONTROL, Pick::kToggle);
+  if (row >= 0) Do([&] { model_.SelectRow(static_cast<std::size_t>(row), pick); });
 }
 
-void PagedList::DoubleClick(POINT point) {
+void PagedList::DoubleClick(POINT point, WPARAM keys) {
+  // Rows that are picked one by one are not meant to confirm the choice.
+  if (model_.multiple() && (keys & (MK_SHIFT | MK_CONTROL))) return Click(point, keys);
   if (RowAt(point) >= 0) Do([&] { events_.double_click(); });
+}
+
+void PagedList::Enter() {
+  SetFocus(list_);
+  Do([&] {
+    if (!model_.selected()) model_.LineDown();
+  });
 }
 
 int PagedList::RowAt(POINT point) const {

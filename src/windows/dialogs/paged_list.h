@@ -2,6 +2,9 @@
 // of the page shown and nothing else, so that the list may be of any length; the scroll bar covers
 // the whole row count. Everything that the user does goes to the model, and what the model then
 // shows and has selected is drawn.
+//
+// With multiple selection, Shift extends it, Ctrl with a click or the space bar takes a row in or
+// out, and arrow keys with Ctrl only move the cursor, as in any list view.
 #ifndef ARD_WINDOWS_DIALOGS_PAGED_LIST_H_
 #define ARD_WINDOWS_DIALOGS_PAGED_LIST_H_
 
@@ -10,6 +13,7 @@
 #include <commctrl.h>
 // clang-format on
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -26,6 +30,7 @@ class PagedList : private DialogWindow {
     std::function<void(wchar_t key)> key_press;  // a character
     std::function<void()> double_click;
     std::function<void()> changed;  // after anything that may have changed the model
+    std::function<void(std::size_t index)> column_click;  // without it, headers take no clicks
   };
 
   PagedList(dialogs::ListModel& model, Events events) : model_(model), events_(std::move(events)) {}
@@ -38,10 +43,16 @@ class PagedList : private DialogWindow {
   void Move(int x, int y, int width, int height);
   void Open();
 
+  void Show(bool visible) { ShowWindow(handle(), visible ? SW_SHOWNA : SW_HIDE); }
+  // Calls `action`, a handler of the model, and draws what that now shows. Not while another one
+  // runs, or before Open.
+  void Do(const std::function<void()>& action);
   // Draws what the model now shows.
   void Refresh() {
     Do([] {});
   }
+  // Takes the focus, with the cursor on a row if there is one.
+  void Enter();
   void Wheel(int delta);
 
   // The window that takes the focus.
@@ -60,17 +71,17 @@ class PagedList : private DialogWindow {
   std::optional<LRESULT> HandleList(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT CallList(UINT message, WPARAM wparam, LPARAM lparam) const;
   bool HandleKey(WPARAM key);
-  void Click(POINT point);
-  void DoubleClick(POINT point);
+  void Click(POINT point, WPARAM keys);
+  void DoubleClick(POINT point, WPARAM keys);
   int RowAt(POINT point) const;
 
   void Scroll(int code);
-  void Do(const std::function<void()>& action);
   void Draw();
   void MeasureRows();
   void LayoutList();
   void ChangeWidths(const std::function<void()>& change);
   void DrawSelection();
+  void DrawSortArrows() const;
   void DrawScrollBar() const;
   HWND Header() const;
   int ColumnWidth(int column) const;

@@ -11,21 +11,25 @@ constexpr int kMinimumRows = 5;
 
 }  // namespace
 
-SelectWindow::SelectWindow(dialogs::SelectDialog& dialog)
-    : ModalWindow(Border::kResizable),
-      dialog_(dialog),
-      list_(dialog.list(), {[this](wchar_t key) {
-                              dialog_.KeyPress(key);
-                              FinishIfHidden();
-                            },
-                            [this] {
-                              dialog_.DoubleClick();
-                              FinishIfHidden();
-                            },
-                            [this] { UpdateOk(); }}) {}
+SelectWindow::SelectWindow(dialogs::SelectDialog& dialog, dialogs::ListModel& list)
+    : ModalWindow(Border::kResizable), dialog_(dialog), list_(list, ListEvents()) {}
+
+PagedList::Events SelectWindow::ListEvents() {
+  PagedList::Events events;
+  events.key_press = [this](wchar_t key) {
+    dialog_.KeyPress(key);
+    FinishIfHidden();
+  };
+  events.double_click = [this] {
+    dialog_.DoubleClick();
+    FinishIfHidden();
+  };
+  events.changed = [this] { Changed(); };
+  return events;
+}
 
 void SelectWindow::CreateControls(HINSTANCE module) {
-  list_.Create(module, handle());
+  CreateBody(module);
   ok_ = AddButton(IDOK, L"OK");
   cancel_ = AddButton(IDCANCEL, L"Cancel");
 }
@@ -38,22 +42,22 @@ SIZE SelectWindow::MinimumSize() const {
 }
 
 SIZE SelectWindow::SizeFor(int rows) const {
-  const SIZE list = list_.SizeFor(rows);
-  return {list.cx + 2 * metrics().X(kMargin), list.cy + metrics().Y(kMargin) + HeightBelowList()};
+  const SIZE body = BodySize(rows);
+  return {body.cx + 2 * metrics().X(kMargin), body.cy + metrics().Y(kMargin) + HeightBelowBody()};
 }
 
-int SelectWindow::HeightBelowList() const { return metrics().Y(2 * kMargin + kButtonHeight); }
+int SelectWindow::HeightBelowBody() const { return metrics().Y(2 * kMargin + kButtonHeight); }
 
 void SelectWindow::Layout(SIZE client) {
   const int x = metrics().X(kMargin);
   const int y = metrics().Y(kMargin);
-  list_.Move(x, y, std::max(static_cast<int>(client.cx) - 2 * x, 0),
-             std::max(static_cast<int>(client.cy) - y - HeightBelowList(), 0));
+  LayoutBody(x, y, std::max(static_cast<int>(client.cx) - 2 * x, 0),
+             std::max(static_cast<int>(client.cy) - y - HeightBelowBody(), 0));
   LayoutButtons(client, std::array{ok_, cancel_});
 }
 
 void SelectWindow::Command(int id) {
-  if (id == IDOK && GetFocus() == list_.focus_window()) {
+  if (id == IDOK && GetFocus() == shown_->focus_window()) {
     dialog_.KeyPress(dialogs::kEnterKey);
   } else if (id == IDOK && dialog_.ok_enabled()) {
     dialog_.Ok();
@@ -61,7 +65,7 @@ void SelectWindow::Command(int id) {
     dialog_.Cancel();
   }
   FinishIfHidden();
-  list_.Refresh();
+  shown_->Refresh();
 }
 
 void SelectWindow::CloseBox() {
@@ -73,10 +77,10 @@ void SelectWindow::FinishIfHidden() {
   if (!dialog_.visible()) Finish();
 }
 
-void SelectWindow::UpdateOk() {
+void SelectWindow::Changed() {
   const bool enabled = dialog_.ok_enabled();
   // The focus must not stay on a button that takes no key.
-  if (!enabled && GetFocus() == ok_) SetFocus(list_.focus_window());
+  if (!enabled && GetFocus() == ok_) SetFocus(shown_->focus_window());
   EnableWindow(ok_, enabled);
 }
 

@@ -13,28 +13,44 @@ namespace ard::windows {
 class SelectWindow : public ModalWindow {
  public:
   // `dialog` must outlive the window. After Run, `dialog.visible()` is false.
-  explicit SelectWindow(dialogs::SelectDialog& dialog);
+  explicit SelectWindow(dialogs::SelectDialog& dialog) : SelectWindow(dialog, dialog.list()) {}
+
+ protected:
+  // For a window that has more than one list in its body, the part above OK and Cancel.
+  SelectWindow(dialogs::SelectDialog& dialog, dialogs::ListModel& list);
+
+  virtual void CreateBody(HINSTANCE module) { list_.Create(module, handle()); }
+  virtual SIZE BodySize(int rows) const { return list_.SizeFor(rows); }
+  virtual void LayoutBody(int x, int y, int width, int height) { list_.Move(x, y, width, height); }
+  virtual void Changed();  // something that may have changed the model has happened
+
+  void MetricsChanged() override { list_.SetMetrics(metrics()); }
+  SIZE MinimumSize() const override;
+  void Opened() override { shown_->Open(); }
+  HWND InitialFocus() const override { return shown_->focus_window(); }
+  void Command(int id) override;
+
+  PagedList::Events ListEvents();
+  PagedList& list() { return list_; }
+  // The list that is to be seen: `list` at first.
+  PagedList& shown() { return *shown_; }
+  void set_shown(PagedList& list) { shown_ = &list; }
 
  private:
   const wchar_t* Caption() const override { return dialog_.caption().c_str(); }
   void CreateControls(HINSTANCE module) override;
-  void MetricsChanged() override { list_.SetMetrics(metrics()); }
   SIZE InitialSize() const override;
-  SIZE MinimumSize() const override;
   void Layout(SIZE client) override;
-  void Opened() override { list_.Open(); }
-  HWND InitialFocus() const override { return list_.focus_window(); }
-  void Command(int id) override;
   void CloseBox() override;
-  void Wheel(int delta) override { list_.Wheel(delta); }
+  void Wheel(int delta) override { shown_->Wheel(delta); }
 
   SIZE SizeFor(int rows) const;
-  int HeightBelowList() const;
+  int HeightBelowBody() const;
   void FinishIfHidden();
-  void UpdateOk();
 
   dialogs::SelectDialog& dialog_;
   PagedList list_;
+  PagedList* shown_ = &list_;
   HWND ok_ = nullptr;
   HWND cancel_ = nullptr;
 };

@@ -5,6 +5,7 @@
 #include "dialogs/product_dialog.h"
 #include "windows/dialogs/activation_context.h"
 #include "windows/dialogs/input_window.h"
+#include "windows/dialogs/product_window.h"
 #include "windows/dialogs/select_window.h"
 #include "windows/machine/settings.h"
 #include "windows/machine/trace_file.h"
@@ -51,7 +52,9 @@ void WindowsEnvironment::Show(dialogs::SelectDialog& dialog) {
 }
 
 void WindowsEnvironment::Show(dialogs::ProductDialog& dialog) {
-  SelectWindow window(dialog);
+  // With one page, it is like any other selection dialog.
+  if (!dialog.has_product_info()) return Show(static_cast<dialogs::SelectDialog&>(dialog));
+  ProductWindow window(dialog);
   Run(window);
 }
 
