@@ -1,21 +1,25 @@
 ' A host in VBScript: asks the library everything it can answer, and lets the user pick.
 '
-'   cscript //nologo tour.vbs COMPANY_FOLDER
+'   cscript //nologo tour.vbs COMPANY_FOLDER DATABASE_FILE
 Option Explicit
 
-Dim engine, workspace
+Dim engine, workspace, connection
 
-If WScript.Arguments.Count <> 1 Then
-  WScript.Echo "usage: cscript //nologo tour.vbs COMPANY_FOLDER"
+If WScript.Arguments.Count <> 2 Then
+  WScript.Echo "usage: cscript //nologo tour.vbs COMPANY_FOLDER DATABASE_FILE"
   WScript.Quit 2
 End If
 Set engine = CreateObject("ArdSimulator.Engine")
 engine.Open WScript.Arguments(0)
 Set workspace = engine.Workspace
+Set connection = CreateObject("ADODB.Connection")
+connection.Open "Driver=SQLite3;Database=" & WScript.Arguments(1)
 
 TourOfCustomers
-WScript.Echo ""
+TourOfProducts
+WScript.Echo " "
 WScript.Echo "Engine files left open: " & engine.OpenFiles
+connection.Close
 
 Sub TourOfCustomers
   Dim customers, reference
@@ -39,6 +43,50 @@ Sub TourOfCustomers
   WScript.Echo "Customer: " & reference
   WScript.Echo "  It opens again, on the first reference that starts with S: cancel it."
   Show "List(""S*"")", customers.List("S*")
+End Sub
+
+Sub TourOfProducts
+  Dim products, code, allocated, onOrder, supplier, reorder
+  Set products = CreateObject("ArdObjects100.Products")
+  products.AppName = "Manufacturing"
+  products.RegistryPath = "Manufacturing Demo"
+  Set products.ArdWorkspace = workspace
+  Set products.oDBaseConn = connection
+
+  WScript.Echo "Products"
+  For Each code In Array("BOLT-M6X60", "HINGE-G40", "NOTHING")
+    Show "IsValid(""" & code & """)", products.IsValid(code)
+    Show "GetDesc(""" & code & """)", products.GetDesc(code)
+    Show "GetFreeStock(""" & code & """)", products.GetFreeStock(code)
+    Show "GetSellPrice(""" & code & """)", products.GetSellPrice(code)
+    Show "GetCostPrice(""" & code & """, True)", products.GetCostPrice(code, True)
+    Show "GetSpecialPrice(""" & code & """, ""ACE001"")", products.GetSpecialPrice(code, "ACE001")
+    Show "GetSupplierPrice(""" & code & """, ""ALL001"")", products.GetSupplierPrice(code, "ALL001")
+  Next
+  products.GetSupplierOnOrder "BOLT-M6X60", supplier, onOrder, reorder
+  Show "GetSupplierOnOrder: Supplier", supplier
+  Show "  OnOrder", onOrder
+  Show "  MinReOrder", reorder
+  products.GetAllocOnOrder "BOLT-M6X60", allocated, onOrder
+  Show "GetAllocOnOrder: Allocated", allocated
+  Show "UpdateAllocQty(""BOLT-M6X60"", 36)", products.UpdateAllocQty("BOLT-M6X60", 36)
+  Show "CopyProduct(...)", products.CopyProduct("BOLT-M6X60", "BOLT-M6X70", "Hex Bolt M6 x 70")
+  Show "GetDesc of the copy", products.GetDesc("BOLT-M6X70")
+  Show "GetInStock of the copy", products.GetInStock("BOLT-M6X70")
+
+  WScript.Echo "  The product list opens, special items on top: pick one."
+  products.ShowSpecialProds = True
+  code = products.FastList()
+  Show "FastList()", code
+  WScript.Echo "Product: " & code
+  WScript.Echo "  It opens again, on CAB: look at both pages, pick from the second."
+  Show "List(""CAB"")", products.List("CAB")
+  WScript.Echo "  And once more: pick several."
+  products.ShowSpecialProds = False
+  Show "ListMultipleSelect("""")", products.ListMultipleSelect("")
+  WScript.Echo "  A new product is asked for its description."
+  Show "CreateNewProduct(""BOLT-M6X75"")", products.CreateNewProduct("BOLT-M6X75")
+  Show "GetUnitSale(""BOLT-M6X75"")", products.GetUnitSale("BOLT-M6X75")
 End Sub
 
 ' One call and its answer, as a literal.
