@@ -4,6 +4,7 @@
 #   wait_window TITLE [SECONDS]  waits for a window whose title starts so, and brings it to the front
 #   keys KEY...                  presses keys in it, by their X names: Next, Return, Escape, alt+c ...
 #   type_ahead TEXT              types the text in it
+#   click X Y                    clicks at that point of it, in pixels from its top left corner
 #   shot NAME                    leaves a picture of it in $SHOTS/NAME.png
 #   wait_closed                  waits until it is gone
 
@@ -47,6 +48,11 @@ keys() {
 
 type_ahead() {
   xdotool type --clearmodifiers --delay "$KEY_DELAY_MS" "$1"
+  settle
+}
+
+click() {
+  xdotool mousemove --window "$WINDOW" "$1" "$2" click 1
   settle
 }
 
