@@ -18,7 +18,7 @@ inline constexpr int kMargin = 7;
 inline constexpr int kGap = 4;
 inline constexpr int kButtonWidth = 50;
 inline constexpr int kButtonHeight = 14;
-inline constexpr int kEditHeight = 14;
+inline constexpr int kEditHeight = 12;
 
 class ModalWindow : protected DialogWindow {
  public:

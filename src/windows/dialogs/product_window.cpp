@@ -74,8 +74,9 @@ SIZE ProductWindow::BodySize(int rows) const {
 
 SIZE ProductWindow::MinimumSize() const {
   const SIZE minimum = SelectWindow::MinimumSize();
-  const LONG page = Around(search_bar_.MinimumSize()).cx + 2 * metrics().X(kMargin);
-  return {std::max(minimum.cx, page), minimum.cy};
+  const SIZE bar = search_bar_.MinimumSize();
+  return {std::max(minimum.cx, Around(bar).cx + 2 * metrics().X(kMargin)),
+          minimum.cy + bar.cy + metrics().Y(kMargin)};
 }
 
 SIZE ProductWindow::Around(SIZE content) const {
@@ -110,9 +111,15 @@ void ProductWindow::Changed() {
 }
 
 bool ProductWindow::HandleKey(HWND control, WPARAM key) {
+  const Tab other = on_info_page() ? Tab::kProducts : Tab::kProductInfo;
   if (GetKeyState(VK_CONTROL) < 0 && (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR)) {
     // Of two pages, the next one is the previous one, too.
-    SwitchTo(on_info_page() ? Tab::kProducts : Tab::kProductInfo);
+    SwitchTo(other);
+    return true;
+  }
+  if (control == tabs_ && key == (other == Tab::kProducts ? VK_LEFT : VK_RIGHT)) {
+    // Not by the tab strip itself: after a key, that of Wine takes no clicks.
+    SwitchTo(other);
     return true;
   }
   if (control != search_bar_.text_box()) return false;

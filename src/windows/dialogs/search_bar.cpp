@@ -54,44 +54,45 @@ SIZE SearchBar::MinimumSize() const {
   return {WidthBesidesText() + metrics_->X(kTextMinimumWidth), metrics_->Y(kButtonHeight)};
 }
 
+// All but the text box have a width of their own, and there is a gap after each but the last.
 int SearchBar::WidthBesidesText() const {
-  const LONG labels = metrics_->TextSize(kTextLabel).cx + metrics_->TextSize(kFieldLabel).cx;
-  return static_cast<int>(labels) + metrics_->X(kFieldWidth + 2 * kButtonWidth + 5 * kGap);
+  return LabelWidth(kTextLabel) + LabelWidth(kFieldLabel) + metrics_->X(kFieldWidth) +
+         2 * metrics_->X(kButtonWidth) + 5 * metrics_->X(kGap);
+}
+
+int SearchBar::LabelWidth(const wchar_t* label) const {
+  return static_cast<int>(metrics_->TextSize(label).cx);
 }
 
 void SearchBar::Move(int x, int y, int width, int height) {
   Place(handle(), x, y, width, height);
-  FitHeight(field_, height);
-  const int button = metrics_->X(kButtonWidth);
-  const int gap = metrics_->X(kGap);
+  // The text box becomes as high as the combo box, which takes its height from its font: the one
+  // it is given is that of the list that it drops.
+  const int drop_height = metrics_->Y(kDropHeight);
+  Place(field_, 0, 0, metrics_->X(kFieldWidth), drop_height);
+  RECT field = {};
+  GetWindowRect(field_, &field);
+  const int box_height = static_cast<int>(field.bottom - field.top);
+  const int button_width = metrics_->X(kButtonWidth);
   struct Slot {
     HWND control;
     int width;
     int height;
   };
   const Slot slots[] = {
-      {text_label_, static_cast<int>(metrics_->TextSize(kTextLabel).cx), height},
-      {text_, std::max(width - WidthBesidesText(), 0), height},
-      {field_label_, static_cast<int>(metrics_->TextSize(kFieldLabel).cx), height},
-      {field_, metrics_->X(kFieldWidth), metrics_->Y(kDropHeight)},
-      {search_, button, height},
-      {clear_, button, height},
+      {text_label_, LabelWidth(kTextLabel), height},
+      {text_, std::max(width - WidthBesidesText(), 0), box_height},
+      {field_label_, LabelWidth(kFieldLabel), height},
+      {field_, metrics_->X(kFieldWidth), box_height},
+      {search_, button_width, height},
+      {clear_, button_width, height},
   };
   int left = 0;
   for (const Slot& slot : slots) {
-    Place(slot.control, left, 0, slot.width, slot.height);
-    left += slot.width + gap;
+    const int top = (height - slot.height) / 2;
+    Place(slot.control, left, top, slot.width, slot.control == field_ ? drop_height : slot.height);
+    left += slot.width + metrics_->X(kGap);
   }
-}
-
-// A combo box takes its height from that of its entries, whatever size it is given.
-void SearchBar::FitHeight(HWND combo_box, int height) const {
-  RECT outer = {};
-  GetWindowRect(combo_box, &outer);
-  const auto entry =
-      static_cast<int>(SendMessageW(combo_box, CB_GETITEMHEIGHT, static_cast<WPARAM>(-1), 0));
-  const int frame = static_cast<int>(outer.bottom - outer.top) - entry;
-  SendMessageW(combo_box, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), height - frame);
 }
 
 void SearchBar::Refresh() {

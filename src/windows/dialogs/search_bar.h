@@ -39,9 +39,8 @@ class SearchBar : private DialogWindow {
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
   void TextChange();
   void FieldChange();
-  // What all but the text box take, with the gaps between.
   int WidthBesidesText() const;
-  void FitHeight(HWND combo_box, int height) const;
+  int LabelWidth(const wchar_t* label) const;
 
   dialogs::ProductDialog& dialog_;
   PagedList& list_;
