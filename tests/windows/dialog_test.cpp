@@ -7,17 +7,16 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <functional>
 #include <new>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "dialogs/select_dialog.h"
+#include "tests/windows/dialog_view.h"
 #include "tests/windows/window_driver.h"
 #include "windows/machine/windows_environment.h"
 
@@ -29,10 +28,16 @@ using testing::Click;
 using testing::Drag;
 using testing::Eventually;
 using testing::Host;
+using testing::Ink;
+using testing::InkOf;
 using testing::MiddleOf;
 using testing::Press;
+using testing::PressAll;
+using testing::RectOf;
+using testing::SizeOf;
 using testing::TurnWheel;
 using testing::Type;
+using testing::View;
 
 constexpr wchar_t kTitle[] = L"Select Customer";
 constexpr std::int32_t kMany = 10'000'000;
@@ -83,78 +88,6 @@ class LedgerDialog : public Ledger, public dialogs::SelectDialog {
   }
   bool Accepts(const Row&) override { return accepts; }
 };
-
-// What is to be seen of the dialog's window.
-struct View {
-  explicit View(HWND window)
-      : dialog(window),
-        list(testing::Descendant(window, WC_LISTVIEWW)),
-        frame(GetParent(list)),
-        ok(GetDlgItem(window, IDOK)),
-        cancel(GetDlgItem(window, IDCANCEL)) {}
-
-  int rows() const { return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)); }
-
-  std::wstring Cell(int row, int column) const {
-    wchar_t text[64] = {};
-    LVITEMW item = {};
-    item.iSubItem = column;
-    item.pszText = text;
-    item.cchTextMax = 64;
-    SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    return text;
-  }
-  // The account selected, "" when none of those in view is.
-  std::wstring Selected() const {
-    const auto row = static_cast<int>(
-        SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
-    return row < 0 ? std::wstring() : Cell(row, 0);
-  }
-
-  RECT RowRect(int row) const {
-    RECT rect = {};
-    rect.left = LVIR_BOUNDS;
-    SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&rect));
-    return rect;
-  }
-  // A point of the row, on the screen. There is one for rows that are not there, too.
-  POINT RowPoint(int row) const {
-    RECT rect = RowRect(0);
-    const LONG height = rect.bottom - rect.top;
-    POINT point = {rect.left + 20, rect.top + height * row + height / 2};
-    ClientToScreen(list, &point);
-    return point;
-  }
-
-  SCROLLINFO Scroll() const {
-    SCROLLINFO info = {};
-    info.cbSize = sizeof(info);
-    info.fMask = SIF_ALL;
-    GetScrollInfo(frame, SB_VERT, &info);
-    return info;
-  }
-
-  HWND dialog;
-  HWND list;
-  HWND frame;
-  HWND ok;
-  HWND cancel;
-};
-
-void PressAll(std::initializer_list<WORD> keys) {
-  for (const WORD key : keys) Press({key});
-}
-
-RECT RectOf(HWND window) {
-  RECT rect = {};
-  GetWindowRect(window, &rect);
-  return rect;
-}
-
-SIZE SizeOf(HWND window) {
-  const RECT rect = RectOf(window);
-  return {rect.right - rect.left, rect.bottom - rect.top};
-}
 
 class DialogTest : public ::testing::Test {
  protected:
@@ -494,7 +427,7 @@ TEST_F(DialogTest, ResizingShowsMoreOrFewerRows) {
 TEST_F(DialogTest, ADraggedColumnLeavesTheRestToTheLast) {
   LedgerDialog dialog(kMany);
   Show(dialog, [&](const View& view) {
-    const auto header = reinterpret_cast<HWND>(SendMessageW(view.list, LVM_GETHEADER, 0, 0));
+    const HWND header = view.Header();
     RECT first = {};
     SendMessageW(header, HDM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
     POINT divider = {first.right, (first.top + first.bottom) / 2};
@@ -506,32 +439,6 @@ TEST_F(DialogTest, ADraggedColumnLeavesTheRestToTheLast) {
     EXPECT_EQ(width + SendMessageW(view.list, LVM_GETCOLUMNWIDTH, 1, 0), SizeOf(view.list).cx);
     EXPECT_EQ(dialog.pages, 1);
   });
-}
-
-// Pixels of the row's cells that are clearly red, and those that differ from its background.
-struct Ink {
-  int red = 0;
-  int any = 0;
-  COLORREF background = 0;
-};
-Ink InkOf(const View& view, int row) {
-  Ink ink;
-  const HDC dc = GetDC(view.list);
-  const RECT rect = view.RowRect(row);
-  const COLORREF background = GetPixel(dc, rect.right - 3, rect.top + 3);
-  ink.background = background;
-  for (int y = rect.top + 2; y < rect.bottom - 2; ++y) {
-    for (int x = rect.left + 4; x < rect.left + 200; ++x) {
-      const COLORREF pixel = GetPixel(dc, x, y);
-      const int green_and_blue = std::max(GetGValue(pixel), GetBValue(pixel));
-      if (GetRValue(pixel) - green_and_blue > 80) ++ink.red;
-      const int difference = std::abs(GetRValue(pixel) - GetRValue(background)) +
-                             std::abs(GetGValue(pixel) - GetGValue(background));
-      if (difference > 150) ++ink.any;
-    }
-  }
-  ReleaseDC(view.list, dc);
-  return ink;
 }
 
 TEST_F(DialogTest, RedRowsAreRedAndStayReadable) {
@@ -659,51 +566,13 @@ TEST_F(DialogTest, MessagesBelongToTheActiveWindow) {
   }
 }
 
-// How many GDI and user objects the process has. Wine does not count them; there, the highest
-// numbers among a few new ones tell, since the numbers of objects that are gone are used again.
-std::pair<int, int> GuiObjects() {
-  const HANDLE process = GetCurrentProcess();
-  const auto gdi = static_cast<int>(GetGuiResources(process, GR_GDIOBJECTS));
-  const auto user = static_cast<int>(GetGuiResources(process, GR_USEROBJECTS));
-  if (gdi + user > 0) return {gdi, user};
-
-  constexpr int kProbes = 200;
-  std::vector<HFONT> fonts;
-  std::vector<HMENU> menus;
-  std::pair<int, int> highest;
-  for (int i = 0; i < kProbes; ++i) {
-    fonts.push_back(CreateFontW(10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
-    menus.push_back(CreateMenu());
-    highest.first = std::max(highest.first, static_cast<int>(LOWORD(fonts.back())));
-    highest.second = std::max(highest.second, static_cast<int>(LOWORD(menus.back())));
-  }
-  for (const HFONT font : fonts) DeleteObject(font);
-  for (const HMENU menu : menus) DestroyMenu(menu);
-  return highest;
-}
-
 TEST_F(DialogTest, LeavesNothingBehind) {
-  const auto open_and_close = [&](int times) {
-    for (int i = 0; i < times; ++i) {
-      LedgerDialog dialog(kMany);
-      std::thread closer([&] {
-        Eventually([] {
-          const HWND window = FindWindowW(nullptr, kTitle);
-          return window && IsWindowVisible(window) && PostMessageW(window, WM_CLOSE, 0, 0);
-        });
-      });
-      environment_.Show(dialog);
-      closer.join();
-    }
-  };
-  constexpr int kCycles = 200;
-  open_and_close(10);
-  const auto before = GuiObjects();
-  open_and_close(kCycles);
-  const auto after = GuiObjects();
-  // One object that stays each time would be `kCycles` more.
-  EXPECT_LT(after.first - before.first, kCycles / 2);
-  EXPECT_LT(after.second - before.second, kCycles / 2);
+  testing::ExpectNothingLeftBehind([&] {
+    LedgerDialog dialog(kMany);
+    std::thread closer([] { testing::CloseWhenSeen(kTitle); });
+    environment_.Show(dialog);
+    closer.join();
+  });
 }
 
 }  // namespace

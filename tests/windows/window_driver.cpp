@@ -198,10 +198,18 @@ bool Eventually(const std::function<bool()>& condition) {
   return true;
 }
 
+void CloseWhenSeen(const wchar_t* title) {
+  Eventually([&] {
+    const HWND window = FindWindowW(nullptr, title);
+    return window && IsWindowVisible(window) && PostMessageW(window, WM_CLOSE, 0, 0);
+  });
+}
+
 HWND Descendant(HWND parent, std::wstring_view window_class) {
   HWND found = nullptr;
   for (HWND child = GetWindow(parent, GW_CHILD); child && !found;
        child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!IsWindowVisible(child)) continue;
     wchar_t name[64] = {};
     GetClassNameW(child, name, 64);
     found = window_class == name ? child : Descendant(child, window_class);
@@ -224,6 +232,10 @@ void Press(std::initializer_list<WORD> keys) {
   Send(std::move(input));
 }
 
+void PressAll(std::initializer_list<WORD> keys) {
+  for (const WORD key : keys) Press({key});
+}
+
 void Type(std::wstring_view text) {
   for (const wchar_t character : text) {
     Send({Key(0, character, KEYEVENTF_UNICODE),
@@ -239,6 +251,13 @@ void Click(POINT point, int times) {
     input.push_back(Mouse(MOUSEEVENTF_LEFTUP));
   }
   Send(std::move(input));
+}
+
+void ClickWith(WORD key, POINT point) {
+  // A move of the pointer may bring the true state of the keys along.
+  MovePointer(point);
+  Send({Key(key, 0, 0), Mouse(MOUSEEVENTF_LEFTDOWN), Mouse(MOUSEEVENTF_LEFTUP),
+        Key(key, 0, KEYEVENTF_KEYUP)});
 }
 
 void Drag(POINT from, POINT to) {

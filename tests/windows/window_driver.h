@@ -49,14 +49,19 @@ class Host {
 // Polls `condition` for a few seconds; whether it has come true.
 bool Eventually(const std::function<bool()>& condition);
 
-// The window of that class inside `parent`, at any depth.
+// Waits for a window of that title and closes it, whatever else it does.
+void CloseWhenSeen(const wchar_t* title);
+
+// The visible window of that class inside `parent`, at any depth.
 HWND Descendant(HWND parent, std::wstring_view window_class);
 std::wstring TextOf(HWND window);
 
 // Input. Positions are those of the screen.
-void Press(std::initializer_list<WORD> keys);  // held down together
+void Press(std::initializer_list<WORD> keys);     // held down together
+void PressAll(std::initializer_list<WORD> keys);  // one after the other
 void Type(std::wstring_view text);
 void Click(POINT point, int times = 1);
+void ClickWith(WORD key, POINT point);  // held down meanwhile
 void Drag(POINT from, POINT to);
 void TurnWheel(POINT point, int delta);
 

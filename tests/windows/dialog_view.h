@@ -1,0 +1,59 @@
+// What is to be seen of a selection dialog's window, from the thread of its user.
+#ifndef ARD_TESTS_WINDOWS_DIALOG_VIEW_H_
+#define ARD_TESTS_WINDOWS_DIALOG_VIEW_H_
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+namespace ard::windows::testing {
+
+// The list is the one visible at the time of construction.
+struct View {
+  explicit View(HWND window);
+
+  int rows() const;
+  // Without the blanks that may pad it.
+  std::wstring Cell(int row, int column) const;
+  // The first cells of the selected rows in view, with a blank between.
+  std::wstring Selected() const;
+  // The first cell of the row that the focus rectangle is on; "" when that is none in view.
+  std::wstring Cursor() const;
+
+  HWND Header() const;
+  // The middle of a column's header, on the screen.
+  POINT HeaderPoint(int column) const;
+
+  RECT RowRect(int row) const;
+  // A point of the row, on the screen. There is one for rows that are not there, too.
+  POINT RowPoint(int row) const;
+
+  SCROLLINFO Scroll() const;
+
+  HWND dialog;
+  HWND list;
+  HWND frame;
+  HWND ok;
+  HWND cancel;
+};
+
+// Pixels of the row's cells that are clearly red or blue, and those that differ from its
+// background. To be counted on the thread of the windows.
+struct Ink {
+  int red = 0;
+  int blue = 0;
+  int any = 0;
+  COLORREF background = 0;
+};
+Ink InkOf(const View& view, int row);
+
+RECT RectOf(HWND window);
+SIZE SizeOf(HWND window);
+
+// Calls `open_and_close` often, and expects no more GDI and user objects from that.
+void ExpectNothingLeftBehind(const std::function<void()>& open_and_close);
+
+}  // namespace ard::windows::testing
+
+#endif  // ARD_TESTS_WINDOWS_DIALOG_VIEW_H_
