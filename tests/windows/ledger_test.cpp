@@ -1,5 +1,5 @@
-// The customer list through the registered library, on ledgers of any size: opening it reads one
-// page and takes the same time, however many accounts there are.
+// The customer and product lists through the registered library, on ledgers of any size: opening
+// one reads one page and takes the same time, however many records there are.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdio>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "tests/windows/host.h"
@@ -23,17 +24,43 @@ constexpr long kSizes[] = {1'000, 1'000'000, 10'000'000};
 constexpr int kRounds = 9;
 constexpr double kMostSlower = 1.2;
 
-// One opening of the list, which a timer of the thread's own modal loop ends.
+struct List {
+  const wchar_t* class_name;
+  const wchar_t* window;
+};
+constexpr List kCustomers = {L"ArdObjects100.Customers", L"Select Customer"};
+constexpr List kProducts = {L"ArdObjects100.Products", L"Select Product"};
+
+// The product-information records of the second page, as many as `rows`.
+ScopedVariant ConnectionWith(long rows) {
+  const LateBound connection(CreateObject(L"ADODB.Connection"));
+  connection.Ask(L"Open", L"Driver=SQLite3;Database=:memory:");
+  connection.Ask(L"Execute",
+                 L"CREATE TABLE ProdInfoStockFields (StockCode TEXT, Description TEXT)");
+  connection.Ask(L"Execute",
+                 (L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+                  std::to_wstring(rows) +
+                  L") INSERT INTO ProdInfoStockFields SELECT printf('P%06d', i), 'Made up' FROM n")
+                     .c_str());
+  return testing::Variant(connection.get());
+}
+
+// One opening of a list, which a timer of the thread's own modal loop ends.
 class Opening {
  public:
-  explicit Opening(long accounts) {
-    engine_.Ask(L"OpenSynthetic", accounts);
+  // Of a ledger with `records` records; `connection` may be empty.
+  Opening(const List& list, long records, const VARIANT& connection)
+      : list_(list), host_(CreateObject(list.class_name)) {
+    engine_.Ask(L"OpenSyntheticStock", records, records);
     current_ = this;
-    customers_.Put(L"ArdWorkspace", engine_.Ask(L"Workspace"), DISPATCH_PROPERTYPUTREF);
+    host_.Put(L"ArdWorkspace", engine_.Ask(L"Workspace"), DISPATCH_PROPERTYPUTREF);
+    if (connection.vt == VT_DISPATCH) {
+      host_.Put(L"oDBaseConn", testing::Variant(connection.pdispVal), DISPATCH_PROPERTYPUTREF);
+    }
     before_ = RecordsRead();
     start_ = steady_clock::now();
     timer_ = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, Watch);
-    customers_.Ask(L"FastList");
+    host_.Ask(L"FastList");
     KillTimer(nullptr, timer_);
     current_ = nullptr;
   }
@@ -49,7 +76,7 @@ class Opening {
   static void CALLBACK Watch(HWND, UINT, UINT_PTR, DWORD) {
     Opening& opening = *current_;
     const double records = opening.RecordsRead() - opening.before_;
-    // The first record is the company's count of accounts.
+    // The first record is the company's count.
     if (records < 2) return;
     if (opening.ticks_++ == 0) {
       opening.milliseconds_ =
@@ -57,13 +84,14 @@ class Opening {
     }
     if (opening.ticks_ < 4) return;
     opening.records_ = records;
-    PostMessageW(FindWindowW(nullptr, L"Select Customer"), WM_CLOSE, 0, 0);
+    PostMessageW(FindWindowW(nullptr, opening.list_.window), WM_CLOSE, 0, 0);
   }
 
   static inline Opening* current_ = nullptr;
 
+  const List& list_;
   LateBound engine_{CreateObject(L"ArdSimulator.Engine")};
-  LateBound customers_{CreateObject(L"ArdObjects100.Customers")};
+  LateBound host_;
   double before_ = 0;
   steady_clock::time_point start_;
   UINT_PTR timer_ = 0;
@@ -77,27 +105,36 @@ class ComApartment : public ::testing::Environment {
   void TearDown() override { OleUninitialize(); }
 };
 
-TEST(LedgerOfAnySize, OpensWithOnePageInTheSameTime) {
+void OpensWithOnePageInTheSameTime(const List& list, const VARIANT& connection) {
   std::map<long, std::vector<double>> times;
   double page = 0;
   for (int round = 0; round < kRounds; ++round) {
-    for (const long accounts : kSizes) {
-      const Opening opening(accounts);
+    for (const long size : kSizes) {
+      const Opening opening(list, size, connection);
       if (page == 0) page = opening.records();
-      EXPECT_EQ(opening.records(), page) << accounts;
+      EXPECT_EQ(opening.records(), page) << size;
       EXPECT_EQ(opening.open_files(), 0);
-      times[accounts].push_back(opening.milliseconds());
+      times[size].push_back(opening.milliseconds());
     }
   }
-  // The window shows some twenty rows; the count of accounts is one record more.
+  // The window shows some twenty rows; the count is one record more.
   EXPECT_GT(page, 10);
   EXPECT_LT(page, 40);
-  for (auto& [accounts, list] : times) {
-    std::nth_element(list.begin(), list.begin() + kRounds / 2, list.end());
-    std::printf("%9ld accounts: %.0f records, %.1f ms to the first page (median of %d)\n", accounts,
-                page, list[kRounds / 2], kRounds);
+  for (auto& [size, measured] : times) {
+    std::nth_element(measured.begin(), measured.begin() + kRounds / 2, measured.end());
+    std::printf("%ls, %9ld records: %.0f read, %.1f ms to the first page (median of %d)\n",
+                list.window, size, page, measured[kRounds / 2], kRounds);
   }
   EXPECT_LE(times[kSizes[2]][kRounds / 2], kMostSlower * times[kSizes[0]][kRounds / 2]);
+}
+
+TEST(LedgerOfAnySize, CustomersOpenWithOnePageInTheSameTime) {
+  OpensWithOnePageInTheSameTime(kCustomers, VARIANT{});
+}
+
+TEST(LedgerOfAnySize, ProductsOpenWithOnePageInTheSameTime) {
+  const ScopedVariant connection = ConnectionWith(100'000);
+  OpensWithOnePageInTheSameTime(kProducts, connection);
 }
 
 }  // namespace
