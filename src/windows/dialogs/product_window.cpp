@@ -34,10 +34,7 @@ ProductWindow::ProductWindow(dialogs::ProductDialog& dialog)
 
 PagedList::Events ProductWindow::InfoListEvents() {
   PagedList::Events events = ListEvents();
-  events.column_click = [this](std::size_t index) {
-    const WaitCursor wait;
-    dialog_.ColumnClick(index);
-  };
+  events.column_click = [this](std::size_t column) { SortBy(column); };
   return events;
 }
 
@@ -112,9 +109,14 @@ void ProductWindow::Changed() {
 
 bool ProductWindow::HandleKey(HWND control, WPARAM key) {
   const Tab other = on_info_page() ? Tab::kProducts : Tab::kProductInfo;
-  if (GetKeyState(VK_CONTROL) < 0 && (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR)) {
+  const bool control_down = GetKeyState(VK_CONTROL) < 0;
+  if (control_down && (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR)) {
     // Of two pages, the next one is the previous one, too.
     SwitchTo(other);
+    return true;
+  }
+  if (control_down && key >= '1' && key <= '9' && on_info_page()) {
+    info_list_.Do([&] { SortBy(key - '1'); });
     return true;
   }
   if (control == tabs_ && key == (other == Tab::kProducts ? VK_LEFT : VK_RIGHT)) {
@@ -143,6 +145,11 @@ std::optional<LRESULT> ProductWindow::Handle(UINT message, WPARAM wparam, LPARAM
     }
   }
   return SelectWindow::Handle(message, wparam, lparam);
+}
+
+void ProductWindow::SortBy(std::size_t column) {
+  const WaitCursor wait;
+  dialog_.ColumnClick(column);
 }
 
 void ProductWindow::SwitchTo(Tab tab) {

@@ -1,12 +1,16 @@
 // ProductWindow: the window of the product dialog (dialogs/product_dialog.h) when it has a page of
 // product information: a tab strip with the stock list on the first page, a search and the list of
-// what it finds on the second. Without that page, the dialog is one list, and SelectWindow shows
-// it.
+// what it finds on the second. Without that page, the dialog is one list, shown by SelectWindow.
+//
+// Everything works by keyboard, too: Ctrl+Tab, Ctrl+PageDown and Ctrl+PageUp switch pages; on the
+// second, Enter in the search box searches, Down goes on to the list, and Ctrl+1, Ctrl+2 ... sort
+// by that column, as a click on its header does.
 #ifndef ARD_WINDOWS_DIALOGS_PRODUCT_WINDOW_H_
 #define ARD_WINDOWS_DIALOGS_PRODUCT_WINDOW_H_
 
 #include <windows.h>
 
+#include <cstddef>
 #include <optional>
 
 #include "dialogs/product_dialog.h"
@@ -40,6 +44,7 @@ class ProductWindow : public SelectWindow {
   // The size of the tab strip around a page with content of that size.
   SIZE Around(SIZE content) const;
   void SwitchTo(Tab tab);
+  void SortBy(std::size_t column);  // from 0
   void ShowPage();
 
   dialogs::ProductDialog& dialog_;
