@@ -109,7 +109,8 @@ void ProductWindow::Changed() {
 
 bool ProductWindow::HandleKey(HWND control, WPARAM key) {
   const Tab other = on_info_page() ? Tab::kProducts : Tab::kProductInfo;
-  const bool control_down = GetKeyState(VK_CONTROL) < 0;
+  // AltGr, with which characters are typed, is Ctrl and Alt.
+  const bool control_down = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
   if (control_down && (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR)) {
     // Of two pages, the next one is the previous one, too.
     SwitchTo(other);
