@@ -19,6 +19,8 @@
 #include "host_database/odbc_connection.h"
 #include "products/products.h"
 #include "simulator/testing/company_builder.h"
+#include "testing/members.h"
+#include "testing/recording_workspace.h"
 #include "testing/scripted_environment.h"
 
 namespace ard::benchmarks {
@@ -169,6 +171,30 @@ bool AskAboutProducts() {
       [&] { sum += SpecialPriceByHand(*workspace, L"BOLT", L"ABC"); },
       [&] { sum += products.GetSpecialPrice(L"BOLT", L"ABC"); });
   return free_stock_met && price_met && sum > 0;
+}
+
+// Every member that shows no dialog and writes nothing, against what it asks of the engine with
+// nothing around it: recorded from the call itself, and replayed.
+bool AskEveryMember() {
+  bool met = true;
+  for (const testing::Member& member : testing::Members()) {
+    if (member.script || member.writes) continue;
+    const auto simulator = testing::MembersCompany();
+    testing::ScriptedEnvironment environment;
+    Context context(environment);
+    context.app_name = L"Manufacturing";
+    context.database = testing::MembersDatabase();
+
+    testing::Recording bare;
+    context.workspace = testing::Recorded(simulator->workspace(), bare);
+    member.bind(context)(nullptr);
+    context.workspace = simulator->workspace();
+    const testing::Call call = member.bind(context);
+    met &= CompareCalls(
+        ToUtf8(member.name).c_str(), *simulator, [&] { bare.Replay(*context.workspace); },
+        [&] { call(nullptr); });
+  }
+  return met;
 }
 
 // A page of the dialog's first list: from the index and the data file.
@@ -323,6 +349,7 @@ int main(int count, char** arguments) {
     ard::benchmarks::PrintComparisonHeader();
     bool met = ard::benchmarks::LookUpNames(company);
     met &= ard::benchmarks::AskAboutProducts();
+    met &= ard::benchmarks::AskEveryMember();
     met &= ard::benchmarks::PageThroughProducts();
     met &= ard::benchmarks::OpenLists();
     return met ? 0 : 1;

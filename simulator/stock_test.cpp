@@ -241,9 +241,9 @@ TEST(StockFileTest, ANewProductIsThereWhenTheFolderIsOpenedAgain) {
 }
 
 TEST_F(StockTest, ARecordedWorkspaceTellsWhatItIsAsked) {
-  std::vector<std::wstring> operations;
-  const auto recorded = testing::Recorded(workspace_, operations);
-  const auto before = engine_->operations();
+  testing::Recording recording;
+  const auto recorded = testing::Recorded(workspace_, recording);
+  auto before = engine_->operations();
   {
     const auto index = recorded->CreateIndex(L"StockIndex");
     index->Open(Mode::kQuery);
@@ -282,8 +282,15 @@ TEST_F(StockTest, ARecordedWorkspaceTellsWhatItIsAsked) {
       L"Workspace.CreateRecordObject(\"Pricing\")",
       L"Pricing.CustomerUnitPrice(\"CASH\", \"ROD\")",
   };
-  EXPECT_EQ(operations, expected);
-  EXPECT_EQ(engine_->operations() - before, static_cast<std::int64_t>(expected.size()));
+  EXPECT_EQ(recording.operations, expected);
+  const auto asked = engine_->operations() - before;
+  EXPECT_EQ(asked, static_cast<std::int64_t>(expected.size()));
+
+  // The same again, by the engine itself, and everything is released.
+  before = engine_->operations();
+  recording.Replay(*workspace_);
+  EXPECT_EQ(engine_->operations() - before, asked);
+  EXPECT_EQ(engine_->counters().living_objects, 0);
 }
 
 }  // namespace

@@ -30,8 +30,10 @@ TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) {
     context.workspace = engine->workspace();
     context.database = database;
     context.app_name = L"Manufacturing";
+    const Call call = member.bind(context);
     engine->faults().FailFrom(fail_at, persist);
-    const std::wstring answer = member.call(context);
+    std::wstring answer;
+    call(&answer);
     const std::int64_t failed = engine->faults().failed();
     const std::int64_t operations = engine->faults().operations();
 

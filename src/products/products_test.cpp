@@ -260,11 +260,11 @@ TEST_F(ProductsTest, TheEnginesPricingServiceHasTheLastWord) {
                                 {L"STORED_PRICE", 3.5}});
   builder.Setup({{L"PRICING_SERVICE", true}});
   Open(builder);
-  std::vector<std::wstring> operations;
-  products_.context().workspace = testing::Recorded(engine_->workspace(), operations);
+  testing::Recording recording;
+  products_.context().workspace = testing::Recorded(engine_->workspace(), recording);
   EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 5);
   EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"SUP"), 3.5);
-  EXPECT_EQ(operations.size(), 4u);  // nothing else is asked
+  EXPECT_EQ(recording.operations.size(), 4u);  // nothing else is asked
 }
 
 // ---- Creation ----
@@ -315,19 +315,19 @@ TEST_F(ProductsTest, NewProductsGetTheCompanysDefaults) {
 TEST_F(ProductsTest, NewRecordsAreFilledByTypeAndTold) {
   CompanyBuilder builder;
   Open(builder);
-  std::vector<std::wstring> operations;
+  testing::Recording recording;
   std::string trace;
   environment_.trace().Attach([&](std::string_view line) { trace.append(line).append("\n"); });
-  products_.context().workspace = testing::Recorded(engine_->workspace(), operations);
+  products_.context().workspace = testing::Recorded(engine_->workspace(), recording);
   EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
   const auto asked = [&](std::wstring_view what) {
-    return std::count(operations.begin(), operations.end(), what);
+    return std::count(recording.operations.begin(), recording.operations.end(), what);
   };
   EXPECT_EQ(asked(L"StockRecord.ExtraText = \"\""), 1);
   EXPECT_EQ(asked(L"StockRecord.Update"), 1);
   EXPECT_EQ(asked(L"Workspace.Version"), 1);
   // A field of a type without a blank value is left alone.
-  for (const std::wstring& operation : operations) {
+  for (const std::wstring& operation : recording.operations) {
     EXPECT_EQ(operation.find(L"False"), std::wstring::npos) << operation;
   }
   EXPECT_NE(trace.find("PostSave"), std::string::npos) << trace;
@@ -373,20 +373,20 @@ TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {
                            {L"QTY_SOLD_MTH12", 3.0},
                            {L"BUDGET_SALES_BF", 99.0}});
   Open(builder);
-  std::vector<std::wstring> operations;
-  products_.context().workspace = testing::Recorded(engine_->workspace(), operations);
+  testing::Recording recording;
+  products_.context().workspace = testing::Recorded(engine_->workspace(), recording);
 
   EXPECT_FALSE(products_.CopyProduct(L"NONE", L"NEW", L"New"));
-  for (const std::wstring& operation : operations) {
+  for (const std::wstring& operation : recording.operations) {
     EXPECT_EQ(operation.find(L"AddNew"), std::wstring::npos);
   }
-  operations.clear();
+  recording.operations.clear();
   EXPECT_TRUE(products_.CopyProduct(L"OLD", L" NEW ", L" New one "));
 
   // The writes by name, from the one of the new code on.
   std::vector<std::wstring> writes;
   bool copying = false;
-  for (const std::wstring& operation : operations) {
+  for (const std::wstring& operation : recording.operations) {
     const std::size_t value = operation.find(L"\").Value = ");
     if (operation == L"StockRecord.AddNew") copying = true;
     if (!copying || value == std::wstring::npos) continue;
@@ -396,7 +396,7 @@ TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {
   std::vector<std::wstring> expected = {L"STOCK_CODE=\"NEW\"", L"DESCRIPTION=\"New one\""};
   for (std::wstring& reset : ExpectedResets()) expected.push_back(std::move(reset));
   EXPECT_EQ(writes, expected);
-  EXPECT_EQ(operations.back(), L"StockRecord.Update");
+  EXPECT_EQ(recording.operations.back(), L"StockRecord.Update");
 
   const struct {
     const wchar_t* field;

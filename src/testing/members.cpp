@@ -1,6 +1,8 @@
 #include "testing/members.h"
 
 #include <set>
+#include <tuple>
+#include <utility>
 
 #include "accounts/customers.h"
 #include "dialogs/fast_select.h"
@@ -49,22 +51,46 @@ std::wstring Text(std::int16_t answer) { return std::to_wstring(answer); }
 std::wstring Text(double answer) { return Value(answer).ToText(); }
 std::wstring Text(Date answer) { return Value(answer).ToText(); }
 
+// The outputs of a member.
+template <class First, class... More>
+std::wstring Text(const std::tuple<First, More...>& outputs) {
+  return std::apply(
+      [](const First& first, const More&... more) {
+        std::wstring text = Text(first);
+        ((text += L"," + Text(more)), ...);
+        return text;
+      },
+      outputs);
+}
+
+using Binding = std::function<Call(const Context&)>;
+
+// Hands an answer over as text.
+void Give(std::wstring* take, auto&& answer) {
+  if (take) *take = Text(std::move(answer));
+}
+
 template <class Class, class Result, class... Parameters, class... Arguments>
-std::function<std::wstring(const Context&)> Calls(Result (Class::*member)(Parameters...)
-                                                      const noexcept,
-                                                  Arguments... arguments) {
-  return [=](const Context& context) {
-    return Text((Create<Class>(context).get()->*member)(arguments...));
+Binding Calls(Result (Class::*member)(Parameters...) const noexcept, Arguments... arguments) {
+  return [=](const Context& context) -> Call {
+    return [=, object = std::shared_ptr<Class>(Create<Class>(context))](std::wstring* take) {
+      Give(take, (object.get()->*member)(arguments...));
+    };
   };
 }
 
 // Calls a member with outputs or objects by hand.
 template <class Class, class Action>
-std::function<std::wstring(const Context&)> Does(Action action) {
-  return [=](const Context& context) { return Text(action(*Create<Class>(context), context)); };
+Binding Does(Action action) {
+  return [=](const Context& context) -> Call {
+    return [=, object = std::shared_ptr<Class>(Create<Class>(context))](std::wstring* take) {
+      Give(take, action(*object));
+    };
+  };
 }
 
-double AverageOf(const Products& products, const Context& context) {
+double AverageOf(const Products& products) {
+  const Context& context = products.context();
   std::unique_ptr<engine::RecordObject> record;
   Attempt(context.trace(), {L"test", L"StockRecord"}, [&] {
     record = context.workspace->CreateRecord(L"StockRecord");
@@ -74,25 +100,28 @@ double AverageOf(const Products& products, const Context& context) {
   return products.GetAveragePrice(std::move(record));
 }
 
-std::wstring AllocOnOrder(const Products& products, const Context&) {
+std::tuple<double, double> AllocOnOrder(const Products& products) {
   double allocated = -1;
   double on_order = -1;
   products.GetAllocOnOrder(L"BOLT", allocated, on_order);
-  return Text(allocated) + L"," + Text(on_order);
+  return {allocated, on_order};
 }
 
-std::wstring SupplierOnOrder(const Products& products, const Context&) {
+std::tuple<std::wstring, double, double> SupplierOnOrder(const Products& products) {
   std::wstring supplier = L"-";
   double on_order = -1;
   double re_order = -1;
   products.GetSupplierOnOrder(L"BOLT", supplier, on_order, re_order);
-  return supplier.substr(0, 1) + L"," + Text(on_order) + L"," + Text(re_order);
+  Trim(supplier);
+  return {std::move(supplier), on_order, re_order};
 }
 
-std::function<std::wstring(const Context&)> Picks(const FastSelectForm& form) {
-  return [&form](const Context& context) {
-    const std::optional<dialogs::Row> row = dialogs::FastSelect(context, form);
-    return row ? std::wstring(row->Cell(1)) : std::wstring();
+Binding Picks(const FastSelectForm& form) {
+  return [&form](const Context& context) -> Call {
+    return [&form, &context](std::wstring* take) {
+      const std::optional<dialogs::Row> row = dialogs::FastSelect(context, form);
+      Give(take, row ? std::wstring(row->Cell(1)) : std::wstring());
+    };
   };
 }
 
@@ -213,7 +242,8 @@ const std::vector<Member>& Members() {
       {L"Products.GetAllocOnOrder", Does<Products>(AllocOnOrder), nullptr,
        OneOf({L"-1,-1", L"7,-1", L"-1,2.5", L"7,2.5"})},
       {L"Products.GetSupplierOnOrder", Does<Products>(SupplierOnOrder), nullptr,
-       OneOf({L"-,-1,-1", L"S,-1,-1", L"S,2.5,-1", L"S,-1,20", L"-,2.5,20", L"S,2.5,20"})},
+       OneOf({L"-,-1,-1", L"SUP001,-1,-1", L"SUP001,2.5,-1", L"SUP001,-1,20", L"-,2.5,20",
+              L"SUP001,2.5,20"})},
       {L"Products.IsMemberOfCategory",
        Calls(&Products::IsMemberOfCategory, L"BOLT", std::int16_t{7}), nullptr, yes_no},
       {L"Products.GetSellPrice", Calls(&Products::GetSellPrice, L"BOLT"), nullptr, zero_or(L"50")},
@@ -231,12 +261,12 @@ const std::vector<Member>& Members() {
       {L"Products.ListMultipleSelect", Calls(&Products::ListMultipleSelect, L"B"),
        OnProducts(PickSeveral), products},
       {L"Products.CreateNewProduct, asking", Calls(&Products::CreateNewProduct, L"NEW", L""),
-       nullptr, OneOf({L"", L"Asked"})},
-      {L"Products.SaveNewProduct", Calls(&Products::SaveNewProduct, L"NEW"), nullptr, yes_no},
+       nullptr, OneOf({L"", L"Asked"}), true},
+      {L"Products.SaveNewProduct", Calls(&Products::SaveNewProduct, L"NEW"), nullptr, yes_no, true},
       {L"Products.CopyProduct", Calls(&Products::CopyProduct, L"BOLT", L"NEW", L"New"), nullptr,
-       yes_no},
-      {L"Products.UpdateAllocQty", Calls(&Products::UpdateAllocQty, L"BOLT", -1.5), nullptr,
-       yes_no},
+       yes_no, true},
+      {L"Products.UpdateAllocQty", Calls(&Products::UpdateAllocQty, L"BOLT", -1.5), nullptr, yes_no,
+       true},
   };
   return members;
 }

@@ -16,13 +16,18 @@
 
 namespace ard::testing {
 
+// A member of one object, ready to be called as often as one likes. `take` gets its answers.
+using Call = std::function<void(std::wstring* take)>;
+
 struct Member {
   std::wstring name;  // "Customers.GetName", or the form and how the user goes about it
-  // Calls the member on an object with this context, and gives its answer as text.
-  std::function<std::wstring(const Context&)> call;
+  // Makes an object with this context, and binds the member to it. A call gives its answer as text
+  // to `take`; with none, nothing is done but to call.
+  std::function<Call(const Context&)> bind;
   ScriptedEnvironment::Script script = nullptr;  // answers the dialog
   // Whether the member may give this answer when some of its steps fail.
   std::function<bool(const std::wstring&)> may_answer;
+  bool writes = false;
 };
 
 const std::vector<Member>& Members();
