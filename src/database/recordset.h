@@ -84,7 +84,12 @@ class Recordset {
 
   template <std::size_t n, class Action>
   bool Do(const wchar_t (&operation)[n], Action&& action) {
-    return target_ && Attempt(trace_, {kName, {operation, n - 1}}, [&] { action(*target_); });
+    return target_ && Attempt(
+                          trace_,
+                          [&] {
+                            return Step{kName, {operation, n - 1}};
+                          },
+                          [&] { action(*target_); });
   }
 
   template <class Answer, std::size_t n, class Action>

@@ -47,10 +47,15 @@ class Handle {
   template <class Create>
   Handle(const Context& context, std::wstring_view name, Create create)
       : Handle(context.trace(), name, std::unique_ptr<Target>()) {
-    Attempt(trace_, {name, kCreate}, [&] {
-      if (!context.workspace) throw Error(kErrorFailed, L"No workspace has been set.");
-      target_ = std::invoke(create, *context.workspace, name);
-    });
+    Attempt(
+        trace_,
+        [&] {
+          return Step{name, kCreate};
+        },
+        [&] {
+          if (!context.workspace) throw Error(kErrorFailed, L"No workspace has been set.");
+          target_ = std::invoke(create, *context.workspace, name);
+        });
   }
   // Takes an object over that exists already; null when it does not.
   Handle(Trace& trace, std::wstring_view name, std::unique_ptr<Target> target)
@@ -60,7 +65,12 @@ class Handle {
   // Operations are literals: their lengths are not counted at every call.
   template <std::size_t n, class Action>
   bool Do(const wchar_t (&operation)[n], Action&& action) {
-    return target_ && Attempt(trace_, {name_, {operation, n - 1}}, [&] { action(*target_); });
+    return target_ && Attempt(
+                          trace_,
+                          [&] {
+                            return Step{name_, {operation, n - 1}};
+                          },
+                          [&] { action(*target_); });
   }
 
   // Runs a step that has an answer; gives the neutral one when it fails.
@@ -132,10 +142,15 @@ class FieldsHandle : public Handle<Target> {
 
   template <class Action>
   bool WithField(std::wstring_view field, Action&& action) {
-    return this->target_ && Attempt(this->trace_, {this->name_, kFields, field}, [&] {
-             const std::unique_ptr<Field> item = Item(field);
-             action(*item);
-           });
+    return this->target_ && Attempt(
+                                this->trace_,
+                                [&] {
+                                  return Step{this->name_, kFields, field};
+                                },
+                                [&] {
+                                  const std::unique_ptr<Field> item = Item(field);
+                                  action(*item);
+                                });
   }
 
   std::unique_ptr<Fields> fields_;
@@ -304,10 +319,15 @@ class Column {
 
   template <class T>
   bool Get(T& out) {
-    return owner_.exists() && Attempt(owner_.trace(), {owner_.name(), kFields, name_}, [&] {
-             if (!item_) item_ = owner_.Item(name_);
-             Convert(item_->GetValue(), out);
-           });
+    return owner_.exists() && Attempt(
+                                  owner_.trace(),
+                                  [&] {
+                                    return Step{owner_.name(), kFields, name_};
+                                  },
+                                  [&] {
+                                    if (!item_) item_ = owner_.Item(name_);
+                                    Convert(item_->GetValue(), out);
+                                  });
   }
 
  private:

@@ -9,6 +9,7 @@
 #include <functional>
 #include <mutex>
 #include <string_view>
+#include <type_traits>
 
 namespace ard {
 
@@ -51,15 +52,22 @@ class Trace {
 };
 
 // Runs one step. A step that throws is skipped and noted; returns whether it went through.
-template <class Action>
-bool Attempt(Trace& trace, const Step& step, Action&& action) noexcept {
+// `describe` gives the Step, and is called only then.
+template <class Describe, class Action>
+requires std::is_invocable_r_v<Step, Describe>
+bool Attempt(Trace& trace, Describe&& describe, Action&& action) noexcept {
   try {
     action();
     return true;
   } catch (...) {
-    trace.SkippedByException(step);
+    trace.SkippedByException(describe());
     return false;
   }
+}
+template <class Action>
+bool Attempt(Trace& trace, const Step& step, Action&& action) noexcept {
+  return Attempt(
+      trace, [&] { return step; }, action);
 }
 
 }  // namespace ard
