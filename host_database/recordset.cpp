@@ -144,9 +144,12 @@ std::int32_t Recordset::GetFieldType(std::int32_t field) {
 Value Recordset::GetValue(std::int32_t field) {
   Operation();
   ColumnAt(field);
-  if (is_at_end()) Throw(AdoError::kNoCurrentRecord, L"There is no current row.");
-  if (is_deleted_) Throw(AdoError::kRowIsDeleted, L"The current row has been deleted.");
-  return Cell(view_[position_], static_cast<std::size_t>(field));
+  return CurrentCell(static_cast<std::size_t>(field));
+}
+
+Value Recordset::GetValue(std::wstring_view field) {
+  Operation();
+  return CurrentCell(PlaceOf(field));
 }
 
 void Recordset::Delete() {
@@ -184,6 +187,12 @@ const Column& Recordset::ColumnAt(std::int32_t field) const {
     Throw(AdoError::kItemNotFound, L"There is no field " + std::to_wstring(field) + L".");
   }
   return rows_.columns[static_cast<std::size_t>(field)];
+}
+
+const Value& Recordset::CurrentCell(std::size_t field) const {
+  if (is_at_end()) Throw(AdoError::kNoCurrentRecord, L"There is no current row.");
+  if (is_deleted_) Throw(AdoError::kRowIsDeleted, L"The current row has been deleted.");
+  return Cell(view_[position_], field);
 }
 
 std::vector<std::uint32_t> Recordset::View(const std::optional<Filter>& filter,

@@ -46,6 +46,7 @@ class Recordset final : public database::RecordsetObject {
   std::wstring FieldName(std::int32_t field) override;
   std::int32_t GetFieldType(std::int32_t field) override;
   Value GetValue(std::int32_t field) override;
+  Value GetValue(std::wstring_view field) override;
   void Delete() override;
   void Close() override;
 
@@ -57,6 +58,8 @@ class Recordset final : public database::RecordsetObject {
 
   std::size_t PlaceOf(std::wstring_view field) const;
   const Column& ColumnAt(std::int32_t field) const;
+  // The current row's cell of that field.
+  const Value& CurrentCell(std::size_t field) const;
   const Value& Cell(std::size_t row, std::size_t field) const {
     return rows_.cells[row * rows_.columns.size() + field];
   }

@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""Writes src/frame/case_table.inc: the simple upper-case mapping of Unicode as runs.
+"""Writes src/frame/case_table.inc (or, asked for "lower", src/frame/lower_case_table.inc): a simple
+case mapping of Unicode as runs.
 
 A run maps every `step`-th code point from `first` to `last` by adding `delta`.
 """
+import sys
 import unicodedata
 
 
@@ -14,6 +16,11 @@ def simple_upper(code):
         return ord(upper)
     title = chr(code).title()
     return ord(title) if len(title) == 1 else code
+
+
+def simple_lower(code):
+    # The only full mapping that is longer begins with the simple one.
+    return ord(chr(code).lower()[0])
 
 
 def runs(pairs):
@@ -30,7 +37,8 @@ def runs(pairs):
     yield current
 
 
-pairs = [(c, simple_upper(c) - c) for c in range(0x80, 0x110000) if simple_upper(c) != c]
+simple = simple_lower if sys.argv[1:] == ["lower"] else simple_upper
+pairs = [(c, simple(c) - c) for c in range(0x80, 0x110000) if simple(c) != c]
 print(f"// Written by tools/make_case_table.py from Unicode {unicodedata.unidata_version}.")
 for first, last, step, delta in runs(pairs):
     print(f"{{0x{first:04X}, 0x{last:04X}, {step}, {delta}}},")

@@ -71,12 +71,16 @@ class Recordset {
     return Ask(L"Field.Type", std::int32_t{0},
                [&](RecordsetObject& recordset) { return recordset.GetFieldType(field); });
   }
-  // Reads a field of the current row into `out`, converted to its type; a read or conversion that
-  // fails leaves `out` as it was.
+  // Reads a field of the current row, by its place or its name, into `out`, converted to its type;
+  // a read or conversion that fails leaves `out` as it was.
   template <class T>
-  bool Get(std::int32_t field, T& out) {
+  bool Get(auto field, T& out) {
     return Do(L"Field.Value",
               [&](RecordsetObject& recordset) { Convert(recordset.GetValue(field), out); });
+  }
+  // Deletes the current row.
+  bool Delete() {
+    return Do(L"Delete", [](RecordsetObject& recordset) { recordset.Delete(); });
   }
 
  private:

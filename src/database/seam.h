@@ -45,6 +45,7 @@ class RecordsetObject {
   virtual std::wstring FieldName(std::int32_t field) = 0;
   virtual std::int32_t GetFieldType(std::int32_t field) = 0;
   virtual Value GetValue(std::int32_t field) = 0;
+  virtual Value GetValue(std::wstring_view field) = 0;  // by its name
   // Deletes the current row.
   virtual void Delete() = 0;
   virtual void Close() = 0;

@@ -63,6 +63,7 @@ class SelectDialog {
 class RowsInMemory : public RowSource {
  public:
   void Add(std::wstring text);
+  void Clear() { rows_.clear(); }
   std::int32_t count() const { return static_cast<std::int32_t>(rows_.size()); }
   void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
 

@@ -172,11 +172,21 @@ class DataFile : public internal::FieldsHandle<DataFileObject> {
     return Ask<bool>(L"Read", [&](DataFileObject& file) { return file.Read(record); });
   }
   std::int32_t Count() {
-    return Ask<std::int32_t>(L"Count", [](DataFileObject& file) { return file.Count(); });
+    std::int32_t count = 0;
+    Count(count);
+    return count;
+  }
+  // For who must not take a failure for an empty file.
+  bool Count(std::int32_t& count) {
+    return Do(L"Count", [&](DataFileObject& file) { count = file.Count(); });
   }
   bool FindFirst(std::wstring_view field, const Value& value) {
-    return Ask<bool>(L"FindFirst",
-                     [&](DataFileObject& file) { return file.FindFirst(field, value); });
+    bool found = false;
+    return FindFirst(field, value, found) && found;
+  }
+  // For who has to know the difference: false when the search failed, and so tells nothing.
+  bool FindFirst(std::wstring_view field, const Value& value, bool& found) {
+    return Do(L"FindFirst", [&](DataFileObject& file) { found = file.FindFirst(field, value); });
   }
   bool FindNext(std::wstring_view field, const Value& value) {
     return Ask<bool>(L"FindNext",
@@ -335,6 +345,17 @@ class Column {
   std::wstring_view name_;
   std::unique_ptr<Field> item_;
 };
+
+// What the engine says of its last error; what it does not say stays as it is.
+inline void ReadLastError(const Context& context, std::wstring& number, std::wstring& text) {
+  Attempt(context.trace(), {L"Engine", L"LastError"}, [&] {
+    if (!context.engine) throw Error(kErrorFailed, L"No engine has been set.");
+    const std::unique_ptr<EngineError> error = context.engine->LastError();
+    Attempt(context.trace(), {L"Error", L"Number"},
+            [&] { number = std::to_wstring(error->Number()); });
+    Attempt(context.trace(), {L"Error", L"Text"}, [&] { text = error->Text(); });
+  });
+}
 
 // The engine's version text; "" when it cannot be told.
 inline std::wstring EngineVersion(const Context& context) {

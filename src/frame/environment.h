@@ -3,6 +3,8 @@
 #ifndef ARD_FRAME_ENVIRONMENT_H_
 #define ARD_FRAME_ENVIRONMENT_H_
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -11,11 +13,25 @@
 namespace ard {
 
 namespace dialogs {
+class LogonDialog;
 class ProductDialog;
 class SelectDialog;
+class UserListDialog;
 }  // namespace dialogs
 
 enum class Icon { kExclamation, kStop };
+
+// What a user may answer when a step has failed.
+enum class Choice { kAbort, kRetry, kIgnore };
+
+// A shortcut: the file that it is, and what it starts, in a normal window.
+struct Shortcut {
+  std::wstring file;
+  std::wstring target;
+  std::wstring arguments;
+  std::wstring working_folder;
+  std::wstring description;
+};
 
 class Environment {
  public:
@@ -33,6 +49,11 @@ class Environment {
   // Shows the dialog modally and returns once it has hidden itself (`dialog.visible()` is false).
   virtual void Show(dialogs::SelectDialog& dialog) = 0;
   virtual void Show(dialogs::ProductDialog& dialog) = 0;
+  virtual void Show(dialogs::LogonDialog& dialog) = 0;
+  virtual void Show(dialogs::UserListDialog& dialog) = 0;
+
+  // A modal question with the exclamation icon and the buttons Abort, Retry and Ignore.
+  virtual Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) = 0;
 
   // The user's settings: text by application, section and name, such as "Options\ProductSearch" and
   // "Tab". `otherwise` is the answer where there is none.
@@ -40,6 +61,34 @@ class Environment {
                                   std::wstring_view name, std::wstring_view otherwise) = 0;
   virtual void SaveSetting(std::wstring_view application, std::wstring_view section,
                            std::wstring_view name, std::wstring_view value) = 0;
+
+  // A setting of the whole machine, under the library's own key; "" when there is none.
+  virtual std::wstring GetMachineSetting(std::wstring_view name) = 0;
+
+  // A private profile, such as "veltrix.ini"; a name without a folder is one in the Windows folder.
+  // A value has no blanks around it and at most kIniValueLength characters: the rest is not read.
+  // It is "" when there is none.
+  static constexpr std::size_t kIniValueLength = 254;
+  virtual std::wstring ReadIni(std::wstring_view file, std::wstring_view section,
+                               std::wstring_view key) = 0;
+  virtual void WriteIni(std::wstring_view file, std::wstring_view section, std::wstring_view key,
+                        std::wstring_view value) = 0;
+
+  // The short (8.3) form of a path, of less than 255 characters.
+  virtual std::wstring ShortPath(std::wstring_view path) = 0;
+  // The folder of program files that all programs share; `owner` is a window handle.
+  virtual std::wstring CommonFilesFolder(std::int32_t owner) = 0;
+  virtual void CreateShortcut(const Shortcut& shortcut) = 0;
+  // Opens a file for reading and closes it again. Throws when it cannot be opened, because another
+  // process holds it exclusively or for any other reason; it does not mind others who share it.
+  virtual void TryToRead(std::wstring_view file) = 0;
+  // Shows a page of help in whatever the user reads such pages with.
+  virtual void OpenHelp(std::wstring_view page) = 0;
+
+  // Who uses the machine; "" when that cannot be told.
+  virtual std::wstring AccountName() = 0;
+  // Whether the Ctrl key is held down at this moment.
+  virtual bool IsCtrlDown() = 0;
 
   Trace& trace() { return trace_; }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
+#include <span>
 
 namespace ard {
 namespace {
@@ -47,6 +47,18 @@ struct CaseRun {
 constexpr CaseRun kCaseRuns[] = {
 #include "frame/case_table.inc"
 };
+constexpr CaseRun kLowerCaseRuns[] = {
+#include "frame/lower_case_table.inc"
+};
+
+char32_t Mapped(std::span<const CaseRun> runs, char32_t code_point) {
+  const auto run = std::lower_bound(runs.begin(), runs.end(), code_point,
+                                    [](const CaseRun& r, char32_t c) { return r.last < c; });
+  if (run == runs.end() || code_point < run->first || (code_point - run->first) % run->step != 0) {
+    return code_point;
+  }
+  return static_cast<char32_t>(static_cast<std::int32_t>(code_point) + run->delta);
+}
 
 }  // namespace
 
@@ -68,13 +80,7 @@ char32_t UpperCase(char32_t code_point) {
   if (code_point < 0x80) {
     return code_point >= U'a' && code_point <= U'z' ? code_point - 0x20 : code_point;
   }
-  const CaseRun* run = std::lower_bound(std::begin(kCaseRuns), std::end(kCaseRuns), code_point,
-                                        [](const CaseRun& r, char32_t c) { return r.last < c; });
-  if (run == std::end(kCaseRuns) || code_point < run->first ||
-      (code_point - run->first) % run->step != 0) {
-    return code_point;
-  }
-  return static_cast<char32_t>(static_cast<std::int32_t>(code_point) + run->delta);
+  return Mapped(kCaseRuns, code_point);
 }
 
 std::wstring UpperCase(std::wstring_view text) {
@@ -82,6 +88,16 @@ std::wstring UpperCase(std::wstring_view text) {
   upper.reserve(text.size());
   while (!text.empty()) Append(upper, UpperCase(Next(text)));
   return upper;
+}
+
+std::wstring LowerCase(std::wstring_view text) {
+  std::wstring lower;
+  lower.reserve(text.size());
+  while (!text.empty()) {
+    const char32_t c = Next(text);
+    Append(lower, c >= U'A' && c <= U'Z' ? c + 0x20 : Mapped(kLowerCaseRuns, c));
+  }
+  return lower;
 }
 
 std::weak_ordering CompareIgnoreCase(std::wstring_view a, std::wstring_view b) {

@@ -1,5 +1,5 @@
 // Text: automation strings as std::wstring (UTF-16 code units on Windows, code points elsewhere).
-// Trimming removes blanks (U+0020) only; letters are compared and upper-cased by the simple
+// Trimming removes blanks (U+0020) only; letters are compared and changed by the simple
 // Unicode case mapping, the same on every machine and in every locale.
 #ifndef ARD_FRAME_TEXT_H_
 #define ARD_FRAME_TEXT_H_
@@ -15,6 +15,7 @@ void Trim(std::wstring& text);
 
 char32_t UpperCase(char32_t code_point);
 std::wstring UpperCase(std::wstring_view text);
+std::wstring LowerCase(std::wstring_view text);
 
 // Code-point order of the upper-cased texts.
 std::weak_ordering CompareIgnoreCase(std::wstring_view a, std::wstring_view b);

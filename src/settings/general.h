@@ -4,6 +4,7 @@
 #define ARD_SETTINGS_GENERAL_H_
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,7 +20,38 @@ class General : public PublicClass {
 
   // ---- The accounts program (accounts_program.cpp) ----
 
+  // Registers the host as an add-in in the accounts program's ini file: empties the entries in
+  // which one of `check_items` occurs (blank ones occur in none; case does not count), and makes
+  // the first free one "narrative,short path,bitmap,exe". A step that fails is put to the user;
+  // False when they abort.
+  bool AddEntryToIniFile(std::span<const std::wstring> check_items, std::wstring_view long_path,
+                         std::wstring_view narrative, std::wstring_view bitmap,
+                         std::wstring_view exe_name) const noexcept;
+  // Whether the accounts program hides itself on F12.
+  bool IsF12Hide() const noexcept;
+  // The program that it starts on F11; CONTROL.EXE when it names none.
+  std::wstring GetF11Program() const noexcept;
+  // Whether the accounts data in the folder `path` cannot be shared: True when its register of
+  // logons cannot be opened, whatever the reason.
+  bool IsArdExclusive(std::wstring_view path) const noexcept;
+  // Writes a shortcut that starts the accounts program of that version through its desktop launcher
+  // (docs/accounts_program.md) into the folder `manuf_prog_path`. Its path; "" when it could not be
+  // written. `owner` is a window of the host's.
+  std::wstring CreateAccountsShortcut(std::int32_t owner, std::wstring_view accts_prog_path,
+                                      std::wstring_view manuf_prog_path,
+                                      std::int16_t accounts_version = 12) const noexcept;
+
   // ---- Current users (current_users.cpp) ----
+
+  // How many users are logged on to the accounts data; 0 when that cannot be told.
+  std::int16_t GetNumActiveUsers() const noexcept;
+  // The same; the first whose name is not `user_name` is put out with their workstation. Both stay
+  // as they are when there is no other.
+  std::int16_t GetNumActiveUsersInclDet(std::wstring& user_name,
+                                        std::wstring& mach_name) const noexcept;
+  // Shows who is logged on, to the accounts data and to the host; the manager can delete logons to
+  // the host.
+  void ShowUserList(bool manager) const noexcept;
 };
 
 }  // namespace ard::settings

@@ -5,14 +5,18 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "dialogs/logon_dialog.h"
 #include "dialogs/product_dialog.h"
+#include "dialogs/user_list_dialog.h"
 #include "frame/environment.h"
 #include "simulator/fault_plan.h"
+#include "simulator/ini_file.h"
 
 namespace ard::testing {
 
@@ -36,6 +40,15 @@ class ScriptedEnvironment : public Environment {
       script(dynamic_cast<dialogs::ProductDialog&>(dialog));
     });
   }
+  // The same for the logon dialogs, the user list, and the question what to do, whose answer is
+  // Abort without a script.
+  void AnswerLogon(std::function<void(dialogs::LogonDialog&)> script) {
+    logon_scripts_.push_back(std::move(script));
+  }
+  void AnswerUserList(std::function<void(dialogs::UserListDialog&)> script) {
+    user_list_scripts_.push_back(std::move(script));
+  }
+  void AnswerChoice(std::function<Choice()> script) { choices_.push_back(std::move(script)); }
   // Answers every input box.
   void AnswerInput(std::wstring text) { input_ = std::move(text); }
   // What the input boxes asked, as "title: prompt".
@@ -43,6 +56,19 @@ class ScriptedEnvironment : public Environment {
 
   // The user's settings, by "application|section|name".
   std::map<std::wstring, std::wstring>& settings() { return settings_; }
+
+  // The machine: what a test may look at and change.
+  struct Machine {
+    std::map<std::wstring, std::wstring> settings;  // by name
+    simulator::IniFiles ini_files;
+    bool ini_files_read_only = false;
+    std::set<std::wstring> held_files;  // that cannot be opened
+    std::vector<Shortcut> shortcuts;
+    std::vector<std::wstring> help_pages;  // that have been opened
+    std::wstring account_name;
+    bool ctrl_down = false;
+  };
+  Machine& machine() { return machine_; }
 
   // Lets the operations count in `plan`, and fail by it.
   void Obey(simulator::FaultPlan& plan) { plan_ = &plan; }
@@ -73,21 +99,80 @@ class ScriptedEnvironment : public Environment {
     settings_[SettingKey(application, section, name)] = value;
   }
 
+  // Recorded among the messages.
+  Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) override {
+    ShowMessage(Icon::kExclamation, text, title);
+    if (choices_.empty()) return Choice::kAbort;
+    const std::function<Choice()> script = std::move(choices_.front());
+    choices_.pop_front();
+    return script();
+  }
+
+  std::wstring GetMachineSetting(std::wstring_view name) override {
+    if (plan_) plan_->Operation();
+    const auto setting = machine_.settings.find(std::wstring(name));
+    return setting == machine_.settings.end() ? std::wstring() : setting->second;
+  }
+  std::wstring ReadIni(std::wstring_view file, std::wstring_view section,
+                       std::wstring_view key) override {
+    if (plan_) plan_->Operation();
+    return machine_.ini_files.Read(file, section, key);
+  }
+  void WriteIni(std::wstring_view file, std::wstring_view section, std::wstring_view key,
+                std::wstring_view value) override {
+    if (plan_) plan_->Operation();
+    if (machine_.ini_files_read_only) throw Error(5, L"Access denied.");
+    machine_.ini_files.Write(file, section, key, value);
+  }
+  std::wstring ShortPath(std::wstring_view path) override {
+    if (plan_) plan_->Operation();
+    return std::wstring(path.substr(0, 9)) + L"~1";
+  }
+  std::wstring CommonFilesFolder(std::int32_t owner) override {
+    if (plan_) plan_->Operation();
+    return L"C:\Common" + std::to_wstring(owner);
+  }
+  void CreateShortcut(const Shortcut& shortcut) override {
+    if (plan_) plan_->Operation();
+    machine_.shortcuts.push_back(shortcut);
+  }
+  void TryToRead(std::wstring_view file) override {
+    if (plan_) plan_->Operation();
+    if (machine_.held_files.contains(std::wstring(file))) throw Error(32, L"Sharing violation.");
+  }
+  void OpenHelp(std::wstring_view page) override {
+    if (plan_) plan_->Operation();
+    machine_.help_pages.emplace_back(page);
+  }
+  std::wstring AccountName() override {
+    if (plan_) plan_->Operation();
+    return machine_.account_name;
+  }
+  bool IsCtrlDown() override {
+    if (plan_) plan_->Operation();
+    return machine_.ctrl_down;
+  }
+
   void Show(dialogs::ProductDialog& dialog) override {
     Show(static_cast<dialogs::SelectDialog&>(dialog));
   }
-  void Show(dialogs::SelectDialog& dialog) override {
+  void Show(dialogs::SelectDialog& dialog) override { Present(dialog, scripts_); }
+  void Show(dialogs::LogonDialog& dialog) override { Present(dialog, logon_scripts_); }
+  void Show(dialogs::UserListDialog& dialog) override { Present(dialog, user_list_scripts_); }
+
+ private:
+  template <class Dialog>
+  void Present(Dialog& dialog, std::deque<std::function<void(Dialog&)>>& scripts) {
     if (plan_) plan_->Operation();
     ++dialogs_shown_;
-    if (!scripts_.empty()) {
-      const Script script = std::move(scripts_.front());
-      scripts_.pop_front();
+    if (!scripts.empty()) {
+      const std::function<void(Dialog&)> script = std::move(scripts.front());
+      scripts.pop_front();
       script(dialog);
     }
     if (dialog.visible()) dialog.CloseBox();
   }
 
- private:
   static std::wstring SettingKey(std::wstring_view application, std::wstring_view section,
                                  std::wstring_view name) {
     return std::wstring(application) + L'|' + std::wstring(section) + L'|' + std::wstring(name);
@@ -97,7 +182,11 @@ class ScriptedEnvironment : public Environment {
   std::wstring input_;
   std::vector<std::wstring> questions_;
   std::map<std::wstring, std::wstring> settings_;
+  Machine machine_;
   std::deque<Script> scripts_;
+  std::deque<std::function<void(dialogs::LogonDialog&)>> logon_scripts_;
+  std::deque<std::function<void(dialogs::UserListDialog&)>> user_list_scripts_;
+  std::deque<std::function<Choice()>> choices_;
   std::vector<Message> messages_;
   int dialogs_shown_ = 0;
 };

@@ -122,6 +122,9 @@ class AdoRecordset final : public database::RecordsetObject {
     return FieldAt(field).AskLong(kFieldType);
   }
   Value GetValue(std::int32_t field) override { return FieldAt(field).Ask(kFieldValue); }
+  Value GetValue(std::wstring_view field) override {
+    return Fields().AskObject(kFieldsItem, field).Ask(kFieldValue);
+  }
   void Delete() override { recordset_.Do(kDelete); }
   void Close() override {
     if (recordset_.AskLong(kState) != kStateClosed) recordset_.Do(kClose);

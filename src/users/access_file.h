@@ -1,0 +1,27 @@
+// AccessData: the users of the accounts product and their rights.
+#ifndef ARD_USERS_ACCESS_FILE_H_
+#define ARD_USERS_ACCESS_FILE_H_
+
+#include <string_view>
+
+#include "engine/handles.h"
+
+namespace ard::users {
+
+inline constexpr std::wstring_view kAccessData = L"AccessData";
+inline constexpr std::wstring_view kName = L"NAME";
+
+// Whether that is the supervisor, who may do everything and is looked up nowhere.
+bool IsManager(std::wstring_view user);
+
+// Makes the user's record the current one. Names are stored padded with blanks: the name is looked
+// for in upper case, in lower case and as given, and at last among all records without regard to
+// case. False when there is none, or the file is not open.
+bool FindUser(engine::DataFile& access, std::wstring_view user);
+
+// Whether the right in `field` of the current record gives access. What cannot be read gives none.
+bool HasRight(engine::DataFile& access, std::wstring_view field);
+
+}  // namespace ard::users
+
+#endif  // ARD_USERS_ACCESS_FILE_H_

@@ -1,0 +1,99 @@
+#include "users/access_rights.h"
+
+#include <iterator>
+#include <optional>
+
+#include "dialogs/select_dialog.h"
+#include "frame/text.h"
+#include "users/access_file.h"
+
+namespace ard::users {
+namespace {
+
+using engine::DataFile;
+using engine::Mode;
+
+// By the kind of record.
+constexpr std::wstring_view kRights[] = {L"CUST_RECORD", L"SUPP_RECORD", L"NOM_RECORD",
+                                         L"BANK_RECORD", L"PROD_RECORD", L"INV_EDIT",
+                                         L"SOP_ENTRY",   L"POP_ENTRY"};
+
+constexpr std::wstring_view kRefusal =
+    L"You do not have the access rights to Drill To the selected option.\r\n"
+    L"Please consult your Administrator.";
+
+constexpr int kNameWidth = 40;
+
+constexpr std::int32_t kText = 12;  // of the field types, in ODBC's numbering
+
+// Blanks all fields of the record to be written.
+void BlankFields(DataFile& access) {
+  access.ForEachField([](std::int32_t, engine::Field& field) {
+    field.SetValue(field.Type() == kText ? Value(L"") : Value(std::int16_t{0}));
+  });
+}
+
+}  // namespace
+
+bool AccessRights::IsUserAllowedAccess(std::wstring_view user_name, Access option,
+                                       bool display_message) const noexcept {
+  return Call<bool>(L"IsUserAllowedAccess", [&](bool& allowed) {
+    if (IsManager(user_name)) {
+      allowed = true;
+      return;
+    }
+    DataFile access(context(), kAccessData);
+    if (!access.Open(Mode::kRead) || !FindUser(access, user_name)) return;
+    const auto kind = static_cast<std::size_t>(option);
+    allowed = kind < std::size(kRights) && HasRight(access, kRights[kind]);
+    if (!allowed && display_message) {
+      context().ShowMessage(Icon::kExclamation, kRefusal, context().app_name);
+    }
+  });
+}
+
+bool AccessRights::AddUser(std::wstring_view user_name) const noexcept {
+  return Call<bool>(L"AddUser", [&](bool& added) {
+    {
+      DataFile access(context(), kAccessData);
+      bool exists = false;
+      if (!access.Open(Mode::kAppend) || !access.FindFirst(kName, user_name, exists)) return;
+      added = exists;
+      if (exists) return;
+    }
+    DataFile access(context(), kAccessData);
+    if (!access.Open(Mode::kAppend)) return;
+    BlankFields(access);
+    std::int32_t count = 0;
+    added = access.Set(L"Name", user_name) && access.Count(count) && access.Write(count + 1);
+  });
+}
+
+bool AccessRights::IsValid(std::wstring_view user_name) const noexcept {
+  return Call<bool>(L"IsValid", [&](bool& valid) {
+    DataFile access(context(), kAccessData);
+    valid = access.Open(Mode::kRead) && FindUser(access, user_name);
+  });
+}
+
+std::wstring AccessRights::List() const noexcept {
+  return Call<std::wstring>(L"List", [&](std::wstring& name) {
+    dialogs::SelectRecordDialog dialog(L"Select User");
+    dialog.list().AddColumn(L"User", kNameWidth);
+    {
+      DataFile access(context(), kAccessData);
+      const std::int32_t count = access.Open(Mode::kRead) ? access.Count() : 0;
+      for (std::int32_t record = 1; record <= count; ++record) {
+        std::wstring user;
+        if (!access.Read(record) || !access.Get(kName, user, engine::kTrimmed)) continue;
+        if (!user.empty()) dialog.AddRow(std::move(user));
+      }
+    }
+    dialog.list().SelectItem(1);
+    Attempt(context().trace(), {dialog.form(), L"Show"},
+            [&] { context().environment.Show(dialog); });
+    if (dialog.result()) name = Trimmed(dialog.list().selected()->Cell(1));
+  });
+}
+
+}  // namespace ard::users

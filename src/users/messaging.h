@@ -1,0 +1,74 @@
+// Messaging: the host's logon session with the accounts data.
+#ifndef ARD_USERS_MESSAGING_H_
+#define ARD_USERS_MESSAGING_H_
+
+#include <string>
+#include <string_view>
+
+#include "frame/public_class.h"
+
+namespace ard::users {
+
+// What a host sets of a session beyond its context, and who it is that is logged on. Nothing here
+// is checked or changed on the way.
+struct Session {
+  std::wstring ard_data_path;
+  std::wstring user_logged;
+  std::wstring pass_logged;
+  std::wstring unique_id;
+  std::wstring prog_path;
+  std::wstring company_name;
+  bool use_acc_rights = false;
+};
+
+class Messaging : public PublicClass {
+ public:
+  explicit Messaging(Environment& environment) : PublicClass(L"Messaging", environment) {}
+  virtual ~Messaging() = default;
+
+  Session& session() { return session_; }
+
+  // The whole logon: refuses when the accounts data is held exclusively, then asks the user for
+  // name and password; with `check_nt_account`, and if the user's settings say so, who is logged on
+  // to Windows is logged on without being asked, unless Ctrl is held down. True when a user is
+  // logged on.
+  bool CheckForLogon(bool check_nt_account = false) noexcept;
+  // Logs the user on to the accounts data, and off again when the host's own access table is to be
+  // applied and does not have them, or cannot be read. Tells the user why not.
+  bool LogonUser(std::wstring_view user_name, std::wstring_view password) noexcept;
+  // Logs off; True, even when nobody was logged on.
+  bool LogoffUser() const noexcept;
+  // Whether users are told apart: always. A company without users has a password (the two are
+  // overridden in tests, for the way in that asks for it).
+  virtual bool CheckUserAccess() const noexcept;
+  virtual std::wstring GetPassword() const noexcept;
+  // Whether the user may use purchase orders: everyone but who is denied them. False when that
+  // cannot be told.
+  bool PoAccess(std::wstring_view user_name) const noexcept;
+
+ private:
+  bool LogonByDialog(bool check_nt_account);
+  bool LogonByCompanyPassword();
+  // Logs on who is logged on to Windows; "" when that is switched off or does not succeed.
+  std::wstring AttemptDomainUserLogon();
+  bool Connect(std::wstring_view user, std::wstring_view password);
+  // Whether the host's access table has the user, put to it as given.
+  bool IsInAccessTable(std::wstring_view user_name) const;
+  void Disconnect() const;
+
+  // The settings that remember the last logon to this company.
+  std::wstring LogonSection() const;
+  std::wstring GetSetting(std::wstring_view section, std::wstring_view name,
+                          std::wstring_view otherwise) const;
+  void SaveLogonSetting(std::wstring_view name, std::wstring_view value) const;
+
+  void ShowMessage(std::wstring_view text) const {
+    context().ShowMessage(Icon::kExclamation, text, context().app_name);
+  }
+
+  Session session_;
+};
+
+}  // namespace ard::users
+
+#endif  // ARD_USERS_MESSAGING_H_
