@@ -178,7 +178,7 @@ bool AskAboutProducts() {
 bool AskEveryMember() {
   bool met = true;
   for (const testing::Member& member : testing::Members()) {
-    if (member.script || member.writes) continue;
+    if (member.script || member.has_effects) continue;
     const auto simulator = testing::MembersCompany();
     testing::ScriptedEnvironment environment;
     Context context(environment);

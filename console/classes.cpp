@@ -23,8 +23,9 @@ template <class Parameter>
 inline constexpr bool kIsOutput =
     std::is_lvalue_reference_v<Parameter> && !std::is_const_v<std::remove_reference_t<Parameter>>;
 
-template <class Class, class Result, class... Parameters, std::size_t... Index>
-std::vector<Answer> CallWith(Class& object, Result (Class::*method)(Parameters...) const noexcept,
+// Calls `call`, which has the signature `Result(Parameters...)`.
+template <class Call, class Result, class... Parameters, std::size_t... Index>
+std::vector<Answer> CallWith(const Call& call, std::type_identity<Result(Parameters...)>,
                              Arguments& arguments, const std::vector<std::wstring_view>& outputs,
                              std::index_sequence<Index...>) {
   std::tuple<Kept<Parameters>...> kept{};
@@ -37,9 +38,9 @@ std::vector<Answer> CallWith(Class& object, Result (Class::*method)(Parameters..
 
   std::vector<Answer> answers;
   if constexpr (std::is_void_v<Result>) {
-    (object.*method)(std::get<Index>(kept)...);
+    call(std::get<Index>(kept)...);
   } else {
-    answers.push_back({{}, Value((object.*method)(std::get<Index>(kept)...))});
+    answers.push_back({{}, Value(call(std::get<Index>(kept)...))});
   }
   next = 0;
   [[maybe_unused]] const auto take = [&]<class Parameter>(auto& place,
@@ -50,28 +51,75 @@ std::vector<Answer> CallWith(Class& object, Result (Class::*method)(Parameters..
   return answers;
 }
 
-// A member made of a method. `defaults` are those of the last parameters; `outputs` the names of
-// the parameters by reference.
+// A member made of `call`. `defaults` are those of the last parameters; `outputs` the names of the
+// parameters by reference.
+template <class Call, class Result, class... Parameters>
+Member Make(std::wstring_view class_name, std::wstring_view name, Call call,
+            std::type_identity<Result(Parameters...)> signature,
+            std::vector<std::wstring_view> parameters, std::vector<Value> defaults,
+            std::vector<std::wstring_view> outputs) {
+  return {class_name, name, std::move(parameters), std::move(defaults),
+          [call, signature, outputs = std::move(outputs)](Arguments& arguments) {
+            return CallWith(call, signature, arguments, outputs,
+                            std::index_sequence_for<Parameters...>());
+          }};
+}
+
+// A member made of a method.
 template <class Class, class Result, class... Parameters>
 Member Method(Class& object, std::wstring_view name,
               Result (Class::*method)(Parameters...) const noexcept,
               std::vector<std::wstring_view> parameters, std::vector<Value> defaults = {},
               std::vector<std::wstring_view> outputs = {}) {
-  return {object.name(), name, std::move(parameters), std::move(defaults),
-          [&object, method, outputs = std::move(outputs)](Arguments& arguments) {
-            return CallWith(object, method, arguments, outputs,
-                            std::index_sequence_for<Parameters...>());
-          }};
+  const auto call = [&object, method](auto&... arguments) {
+    return (object.*method)(arguments...);
+  };
+  return Make(object.name(), name, call, std::type_identity<Result(Parameters...)>(),
+              std::move(parameters), std::move(defaults), std::move(outputs));
+}
+template <class Class, class Result, class... Parameters>
+Member Method(Class& object, std::wstring_view name,
+              Result (Class::*method)(Parameters...) noexcept,
+              std::vector<std::wstring_view> parameters, std::vector<Value> defaults = {}) {
+  const auto call = [&object, method](auto&... arguments) {
+    return (object.*method)(arguments...);
+  };
+  return Make(object.name(), name, call, std::type_identity<Result(Parameters...)>(),
+              std::move(parameters), std::move(defaults), {});
+}
+
+// A member that gives out and takes a variable.
+template <class T>
+Member Property(PublicClass& object, std::wstring_view name, T& variable) {
+  return {object.name(),
+          name,
+          {},
+          {},
+          [&variable](Arguments&) {
+            return std::vector<Answer>{{{}, Value(variable)}};
+          },
+          [&variable](Value value) { Convert(std::move(value), variable); }};
 }
 
 }  // namespace
 
 Classes::Classes(Environment& environment, const Stores& stores)
-    : customers_(environment), products_(environment) {
+    : customers_(environment),
+      products_(environment),
+      general_(environment),
+      messaging_(environment),
+      access_rights_(environment) {
   AddContext(customers_, stores);
   AddCustomers();
   AddContext(products_, stores);
   AddProducts();
+  AddContext(general_, stores);
+  AddAccountsProgram();
+  AddCurrentUsers();
+  AddContext(messaging_, stores);
+  AddMessaging(stores);
+  AddContext(access_rights_, stores);
+  AddAccessRights();
 }
 
 void Classes::AddContext(PublicClass& object, const Stores& stores) {
@@ -80,18 +128,9 @@ void Classes::AddContext(PublicClass& object, const Stores& stores) {
   context.registry_path = kRegistryPath;
   context.workspace = stores.workspace;
   context.database = stores.database;
-  const auto add = [&](std::wstring_view name, std::wstring& text) {
-    members_.push_back({object.name(),
-                        name,
-                        {},
-                        {},
-                        [&text](Arguments&) {
-                          return std::vector<Answer>{{{}, Value(text)}};
-                        },
-                        [&text](Value value) { Convert(std::move(value), text); }});
-  };
-  add(L"AppName", context.app_name);
-  add(L"RegistryPath", context.registry_path);
+  context.engine = stores.engine;
+  members_.push_back(Property(object, L"AppName", context.app_name));
+  members_.push_back(Property(object, L"RegistryPath", context.registry_path));
 }
 
 void Classes::AddCustomers() {
@@ -159,6 +198,97 @@ void Classes::AddProducts() {
   add(L"SaveNewProduct", &Products::SaveNewProduct, code);
   add(L"CopyProduct", &Products::CopyProduct, Names{L"ExistProd", L"NewCode", L"NewDesc"});
   add(L"UpdateAllocQty", &Products::UpdateAllocQty, Names{L"ProdCode", L"Qty"});
+}
+
+void Classes::AddAccountsProgram() {
+  using settings::General;
+  using Names = std::vector<std::wstring_view>;
+  const auto add = [&](auto... member) { members_.push_back(Method(general_, member...)); };
+  // Check items are separated by semicolons.
+  members_.push_back(
+      {general_.name(),
+       L"AddEntryToIniFile",
+       {L"asCheckItems", L"sLongPath", L"sNarrative", L"sBitmap", L"sExeName"},
+       {},
+       [&](Arguments& arguments) {
+         std::vector<std::wstring> texts;
+         for (const Value& argument : arguments) texts.push_back(argument.ToText());
+         std::vector<std::wstring> items(1);
+         for (const wchar_t c : texts[0]) {
+           if (c == L';') {
+             items.emplace_back();
+           } else {
+             items.back() += c;
+           }
+         }
+         return std::vector<Answer>{
+             {{},
+              Value(general_.AddEntryToIniFile(items, texts[1], texts[2], texts[3], texts[4]))}};
+       }});
+  add(L"IsF12Hide", &General::IsF12Hide, Names{});
+  add(L"GetF11Program", &General::GetF11Program, Names{});
+  add(L"IsArdExclusive", &General::IsArdExclusive, Names{L"Path"});
+  add(L"CreateAccountsShortcut", &General::CreateAccountsShortcut,
+      Names{L"lhWnd", L"AcctsProgPath", L"ManufProgPath", L"AccountsVersion"},
+      std::vector<Value>{std::int16_t{12}});
+}
+
+void Classes::AddCurrentUsers() {
+  using settings::General;
+  using Names = std::vector<std::wstring_view>;
+  const auto add = [&](auto... member) { members_.push_back(Method(general_, member...)); };
+  add(L"GetNumActiveUsers", &General::GetNumActiveUsers, Names{});
+  // The name is what the output starts as.
+  members_.push_back(
+      {general_.name(), L"GetNumActiveUsersInclDet", {L"sUserName"}, {}, [&](Arguments& arguments) {
+         std::wstring user = arguments[0].ToText();
+         std::wstring machine;
+         const Value count = general_.GetNumActiveUsersInclDet(user, machine);
+         return std::vector<Answer>{
+             {{}, count}, {L"sUserName", Value(user)}, {L"sMachName", Value(machine)}};
+       }});
+  add(L"ShowUserList", &General::ShowUserList, Names{L"bManager"});
+}
+
+void Classes::AddMessaging(const Stores& stores) {
+  using users::Messaging;
+  using Names = std::vector<std::wstring_view>;
+  const auto add = [&](auto... member) { members_.push_back(Method(messaging_, member...)); };
+  users::Session& session = messaging_.session();
+  session.ard_data_path = stores.data_path;
+  const std::pair<std::wstring_view, std::wstring*> texts[] = {
+      {L"ArdDataPath", &session.ard_data_path}, {L"UserLogged", &session.user_logged},
+      {L"UniqueID", &session.unique_id},        {L"ProgPath", &session.prog_path},
+      {L"CompanyName", &session.company_name},
+  };
+  for (const auto& [name, text] : texts) members_.push_back(Property(messaging_, name, *text));
+  members_.push_back(Property(messaging_, L"UseAccRights", session.use_acc_rights));
+  add(L"CheckForLogon", &Messaging::CheckForLogon, Names{L"bCheckNtAccount"},
+      std::vector<Value>{false});
+  add(L"LogonUser", &Messaging::LogonUser, Names{L"UserName", L"Password"});
+  add(L"LogoffUser", &Messaging::LogoffUser, Names{});
+  add(L"CheckUserAccess", &Messaging::CheckUserAccess, Names{});
+  add(L"PoAccess", &Messaging::PoAccess, Names{L"sUserName"});
+}
+
+void Classes::AddAccessRights() {
+  using users::AccessRights;
+  using Names = std::vector<std::wstring_view>;
+  const auto add = [&](auto... member) { members_.push_back(Method(access_rights_, member...)); };
+  members_.push_back({access_rights_.name(),
+                      L"IsUserAllowedAccess",
+                      {L"sUserName", L"iOption", L"bDisplayMessage"},
+                      {Value(false)},
+                      [&](Arguments& arguments) {
+                        const auto option = static_cast<users::Access>(arguments[1].ToLong());
+                        return std::vector<Answer>{
+                            {{},
+                             Value(access_rights_.IsUserAllowedAccess(arguments[0].ToText(), option,
+                                                                      arguments[2].ToBoolean()))}};
+                      }});
+  add(L"AddUser", &AccessRights::AddUser, Names{L"UserName"});
+  add(L"IsValid", &AccessRights::IsValid, Names{L"UserName"});
+  add(L"List", &AccessRights::List, Names{});
 }
 
 }  // namespace ard::console

@@ -11,13 +11,18 @@
 #include "database/seam.h"
 #include "engine/seam.h"
 #include "products/products.h"
+#include "settings/general.h"
+#include "users/access_rights.h"
+#include "users/messaging.h"
 
 namespace ard::console {
 
-// What the objects work on; the database may be null.
+// What the objects work on; all but the workspace may be missing.
 struct Stores {
   std::shared_ptr<engine::Workspace> workspace;
   std::shared_ptr<database::Connection> database;
+  std::shared_ptr<engine::Engine> engine = nullptr;
+  std::wstring data_path = {};  // the company's folder
 };
 
 using Arguments = std::vector<Value>;
@@ -47,9 +52,16 @@ class Classes {
   void AddContext(PublicClass& object, const Stores& stores);
   void AddCustomers();
   void AddProducts();
+  void AddAccountsProgram();
+  void AddCurrentUsers();
+  void AddMessaging(const Stores& stores);
+  void AddAccessRights();
 
   accounts::Customers customers_;
   products::Products products_;
+  settings::General general_;
+  users::Messaging messaging_;
+  users::AccessRights access_rights_;
   std::vector<Member> members_;
 };
 

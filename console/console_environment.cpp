@@ -1,12 +1,15 @@
 #include "console/console_environment.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <istream>
 #include <iterator>
 #include <ostream>
-#include <span>
+#include <utility>
 
+#include "dialogs/logon_dialog.h"
 #include "dialogs/product_dialog.h"
+#include "dialogs/user_list_dialog.h"
 #include "frame/error.h"
 #include "frame/text.h"
 #include "frame/value.h"
@@ -25,12 +28,14 @@ struct Target {
   ProductDialog* products;
 };
 
-struct Command {
+template <class OnWhat>
+struct CommandOn {
   std::wstring_view word;
   const char* help;
   // Throws Error when the argument is not what it takes.
-  void (*run)(const Target& target, std::wstring_view argument);
+  void (*run)(OnWhat& target, std::wstring_view argument);
 };
+using Command = CommandOn<const Target>;
 
 std::int32_t Number(std::wstring_view text) { return Value(text).ToLong(); }
 
@@ -80,15 +85,51 @@ constexpr Command kProductCommands[] = {
      [](const Target& t, std::wstring_view) { t.dialog.list().Toggle(); }},
 };
 
-const Command* FindCommand(std::span<const Command> commands, std::wstring_view word) {
-  const auto known = std::find_if(commands.begin(), commands.end(), [&](const Command& command) {
-    return EqualsIgnoreCase(command.word, word);
-  });
-  return known == commands.end() ? nullptr : &*known;
+using dialogs::LogonDialog;
+using dialogs::UserListDialog;
+
+constexpr std::wstring_view kPassword = L"password";
+
+constexpr CommandOn<LogonDialog> kLogonCommands[] = {
+    {L"name", "TEXT", [](LogonDialog& d, std::wstring_view text) { d.NameChange(text); }},
+    {kPassword, "TEXT", [](LogonDialog& d, std::wstring_view text) { d.PasswordChange(text); }},
+    {L"remember", "  ticks the box, or not",
+     [](LogonDialog& d, std::wstring_view) { d.RememberClick(!d.remember()); }},
+    {L"ok", "", [](LogonDialog& d, std::wstring_view) { d.Ok(); }},
+    {L"cancel", "", [](LogonDialog& d, std::wstring_view) { d.Cancel(); }},
+    {L"help", "", [](LogonDialog& d, std::wstring_view) { d.HelpClick(); }},
+};
+
+constexpr CommandOn<UserListDialog> kUserListCommands[] = {
+    {L"tab", "N  1 for the accounts, 2 for the host",
+     [](UserListDialog& d, std::wstring_view n) {
+       d.TabClick(Number(n) == 2 ? UserListDialog::Tab::kHost : UserListDialog::Tab::kAccounts);
+     }},
+    {L"select", "N  the row at position N",
+     [](UserListDialog& d, std::wstring_view n) { d.list().SelectItem(Number(n)); }},
+    {L"refresh", "", [](UserListDialog& d, std::wstring_view) { d.RefreshClick(); }},
+    {L"delete", "", [](UserListDialog& d, std::wstring_view) { d.DeleteClick(); }},
+    {L"close", "", [](UserListDialog& d, std::wstring_view) { d.CloseBox(); }},
+};
+
+template <class OnWhat, std::size_t size>
+const CommandOn<OnWhat>* FindCommand(const CommandOn<OnWhat> (&commands)[size],
+                                     std::wstring_view word) {
+  const auto known = std::find_if(
+      std::begin(commands), std::end(commands),
+      [&](const CommandOn<OnWhat>& command) { return EqualsIgnoreCase(command.word, word); });
+  return known == std::end(commands) ? nullptr : &*known;
 }
 
-void WriteHelp(std::ostream& out, std::span<const Command> commands) {
-  for (const Command& command : commands) {
+// The word that a line begins with, and what follows it.
+std::pair<std::wstring_view, std::wstring_view> Split(std::wstring_view line) {
+  const std::size_t blank = std::min(line.find(L' '), line.size());
+  return {line.substr(0, blank), Trimmed(line.substr(blank))};
+}
+
+template <class OnWhat, std::size_t size>
+void WriteHelp(std::ostream& out, const CommandOn<OnWhat> (&commands)[size]) {
+  for (const CommandOn<OnWhat>& command : commands) {
     out << "  " << ToUtf8(command.word) << ' ' << command.help << '\n';
   }
 }
@@ -150,12 +191,81 @@ void ConsoleEnvironment::Converse(SelectDialog& dialog, ProductDialog* products)
   }
 }
 
+template <class Dialog, class DrawDialog, class Commands>
+void ConsoleEnvironment::Obey(Dialog& dialog, DrawDialog draw, const Commands& commands) {
+  std::wstring line;
+  while (dialog.visible()) {
+    out_ << "--- " << ToUtf8(dialog.caption()) << " ---\n";
+    draw();
+    out_ << "(? helps) " << std::flush;
+    if (!ReadLine(line)) return dialog.CloseBox();
+    const auto [word, argument] = Split(Trimmed(line));
+    const auto* command = FindCommand(commands, word);
+    try {
+      if (command) {
+        command->run(dialog, argument);
+        continue;
+      }
+    } catch (const Error&) {
+      // Told below.
+    }
+    WriteHelp(out_, commands);
+  }
+}
+
+void ConsoleEnvironment::Show(LogonDialog& dialog) {
+  Obey(
+      dialog,
+      [&] {
+        out_ << ToUtf8(dialog.welcome()) << '\n';
+        if (dialog.has_heading()) out_ << "Company: " << ToUtf8(dialog.company()) << '\n';
+        if (dialog.asks_name()) out_ << "User name: " << ToUtf8(dialog.name()) << '\n';
+        out_ << "Password: " << std::string(dialog.password().size(), '*') << '\n';
+        if (dialog.asks_name()) out_ << (dialog.remember() ? "[x]" : "[ ]") << " Remember\n";
+      },
+      kLogonCommands);
+}
+
+void ConsoleEnvironment::Show(UserListDialog& dialog) {
+  Obey(
+      dialog,
+      [&] {
+        out_ << "        ";
+        DrawRows(dialog.list());
+        out_ << (dialog.can_delete() ? "Refresh, Delete, Close " : "Refresh, Close ");
+      },
+      kUserListCommands);
+}
+
+Choice ConsoleEnvironment::AskWhatToDo(std::wstring_view text, std::wstring_view title) {
+  ShowMessage(Icon::kExclamation, text, title);
+  out_ << "Abort, Retry or Ignore? " << std::flush;
+  std::wstring answer;
+  if (!ReadLine(answer) || answer.empty()) return Choice::kAbort;
+  const wchar_t letter = UpperCase(answer)[0];
+  return letter == L'R' ? Choice::kRetry : letter == L'I' ? Choice::kIgnore : Choice::kAbort;
+}
+
+void ConsoleEnvironment::CreateShortcut(const Shortcut& shortcut) {
+  out_ << "[shortcut] " << ToUtf8(shortcut.file) << " -> " << ToUtf8(shortcut.target)
+       << ToUtf8(shortcut.arguments) << '\n';
+}
+
+void ConsoleEnvironment::OpenHelp(std::wstring_view page) {
+  out_ << "[help] " << ToUtf8(page) << '\n';
+}
+
+std::wstring ConsoleEnvironment::AccountName() {
+  const char* user = std::getenv("USER");
+  return user ? FromUtf8(user) : std::wstring();
+}
+
 bool ConsoleEnvironment::ReadLine(std::wstring& line) {
   std::string bytes;
   if (!std::getline(in_, bytes)) return false;
   if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
-  if (echo_) out_ << bytes << '\n';
   line = FromUtf8(bytes);
+  if (echo_) out_ << (Split(line).first == kPassword ? "password ..." : bytes) << '\n';
   return true;
 }
 
@@ -168,6 +278,12 @@ void ConsoleEnvironment::Draw(SelectDialog& dialog, ProductDialog* products) {
          << ToUtf8(products->search_text()) << '"';
   }
   out_ << " ---\n        ";
+  DrawRows(list);
+  out_ << list.row_count() << " rows" << (dialog.ok_enabled() ? ", OK" : "")
+       << ", Cancel (? helps) " << std::flush;
+}
+
+void ConsoleEnvironment::DrawRows(dialogs::ListModel& list) {
   for (const dialogs::Column& column : list.columns()) {
     out_ << Padded(column.header, static_cast<std::size_t>(column.width));
   }
@@ -183,8 +299,6 @@ void ConsoleEnvironment::Draw(SelectDialog& dialog, ProductDialog* products) {
     }
     out_ << '\n';
   }
-  out_ << list.row_count() << " rows" << (dialog.ok_enabled() ? ", OK" : "")
-       << ", Cancel (? helps) " << std::flush;
 }
 
 void ConsoleEnvironment::Handle(SelectDialog& dialog, ProductDialog* products,
@@ -193,12 +307,14 @@ void ConsoleEnvironment::Handle(SelectDialog& dialog, ProductDialog* products,
   if (input.empty()) return dialog.KeyPress(dialogs::kEnterKey);
   if (input.size() == 1 && input != L"?") return dialog.KeyPress(input.front());
 
-  const std::size_t blank = std::min(input.find(L' '), input.size());
-  const std::wstring_view word = input.substr(0, blank);
+  const auto [word, argument] = Split(input);
   const Command* command = FindCommand(kCommands, word);
   if (!command && products) command = FindCommand(kProductCommands, word);
   try {
-    if (command) return command->run({dialog, products}, Trimmed(input.substr(blank)));
+    if (command) {
+      const Target target = {dialog, products};
+      return command->run(target, argument);
+    }
   } catch (const Error&) {
     // Told below.
   }

@@ -17,8 +17,9 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    const auto engine = ard::simulator::Simulator::Open(argv[1]);
-    ard::console::Stores stores = {engine->workspace(), nullptr};
+    const std::shared_ptr<ard::simulator::Simulator> engine =
+        ard::simulator::Simulator::Open(argv[1]);
+    ard::console::Stores stores = {engine->workspace(), nullptr, engine, ard::FromUtf8(argv[1])};
     if (argc == 3) {
       stores.database = std::make_shared<ard::host_database::OdbcConnection>(
           L"Driver=SQLite3;Database=" + ard::FromUtf8(argv[2]));

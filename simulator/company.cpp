@@ -15,6 +15,7 @@ namespace ard::simulator {
 namespace {
 
 constexpr std::wstring_view kControlData = L"ControlData";
+constexpr std::wstring_view kQueueData = L"QueueData";
 
 const TableInfo& Info(std::wstring_view name) {
   const ObjectName found = LookUp(name);
@@ -80,6 +81,7 @@ Company::Company() : tables_(Catalogue().size()) {}
 
 std::unique_ptr<Company> Company::Load(const std::filesystem::path& folder) {
   auto company = std::make_unique<Company>();
+  company->folder_ = folder;
   try {
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -101,7 +103,9 @@ void Company::LoadFile(const std::filesystem::path& path) {
   }
   TableText text = ParseTable(ReadFile(path), file);
   std::unique_ptr<MemoryTable> table = Fill(name, text, file);
-  table->set_writer(FileWriter(path, std::move(text.columns), std::move(text.lines)));
+  if (name != kQueueData) {
+    table->set_writer(FileWriter(path, std::move(text.columns), std::move(text.lines)));
+  }
   Set(name, std::move(table));
 }
 

@@ -24,7 +24,8 @@ class Company {
   Company& operator=(const Company&) = delete;
 
   // Reads every "<name>.table" of `folder`. What is stored in such a table later is written to its
-  // file before it counts; a crash leaves the old table or the new one. Throws CompanyError.
+  // file before it counts; a crash leaves the old table or the new one. The logon queue alone is
+  // not written: its file says who is logged on to begin with. Throws CompanyError.
   static std::unique_ptr<Company> Load(const std::filesystem::path& folder);
 
   // Null when the company has no such table, or there is none of that name. The second form takes
@@ -42,11 +43,15 @@ class Company {
   // CompanyError; the company is then as it was.
   void Parse(std::wstring_view name, std::string_view text, const std::string& file);
 
+  // Where it has been loaded from; empty for a company in memory.
+  const std::filesystem::path& folder() const { return folder_; }
+
  private:
   void LoadFile(const std::filesystem::path& path);
   std::unique_ptr<MemoryTable> Fill(std::wstring_view name, TableText& text,
                                     const std::string& file);
 
+  std::filesystem::path folder_;
   std::vector<std::unique_ptr<Table>> tables_;  // by their ordinal in the catalogue
 };
 

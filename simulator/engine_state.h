@@ -11,6 +11,7 @@
 #include "frame/error.h"
 #include "simulator/company.h"
 #include "simulator/fault_plan.h"
+#include "simulator/logons.h"
 #include "simulator/simulator.h"
 
 namespace ard::simulator {
@@ -24,6 +25,7 @@ struct EngineState {
   std::int64_t operations = 0;
   std::int64_t records_read = 0;
   Error last_error{0, L""};
+  Logons logons{*company};
 
   // Runs one operation, unless it is to fail: counted, and its error kept as the last one.
   template <class Action>

@@ -348,12 +348,56 @@ TEST_F(EngineTest, KeysOfSeveralFieldsAndNumbersSortByPart) {
   EXPECT_TRUE(record->Find(Match::kExact));
 }
 
-TEST_F(EngineTest, LogsOnWhoeverHasAccessData) {
-  EXPECT_TRUE(workspace_->Connect(L"C:\\Data", L"manager", L"", L"id"));
-  EXPECT_TRUE(workspace_->Connect(L"C:\\Data", L" ANN", L"", L"id"));
-  EXPECT_FALSE(workspace_->ConnectNT(L"C:\\Data", L"Eve", L"", L"id"));
+TEST_F(EngineTest, LogsOnWhoeverHasAccessDataAndGivesTheirPassword) {
+  engine_->company().Parse(
+      L"AccessData", "NAME:text(30)\tPASSWORD:text(30)\nANN\t\nBOB\tSecret\n\t\n", "AccessData");
+  const struct {
+    const wchar_t* user;
+    const wchar_t* password;
+    bool admitted;
+  } cases[] = {{L"manager", L"", true},   {L" ANN", L"", true},       {L"ann", L"x", false},
+               {L"BOB", L"Secret", true}, {L"BOB", L"secret", false}, {L"BOB", L"", false},
+               {L"", L"", false},         {L"Eve", L"", false}};
+  bool refused = false;
+  for (const auto& c : cases) {
+    EXPECT_EQ(workspace_->Connect(L"C:\\Data", c.user, c.password, L"id"), c.admitted) << c.user;
+    refused = refused || !c.admitted;
+    EXPECT_EQ(engine_->user().empty(), !c.admitted) << c.user;
+    EXPECT_EQ(engine_->LastError()->Number(), refused ? 1101 : 0);
+    workspace_->Disconnect();
+    EXPECT_EQ(engine_->user(), L"");
+  }
+  EXPECT_EQ(engine_->disconnects(), 8);
+  EXPECT_FALSE(workspace_->ConnectNT(L"", L"Eve", L"", L""));
+  EXPECT_TRUE(workspace_->ConnectNT(L"", L"Bob", L"", L""));
+  EXPECT_TRUE(workspace_->Connect(L"", L"bob", L"", L"")) << "Windows vouches for them";
+  EXPECT_FALSE(workspace_->Connect(L"", L"ann", L"x", L""));
   workspace_->Disconnect();
-  EXPECT_EQ(workspace_->Version(), L"10.0");
+  EXPECT_FALSE(workspace_->Connect(L"", L"bob", L"", L""));
+}
+
+TEST_F(EngineTest, AUserTakesASlotOfTheLogonQueue) {
+  engine_->company().Parse(L"QueueData",
+                           "LOGON_NAME:text(30)\tSTATION_NAME:text(30)\tEMPTY_FLAG:boolean\n"
+                           "EVE\tPC-1\tno\nGONE\tPC-2\tyes\n",
+                           "QueueData");
+  const Table& queue = *engine_->company().Find(L"QueueData");
+  const auto names = [&] {
+    std::wstring all;
+    for (std::int32_t slot = 1; slot <= queue.size(); ++slot) {
+      all += queue.Cell(slot, 0).ToText() + (queue.Cell(slot, 2).ToBoolean() ? L"- " : L" ");
+    }
+    return all;
+  };
+  EXPECT_TRUE(workspace_->Connect(L"", L"manager", L"", L""));
+  EXPECT_EQ(names(), L"EVE MANAGER ");
+  EXPECT_TRUE(workspace_->Connect(L"", L"manager", L"", L""));
+  EXPECT_EQ(names(), L"EVE MANAGER ") << "not twice";
+  workspace_->Disconnect();
+  EXPECT_EQ(names(), L"EVE - ");
+  engine_->company().Parse(L"QueueData", "LOGON_NAME:text(30)\nEVE\n", "QueueData");
+  EXPECT_TRUE(workspace_->Connect(L"", L"manager", L"", L""));
+  EXPECT_EQ(engine_->company().Find(L"QueueData")->size(), 2);
 }
 
 TEST_F(EngineTest, CountsWhatLivesAndWhatIsOpen) {

@@ -53,6 +53,14 @@ class Simulator : public engine::Engine {
   std::int64_t operations() const;
   std::int64_t records_read() const;
 
+  // The user who is logged on through the workspace, "" for none, and how often it has been asked
+  // to log off.
+  const std::wstring& user() const;
+  std::int64_t disconnects() const;
+  // Holds the company's "queue.dta" as a single-user copy of the accounts program does, or lets go
+  // of it. Throws Error when the company has no such file, or it is open already.
+  void HoldExclusively(bool hold);
+
   // The tables, for a test or a tool that builds or changes a company.
   Company& company();
 

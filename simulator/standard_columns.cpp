@@ -51,7 +51,7 @@ constexpr std::string_view kControl = "FINANCIAL_YEAR:integer16";
 constexpr std::string_view kAccess =
     "NAME:text(30)\tPOP:integer8\tCUST_RECORD:integer8\tSUPP_RECORD:integer8\t"
     "NOM_RECORD:integer8\tBANK_RECORD:integer8\tPROD_RECORD:integer8\tINV_EDIT:integer8\t"
-    "SOP_ENTRY:integer8\tPOP_ENTRY:integer8";
+    "SOP_ENTRY:integer8\tPOP_ENTRY:integer8\tPASSWORD:text(30)";
 
 constexpr std::string_view kQueue =
     "LOGON_NAME:text(30)\tSTATION_NAME:text(30)\tEMPTY_FLAG:boolean";

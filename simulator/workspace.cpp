@@ -1,7 +1,7 @@
+#include <optional>
 #include <string>
 #include <utility>
 
-#include "frame/text.h"
 #include "simulator/catalogue.h"
 #include "simulator/engine_objects.h"
 
@@ -9,7 +9,6 @@ namespace ard::simulator {
 namespace {
 
 constexpr std::wstring_view kVersion = L"10.0";
-constexpr std::wstring_view kManager = L"MANAGER";
 
 [[noreturn]] void ThrowUnknown(std::wstring_view name) {
   throw Error(kErrorUnknownName, L"The engine has no object " + std::wstring(name) + L".");
@@ -35,16 +34,16 @@ class SimulatedWorkspace : public engine::Workspace {
     });
   }
 
-  bool Connect(std::wstring_view, std::wstring_view user, std::wstring_view,
+  bool Connect(std::wstring_view, std::wstring_view user, std::wstring_view password,
                std::wstring_view) override {
-    return state_->Run([&] { return IsUser(user); });
+    return state_->Run([&] { return Answer(state_->logons.Connect(user, password)); });
   }
   bool ConnectNT(std::wstring_view, std::wstring_view account, std::wstring_view,
                  std::wstring_view) override {
-    return state_->Run([&] { return IsUser(account); });
+    return state_->Run([&] { return Answer(state_->logons.ConnectNT(account)); });
   }
   void Disconnect() override {
-    state_->Run([] {});
+    state_->Run([&] { state_->logons.Disconnect(); });
   }
   std::wstring Version() override {
     return state_->Run([] { return std::wstring(kVersion); });
@@ -65,17 +64,10 @@ class SimulatedWorkspace : public engine::Workspace {
            setup->Cell(1, static_cast<std::size_t>(column)).ToBoolean();
   }
 
-  // The manager, and whoever has a record of access rights.
-  bool IsUser(std::wstring_view name) const {
-    if (EqualsIgnoreCase(Trimmed(name), kManager)) return true;
-    const Table* access = state_->company->Find(L"AccessData");
-    const int column = access == nullptr ? -1 : access->columns().Find(L"NAME");
-    if (column < 0) return false;
-    for (std::int32_t record = 1; record <= access->size(); ++record) {
-      const std::wstring user = access->Cell(record, static_cast<std::size_t>(column)).ToText();
-      if (EqualsIgnoreCase(Trimmed(user), Trimmed(name))) return true;
-    }
-    return false;
+  // Whether the user has been logged on; why not is the last error.
+  bool Answer(const std::optional<Error>& refusal) {
+    if (refusal) state_->last_error = *refusal;
+    return !refusal;
   }
 
   std::shared_ptr<EngineState> state_;

@@ -5,6 +5,7 @@
 
 #include <cctype>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include "frame/text.h"
@@ -20,7 +21,7 @@ TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) {
   static const auto database = MembersDatabase();
   const auto run = [&](std::int64_t fail_at, bool persist) {
     // Some members write.
-    const auto engine = MembersCompany();
+    const std::shared_ptr<simulator::Simulator> engine = MembersCompany();
     ScriptedEnvironment environment;
     if (member.script) environment.Answer(member.script);
     environment.AnswerInput(L"Asked");
@@ -28,6 +29,7 @@ TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) {
     database->Obey(engine->faults());
     Context context(environment);
     context.workspace = engine->workspace();
+    context.engine = engine;
     context.database = database;
     context.app_name = L"Manufacturing";
     const Call call = member.bind(context);

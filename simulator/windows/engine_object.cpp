@@ -74,6 +74,14 @@ constexpr Member<EngineTarget> kEngineMembers[] = {
      [](EngineTarget& self, Call& call) {
        call.Return(self.simulator().counters().living_objects + *self.Opened().live);
      }},
+    {L"User", 109, kCall, 0,
+     [](EngineTarget& self, Call& call) { call.Return(self.simulator().user()); }},
+    {L"Disconnects", 110, kCall, 0,
+     [](EngineTarget& self, Call& call) {
+       call.Return(static_cast<double>(self.simulator().disconnects()));
+     }},
+    {L"HoldExclusively", 111, kCall, 1,
+     [](EngineTarget& self, Call& call) { self.simulator().HoldExclusively(call.Boolean(0)); }},
 };
 
 }  // namespace

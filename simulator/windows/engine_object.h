@@ -20,6 +20,11 @@ namespace ard::simulator {
 //   OpenFiles                how many of their files are open
 //   LivingObjects            how many engine objects, and automation objects that stand for them,
 //                            have not been released; the workspace and the engine do not count
+//   User, Disconnects        who is logged on through the workspace, "" for nobody, and how often
+//   it
+//                            has been asked to log off
+//   HoldExclusively(hold)    holds the company's "queue.dta" as a single-user copy of the accounts
+//                            program does, or lets go of it
 ComPtr<IDispatch> CreateEngineObject();
 
 }  // namespace ard::simulator

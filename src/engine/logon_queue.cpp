@@ -15,7 +15,7 @@ std::vector<ActiveLogon> ActiveLogons(const Context& context) {
   for (std::int32_t slot = 1; slot <= count; ++slot) {
     if (!queue.Read(slot)) continue;
     ActiveLogon logon;
-    bool empty = false;
+    bool empty = true;
     queue.Get(L"LOGON_NAME", logon.name, kTrimmed);
     queue.Get(L"EMPTY_FLAG", empty);
     if (logon.name.empty() || empty) continue;

@@ -20,11 +20,13 @@ TEST(TextTest, TrimsBlanksOnly) {
   }
 }
 
-TEST(TextTest, UpperCasesBySimpleMapping) {
+TEST(TextTest, ChangesCaseBySimpleMapping) {
   EXPECT_EQ(UpperCase(std::wstring_view(L"abz {é\x00FF\x00DF\x0131\x01C6")),
             L"ABZ {É\x0178\x00DFI\x01C4");
   EXPECT_EQ(UpperCase(std::wstring_view(L"\x0435\x0451\x03C2\x0561")), L"\x0415\x0401\x03A3\x0531");
   EXPECT_EQ(UpperCase(std::wstring_view(L"\U00010428")), L"\U00010400");  // beyond the basic plane
+  EXPECT_EQ(LowerCase(L"ABZ [É\x0178\x0130\x01C4\x0398\x039C"), L"abz [éÿi\x01C6\x03B8\x03BC");
+  EXPECT_EQ(LowerCase(L"\U00010400 ß"), L"\U00010428 ß");
   EXPECT_EQ(UpperCase(U'\x0100'), U'\x0100');
   EXPECT_EQ(UpperCase(U'\x0101'), U'\x0100');
 }

@@ -8,17 +8,25 @@
 #include "dialogs/fast_select.h"
 #include "dialogs/product_dialog.h"
 #include "products/products.h"
+#include "settings/general.h"
 #include "simulator/testing/company_builder.h"
+#include "users/access_rights.h"
+#include "users/messaging.h"
 
 namespace ard::testing {
 namespace {
 
 using accounts::Customers;
 using dialogs::FastSelectForm;
+using dialogs::LogonDialog;
 using dialogs::Pick;
 using dialogs::ProductDialog;
 using dialogs::SelectDialog;
+using dialogs::UserListDialog;
 using products::Products;
+using settings::General;
+using users::AccessRights;
+using users::Messaging;
 
 using Answers = std::function<bool(const std::wstring&)>;
 
@@ -40,6 +48,7 @@ template <class Class>
 std::unique_ptr<Class> Create(const Context& context) {
   auto object = std::make_unique<Class>(context.environment);
   object->context().workspace = context.workspace;
+  object->context().engine = context.engine;
   object->context().app_name = context.app_name;
   object->context().database = context.database;
   return object;
@@ -84,13 +93,12 @@ template <class Class, class Action>
 Binding Does(Action action) {
   return [=](const Context& context) -> Call {
     return [=, object = std::shared_ptr<Class>(Create<Class>(context))](std::wstring* take) {
-      Give(take, action(*object));
+      Give(take, action(*object, object->context()));
     };
   };
 }
 
-double AverageOf(const Products& products) {
-  const Context& context = products.context();
+double AverageOf(const Products& products, const Context& context) {
   std::unique_ptr<engine::RecordObject> record;
   Attempt(context.trace(), {L"test", L"StockRecord"}, [&] {
     record = context.workspace->CreateRecord(L"StockRecord");
@@ -100,20 +108,127 @@ double AverageOf(const Products& products) {
   return products.GetAveragePrice(std::move(record));
 }
 
-std::tuple<double, double> AllocOnOrder(const Products& products) {
+std::tuple<double, double> AllocOnOrder(const Products& products, const Context&) {
   double allocated = -1;
   double on_order = -1;
   products.GetAllocOnOrder(L"BOLT", allocated, on_order);
   return {allocated, on_order};
 }
 
-std::tuple<std::wstring, double, double> SupplierOnOrder(const Products& products) {
+std::tuple<std::wstring, double, double> SupplierOnOrder(const Products& products, const Context&) {
   std::wstring supplier = L"-";
   double on_order = -1;
   double re_order = -1;
   products.GetSupplierOnOrder(L"BOLT", supplier, on_order, re_order);
   Trim(supplier);
   return {std::move(supplier), on_order, re_order};
+}
+
+// The users' side: these answer the dialogs that only it has.
+
+ScriptedEnvironment& Scripted(const Context& context) {
+  return dynamic_cast<ScriptedEnvironment&>(context.environment);
+}
+
+bool AddToFullIniFile(const General& general, const Context& context) {
+  for (const wchar_t* key : {L"AddIn1", L"AddIn2"}) {
+    Scripted(context).machine().ini_files.Write(L"veltrix.ini", L"CorloAddIns", key, L"x,host.exe");
+  }
+  Scripted(context).AnswerChoice([] { return Choice::kRetry; });
+  Scripted(context).AnswerChoice([] { return Choice::kIgnore; });
+  return general.AddEntryToIniFile(std::vector<std::wstring>{L"host.exe"}, L"C:\\Host", L"Host",
+                                   L"host.bmp", L"host.exe");
+}
+
+std::wstring WriteShortcut(const General& general, const Context& context) {
+  Scripted(context).machine().settings = {{L"LauncherFolder", L"Launcher"},
+                                          {L"LauncherFile", L"start.exe"},
+                                          {L"LauncherName", L"Accounts"},
+                                          {L"Installation12", L"{12}"}};
+  return general.CreateAccountsShortcut(0, L"C:\\Accounts", L"C:\\Host");
+}
+
+std::wstring FirstOther(const General& general, const Context&) {
+  std::wstring name = L"ANN";
+  std::wstring machine = L"-";
+  const std::int16_t count = general.GetNumActiveUsersInclDet(name, machine);
+  return Text(count) + L"," + name + L"," + machine;
+}
+
+// Every handler of the user list.
+std::wstring WorkTheUserList(const General& general, const Context& context) {
+  auto& database = dynamic_cast<host_database::OdbcConnection&>(*context.database);
+  database.Execute(L"DELETE FROM CurrentUsers");
+  database.Execute(
+      L"INSERT INTO CurrentUsers VALUES (1, 'Manufacturing', 'ANN', 'A1'), "
+      L"(2, 'Manufacturing', 'BOB', 'B1')");
+  Scripted(context).AnswerUserList([](UserListDialog& dialog) {
+    dialog.list().rows();
+    dialog.TabClick(UserListDialog::Tab::kHost);
+    dialog.DeleteClick();
+    dialog.list().End();
+    dialog.DeleteClick();
+    dialog.RefreshClick();
+    dialog.TabClick(UserListDialog::Tab::kAccounts);
+    dialog.list().rows();
+    dialog.CloseBox();
+  });
+  general.ShowUserList(true);
+  return L"";
+}
+
+bool LogOnByDialog(Messaging& messaging, const Context& context) {
+  Scripted(context).AnswerLogon([](LogonDialog& dialog) {
+    dialog.HelpClick();
+    dialog.Ok();
+    dialog.RememberClick(true);
+    dialog.NameChange(L"EVE");
+    dialog.Ok();
+    dialog.NameChange(L"ANN");
+    dialog.PasswordChange(L"x");
+    dialog.Ok();
+  });
+  messaging.session().use_acc_rights = true;
+  const bool logged_on = messaging.CheckForLogon();
+  if (!logged_on) messaging.LogoffUser();
+  return logged_on;
+}
+
+bool LogOnByWindows(Messaging& messaging, const Context& context) {
+  Scripted(context).settings()[L"|Company|AttemptDomainUserLogon"] = L"1";
+  Scripted(context).machine().account_name = L"ANN";
+  messaging.session().use_acc_rights = true;
+  return messaging.CheckForLogon(true);
+}
+
+std::wstring LogOn(Messaging& messaging, const Context& context) {
+  messaging.session().use_acc_rights = true;
+  std::wstring answers;
+  for (const wchar_t* user : {L"ANN", L"EVE", L"NOBODY"}) {
+    answers += messaging.LogonUser(user, L"x") ? L"y" : L"n";
+  }
+  return answers;
+}
+
+class WithoutUsers : public Messaging {
+ public:
+  using Messaging::Messaging;
+  bool CheckUserAccess() const noexcept override { return false; }
+  std::wstring GetPassword() const noexcept override { return L"x"; }
+};
+
+bool LogOnByCompanyPassword(WithoutUsers& messaging, const Context& context) {
+  Scripted(context).AnswerLogon([](LogonDialog& dialog) {
+    dialog.Ok();
+    dialog.PasswordChange(L"x");
+    dialog.Ok();
+    dialog.CloseBox();
+  });
+  return messaging.CheckForLogon();
+}
+
+bool MayOpen(const AccessRights& rights, const Context&) {
+  return rights.IsUserAllowedAccess(L"EVE", users::Access::kBankRecord, true);
 }
 
 Binding Picks(const FastSelectForm& form) {
@@ -267,6 +382,35 @@ const std::vector<Member>& Members() {
        yes_no, true},
       {L"Products.UpdateAllocQty", Calls(&Products::UpdateAllocQty, L"BOLT", -1.5), nullptr, yes_no,
        true},
+
+      {L"General.AddEntryToIniFile", Does<General>(AddToFullIniFile), nullptr, yes_no, true},
+      {L"General.IsF12Hide", Calls(&General::IsF12Hide), nullptr, OneOf({L"False"})},
+      {L"General.GetF11Program", Calls(&General::GetF11Program), nullptr, OneOf({L"CONTROL.EXE"})},
+      {L"General.IsArdExclusive", Calls(&General::IsArdExclusive, L"C:\\Data"), nullptr, yes_no},
+      {L"General.CreateAccountsShortcut", Does<General>(WriteShortcut), nullptr,
+       OneOf({L"", L"C:\\Host\\RunAccounts.lnk"}), true},
+      {L"General.GetNumActiveUsers", Calls(&General::GetNumActiveUsers), nullptr,
+       OneOf({L"0", L"1", L"2", L"3"})},
+      {L"General.GetNumActiveUsersInclDet", Does<General>(FirstOther), nullptr,
+       OneOf({L"0,ANN,-", L"1,ANN,-", L"1,BOB,", L"1,BOB,PC2", L"2,BOB,", L"2,BOB,PC2"})},
+      {L"frmUserList", Does<General>(WorkTheUserList), nullptr, nothing, true},
+      {L"Messaging.CheckForLogon, frmUserDetails", Does<Messaging>(LogOnByDialog), nullptr, yes_no,
+       true},
+      {L"Messaging.CheckForLogon, Windows account", Does<Messaging>(LogOnByWindows), nullptr,
+       yes_no, true},
+      {L"Messaging.CheckForLogon, frmCompanyPassword", Does<WithoutUsers>(LogOnByCompanyPassword),
+       nullptr, yes_no, true},
+      // Nobody but Ann, whatever fails.
+      {L"Messaging.LogonUser", Does<Messaging>(LogOn), nullptr, OneOf({L"ynn", L"nnn"}), true},
+      {L"Messaging.LogoffUser", Calls(&Messaging::LogoffUser), nullptr, OneOf({L"True"})},
+      {L"Messaging.PoAccess, denied", Calls(&Messaging::PoAccess, L"EVE"), nullptr,
+       OneOf({L"False"})},
+      {L"Messaging.PoAccess", Calls(&Messaging::PoAccess, L"ANN"), nullptr, yes_no},
+      {L"cAccessRights.IsUserAllowedAccess", Does<AccessRights>(MayOpen), nullptr,
+       OneOf({L"False"})},
+      {L"cAccessRights.AddUser", Calls(&AccessRights::AddUser, L"NEW"), nullptr, yes_no, true},
+      {L"cAccessRights.IsValid", Calls(&AccessRights::IsValid, L"Odd"), nullptr, yes_no},
+      {L"cAccessRights.List", Calls(&AccessRights::List), Confirm, SomeReference(L"AEO")},
   };
   return members;
 }
@@ -322,6 +466,12 @@ std::unique_ptr<simulator::Simulator> MembersCompany() {
                              {L"DISCOUNT_TYPE", std::int16_t{2}},
                              {L"VALUE", 10.0}})
       .Record(L"CurrencyData", {{L"EXCHANGE_RATE", 1.5}});
+  company.Record(L"AccessData", {{L"NAME", L"ANN"}, {L"PASSWORD", L"x"}})
+      .Record(L"AccessData", {{L"NAME", L"EVE"}, {L"BANK_RECORD", 1}, {L"POP", 1}})
+      .Record(L"AccessData", {{L"NAME", L" Odd"}})
+      .Record(L"QueueData", {{L"LOGON_NAME", L"ANN"}, {L"STATION_NAME", L"PC1"}})
+      .Record(L"QueueData", {{L"LOGON_NAME", L"OLD"}, {L"EMPTY_FLAG", true}})
+      .Record(L"QueueData", {{L"LOGON_NAME", L"BOB"}, {L"STATION_NAME", L"PC2"}});
   return company.Build();
 }
 
@@ -333,6 +483,11 @@ std::shared_ptr<host_database::OdbcConnection> MembersDatabase() {
   for (const wchar_t* row : {L"'BOLT', 'Best'", L"'NUT', 'Better'", L"'NAIL', 'Brass'"}) {
     database->Execute(L"INSERT INTO ProdInfoStockFields VALUES (" + std::wstring(row) + L")");
   }
+  database->Execute(L"CREATE TABLE AccessRights (ID INTEGER, UserName VARCHAR(30))");
+  database->Execute(L"INSERT INTO AccessRights VALUES (1, 'ANN')");
+  database->Execute(
+      L"CREATE TABLE CurrentUsers (ID INTEGER, Product VARCHAR(30), UserName VARCHAR(30), "
+      L"UniqueID VARCHAR(30))");
   return database;
 }
 
@@ -344,8 +499,14 @@ bool IsKnownMessage(const Message& message) {
     return message.title == L"Select Nominal Code" &&
            message.text == L"Entry to a major Control Account is not permitted";
   }
+  if (message.title == L"User List") return message.text == L"You must select a logon to delete.";
   return message.title == L"Manufacturing" &&
-         (has(L"Account is on hold.") || has(L"Account is over credit limit.") ||
+         (has(L"You must enter a user name.") || has(L"Could not logon to Ardenic.") ||
+          has(L" is not allowed access to Manufacturing.") ||
+          has(L"Ardenic is currently running and is a single-user version.") ||
+          has(L"You do not have the access rights") ||
+          has(L"An error occurred whilst making an entry to the 'veltrix.ini' file.") ||
+          has(L"Account is on hold.") || has(L"Account is over credit limit.") ||
           has(L"Terms have not been agreed with this account."));
 }
 

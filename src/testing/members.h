@@ -27,7 +27,8 @@ struct Member {
   ScriptedEnvironment::Script script = nullptr;  // answers the dialog
   // Whether the member may give this answer when some of its steps fail.
   std::function<bool(const std::wstring&)> may_answer;
-  bool writes = false;
+  // It writes, or answers its dialogs itself: it cannot be called again and again.
+  bool has_effects = false;
 };
 
 const std::vector<Member>& Members();

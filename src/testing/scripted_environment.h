@@ -130,7 +130,7 @@ class ScriptedEnvironment : public Environment {
   }
   std::wstring CommonFilesFolder(std::int32_t owner) override {
     if (plan_) plan_->Operation();
-    return L"C:\Common" + std::to_wstring(owner);
+    return L"C:\\Common" + std::to_wstring(owner);
   }
   void CreateShortcut(const Shortcut& shortcut) override {
     if (plan_) plan_->Operation();

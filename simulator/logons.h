@@ -1,0 +1,51 @@
+// Who is logged on to a simulated engine, and who may be.
+#ifndef ARD_SIMULATOR_LOGONS_H_
+#define ARD_SIMULATOR_LOGONS_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "frame/error.h"
+#include "simulator/company.h"
+#include "simulator/shared_file.h"
+
+namespace ard::simulator {
+
+class Logons {
+ public:
+  explicit Logons(Company& company) : company_(company) {}
+
+  // Logs a user on, in place of the one before: into a slot of the logon queue, where the company
+  // has one. Users are the manager and everybody in AccessData; a PASSWORD there has to be given to
+  // the letter, but not by who is logged on by the Windows account of that name. What is wrong
+  // otherwise.
+  std::optional<Error> Connect(std::wstring_view user, std::wstring_view password);
+  std::optional<Error> ConnectNT(std::wstring_view account);
+  void Disconnect();
+
+  const std::wstring& user() const { return user_; }
+  std::int64_t disconnects() const { return disconnects_; }
+
+  void HoldExclusively(bool hold);
+
+ private:
+  // The user's password; nothing when there is no such user.
+  std::optional<std::wstring> PasswordOf(std::wstring_view user) const;
+  std::optional<Error> Enter(std::wstring_view user, bool by_windows);
+  void Leave();
+  std::int32_t FreeSlot(const Table& queue) const;
+  void StoreSlot(std::int32_t slot, std::wstring_view user);
+
+  Company& company_;
+  std::wstring user_;
+  bool by_windows_ = false;
+  std::int32_t slot_ = 0;  // the record in the logon queue; 0 for none
+  std::int64_t disconnects_ = 0;
+  std::optional<HeldFile> held_;
+};
+
+}  // namespace ard::simulator
+
+#endif  // ARD_SIMULATOR_LOGONS_H_

@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host_database/odbc_connection.h"
+#include "settings/general.h"
+#include "simulator/testing/company_builder.h"
+#include "testing/scripted_environment.h"
+
+namespace ard::settings {
+namespace {
+
+using database::Cursor;
+using database::Lock;
+using dialogs::UserListDialog;
+using host_database::OdbcConnection;
+using simulator::CompanyBuilder;
+using Tab = UserListDialog::Tab;
+
+class CurrentUsersTest : public ::testing::Test {
+ protected:
+  CurrentUsersTest() {
+    general_.context().app_name = L"Manufacturing";
+    general_.context().database = database_;
+    CompanyBuilder company;
+    const auto slot = [&](const wchar_t* name, const wchar_t* station, bool empty = false) {
+      company.Record(L"QueueData",
+                     {{L"LOGON_NAME", name}, {L"STATION_NAME", station}, {L"EMPTY_FLAG", empty}});
+    };
+    slot(L" ann ", L" pc1 ");
+    slot(L"GONE", L"PC9", /*empty=*/true);
+    slot(L"  ", L"PC8");
+    slot(L"Bob", L"PC2");
+    slot(L"EVE", L"PC3");
+    engine_ = company.Build();
+    general_.context().workspace = engine_->workspace();
+    database_->Execute(
+        L"CREATE TABLE CurrentUsers (ID INTEGER, UserName VARCHAR(30), UniqueID VARCHAR(30), "
+        L"Product VARCHAR(30))");
+    database_->Execute(
+        L"INSERT INTO CurrentUsers VALUES (7, ' eve', 'u3 ', 'Manufacturing'),"
+        L"(8, 'Ann', 'u1', 'Manufacturing'), (9, 'Bob', 'u2', 'Stock'),"
+        L"(10, 'Ann', 'u4', 'Manufacturing')");
+  }
+  void TearDown() override {
+    EXPECT_EQ(engine_->counters().open_files, 0);
+    EXPECT_EQ(database_->open_recordsets(), 0);
+  }
+
+  static std::wstring Shown(dialogs::ListModel& list) {
+    std::wstring text;
+    for (const dialogs::Row& row : list.rows()) text += row.text + L"|";
+    return text;
+  }
+  // The IDs that the table still has.
+  std::wstring Ids() {
+    std::wstring ids;
+    const auto rows = database_->OpenRecordset(L"SELECT ID FROM CurrentUsers ORDER BY ID",
+                                               Cursor::kForwardOnly, Lock::kReadOnly);
+    for (; !rows->Eof(); rows->MoveNext()) ids += rows->GetValue(0).ToText() + L" ";
+    return ids;
+  }
+
+  testing::ScriptedEnvironment environment_;
+  General general_{environment_};
+  std::unique_ptr<simulator::Simulator> engine_;
+  std::shared_ptr<OdbcConnection> database_ =
+      std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+};
+
+TEST_F(CurrentUsersTest, CountsWhoIsLoggedOnAndNamesTheFirstOther) {
+  EXPECT_EQ(general_.GetNumActiveUsers(), 3);
+  const struct {
+    const wchar_t* own;
+    const wchar_t* other;
+    const wchar_t* machine;
+  } cases[] = {{L" ann  ", L"Bob", L"PC2"}, {L"Bob", L"ann", L"pc1"}, {L"", L"ann", L"pc1"}};
+  for (const auto& c : cases) {
+    std::wstring name = c.own;
+    std::wstring machine = L"before";
+    EXPECT_EQ(general_.GetNumActiveUsersInclDet(name, machine), 3);
+    EXPECT_EQ(name, c.other);
+    EXPECT_EQ(machine, c.machine);
+  }
+  CompanyBuilder alone;
+  alone.Record(L"QueueData", {{L"LOGON_NAME", L"ANN"}}).Record(L"QueueData", {});
+  const auto engine = alone.Build();
+  general_.context().workspace = engine->workspace();
+  std::wstring name = L" ANN ";
+  std::wstring machine = L"before";
+  EXPECT_EQ(general_.GetNumActiveUsersInclDet(name, machine), 1);
+  EXPECT_EQ(name, L" ANN ");
+  EXPECT_EQ(machine, L"before");
+  general_.context().workspace = CompanyBuilder().Build()->workspace();
+  EXPECT_EQ(general_.GetNumActiveUsers(), 0);
+  general_.context().workspace = nullptr;
+  EXPECT_EQ(general_.GetNumActiveUsers(), 0);
+}
+
+TEST_F(CurrentUsersTest, TheManagerDeletesExactlyTheLogonSelected) {
+  environment_.AnswerUserList([&](UserListDialog& dialog) {
+    EXPECT_EQ(Shown(dialog.list()), L"ANN\tPC1|BOB\tPC2|EVE\tPC3|");
+    dialog.list().SelectItem(2);
+    dialog.DeleteClick();
+    EXPECT_EQ(Ids(), L"7 8 9 10 ") << "a selection in the other list does not count";
+    ASSERT_EQ(environment_.messages().size(), 1u);
+    EXPECT_EQ(environment_.messages()[0],
+              (testing::Message{Icon::kExclamation, L"You must select a logon to delete.",
+                                L"User List"}));
+
+    dialog.TabClick(Tab::kHost);
+    EXPECT_EQ(Shown(dialog.list()), L"EVE\tU3|ANN\tU1|ANN\tU4|");
+    dialog.list().SelectItem(3);
+    dialog.DeleteClick();
+    EXPECT_EQ(Ids(), L"7 8 9 ");
+    EXPECT_EQ(Shown(dialog.list()), L"EVE\tU3|ANN\tU1|");
+    dialog.DeleteClick();
+    EXPECT_EQ(environment_.messages().size(), 2u) << "nothing is selected any more";
+
+    database_->Execute(L"DELETE FROM CurrentUsers WHERE ID=8");
+    dialog.list().SelectItem(2);
+    dialog.DeleteClick();
+    EXPECT_EQ(Ids(), L"7 9 ") << "gone already";
+    database_->Execute(L"INSERT INTO CurrentUsers VALUES (11, 'New', 'u5', 'Manufacturing')");
+    dialog.RefreshClick();
+    EXPECT_EQ(Shown(dialog.list()), L"EVE\tU3|NEW\tU5|");
+    dialog.CloseBox();
+    EXPECT_FALSE(dialog.visible());
+  });
+  general_.ShowUserList(true);
+  EXPECT_EQ(environment_.dialogs_shown(), 1);
+}
+
+TEST_F(CurrentUsersTest, OthersOnlyLook) {
+  environment_.AnswerUserList([&](UserListDialog& dialog) {
+    EXPECT_FALSE(dialog.can_delete());
+    EXPECT_EQ(dialog.host_list_height(), 3120);
+    dialog.TabClick(Tab::kHost);
+    dialog.list().SelectItem(1);
+    dialog.DeleteClick();
+    EXPECT_EQ(Ids(), L"7 8 9 10 ");
+  });
+  general_.ShowUserList(false);
+  EXPECT_TRUE(environment_.messages().empty());
+}
+
+TEST_F(CurrentUsersTest, ListsWhatCanBeRead) {
+  environment_.AnswerUserList([](UserListDialog& dialog) {
+    EXPECT_EQ(dialog.accounts_list().row_count(), 0);
+    EXPECT_EQ(dialog.host_list().row_count(), 0);
+    dialog.RefreshClick();
+    dialog.TabClick(Tab::kHost);
+    dialog.DeleteClick();
+  });
+  general_.context().workspace = nullptr;
+  general_.context().database = nullptr;
+  general_.ShowUserList(true);
+  EXPECT_EQ(environment_.messages().size(), 1u);
+}
+
+}  // namespace
+}  // namespace ard::settings

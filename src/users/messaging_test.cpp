@@ -1,0 +1,347 @@
+#include "users/messaging.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host_database/odbc_connection.h"
+#include "simulator/testing/company_builder.h"
+#include "testing/recording_workspace.h"
+#include "testing/scripted_environment.h"
+
+namespace ard::users {
+namespace {
+
+using dialogs::LogonDialog;
+using host_database::OdbcConnection;
+using simulator::CompanyBuilder;
+
+constexpr const wchar_t* kRefused =
+    L"Could not logon to Ardenic.  The following error was returned by the Ardenic program:"
+    L"\r\n\r\n1101\r\nThe user name or the password is wrong.";
+constexpr const wchar_t* kEveNotAllowed = L"Eve is not allowed access to Manufacturing.";
+constexpr const wchar_t* kRemembered = L"Host|Options\\Logon\\Acme|RememberLogonName";
+constexpr const wchar_t* kName = L"Host|Options\\Logon\\Acme|LogonName";
+constexpr const wchar_t* kDomain = L"Host|Company|AttemptDomainUserLogon";
+
+// A connection of another kind of object, and one that has lost its database.
+class NoConnection : public database::Connection {
+ public:
+  std::unique_ptr<database::RecordsetObject> Open(std::wstring_view, database::Cursor,
+                                                  database::Lock) override {
+    throw Error(kErrorUnknownName, L"Unknown name.");
+  }
+};
+
+class MessagingTest : public ::testing::Test {
+ protected:
+  MessagingTest() {
+    CompanyBuilder company;
+    for (const wchar_t* user : {L"ANN", L"EVE", L"O'BRIEN", L"MANAGER", L"x' OR '1'='1"}) {
+      company.Record(L"AccessData", {{L"NAME", user}});
+    }
+    company.Record(L"AccessData", {{L"NAME", L"BOB"}, {L"PASSWORD", L"Secret"}});
+    engine_ = company.Build();
+    database_->Execute(L"CREATE TABLE AccessRights (ID INTEGER, UserName VARCHAR(30))");
+    database_->Execute(L"INSERT INTO AccessRights VALUES (1, 'ANN'), (2, 'BOB')");
+    SetUpSession(messaging_);
+  }
+
+  void SetUpSession(Messaging& messaging) {
+    Context& context = messaging.context();
+    context.app_name = L" Manufacturing ";
+    context.registry_path = L"Host";
+    context.workspace = testing::Recorded(engine_->workspace(), operations_);
+    context.engine = engine_;
+    context.database = database_;
+    messaging.session().ard_data_path = L" C:\\Data ";
+    messaging.session().unique_id = L" id ";
+    messaging.session().company_name = L"Acme";
+    messaging.session().prog_path = L"C:\\Host";
+  }
+
+  // The texts of the messages since the last call.
+  std::vector<std::wstring> Messages() {
+    std::vector<std::wstring> texts;
+    for (; shown_ < environment_.messages().size(); ++shown_) {
+      const testing::Message& message = environment_.messages()[shown_];
+      EXPECT_EQ(message.icon, Icon::kExclamation);
+      EXPECT_EQ(message.title, L" Manufacturing ");
+      texts.push_back(message.text);
+    }
+    return texts;
+  }
+  using Texts = std::vector<std::wstring>;
+
+  testing::ScriptedEnvironment environment_;
+  std::shared_ptr<simulator::Simulator> engine_;
+  std::shared_ptr<OdbcConnection> database_ =
+      std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+  std::vector<std::wstring> operations_;
+  Messaging messaging_{environment_};
+  std::size_t shown_ = 0;
+};
+
+TEST_F(MessagingTest, TheEngineHasItsSay) {
+  EXPECT_TRUE(messaging_.LogonUser(L" Bob ", L" Secret "));
+  EXPECT_EQ(operations_, Texts{L"Workspace.Connect(\"C:\\Data\", \"Bob\", \"Secret\", \"id\")"});
+  EXPECT_EQ(engine_->user(), L"BOB");
+  EXPECT_TRUE(messaging_.LogoffUser());
+  EXPECT_EQ(engine_->user(), L"");
+  EXPECT_EQ(engine_->disconnects(), 1);
+  EXPECT_EQ(Messages(), Texts{});
+
+  EXPECT_FALSE(messaging_.LogonUser(L" Bob", L"secret"));
+  EXPECT_FALSE(messaging_.LogonUser(L"Mallory", L""));
+  EXPECT_EQ(Messages(), (Texts{kRefused, kRefused}));
+  // What has been tried stays.
+  EXPECT_EQ(messaging_.session().user_logged, L"Mallory");
+  EXPECT_EQ(messaging_.session().pass_logged, L"");
+  // Nothing was undone that had not been done.
+  EXPECT_EQ(engine_->disconnects(), 1);
+}
+
+TEST_F(MessagingTest, AFailingLogonSaysWhatTheEngineSays) {
+  engine_->faults().FailFrom(1, false);
+  EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
+  EXPECT_NE(Messages().at(0).find(L"program:\r\n\r\n-2147467259\r\nThe operation failed"),
+            std::wstring::npos);
+  engine_->faults().FailFrom(1, true);
+  EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
+  EXPECT_TRUE(Messages().at(0).ends_with(L"program:\r\n\r\n\r\n"));
+}
+
+// Nobody gets in whom the host's table does not have, for whatever reason.
+TEST_F(MessagingTest, TheAccessTableHasTheLastWord) {
+  const struct {
+    const wchar_t* user;
+    bool allowed;
+  } cases[] = {{L"ANN", true},          {L"EVE", false},     {L"manager", true},
+               {L" Manager ", true},    {L"O'BRIEN", false},  // the query fails
+               {L"x' OR '1'='1", true},                       // the query is what it has been made
+               {L" ANN", false}};                             // put to the table untrimmed
+  messaging_.session().use_acc_rights = true;
+  std::int64_t disconnects = 0;
+  for (const auto& c : cases) {
+    EXPECT_EQ(messaging_.LogonUser(c.user, L""), c.allowed) << c.user;
+    if (!c.allowed) ++disconnects;
+    EXPECT_EQ(engine_->disconnects(), disconnects) << c.user;
+    EXPECT_EQ(engine_->user().empty(), !c.allowed) << c.user;
+    EXPECT_EQ(Messages().size(), c.allowed ? 0u : 1u) << c.user;
+  }
+  EXPECT_EQ(database_->open_recordsets(), 0);
+
+  const auto refuses = [&](const char* why) {
+    EXPECT_FALSE(messaging_.LogonUser(L"Ann", L"")) << why;
+    EXPECT_EQ(Messages(), Texts{L"Ann is not allowed access to Manufacturing."}) << why;
+    EXPECT_EQ(engine_->disconnects(), ++disconnects) << why;
+    EXPECT_TRUE(messaging_.LogonUser(L"manager", L"")) << why;
+  };
+  database_->Execute(L"ALTER TABLE AccessRights RENAME TO Other");
+  refuses("no such table");
+  database_->Close();
+  refuses("a closed connection");
+  messaging_.context().database = std::make_shared<NoConnection>();
+  refuses("another kind of object");
+  messaging_.context().database = nullptr;
+  refuses("no connection");
+}
+
+TEST_F(MessagingTest, DataHeldExclusivelyIsNotForUs) {
+  environment_.machine().held_files.insert(L"C:\\Data \\queue.dta");
+  EXPECT_FALSE(messaging_.CheckForLogon(true));
+  EXPECT_EQ(
+      Messages(),
+      Texts{L"Ardenic is currently running and is a single-user version.\r\n\r\n"
+            L"In order to run Manufacturing, you will need to do one of the following:\r\n\r\n"
+            L"(a) Close Ardenic and run Manufacturing again.\r\n\r\n"
+            L"(b) Turn access rights off and then run Manufacturing again. (Recommended)\r\n\r\n"
+            L"Manufacturing will now close to allow you carry out one of the above actions."});
+  EXPECT_EQ(environment_.dialogs_shown(), 0);
+  EXPECT_EQ(operations_, Texts{});
+}
+
+TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
+  messaging_.session().use_acc_rights = true;
+  std::string trace;
+  environment_.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
+  environment_.AnswerLogon([&](LogonDialog& dialog) {
+    EXPECT_EQ(dialog.form(), L"frmUserDetails");
+    EXPECT_EQ(dialog.welcome(), L"Welcome to  Manufacturing .");
+    EXPECT_EQ(dialog.company(), L"Acme");
+    EXPECT_TRUE(dialog.has_heading());
+    EXPECT_FALSE(dialog.remember());
+    dialog.HelpClick();
+    dialog.NameChange(L"  ");
+    dialog.Ok();
+    dialog.NameChange(L"Eve");
+    dialog.Ok();
+    dialog.NameChange(L"bob");
+    dialog.PasswordChange(L"secret");
+    dialog.Ok();
+    EXPECT_TRUE(dialog.visible());
+    EXPECT_EQ(dialog.focus(), LogonDialog::Box::kName);
+    dialog.NameChange(L"BOB");
+    dialog.PasswordChange(L"Secret");
+    dialog.RememberClick(true);
+    dialog.Ok();
+    EXPECT_FALSE(dialog.visible());
+  });
+  EXPECT_TRUE(messaging_.CheckForLogon());
+  EXPECT_EQ(Messages(), (Texts{L"You must enter a user name.", kEveNotAllowed, kRefused}));
+  EXPECT_EQ(environment_.machine().help_pages, Texts{L"C:\\Host\\Html\\Logging On.htm"});
+  EXPECT_EQ(environment_.settings()[kRemembered], L"1");
+  EXPECT_EQ(environment_.settings()[kName], L"BOB");
+  EXPECT_EQ(messaging_.session().pass_logged, L"Secret");
+  EXPECT_NE(trace.find("Messaging.LogonUser"), std::string::npos);
+  EXPECT_EQ(trace.find("ecret"), std::string::npos);
+}
+
+TEST_F(MessagingTest, RemembersTheLastLogonOfEachCompany) {
+  const auto log_on = [&](auto look, bool remember, bool confirm = true) {
+    environment_.AnswerLogon([=](LogonDialog& dialog) {
+      look(dialog);
+      dialog.NameChange(L"ANN");
+      dialog.RememberClick(remember);
+      if (confirm) dialog.Ok();
+    });
+    EXPECT_EQ(messaging_.CheckForLogon(), confirm);
+  };
+  const auto expects = [](bool ticked, const wchar_t* name) {
+    return [=](LogonDialog& dialog) {
+      EXPECT_EQ(dialog.remember(), ticked);
+      EXPECT_EQ(dialog.name(), name);
+    };
+  };
+  log_on(expects(false, L""), true, /*confirm=*/false);
+  EXPECT_TRUE(environment_.settings().empty()) << "a cancelled dialog leaves no trace";
+  log_on(expects(false, L""), true);
+  messaging_.session().company_name = L"Other";
+  log_on(expects(false, L""), false);
+  EXPECT_EQ(environment_.settings().count(L"Host|Options\\Logon\\Other|LogonName"), 0u);
+  messaging_.session().company_name = L"Acme";
+  log_on(expects(true, L"ANN"), false);
+  EXPECT_EQ(environment_.settings()[kRemembered], L"0");
+  log_on(expects(false, L""), false);
+  environment_.settings() = {{kRemembered, L"1"}};
+  log_on(expects(true, L""), false);
+  environment_.settings() = {{kRemembered, L"nonsense"}, {kName, L"EVE"}};
+  log_on(expects(false, L""), false);
+  EXPECT_EQ(Messages(), Texts{});
+}
+
+TEST_F(MessagingTest, AnApplicationForSeveralCompaniesHasNoHeading) {
+  for (const auto& [app_name, heading] :
+       {std::pair(L"Multi Host", false), std::pair(L"HostMulti", false),
+        std::pair(L"multi", true)}) {
+    messaging_.context().app_name = app_name;
+    environment_.AnswerLogon(
+        [=](LogonDialog& dialog) { EXPECT_EQ(dialog.has_heading(), heading) << app_name; });
+    EXPECT_FALSE(messaging_.CheckForLogon());
+  }
+}
+
+TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
+  const struct {
+    const char* name;
+    bool asked;
+    const wchar_t* setting;
+    bool ctrl;
+    const wchar_t* account;
+    bool use_acc_rights;
+    bool logged_on;
+    int dialogs;
+  } cases[] = {
+      {"all as it should be", true, L"True", false, L"Bob", true, true, 0},
+      {"not asked", false, L"1", false, L"Bob", true, false, 1},
+      {"switched off", true, L"0", false, L"Bob", true, false, 1},
+      {"no Boolean", true, L"yes please", false, L"Bob", true, false, 1},
+      {"Ctrl held", true, L"1", true, L"Bob", true, false, 1},
+      {"no name", true, L"1", false, L" ", true, false, 1},
+      {"no user", true, L"1", false, L"Mallory", true, false, 1},
+      {"not in the table", true, L"1", false, L"Eve", true, false, 0},
+      {"no table", true, L"1", false, L"Eve", false, true, 0},
+  };
+  database_->Execute(L"INSERT INTO AccessRights VALUES (3, 'Bob')");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    environment_.settings() = {{kDomain, c.setting}};
+    environment_.machine().ctrl_down = c.ctrl;
+    environment_.machine().account_name = c.account;
+    messaging_.session().use_acc_rights = c.use_acc_rights;
+    const int before = environment_.dialogs_shown();
+    EXPECT_EQ(messaging_.CheckForLogon(c.asked), c.logged_on);
+    EXPECT_EQ(environment_.dialogs_shown() - before, c.dialogs);
+    EXPECT_EQ(engine_->user().empty(), !c.logged_on);
+    messaging_.LogoffUser();
+  }
+  EXPECT_EQ(Messages(), Texts{kEveNotAllowed});
+}
+
+// What a company without users would be asked.
+class WithoutUsers : public Messaging {
+ public:
+  using Messaging::Messaging;
+  bool CheckUserAccess() const noexcept override { return false; }
+  std::wstring GetPassword() const noexcept override { return password; }
+  std::wstring password;
+};
+
+TEST_F(MessagingTest, ACompanyWithoutUsersHasAPassword) {
+  EXPECT_TRUE(messaging_.CheckUserAccess());
+  EXPECT_EQ(messaging_.GetPassword(), L"");
+  WithoutUsers messaging(environment_);
+  SetUpSession(messaging);
+  EXPECT_TRUE(messaging.CheckForLogon());
+  EXPECT_EQ(environment_.dialogs_shown(), 0);
+  EXPECT_EQ(engine_->user(), L"MANAGER");
+
+  messaging.password = L"company's";
+  environment_.AnswerLogon([](LogonDialog& dialog) {
+    EXPECT_EQ(dialog.form(), L"frmCompanyPassword");
+    EXPECT_FALSE(dialog.asks_name());
+    EXPECT_EQ(dialog.focus(), LogonDialog::Box::kPassword);
+    dialog.PasswordChange(L"wrong");
+    dialog.Ok();
+  });
+  EXPECT_FALSE(messaging.CheckForLogon());
+  EXPECT_EQ(Messages(), Texts{kRefused});
+  environment_.AnswerLogon([](LogonDialog& dialog) { dialog.Ok(); });
+  EXPECT_TRUE(messaging.CheckForLogon());
+  EXPECT_TRUE(environment_.settings().empty());
+}
+
+TEST_F(MessagingTest, PurchaseOrdersAreForThoseWhoAreNotDeniedThem) {
+  CompanyBuilder company;
+  company.Record(L"AccessData", {{L"NAME", L"ANNABEL"}, {L"POP", 1}})
+      .Record(L"AccessData", {{L"NAME", L"ANN"}, {L"POP", 0}})
+      .Record(L"AccessData", {{L"NAME", L"BOB"}, {L"POP", 2}})
+      .Record(L"AccessData", {{L"NAME", L"EVE"}, {L"POP", 1}});
+  const std::shared_ptr<simulator::Simulator> engine = company.Build();
+  messaging_.context().workspace = engine->workspace();
+  EXPECT_FALSE(messaging_.PoAccess(L"ann")) << "the first that begins so";
+  EXPECT_TRUE(messaging_.PoAccess(L"BOB"));
+  EXPECT_FALSE(messaging_.PoAccess(L"EVE"));
+  EXPECT_TRUE(messaging_.PoAccess(L"NOBODY"));
+  messaging_.context().workspace = CompanyBuilder().Build()->workspace();
+  EXPECT_FALSE(messaging_.PoAccess(L"NOBODY")) << "no access data to open";
+  EXPECT_EQ(engine->counters().open_files, 0);
+}
+
+TEST_F(MessagingTest, WithoutAWorkspaceNobodyIsLoggedOn) {
+  messaging_.context().workspace = nullptr;
+  EXPECT_FALSE(messaging_.LogonUser(L"manager", L""));
+  EXPECT_FALSE(messaging_.PoAccess(L"ANN"));
+  EXPECT_TRUE(messaging_.LogoffUser());
+  environment_.AnswerLogon([](LogonDialog& dialog) {
+    dialog.NameChange(L"manager");
+    dialog.Ok();
+  });
+  EXPECT_FALSE(messaging_.CheckForLogon());
+  EXPECT_EQ(Messages(), Texts{});
+}
+
+}  // namespace
+}  // namespace ard::users
