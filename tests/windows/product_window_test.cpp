@@ -80,6 +80,9 @@ class Records : public database::RecordsetObject {
   }
   std::int32_t GetFieldType(std::int32_t) override { return 202; }
   Value GetValue(std::int32_t field) override { return shown_[row_ - 1].cells[field]; }
+  Value GetValue(std::wstring_view field) override {
+    return shown_[row_ - 1].cells[FieldIn(field)];
+  }
   void Delete() override {}
   void Close() override {}
 

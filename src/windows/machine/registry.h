@@ -8,6 +8,9 @@
 
 namespace ard::windows {
 
+// The library's own settings, of the user and of the machine.
+inline constexpr wchar_t kLibraryKey[] = L"Software\\ArdObjects100";
+
 // Reads a text value (REG_SZ, or REG_EXPAND_SZ with its variables replaced) into `text`. A system
 // error code otherwise: ERROR_FILE_NOT_FOUND for an absent key or value, ERROR_UNSUPPORTED_TYPE for
 // one that is no text; `text` then is unspecified.

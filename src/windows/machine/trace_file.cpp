@@ -12,7 +12,6 @@ namespace ard::windows {
 namespace {
 
 constexpr wchar_t kName[] = L"ARDOBJECTS_TRACE";
-constexpr wchar_t kKey[] = L"Software\\ArdObjects100";
 
 std::wstring FromEnvironment() {
   // The first call counts the ending zero, the second does not.
@@ -24,7 +23,8 @@ std::wstring FromEnvironment() {
 
 std::wstring FromRegistry(HKEY root) {
   std::wstring value;
-  return ReadRegistryText(root, kKey, kName, value) == ERROR_SUCCESS ? value : std::wstring();
+  return ReadRegistryText(root, kLibraryKey, kName, value) == ERROR_SUCCESS ? value
+                                                                            : std::wstring();
 }
 
 std::wstring TracePath() {

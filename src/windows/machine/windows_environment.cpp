@@ -1,12 +1,19 @@
 #include "windows/machine/windows_environment.h"
 
+#include <iterator>
 #include <string>
 
 #include "dialogs/product_dialog.h"
 #include "windows/dialogs/activation_context.h"
 #include "windows/dialogs/input_window.h"
+#include "windows/dialogs/logon_window.h"
 #include "windows/dialogs/product_window.h"
 #include "windows/dialogs/select_window.h"
+#include "windows/dialogs/user_list_window.h"
+#include "windows/machine/ansi.h"
+#include "windows/machine/files.h"
+#include "windows/machine/ini_file.h"
+#include "windows/machine/registry.h"
 #include "windows/machine/settings.h"
 #include "windows/machine/trace_file.h"
 
@@ -33,11 +40,25 @@ WindowsEnvironment::WindowsEnvironment(HINSTANCE module) : module_(module) {
 }
 
 void WindowsEnvironment::ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) {
+  ShowBox(MB_OK | (icon == Icon::kStop ? MB_ICONSTOP : MB_ICONEXCLAMATION), text, title);
+}
+
+Choice WindowsEnvironment::AskWhatToDo(std::wstring_view text, std::wstring_view title) {
+  switch (ShowBox(MB_ABORTRETRYIGNORE | MB_ICONEXCLAMATION, text, title)) {
+    case IDRETRY:
+      return Choice::kRetry;
+    case IDIGNORE:
+      return Choice::kIgnore;
+    default:
+      return Choice::kAbort;
+  }
+}
+
+int WindowsEnvironment::ShowBox(UINT kind, std::wstring_view text, std::wstring_view title) {
   const ActivationContext visual_styles(module_);
   const HWND owner = GetActiveWindow();
-  const UINT kind = icon == Icon::kStop ? MB_ICONSTOP : MB_ICONEXCLAMATION;
-  MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(),
-              MB_OK | kind | (owner ? 0 : MB_TASKMODAL));
+  return MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(),
+                     kind | (owner ? 0 : MB_TASKMODAL));
 }
 
 std::wstring WindowsEnvironment::InputBox(std::wstring_view prompt, std::wstring_view title) {
@@ -58,6 +79,16 @@ void WindowsEnvironment::Show(dialogs::ProductDialog& dialog) {
   Run(window);
 }
 
+void WindowsEnvironment::Show(dialogs::LogonDialog& dialog) {
+  LogonWindow window(dialog);
+  Run(window);
+}
+
+void WindowsEnvironment::Show(dialogs::UserListDialog& dialog) {
+  UserListWindow window(dialog);
+  Run(window);
+}
+
 void WindowsEnvironment::Run(ModalWindow& window) {
   window.Run(module_);
   RunPendingMessages();
@@ -73,5 +104,43 @@ void WindowsEnvironment::SaveSetting(std::wstring_view application, std::wstring
                                      std::wstring_view name, std::wstring_view value) {
   SaveUserSetting(application, section, name, value);
 }
+
+std::wstring WindowsEnvironment::GetMachineSetting(std::wstring_view name) {
+  std::wstring text;
+  const LSTATUS status =
+      ReadRegistryText(HKEY_LOCAL_MACHINE, kLibraryKey, std::wstring(name).c_str(), text);
+  return status == ERROR_SUCCESS ? text : std::wstring();
+}
+
+std::wstring WindowsEnvironment::ReadIni(std::wstring_view file, std::wstring_view section,
+                                         std::wstring_view key) {
+  return ReadIniFile(file, section, key);
+}
+
+void WindowsEnvironment::WriteIni(std::wstring_view file, std::wstring_view section,
+                                  std::wstring_view key, std::wstring_view value) {
+  WriteIniFile(file, section, key, value);
+}
+
+std::wstring WindowsEnvironment::ShortPath(std::wstring_view path) { return ShortPathOf(path); }
+
+std::wstring WindowsEnvironment::CommonFilesFolder(std::int32_t owner) {
+  return CommonFilesFolderFor(owner);
+}
+
+void WindowsEnvironment::CreateShortcut(const Shortcut& shortcut) { WriteShortcut(shortcut); }
+
+void WindowsEnvironment::TryToRead(std::wstring_view file) { TryToReadFile(file); }
+
+void WindowsEnvironment::OpenHelp(std::wstring_view page) { OpenWithItsProgram(page); }
+
+std::wstring WindowsEnvironment::AccountName() {
+  char name[255];
+  DWORD length = std::size(name);
+  // The length counts the zero at the end.
+  return GetUserNameA(name, &length) ? FromAnsi({name, length - 1}) : std::wstring();
+}
+
+bool WindowsEnvironment::IsCtrlDown() { return GetAsyncKeyState(VK_CONTROL) < 0; }
 
 }  // namespace ard::windows

@@ -25,6 +25,9 @@ class WindowsEnvironment : public Environment {
   std::wstring InputBox(std::wstring_view prompt, std::wstring_view title) override;
   void Show(dialogs::SelectDialog& dialog) override;
   void Show(dialogs::ProductDialog& dialog) override;
+  void Show(dialogs::LogonDialog& dialog) override;
+  void Show(dialogs::UserListDialog& dialog) override;
+  Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) override;
 
   // As windows/machine/settings.h says.
   std::wstring GetSetting(std::wstring_view application, std::wstring_view section,
@@ -32,7 +35,24 @@ class WindowsEnvironment : public Environment {
   void SaveSetting(std::wstring_view application, std::wstring_view section, std::wstring_view name,
                    std::wstring_view value) override;
 
+  // A text of that name under Software\ArdObjects100 of the machine.
+  std::wstring GetMachineSetting(std::wstring_view name) override;
+  // As windows/machine/ini_file.h and files.h say.
+  std::wstring ReadIni(std::wstring_view file, std::wstring_view section,
+                       std::wstring_view key) override;
+  void WriteIni(std::wstring_view file, std::wstring_view section, std::wstring_view key,
+                std::wstring_view value) override;
+  std::wstring ShortPath(std::wstring_view path) override;
+  std::wstring CommonFilesFolder(std::int32_t owner) override;
+  void CreateShortcut(const Shortcut& shortcut) override;
+  void TryToRead(std::wstring_view file) override;
+  void OpenHelp(std::wstring_view page) override;
+
+  std::wstring AccountName() override;
+  bool IsCtrlDown() override;
+
  private:
+  int ShowBox(UINT kind, std::wstring_view text, std::wstring_view title);
   void Run(ModalWindow& window);
 
   HINSTANCE module_;
