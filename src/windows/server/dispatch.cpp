@@ -1,5 +1,7 @@
 #include "windows/server/dispatch.h"
 
+#include "windows/server/string_array.h"
+
 namespace ard::windows {
 namespace {
 
@@ -84,6 +86,58 @@ HRESULT Convert(VARIANT*& argument, VARTYPE vt, LCID locale, VARIANT& converted)
     return S_OK;
   }
   return VariantChangeTypeEx(&converted, &source, locale, 0, vt);
+}
+
+namespace {
+
+// Empty for what is no text.
+Bstr TextOf(VARIANT& value, LCID locale) {
+  ScopedVariant text;
+  if (FAILED(VariantChangeTypeEx(&text, &value, locale, 0, VT_BSTR))) return {};
+  return Bstr::Adopt(text.Detach().bstrVal);
+}
+
+}  // namespace
+
+Parameter<StringArray>::~Parameter() {
+  if (converted_) SafeArrayDestroy(converted_);
+}
+
+HRESULT Parameter<StringArray>::Load(VARIANT* argument, LCID locale) {
+  argument = Referred(argument);
+  const VARTYPE type = argument->vt & ~VT_BYREF;
+  SAFEARRAY** const array = argument->vt & VT_BYREF ? argument->pparray : &argument->parray;
+  if (type == (VT_ARRAY | VT_BSTR)) {
+    strings_ = array;
+    return S_OK;
+  }
+  if (type != (VT_ARRAY | VT_VARIANT)) return DISP_E_TYPEMISMATCH;
+  locale_ = locale;
+  variants_ = *array;
+  if (!variants_ || variants_->cDims != 1) return S_OK;
+  SAFEARRAYBOUND bounds = variants_->rgsabound[0];
+  converted_ = SafeArrayCreate(VT_BSTR, 1, &bounds);
+  if (!converted_) return E_OUTOFMEMORY;
+  const ArrayElements<BSTR> strings(converted_);
+  BSTR* string = strings.begin();
+  for (VARIANT& variant : ArrayElements<VARIANT>(variants_)) {
+    *string++ = TextOf(variant, locale_).Detach();
+  }
+  return S_OK;
+}
+
+void Parameter<StringArray>::Store() {
+  if (!converted_) return;
+  const ArrayElements<BSTR> strings(converted_);
+  BSTR* string = strings.begin();
+  for (VARIANT& variant : ArrayElements<VARIANT>(variants_)) {
+    if (View(*string) != TextOf(variant, locale_).view()) {
+      VariantClear(&variant);
+      variant.vt = VT_BSTR;
+      variant.bstrVal = std::exchange(*string, nullptr);
+    }
+    ++string;
+  }
 }
 
 }  // namespace internal

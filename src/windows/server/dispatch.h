@@ -57,6 +57,9 @@ struct ObjectReference {
 // A parameter passed by reference: an output.
 template <class T>
 struct ByRef {};
+// An array of strings by reference, dimensioned by the caller and filled by the member, which never
+// resizes it. An array of variants, such as script hosts have, does as well.
+struct StringArray {};
 // A parameter that may be left out: it is `default_value` then.
 template <class T, auto default_value>
 struct Optional {};
@@ -151,6 +154,29 @@ class Parameter<ByRef<T>> {
   typename T::Type* output_ = nullptr;
   VARIANT* variable_ = nullptr;
   ScopedVariant converted_;
+};
+
+// An array of variants becomes one of strings during the call; those that it has changed are put
+// back.
+template <>
+class Parameter<StringArray> {
+ public:
+  static constexpr bool kRequired = true;
+
+  Parameter() = default;
+  Parameter(const Parameter&) = delete;
+  Parameter& operator=(const Parameter&) = delete;
+  ~Parameter();
+
+  HRESULT Load(VARIANT* argument, LCID locale);
+  SAFEARRAY** Get() { return strings_; }
+  void Store();
+
+ private:
+  LCID locale_ = 0;
+  SAFEARRAY** strings_ = &converted_;
+  SAFEARRAY* variants_ = nullptr;  // what `converted_` has been made of
+  SAFEARRAY* converted_ = nullptr;
 };
 
 template <class T>

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/windows/host.h"
+#include "windows/server/string_array.h"
 
 namespace ard::windows {
 namespace {
@@ -58,6 +59,16 @@ struct Sample : IDispatch {
     SysFreeString(std::exchange(*name, NewBstr(std::wstring(View(*name)) + L"!")));
     return S_OK;
   }
+  // Adds "!" to each element but the empty ones.
+  virtual HRESULT STDMETHODCALLTYPE Mark(SAFEARRAY** array) {
+    StringArrayArgument strings(*array);
+    lower_bound = strings.value().lower_bound;
+    for (std::wstring& text : strings.value().elements) {
+      if (!text.empty()) text += L'!';
+    }
+    return S_OK;
+  }
+  std::int32_t lower_bound = -1;
 
   // Not needed for a call through the table.
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
@@ -75,13 +86,14 @@ struct Sample : IDispatch {
   ULONG references = 1;
 };
 
-enum : DISPID { kText = 1, kObject, kIsLonger, kChange };
+enum : DISPID { kText = 1, kObject, kIsLonger, kChange, kMark };
 constexpr Member kMembers[] = {
     Property<&Sample::get_Text, &Sample::put_Text, String>,
     ObjectProperty<&Sample::get_Object, &Sample::putref_Object>,
     Method<&Sample::IsLonger, Boolean(String, Integer)>,
     Method<&Sample::Change,
            void(Double, ByRef<Double>, ByRef<String>, Optional<Boolean, VARIANT_TRUE>)>,
+    Method<&Sample::Mark, void(StringArray)>,
 };
 
 VARIANT Text(const wchar_t* text) { return testing::Variant(text).Detach(); }
@@ -176,6 +188,43 @@ TEST_F(DispatchTest, OutputsOfPlainValuesAreDropped) {
   VariantClear(&name);
 }
 
+TEST_F(DispatchTest, ArraysAreFilledWithinTheirBounds) {
+  for (const LONG lower_bound : {-2, 0, 1}) {
+    SAFEARRAYBOUND bounds = {3, lower_bound};
+    ScopedVariant strings;
+    strings.vt = VT_ARRAY | VT_BSTR;
+    strings.parray = SafeArrayCreate(VT_BSTR, 1, &bounds);
+    ScopedVariant variants;
+    variants.vt = VT_ARRAY | VT_VARIANT;
+    variants.parray = SafeArrayCreate(VT_VARIANT, 1, &bounds);
+    BSTR* const string = ArrayElements<BSTR>(strings.parray).begin();
+    VARIANT* const variant = ArrayElements<VARIANT>(variants.parray).begin();
+    string[2] = SysAllocString(L"a");
+    variant[1] = Long(7);
+    variant[2] = Text(L"a");
+
+    for (const VARIANT& way :
+         {Reference(VT_VARIANT, &strings), Reference(VT_ARRAY | VT_BSTR, &strings.parray),
+          Reference(VT_VARIANT, &variants), Reference(VT_ARRAY | VT_VARIANT, &variants.parray)}) {
+      ASSERT_EQ(Invoke(kMark, DISPATCH_METHOD, {way}), S_OK);
+      EXPECT_EQ(sample_.lower_bound, lower_bound);
+    }
+    EXPECT_EQ(View(string[0]), L"");
+    EXPECT_EQ(View(string[2]), L"a!!");
+    EXPECT_EQ(variant[0].vt, VT_EMPTY);  // an element that the member leaves alone
+    EXPECT_EQ(View(variant[1].bstrVal), L"7!!");
+    EXPECT_EQ(View(variant[2].bstrVal), L"a!!");
+  }
+  // No array yet, or one of several dimensions: there is nothing to fill.
+  SAFEARRAYBOUND square[] = {{2, 0}, {2, 0}};
+  ScopedVariant table;
+  table.vt = VT_ARRAY | VT_VARIANT;
+  table.parray = SafeArrayCreate(VT_VARIANT, 2, square);
+  EXPECT_EQ(Invoke(kMark, DISPATCH_METHOD, {Reference(VT_VARIANT, &table)}), S_OK);
+  SAFEARRAY* none = nullptr;
+  EXPECT_EQ(Invoke(kMark, DISPATCH_METHOD, {Reference(VT_ARRAY | VT_BSTR, &none)}), S_OK);
+}
+
 TEST_F(DispatchTest, ArgumentsMayBeNamedOrOmitted) {
   ASSERT_EQ(Invoke(kIsLonger, DISPATCH_METHOD, {Long(3), Text(L"1234")}, {1, 0}), S_OK);
   EXPECT_EQ(result_.boolVal, VARIANT_TRUE);
@@ -231,7 +280,7 @@ TEST_F(DispatchTest, MistakesOfTheHostAreTold) {
   };
   const Case cases[] = {
       {"no member", 0, call, {}, {}, DISP_E_MEMBERNOTFOUND},
-      {"no member", kChange + 1, call, {}, {}, DISP_E_MEMBERNOTFOUND},
+      {"no member", kMark + 1, call, {}, {}, DISP_E_MEMBERNOTFOUND},
       {"no member", -1, call, {}, {}, DISP_E_MEMBERNOTFOUND},
       {"put a method", kIsLonger, put, {Long(1)}, {}, DISP_E_MEMBERNOTFOUND},
       {"call a property", kText, call, {}, {}, DISP_E_MEMBERNOTFOUND},
@@ -247,6 +296,7 @@ TEST_F(DispatchTest, MistakesOfTheHostAreTold) {
       {"too large", kIsLonger, call, {Long(1), Long(70000)}, {}, DISP_E_OVERFLOW, 0},
       {"no object", kObject, put, {Long(1)}, {}, DISP_E_TYPEMISMATCH, 0},
       {"other type", kChange, call, {Long(1), short_integer, Long(1)}, {}, DISP_E_TYPEMISMATCH, 1},
+      {"no array", kMark, call, {Text(L"a")}, {}, DISP_E_TYPEMISMATCH, 0},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(Invoke(c.id, c.flags, c.arguments, c.names), c.status) << c.what;
