@@ -205,26 +205,26 @@ void Classes::AddAccountsProgram() {
   using Names = std::vector<std::wstring_view>;
   const auto add = [&](auto... member) { members_.push_back(Method(general_, member...)); };
   // Check items are separated by semicolons.
-  members_.push_back(
-      {general_.name(),
-       L"AddEntryToIniFile",
-       {L"asCheckItems", L"sLongPath", L"sNarrative", L"sBitmap", L"sExeName"},
-       {},
-       [&](Arguments& arguments) {
-         std::vector<std::wstring> texts;
-         for (const Value& argument : arguments) texts.push_back(argument.ToText());
-         std::vector<std::wstring> items(1);
-         for (const wchar_t c : texts[0]) {
-           if (c == L';') {
-             items.emplace_back();
-           } else {
-             items.back() += c;
-           }
-         }
-         return std::vector<Answer>{
-             {{},
-              Value(general_.AddEntryToIniFile(items, texts[1], texts[2], texts[3], texts[4]))}};
-       }});
+  members_.push_back({general_.name(),
+                      L"AddEntryToIniFile",
+                      {L"asCheckItems", L"sLongPath", L"sNarrative", L"sBitmap", L"sExeName"},
+                      {},
+                      [&](Arguments& arguments) {
+                        std::vector<std::wstring> texts;
+                        for (const Value& argument : arguments) texts.push_back(argument.ToText());
+                        std::vector<std::wstring> items(1);
+                        for (const wchar_t c : texts[0]) {
+                          if (c == L';') {
+                            items.emplace_back();
+                          } else {
+                            items.back() += c;
+                          }
+                        }
+                        return std::vector<Answer>{
+                            {{},
+                             Value(general_.AddEntryToIniFile({0, items}, texts[1], texts[2],
+                                                              texts[3], texts[4]))}};
+                      }});
   add(L"IsF12Hide", &General::IsF12Hide, Names{});
   add(L"GetF11Program", &General::GetF11Program, Names{});
   add(L"IsArdExclusive", &General::IsArdExclusive, Names{L"Path"});

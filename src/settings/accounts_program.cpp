@@ -38,7 +38,7 @@ class AddInList {
   explicit AddInList(const Context& context) : context_(context) {}
 
   // False when the user has aborted.
-  bool Register(std::span<const std::wstring> check_items, std::wstring_view long_path,
+  bool Register(const TextArray& check_items, std::wstring_view long_path,
                 std::wstring_view narrative, std::wstring_view bitmap, std::wstring_view exe_name) {
     std::wstring short_path;
     Try(L"ShortPath", [&] { short_path = machine().ShortPath(long_path); });
@@ -47,8 +47,9 @@ class AddInList {
       entry.append(L",").append(part);
     }
     ForEachEntry([&](int number, std::wstring_view value) {
-      for (const std::wstring& item : check_items) {
-        const std::wstring_view part = Trimmed(item);
+      for (std::int64_t index = 0; index <= check_items.upper_bound(); ++index) {
+        const std::wstring* item = check_items.Find(index);
+        const std::wstring_view part = item ? Trimmed(*item) : std::wstring_view();
         if (!part.empty() && ContainsIgnoreCase(value, part)) Write(number, L"");
       }
     });
@@ -135,9 +136,8 @@ std::wstring MachineSetting(Environment& machine, std::wstring_view name) {
 
 }  // namespace
 
-bool General::AddEntryToIniFile(std::span<const std::wstring> check_items,
-                                std::wstring_view long_path, std::wstring_view narrative,
-                                std::wstring_view bitmap,
+bool General::AddEntryToIniFile(const TextArray& check_items, std::wstring_view long_path,
+                                std::wstring_view narrative, std::wstring_view bitmap,
                                 std::wstring_view exe_name) const noexcept {
   return Call<bool>(L"AddEntryToIniFile", [&](bool& done) {
     done = AddInList(context()).Register(check_items, long_path, narrative, bitmap, exe_name);

@@ -33,9 +33,9 @@ class AccountsProgramTest : public ::testing::Test {
     }
     return entries;
   }
-  bool Add(const Texts& check_items = {L"manuf.exe"}) {
-    return general_.AddEntryToIniFile(check_items, L"C:\\Program Files\\Manuf", L"Manufacturing",
-                                      L"manuf.bmp", L"manuf.exe");
+  bool Add(Texts check_items = {L"manuf.exe"}, std::int32_t lower_bound = 0) {
+    return general_.AddEntryToIniFile({lower_bound, check_items}, L"C:\\Program Files\\Manuf",
+                                      L"Manufacturing", L"manuf.bmp", L"manuf.exe");
   }
   void Answer(std::vector<Choice> choices) {
     for (const Choice choice : choices) environment_.AnswerChoice([=] { return choice; });
@@ -71,6 +71,14 @@ TEST_F(AccountsProgramTest, AnEntryReplacesThoseOfTheSameHost) {
     EXPECT_TRUE(Add(c.check_items));
     EXPECT_EQ(Entries(static_cast<int>(c.after.size())), c.after);
   }
+  // Items below index 0 do not count.
+  machine().ini_files = {};
+  Fill({other, old});
+  EXPECT_TRUE(Add({L"other.exe", L"manuf.exe"}, /*lower_bound=*/-1));
+  EXPECT_EQ(Entries(2), (Texts{other, entry_}));
+  EXPECT_TRUE(Add({L"manuf.exe", L"other.exe"}, /*lower_bound=*/1));
+  EXPECT_EQ(Entries(2), (Texts{entry_, L""}));
+
   machine().ini_files = {};
   Fill(Texts(50, other));
   EXPECT_TRUE(Add());

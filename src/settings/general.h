@@ -4,11 +4,11 @@
 #define ARD_SETTINGS_GENERAL_H_
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 
 #include "frame/public_class.h"
+#include "frame/text_array.h"
 
 namespace ard::settings {
 
@@ -21,10 +21,10 @@ class General : public PublicClass {
   // ---- The accounts program (accounts_program.cpp) ----
 
   // Registers the host as an add-in in the accounts program's ini file: empties the entries in
-  // which one of `check_items` occurs (blank ones occur in none; case does not count), and makes
-  // the first free one "narrative,short path,bitmap,exe". A step that fails is put to the user;
-  // False when they abort.
-  bool AddEntryToIniFile(std::span<const std::wstring> check_items, std::wstring_view long_path,
+  // which one of `check_items` from index 0 on occurs (blank ones occur in none; case does not
+  // count), and makes the first free one "narrative,short path,bitmap,exe". A step that fails is
+  // put to the user; False when they abort.
+  bool AddEntryToIniFile(const TextArray& check_items, std::wstring_view long_path,
                          std::wstring_view narrative, std::wstring_view bitmap,
                          std::wstring_view exe_name) const noexcept;
   // Whether the accounts program hides itself on F12.

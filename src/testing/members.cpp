@@ -136,8 +136,8 @@ bool AddToFullIniFile(const General& general, const Context& context) {
   }
   Scripted(context).AnswerChoice([] { return Choice::kRetry; });
   Scripted(context).AnswerChoice([] { return Choice::kIgnore; });
-  return general.AddEntryToIniFile(std::vector<std::wstring>{L"host.exe"}, L"C:\\Host", L"Host",
-                                   L"host.bmp", L"host.exe");
+  std::wstring items[] = {L"host.exe"};
+  return general.AddEntryToIniFile({0, items}, L"C:\\Host", L"Host", L"host.bmp", L"host.exe");
 }
 
 std::wstring WriteShortcut(const General& general, const Context& context) {

@@ -141,17 +141,28 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     return S_OK;
   }
 
-  // The procedures of a context property that is a text.
-  HRESULT PutText(std::wstring_view name, std::wstring Context::*property, BSTR value) {
-    portable_.template Call<std::wstring>(
-        name, [&](std::wstring&) { portable_.context().*property = View(value); });
+  Portable& portable() { return portable_; }
+
+  // The procedures of a property that is a text: a member of `owner`, or of the context.
+  template <class Owner>
+  HRESULT PutText(std::wstring_view name, Owner& owner, std::wstring Owner::*property, BSTR value) {
+    portable_.template Call<std::wstring>(name,
+                                          [&](std::wstring&) { owner.*property = View(value); });
     return S_OK;
   }
-  HRESULT GetText(std::wstring_view name, std::wstring Context::*property, BSTR* value) {
+  template <class Owner>
+  HRESULT GetText(std::wstring_view name, Owner& owner, std::wstring Owner::*property,
+                  BSTR* value) {
     if (!value) return E_POINTER;
     *value = ToAutomation(portable_.template Call<std::wstring>(
-        name, [&](std::wstring& result) { result = portable_.context().*property; }));
+        name, [&](std::wstring& result) { result = owner.*property; }));
     return S_OK;
+  }
+  HRESULT PutText(std::wstring_view name, std::wstring Context::*property, BSTR value) {
+    return PutText(name, portable_.context(), property, value);
+  }
+  HRESULT GetText(std::wstring_view name, std::wstring Context::*property, BSTR* value) {
+    return GetText(name, portable_.context(), property, value);
   }
 
   // The procedures of a context property that is an object. The host gets back the very pointer

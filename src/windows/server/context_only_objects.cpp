@@ -27,17 +27,6 @@ template <class Interface>
 constexpr Member kLedgerMembers[] = {kAppName<Interface>, kArdWorkspace<Interface>,
                                      kRegistryPath<Interface>};
 
-// The classes that work with the engine itself and the host's database.
-template <class Interface>
-using Session = WithArdEngine<WithDBaseConn<Ledger<Interface>>>;
-template <class Interface>
-constexpr Member kSessionMembers[] = {kAppName<Interface>, kArdWorkspace<Interface>,
-                                      kArdEngine<Interface>, kDBaseConn<Interface>,
-                                      kRegistryPath<Interface>};
-
-using AccessRightsObject = WithAppName<WorkspaceOnly<_cAccessRights>>;
-constexpr Member kAccessRightsMembers[] = {kAppName<_cAccessRights>, kArdWorkspace<_cAccessRights>};
-
 using DeliveryAddressObject = Ledger<_cDeliveryAddress>;
 constexpr Member kDeliveryAddressMembers[] = {kAppName<_cDeliveryAddress>,
                                               kRegistryPath<_cDeliveryAddress>,
@@ -50,10 +39,6 @@ const PublishedClass kBank = {L"Bank", CLSID_Bank, IID__Bank, kLedgerMembers<_Ba
 const PublishedClass kCustomerRecord = {L"CustomerRecord", CLSID_CustomerRecord,
                                         IID__CustomerRecord, kWorkspaceOnlyMembers<_CustomerRecord>,
                                         Create<WorkspaceOnly<_CustomerRecord>>};
-const PublishedClass kGeneral = {L"General", CLSID_General, IID__General, kSessionMembers<_General>,
-                                 Create<Session<_General>>};
-const PublishedClass kMessaging = {L"Messaging", CLSID_Messaging, IID__Messaging,
-                                   kSessionMembers<_Messaging>, Create<Session<_Messaging>>};
 const PublishedClass kNominal = {L"Nominal", CLSID_Nominal, IID__Nominal, kLedgerMembers<_Nominal>,
                                  Create<Ledger<_Nominal>>};
 const PublishedClass kPurchaseOrders = {L"PurchaseOrders", CLSID_PurchaseOrders,
@@ -66,8 +51,6 @@ const PublishedClass kSupplierRecord = {L"SupplierRecord", CLSID_SupplierRecord,
                                         Create<WorkspaceOnly<_SupplierRecord>>};
 const PublishedClass kSuppliers = {L"Suppliers", CLSID_Suppliers, IID__Suppliers,
                                    kLedgerMembers<_Suppliers>, Create<Ledger<_Suppliers>>};
-const PublishedClass kcAccessRights = {L"cAccessRights", CLSID_cAccessRights, IID__cAccessRights,
-                                       kAccessRightsMembers, Create<AccessRightsObject>};
 const PublishedClass kcDeliveryAddress = {L"cDeliveryAddress", CLSID_cDeliveryAddress,
                                           IID__cDeliveryAddress, kDeliveryAddressMembers,
                                           Create<DeliveryAddressObject>};

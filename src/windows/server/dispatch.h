@@ -39,6 +39,11 @@ struct Integer {
   static constexpr VARTYPE kVt = VT_I2;
   static Type& In(VARIANT& variant) { return variant.iVal; }
 };
+struct Long {
+  using Type = LONG;
+  static constexpr VARTYPE kVt = VT_I4;
+  static Type& In(VARIANT& variant) { return variant.lVal; }
+};
 struct Double {
   using Type = DOUBLE;
   static constexpr VARTYPE kVt = VT_R8;
