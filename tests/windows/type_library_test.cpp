@@ -55,9 +55,11 @@ TYPEATTR AttributesOf(ITypeInfo* info) {
 
 std::wstring TypeName(const TYPEDESC& type) {
   static const std::map<VARTYPE, std::wstring> kNames = {
-      {VT_BSTR, L"String"},     {VT_BOOL, L"Boolean"}, {VT_DISPATCH, L"Object"},
-      {VT_HRESULT, L"HRESULT"}, {VT_I2, L"Integer"},   {VT_I4, L"Long"},
-      {VT_R8, L"Double"},       {VT_DATE, L"Date"},    {VT_VARIANT, L"Variant"}};
+      {VT_BSTR, L"String"},     {VT_BOOL, L"Boolean"},
+      {VT_DISPATCH, L"Object"}, {VT_HRESULT, L"HRESULT"},
+      {VT_I2, L"Integer"},      {VT_I4, L"Long"},
+      {VT_R8, L"Double"},       {VT_DATE, L"Date"},
+      {VT_VARIANT, L"Variant"}, {VT_USERDEFINED, L"Enumeration"}};
   if (type.vt == VT_PTR) return TypeName(*type.lptdesc) + L"*";
   if (type.vt == VT_SAFEARRAY) return TypeName(*type.lptdesc) + L"()";
   const auto known = kNames.find(type.vt);
