@@ -201,7 +201,7 @@ bool LogOnByWindows(Messaging& messaging, const Context& context) {
   return messaging.CheckForLogon(true);
 }
 
-std::wstring LogOn(Messaging& messaging, const Context& context) {
+std::wstring LogOn(Messaging& messaging, const Context&) {
   messaging.session().use_acc_rights = true;
   std::wstring answers;
   for (const wchar_t* user : {L"ANN", L"EVE", L"NOBODY"}) {

@@ -34,7 +34,7 @@ class AccessRightsTest : public ::testing::Test {
   }
   void Use(std::unique_ptr<simulator::Simulator> engine) {
     engine_ = std::move(engine);
-    rights_.context().workspace = testing::Recorded(engine_->workspace(), operations_);
+    rights_.context().workspace = testing::Recorded(engine_->workspace(), recording_);
   }
   void TearDown() override {
     EXPECT_EQ(engine_->counters().open_files, 0);
@@ -42,7 +42,7 @@ class AccessRightsTest : public ::testing::Test {
   }
 
   testing::ScriptedEnvironment environment_;
-  std::vector<std::wstring> operations_;
+  testing::Recording recording_;
   std::unique_ptr<simulator::Simulator> engine_;
   AccessRights rights_{environment_};
 };
@@ -78,7 +78,7 @@ TEST_F(AccessRightsTest, TheManagerMayDoEverythingWithoutBeingAUser) {
   for (const wchar_t* name : {L"MANAGER", L"manager", L"  Manager "}) {
     EXPECT_TRUE(rights_.IsUserAllowedAccess(name, Access::kPopRecord));
   }
-  EXPECT_TRUE(operations_.empty());
+  EXPECT_TRUE(recording_.operations.empty());
   EXPECT_FALSE(rights_.IsValid(L"MANAGER"));
   EXPECT_FALSE(rights_.AddUser(L"ANN"));
   EXPECT_EQ(rights_.List(), L"");
@@ -87,7 +87,7 @@ TEST_F(AccessRightsTest, TheManagerMayDoEverythingWithoutBeingAUser) {
 TEST_F(AccessRightsTest, LooksForTheNameInThreeWaysAndThenAmongAll) {
   EXPECT_TRUE(rights_.IsValid(L"odd one"));
   std::vector<std::wstring> searches;
-  for (const std::wstring& operation : operations_) {
+  for (const std::wstring& operation : recording_.operations) {
     if (operation.find(L"FindFirst") != std::wstring::npos) searches.push_back(operation);
   }
   const std::wstring pad(23, L' ');

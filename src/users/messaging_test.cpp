@@ -53,7 +53,7 @@ class MessagingTest : public ::testing::Test {
     Context& context = messaging.context();
     context.app_name = L" Manufacturing ";
     context.registry_path = L"Host";
-    context.workspace = testing::Recorded(engine_->workspace(), operations_);
+    context.workspace = testing::Recorded(engine_->workspace(), recording_);
     context.engine = engine_;
     context.database = database_;
     messaging.session().ard_data_path = L" C:\\Data ";
@@ -79,14 +79,15 @@ class MessagingTest : public ::testing::Test {
   std::shared_ptr<simulator::Simulator> engine_;
   std::shared_ptr<OdbcConnection> database_ =
       std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
-  std::vector<std::wstring> operations_;
+  testing::Recording recording_;
   Messaging messaging_{environment_};
   std::size_t shown_ = 0;
 };
 
 TEST_F(MessagingTest, TheEngineHasItsSay) {
   EXPECT_TRUE(messaging_.LogonUser(L" Bob ", L" Secret "));
-  EXPECT_EQ(operations_, Texts{L"Workspace.Connect(\"C:\\Data\", \"Bob\", \"Secret\", \"id\")"});
+  EXPECT_EQ(recording_.operations,
+            Texts{L"Workspace.Connect(\"C:\\Data\", \"Bob\", \"Secret\", \"id\")"});
   EXPECT_EQ(engine_->user(), L"BOB");
   EXPECT_TRUE(messaging_.LogoffUser());
   EXPECT_EQ(engine_->user(), L"");
@@ -160,7 +161,7 @@ TEST_F(MessagingTest, DataHeldExclusivelyIsNotForUs) {
             L"(b) Turn access rights off and then run Manufacturing again. (Recommended)\r\n\r\n"
             L"Manufacturing will now close to allow you carry out one of the above actions."});
   EXPECT_EQ(environment_.dialogs_shown(), 0);
-  EXPECT_EQ(operations_, Texts{});
+  EXPECT_EQ(recording_.operations, Texts{});
 }
 
 TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
