@@ -3,9 +3,10 @@
 -- ledger does not have.
 BEGIN;
 
+-- Names compare without regard to case, as in the databases that hosts usually have.
 CREATE TABLE AccessRights (
   ID INTEGER PRIMARY KEY,
-  UserName VARCHAR(30) NOT NULL,
+  UserName VARCHAR(30) NOT NULL COLLATE NOCASE,
   MaySeeCosts BOOLEAN NOT NULL,
   MayChangePrices BOOLEAN NOT NULL,
   MayDelete BOOLEAN NOT NULL

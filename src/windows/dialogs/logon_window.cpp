@@ -19,26 +19,26 @@ constexpr int kRuleHeight = 1;
 }  // namespace
 
 void LogonWindow::CreateControls(HINSTANCE) {
-  AddLine(nullptr, AddText(dialog_.welcome().c_str()), kTextHeight, kMargin);
+  lines_.push_back({nullptr, AddText(dialog_.welcome().c_str()), kTextHeight, kMargin});
   if (dialog_.has_heading()) {
-    AddLine(L"Company:", AddText(dialog_.company().c_str()), kTextHeight, kGap);
-    AddLine(nullptr, CreateControl(handle(), {WC_STATICW, L"", SS_ETCHEDHORZ}), kRuleHeight,
-            kMargin);
+    lines_.push_back({AddText(L"Company:"), AddText(dialog_.company().c_str()), kTextHeight, kGap});
+    lines_.push_back(
+        {nullptr, CreateControl(handle(), {WC_STATICW, L"", SS_ETCHEDHORZ}), kRuleHeight, kMargin});
   }
   // A label comes before its box, so that its mnemonic leads there.
   if (dialog_.asks_name()) {
-    const HWND label = CreateControl(handle(), {WC_STATICW, L"User &name:", SS_CENTERIMAGE});
+    const HWND label = AddLabel(L"User &name:");
     name_ = AddEdit(dialog_.name(), 0);
     lines_.push_back({label, name_, kEditHeight, kGap});
   }
-  const HWND label = CreateControl(handle(), {WC_STATICW, L"&Password:", SS_CENTERIMAGE});
+  const HWND label = AddLabel(L"&Password:");
   password_ = AddEdit(L"", ES_PASSWORD);
   lines_.push_back({label, password_, kEditHeight, kGap});
   if (dialog_.asks_name()) {
     remember_ = CreateControl(
         handle(), {WC_BUTTONW, L"&Remember my user name", WS_TABSTOP | BS_AUTOCHECKBOX});
     SendMessageW(remember_, BM_SETCHECK, dialog_.remember() ? BST_CHECKED : BST_UNCHECKED, 0);
-    AddLine(L"", remember_, kEditHeight, 0);
+    lines_.push_back({nullptr, remember_, kEditHeight, 0});
   }
   buttons_ = {AddButton(IDOK, L"OK"), AddButton(IDCANCEL, L"Cancel")};
   if (dialog_.asks_name()) buttons_.push_back(AddButton(IDHELP, L"&Help"));
@@ -48,8 +48,8 @@ HWND LogonWindow::AddText(const wchar_t* text) {
   return CreateControl(handle(), {WC_STATICW, text, SS_NOPREFIX | SS_ENDELLIPSIS});
 }
 
-void LogonWindow::AddLine(const wchar_t* label, HWND control, int height, int gap_below) {
-  lines_.push_back({label ? AddText(label) : nullptr, control, height, gap_below});
+HWND LogonWindow::AddLabel(const wchar_t* text) {
+  return CreateControl(handle(), {WC_STATICW, text, SS_CENTERIMAGE});
 }
 
 HWND LogonWindow::AddEdit(std::wstring_view text, DWORD style) {

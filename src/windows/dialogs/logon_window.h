@@ -37,7 +37,7 @@ class LogonWindow : public ModalWindow {
 
   // A static text; an ampersand in it is one.
   HWND AddText(const wchar_t* text);
-  void AddLine(const wchar_t* label, HWND control, int height, int gap_below);
+  HWND AddLabel(const wchar_t* text);
   HWND AddEdit(std::wstring_view text, DWORD style);
   // The box that is to have the focus.
   HWND Box() const;

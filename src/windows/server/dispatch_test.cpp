@@ -63,8 +63,8 @@ struct Sample : IDispatch {
   virtual HRESULT STDMETHODCALLTYPE Mark(SAFEARRAY** array) {
     StringArrayArgument strings(*array);
     lower_bound = strings.value().lower_bound;
-    for (std::wstring& text : strings.value().elements) {
-      if (!text.empty()) text += L'!';
+    for (std::wstring& element : strings.value().elements) {
+      if (!element.empty()) element += L'!';
     }
     return S_OK;
   }
