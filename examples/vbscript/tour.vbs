@@ -3,7 +3,7 @@
 '   cscript //nologo tour.vbs COMPANY_FOLDER DATABASE_FILE
 Option Explicit
 
-Dim engine, workspace, connection
+Dim engine, workspace, connection, session
 
 If WScript.Arguments.Count <> 2 Then
   WScript.Echo "usage: cscript //nologo tour.vbs COMPANY_FOLDER DATABASE_FILE"
@@ -15,11 +15,61 @@ Set workspace = engine.Workspace
 Set connection = CreateObject("ADODB.Connection")
 connection.Open "Driver=SQLite3;Database=" & WScript.Arguments(1)
 
-TourOfCustomers
-TourOfProducts
+If LogOn Then
+  TourOfCustomers
+  TourOfProducts
+  TourOfUsers
+  Show "LogoffUser()", session.LogoffUser()
+End If
 WScript.Echo " "
 WScript.Echo "Engine files left open: " & engine.OpenFiles
 connection.Close
+
+' As a host starts: nothing is asked before somebody has logged on.
+Function LogOn
+  Set session = CreateObject("ArdObjects100.Messaging")
+  session.AppName = "Manufacturing"
+  session.RegistryPath = "Manufacturing Demo"
+  session.CompanyName = "Brackenridge Fabrications"
+  session.ArdDataPath = WScript.Arguments(0)
+  session.UniqueID = "TOUR"
+  session.UseAccRights = True
+  Set session.ArdEngine = engine
+  Set session.ArdWorkspace = workspace
+  Set session.oDBaseConn = connection
+
+  WScript.Echo "Logon"
+  WScript.Echo "  Log on as ANNE, with the password Rivet7; any other password is refused."
+  LogOn = session.CheckForLogon()
+  Show "CheckForLogon()", LogOn
+  Show "UserLogged", session.UserLogged
+End Function
+
+Sub TourOfUsers
+  Dim general, rights, name, machine
+  Set general = CreateObject("ArdObjects100.General")
+  general.AppName = "Manufacturing"
+  Set general.ArdWorkspace = workspace
+  Set general.ArdEngine = engine
+  Set general.oDBaseConn = connection
+  Set rights = CreateObject("ArdObjects100.cAccessRights")
+  rights.AppName = "Manufacturing"
+  Set rights.ArdWorkspace = workspace
+
+  WScript.Echo "Users"
+  Show "IsArdExclusive", general.IsArdExclusive(WScript.Arguments(0))
+  Show "GetF11Program", general.GetF11Program()
+  Show "GetNumActiveUsers", general.GetNumActiveUsers()
+  name = session.UserLogged
+  Show "GetNumActiveUsersInclDet", general.GetNumActiveUsersInclDet(name, machine)
+  Show "  the first other one", name
+  Show "  at", machine
+  Show "IsUserAllowedAccess(""HELEN"", customers)", rights.IsUserAllowedAccess("HELEN", 0)
+  Show "IsUserAllowedAccess(""manager"", customers)", rights.IsUserAllowedAccess("manager", 0)
+  Show "PoAccess(""CLAIRE"")", session.PoAccess("CLAIRE")
+  WScript.Echo "  The list of users opens: look at both pages, then close it."
+  general.ShowUserList True
+End Sub
 
 Sub TourOfCustomers
   Dim customers, reference
