@@ -1,18 +1,13 @@
 #include "accounts/ledger_accounts.h"
 
-#include "engine/handles.h"
+#include "accounts/account.h"
 
 namespace ard::accounts {
 namespace {
 
-using engine::Match;
 using engine::Mode;
 
 constexpr std::wstring_view kBlankLine = L"\r\n\r\n";
-
-bool FindAccount(engine::Record& account, std::wstring_view acc_ref) {
-  return account.Set(L"ACCOUNT_REF", acc_ref) && account.Find(Match::kExact);
-}
 
 void AddSentence(std::wstring& text, std::wstring_view sentence) {
   if (!text.empty()) text += kBlankLine;
@@ -40,47 +35,62 @@ std::wstring AccountWarning(engine::Record& account, bool found, bool over_limit
   return text;
 }
 
-void WarnAboutChoice(const Context& context, const Ledger& ledger, const dialogs::Row& choice) {
-  std::wstring text;
-  {
-    engine::Record account(context, ledger.record);
-    const bool found = FindAccount(account, choice.Cell(1));
-    text = AccountWarning(account, found, choice.color == dialogs::kRed);
-  }
-  if (text.empty() || !IsTermsWarningOn(context)) return;
-  context.ShowMessage(Icon::kExclamation, text, context.app_name);
-}
-
 }  // namespace
 
 const Ledger kSalesLedger = {L"SalesRecord", dialogs::kFastSelectCust};
+const Ledger kPurchaseLedger = {L"PurchaseRecord", dialogs::kFastSelectSupp};
 
-bool AccountExists(const Context& context, const Ledger& ledger, std::wstring_view acc_ref) {
-  engine::Record account(context, ledger.record);
-  const bool found = FindAccount(account, acc_ref);
-  // The warnings are worked out here as they are for a choice, and not shown: an account that
-  // they speak of is valid all the same.
-  if (found && !AccountWarning(account, found, IsRecordOverLimit(account)).empty()) {
-    IsTermsWarningOn(context);
-  }
-  return found;
+bool LedgerAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
+  return Call<bool>(L"IsValid", [&](bool& valid) {
+    engine::Record account(context(), ledger_.record);
+    valid = FindAccount(account, acc_ref);
+    // The warnings are worked out here as they are for a choice, and not shown: an account that
+    // they speak of is valid all the same.
+    if (valid && !AccountWarning(account, valid, IsRecordOverLimit(account)).empty()) {
+      IsTermsWarningOn(context());
+    }
+  });
 }
 
-std::wstring AccountText(const Context& context, const Ledger& ledger, std::wstring_view acc_ref,
-                         std::wstring_view field) {
+std::wstring LedgerAccounts::GetName(std::wstring_view acc_ref) const noexcept {
+  return Call<std::wstring>(L"GetName",
+                            [&](std::wstring& name) { name = TextOf(acc_ref, L"NAME"); });
+}
+
+std::wstring LedgerAccounts::FastList() const noexcept {
+  return Call<std::wstring>(L"FastList",
+                            [&](std::wstring& acc_ref) { acc_ref = Pick(std::nullopt); });
+}
+
+std::wstring LedgerAccounts::List(std::wstring_view search_criteria) const noexcept {
+  return Call<std::wstring>(L"List",
+                            [&](std::wstring& acc_ref) { acc_ref = Pick(search_criteria); });
+}
+
+std::wstring LedgerAccounts::TextOf(std::wstring_view acc_ref, std::wstring_view field) const {
   std::wstring text;
-  engine::Record account(context, ledger.record);
+  engine::Record account(context(), ledger_.record);
   if (FindAccount(account, acc_ref)) account.Get(field, text, engine::kTrimmed);
   return text;
 }
 
-std::wstring PickAccount(const Context& context, const Ledger& ledger,
-                         std::optional<std::wstring_view> criteria) {
-  const std::optional<dialogs::Row> choice = dialogs::FastSelect(context, ledger.list, criteria);
+std::wstring LedgerAccounts::Pick(std::optional<std::wstring_view> criteria) const {
+  const std::optional<dialogs::Row> choice = dialogs::FastSelect(context(), ledger_.list, criteria);
   if (!choice) return {};
   std::wstring acc_ref(Trimmed(choice->Cell(1)));
-  WarnAboutChoice(context, ledger, *choice);
+  WarnAboutChoice(*choice);
   return acc_ref;
+}
+
+void LedgerAccounts::WarnAboutChoice(const dialogs::Row& choice) const {
+  std::wstring text;
+  {
+    engine::Record account(context(), ledger_.record);
+    const bool found = FindAccount(account, choice.Cell(1));
+    text = AccountWarning(account, found, choice.color == dialogs::kRed);
+  }
+  if (text.empty() || !IsTermsWarningOn(context())) return;
+  context().ShowMessage(Icon::kExclamation, text, context().app_name);
 }
 
 bool IsTermsWarningOn(const Context& context) {

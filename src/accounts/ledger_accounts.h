@@ -1,5 +1,5 @@
-// What the sales and the purchase ledger have in common: look-ups of an account by its reference,
-// and picking one from a list with the warnings that go with it.
+// LedgerAccounts: what the sales and the purchase ledger have in common. Look-ups of an account by
+// its reference, and picking one from a list with the warnings that go with it.
 #ifndef ARD_ACCOUNTS_LEDGER_ACCOUNTS_H_
 #define ARD_ACCOUNTS_LEDGER_ACCOUNTS_H_
 
@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "dialogs/fast_select.h"
-#include "frame/context.h"
+#include "frame/public_class.h"
 
 namespace ard::accounts {
 
@@ -19,16 +19,38 @@ struct Ledger {
 };
 
 extern const Ledger kSalesLedger;
+extern const Ledger kPurchaseLedger;
 
-bool AccountExists(const Context& context, const Ledger& ledger, std::wstring_view acc_ref);
+// References are looked up exactly as given: neither trimmed nor upper-cased.
+class LedgerAccounts : public PublicClass {
+ public:
+  // Whether the account exists; one on hold, over its limit or without agreed terms does.
+  bool IsValid(std::wstring_view acc_ref) const noexcept;
 
-// A text field of the account, trimmed; "" when there is no such account.
-std::wstring AccountText(const Context& context, const Ledger& ledger, std::wstring_view acc_ref,
-                         std::wstring_view field);
+  // NAME, trimmed; "" when there is no such account.
+  std::wstring GetName(std::wstring_view acc_ref) const noexcept;
 
-// The reference, trimmed, of the account that the user picks; "" when cancelled.
-std::wstring PickAccount(const Context& context, const Ledger& ledger,
-                         std::optional<std::wstring_view> criteria = std::nullopt);
+  // The reference, trimmed, of the account that the user picks from the list; "" when cancelled.
+  // A choice that is on hold, over its limit or without agreed terms is warned about when the
+  // company's terms warning is on, and returned all the same.
+  std::wstring FastList() const noexcept;
+  // The same, with the list positioned on the first reference that matches `search_criteria`.
+  std::wstring List(std::wstring_view search_criteria) const noexcept;
+
+ protected:
+  LedgerAccounts(std::wstring_view name, Environment& environment, const Ledger& ledger)
+      : PublicClass(name, environment), ledger_(ledger) {}
+  ~LedgerAccounts() = default;
+
+  // A text field of the account, trimmed; "" when there is no such account.
+  std::wstring TextOf(std::wstring_view acc_ref, std::wstring_view field) const;
+
+ private:
+  std::wstring Pick(std::optional<std::wstring_view> criteria) const;
+  void WarnAboutChoice(const dialogs::Row& choice) const;
+
+  const Ledger& ledger_;
+};
 
 // The company's TERMS_WARNING setting; off when it cannot be read.
 bool IsTermsWarningOn(const Context& context);

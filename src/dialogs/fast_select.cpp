@@ -7,6 +7,10 @@ constexpr std::int32_t kRowsFilled = 12;
 constexpr std::uint8_t kPostingAccount = 1;
 
 constexpr FieldColumn kAccountColumns[] = {{L"A/C", 15, L"ACCOUNT_REF"}, {L"Name", 60, L"NAME"}};
+constexpr FieldColumn kSalesOrderColumns[] = {
+    {L"S.Order No.", 12, L"ORDER_NUMBER"}, {L"A/C", 15, L"ACCOUNT_REF"}, {L"Name", 45, L"NAME"}};
+constexpr FieldColumn kPurchaseOrderColumns[] = {
+    {L"P.Order No.", 12, L"ORDER_NUMBER"}, {L"A/C", 15, L"ACCOUNT_REF"}, {L"Name", 45, L"NAME"}};
 
 }  // namespace
 
@@ -28,6 +32,13 @@ const FastSelectForm kFastSelectBank = {L"frmFastSelectBank",
                                         {L"BankData", L"BankIndex", L"NO_OF_BANK", kAccountColumns},
                                         FastSelectForm::Ok::kAnyRow,
                                         FastSelectForm::Fill::kFirstTwelve};
+const FastSelectForm kFastSelectSop = {L"frmFastSelectSop",
+                                       L"Select Sales Order",
+                                       {L"SopData", L"SopIndex", L"NO_OF_SOP", kSalesOrderColumns}};
+const FastSelectForm kFastSelectPop = {
+    L"frmFastSelectPop",
+    L"Select Purchase Order",
+    {L"PopData", L"PopIndex", L"NO_OF_POP", kPurchaseOrderColumns}};
 
 FastSelectDialog::FastSelectDialog(const Context& context, const FastSelectForm& form)
     : SelectDialog(form.name, std::wstring(form.caption), *this),

@@ -30,6 +30,8 @@ extern const FastSelectForm kFastSelectCust;
 extern const FastSelectForm kFastSelectSupp;
 extern const FastSelectForm kFastSelectNom;
 extern const FastSelectForm kFastSelectBank;
+extern const FastSelectForm kFastSelectSop;
+extern const FastSelectForm kFastSelectPop;
 
 class FastSelectDialog : private RowSource, public SelectDialog {
  public:

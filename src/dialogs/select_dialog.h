@@ -24,6 +24,8 @@ class SelectDialog {
   // The published name of the form, such as "frmFastSelectCust", and the window's caption.
   std::wstring_view form() const { return form_; }
   const std::wstring& caption() const { return caption_; }
+  // The width that the window is to have, in twips; 0 for one that suits the columns.
+  virtual int width() const { return 0; }
   // The list that the commands work on.
   virtual ListModel& list() { return list_; }
 
@@ -74,10 +76,16 @@ class RowsInMemory : public RowSource {
 // frmSelectRecord: the caller adds the columns and the rows, then selects one.
 class SelectRecordDialog : private RowsInMemory, public SelectDialog {
  public:
-  explicit SelectRecordDialog(std::wstring caption)
-      : SelectDialog(L"frmSelectRecord", std::move(caption), *this) {}
+  // `width` is in twips; 0 for one that suits the columns.
+  explicit SelectRecordDialog(std::wstring caption, int width = 0)
+      : SelectDialog(L"frmSelectRecord", std::move(caption), *this), width_(width) {}
+
+  int width() const override { return width_; }
 
   void AddRow(std::wstring text);
+
+ private:
+  int width_;
 };
 
 }  // namespace ard::dialogs

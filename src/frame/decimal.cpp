@@ -57,6 +57,17 @@ std::optional<std::int64_t> AtScale(Decimal number, int scale) {
   return number.digits;
 }
 
+// The digits, without their sign, at a smaller or the same scale, rounded half away from zero.
+std::int64_t Rounded(const Decimal& number, int scale) {
+  std::int64_t digits = std::abs(number.digits);
+  std::int64_t dropped = 0;
+  for (int at = number.scale; at > scale; --at) {
+    dropped = digits % 10;
+    digits /= 10;
+  }
+  return dropped >= 5 ? digits + 1 : digits;
+}
+
 }  // namespace
 
 std::optional<Decimal> ToDecimal(double number) {
@@ -74,6 +85,24 @@ double ExactSum(double a, double b) {
   const std::optional<std::int64_t> right = AtScale(*y, scale);
   if (!left || !right) return a + b;
   return static_cast<double>(*left + *right) / kPowers[scale];
+}
+
+std::wstring FormatFixed(double number, int places) {
+  const std::optional<Decimal> decimal = ToDecimal(number);
+  if (!decimal) {
+    std::wstring text = std::to_wstring(number);
+    text.resize(std::min(text.find_first_of(L".,"), text.size()));
+    return text + L'.' + std::wstring(static_cast<std::size_t>(places), L'0');
+  }
+  const int scale = std::min(decimal->scale, places);
+  const std::int64_t digits = Rounded(*decimal, scale);
+  std::wstring text = std::to_wstring(digits);
+  const auto behind = static_cast<std::size_t>(scale);
+  if (text.size() <= behind) text.insert(0, behind + 1 - text.size(), L'0');
+  text.insert(text.size() - behind, 1, L'.');
+  text.append(static_cast<std::size_t>(places - scale), L'0');
+  if (decimal->digits < 0 && digits > 0) text.insert(0, 1, L'-');
+  return text;
 }
 
 }  // namespace ard

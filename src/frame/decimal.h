@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace ard {
 
@@ -21,6 +22,10 @@ std::optional<Decimal> ToDecimal(double number);
 // ToDecimal, or so far apart that no digit of one meets a digit of the other, are added as doubles.
 double ExactSum(double a, double b);
 inline double ExactDifference(double a, double b) { return ExactSum(a, -b); }
+
+// The number with so many places, at least 0, rounded half away from zero on its decimal digits.
+// There is always a point: 1 with no places is "1.".
+std::wstring FormatFixed(double number, int places);
 
 }  // namespace ard
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,9 @@
 namespace ard {
 
 namespace dialogs {
+class AddressDetails;
+class AddressDialog;
+class DiscountBreakdown;
 class LogonDialog;
 class ProductDialog;
 class SelectDialog;
@@ -33,6 +37,14 @@ struct Shortcut {
   std::wstring description;
 };
 
+// What is shown of a task that takes its time, until it is destroyed.
+class ProgressDisplay {
+ public:
+  virtual ~ProgressDisplay() = default;
+  // One more of the maximum is done.
+  virtual void Advance() = 0;
+};
+
 class Environment {
  public:
   Environment() = default;
@@ -51,9 +63,16 @@ class Environment {
   virtual void Show(dialogs::ProductDialog& dialog) = 0;
   virtual void Show(dialogs::LogonDialog& dialog) = 0;
   virtual void Show(dialogs::UserListDialog& dialog) = 0;
+  virtual void Show(dialogs::DiscountBreakdown& dialog) = 0;
+  virtual void Show(dialogs::AddressDialog& dialog) = 0;
+  virtual void Show(dialogs::AddressDetails& dialog) = 0;
 
   // A modal question with the exclamation icon and the buttons Abort, Retry and Ignore.
   virtual Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) = 0;
+
+  // Shows that `maximum` things are being done.
+  virtual std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,
+                                                        std::int32_t maximum) = 0;
 
   // The user's settings: text by application, section and name, such as "Options\ProductSearch" and
   // "Tab". `otherwise` is the answer where there is none.

@@ -18,6 +18,24 @@ class General : public PublicClass {
 
   // ---- The company's settings (company_settings.cpp) ----
 
+  // Fill the elements with the categories of products, and the departments, that have their index
+  // as a number: the number, three blanks, the name. Where there is none, the name is that of the
+  // record read before. The elements stay as they are when the file cannot be opened.
+  void GetCategories(TextArray cat_list) const noexcept;
+  void GetDepartments(TextArray dept_list) const noexcept;
+
+  // The decimals of quantities and unit prices, and their formats such as "0.00"; 4 when they
+  // cannot be told.
+  void GetDPSettings(std::int16_t& qty_dp, std::int16_t& unit_dp, std::wstring& qty_format,
+                     std::wstring& unit_format) const noexcept;
+
+  // Fills the elements 0 to 99, as far as there are such, with the tax codes and their rates:
+  // "T1   17.50", "T20 0.00". They stay as they are when the rates cannot be read.
+  void GetTaxCodes(TextArray tax_code_list) const noexcept;
+  // 0 and "" when there is no such code.
+  double GetVatRate(std::int16_t vat_code) const noexcept;
+  std::wstring GetVatDesc(std::int16_t vat_code) const noexcept;
+
   // ---- The accounts program (accounts_program.cpp) ----
 
   // Registers the host as an add-in in the accounts program's ini file: empties the entries in

@@ -1,0 +1,55 @@
+#include "accounts/nominal_bank.h"
+
+#include "accounts/account.h"
+#include "dialogs/progress.h"
+#include "dialogs/record_list.h"
+
+namespace ard::accounts {
+namespace {
+
+constexpr wchar_t kSelectBank[] = L"Select Bank Account";
+constexpr std::wstring_view kReference = L"ACCOUNT_REF";
+constexpr dialogs::FieldColumn kBankColumns[] = {{L"A/C", 15, kReference}, {L"Name", 60, L"NAME"}};
+
+}  // namespace
+
+bool CodedAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
+  return Call<bool>(L"IsValid", [&](bool& valid) {
+    engine::Record account(context(), record_);
+    valid = FindAccount(account, acc_ref);
+  });
+}
+
+std::wstring CodedAccounts::FastList() const noexcept {
+  return Call<std::wstring>(L"FastList", [&](std::wstring& code) { code = Pick(std::nullopt); });
+}
+
+std::wstring CodedAccounts::Pick(std::optional<std::wstring_view> criteria) const {
+  const std::optional<dialogs::Row> choice = dialogs::FastSelect(context(), list_, criteria);
+  return choice ? std::wstring(Trimmed(choice->Cell(1))) : std::wstring();
+}
+
+std::wstring Nominal::List(std::wstring_view search_criteria) const noexcept {
+  return Call<std::wstring>(L"List", [&](std::wstring& code) { code = Pick(search_criteria); });
+}
+
+std::wstring Bank::List(std::wstring_view search_criteria) const noexcept {
+  return Call<std::wstring>(L"List", [&](std::wstring& code) {
+    dialogs::SelectRecordDialog dialog(kSelectBank);
+    {
+      engine::DataFile banks(context(), L"BankData");
+      banks.Open(engine::Mode::kQuery);
+      banks.FindFirst(kReference, search_criteria);
+      dialogs::Progress progress(context(), kSelectBank, banks.Count());
+      // The first row is there before any test: the file stands on some account, found or not.
+      AddRecords(dialog, banks, kBankColumns, [&] {
+        progress.Advance();
+        return banks.FindNext(kReference, search_criteria);
+      });
+    }
+    const std::optional<dialogs::Row> choice = Show(context(), dialog);
+    if (choice) code = Trimmed(choice->Cell(1));
+  });
+}
+
+}  // namespace ard::accounts

@@ -1,0 +1,178 @@
+#include "dialogs/address_dialog.h"
+
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "frame/text.h"
+
+namespace ard::dialogs {
+namespace {
+
+using A = Address;
+
+constexpr engine::FieldProperty<A> kProperties[] = {
+    {L"AccountRef", L"ACCOUNT_REF", &A::account_ref},
+    {L"Address1", L"ADDRESS_1", &A::address_1},
+    {L"Address2", L"ADDRESS_2", &A::address_2},
+    {L"Address3", L"ADDRESS_3", &A::address_3},
+    {L"Address4", L"ADDRESS_4", &A::address_4},
+    {L"Address5", L"ADDRESS_5", &A::address_5},
+    {L"AddressRef", L"ADDRESS_REF", &A::address_ref},
+    {L"ContactName", L"CONTACT_NAME", &A::contact_name},
+    {L"DefaultRef", L"DEFAULT_REF", &A::default_ref},
+    {L"Description", L"DESCRIPTION", &A::description},
+    {L"EMail", L"EMAIL", &A::email},
+    {L"Fax", L"FAX", &A::fax},
+    {L"Name", L"NAME", &A::name},
+    {L"Reference", L"REFERENCE", &A::reference},
+    {L"Telephone", L"TELEPHONE", &A::telephone},
+};
+
+// What tells one kind of address from another, in the order of the kind selector.
+struct AddressFile {
+  std::wstring_view record;     // walked to list the addresses
+  std::wstring_view data_file;  // read by record number
+  bool by_account;              // whether an address belongs to an account
+};
+constexpr AddressFile kFiles[] = {{L"SalesDeliveryRecord", L"SalesDeliveryData", true},
+                                  {L"PurchaseDeliveryRecord", L"PurchaseDeliveryData", true},
+                                  {L"CompanyDeliveryRecord", L"CompanyDeliveryData", false}};
+constexpr std::wstring_view kKindNames[] = {L"Sales", L"Purchase", L"Company"};
+
+const AddressFile& FileOf(AddressKind kind) { return kFiles[static_cast<std::size_t>(kind)]; }
+
+// The lines of the details; `prompt` is the number of the company's caption for the line, 0 when
+// it has none.
+struct DetailsLine {
+  std::wstring_view label;
+  std::wstring A::*member;
+  int prompt = 0;
+};
+constexpr DetailsLine kDetailsLines[] = {
+    {L"Description", &A::description},
+    {L"Name", &A::name},
+    {L"Address 1", &A::address_1, 1},
+    {L"Address 2", &A::address_2, 2},
+    {L"Address 3", &A::address_3, 3},
+    {L"Address 4", &A::address_4, 4},
+    {L"Address 5", &A::address_5, 5},
+    {L"Contact", &A::contact_name, 6},
+    {L"Telephone", &A::telephone},
+    {L"Fax", &A::fax},
+    {L"E-mail", &A::email},
+};
+
+}  // namespace
+
+std::span<const engine::FieldProperty<Address>> AddressProperties() { return kProperties; }
+
+bool ReadAddress(const Context& context, AddressKind kind, std::int32_t record, Address& address) {
+  engine::DataFile file(context, FileOf(kind).data_file);
+  if (!file.Open(engine::Mode::kRead) || !file.Read(record)) return false;
+  engine::ReadFields(file, AddressProperties(), address);
+  return true;
+}
+
+AddressDetails::AddressDetails(const Context& context, const Address& address) {
+  engine::DataFile setup(context, L"SetupData");
+  const bool captions = setup.Open(engine::Mode::kRead) && setup.Read(1);
+  for (const DetailsLine& line : kDetailsLines) {
+    std::wstring label;
+    if (captions && line.prompt != 0) {
+      setup.Get(L"ADDRESS_PROMPT_" + std::to_wstring(line.prompt), label, engine::kTrimmed);
+    }
+    if (label.empty()) label = line.label;
+    lines_.push_back({std::move(label), std::wstring(Trimmed(address.*line.member))});
+  }
+}
+
+AddressDialog::AddressDialog(const Context& context, AddressOwners& owners)
+    : SelectDialog(L"frmDelAddresses", L"Delivery Addresses", *this),
+      context_(context),
+      owners_(owners) {
+  list().AddColumn(L"No.", 8);
+  list().AddColumn(L"Description", 45);
+  list().AddColumn(L"Default", 10);
+}
+
+std::span<const std::wstring_view> AddressDialog::kind_names() { return kKindNames; }
+
+std::int32_t AddressDialog::selected_record() {
+  const std::optional<Row>& row = list().selected();
+  return row ? Value(row->Cell(1)).ToLong() : 0;
+}
+
+void AddressDialog::KindChange(AddressKind kind) {
+  kind_ = kind;
+  account_.clear();
+  account_name_.clear();
+  // The record numbers listed were those of another file.
+  Clear();
+  list().SetRowCount(0);
+  if (kind == AddressKind::kCompany) LoadList();
+}
+
+void AddressDialog::AccountEntered() {
+  if (!account_enabled() || Trimmed(account_).empty()) return;
+  if (!owners_.IsValid(kind_, account_)) return Search();
+  account_name_ = owners_.GetName(kind_, account_);
+  LoadList();
+}
+
+void AddressDialog::LookUpClick() {
+  if (account_enabled()) Search();
+}
+
+void AddressDialog::DetailsClick() {
+  if (!details_enabled()) return;
+  Address address;
+  ReadAddress(context_, kind_, selected_record(), address);
+  AddressDetails details(context_, address);
+  Attempt(context_.trace(), {details.form(), L"Show"}, [&] { context_.environment.Show(details); });
+}
+
+void AddressDialog::ShowAccount(std::wstring_view account) {
+  account_ = account;
+  LoadList();
+}
+
+void AddressDialog::Search() {
+  std::wstring found = owners_.Search(kind_, account_);
+  if (found.empty()) return;
+  account_ = std::move(found);
+  account_name_ = owners_.GetName(kind_, account_);
+  LoadList();
+}
+
+void AddressDialog::LoadList() {
+  Clear();
+  std::int32_t preferred = 1;
+  {
+    const AddressFile& file = FileOf(kind_);
+    engine::Record addresses(context_, file.record);
+    engine::Column<engine::Record> owner(addresses, L"ACCOUNT_REF");
+    engine::Column<engine::Record> description(addresses, L"DESCRIPTION");
+    engine::Column<engine::Record> default_ref(addresses, L"DEFAULT_REF");
+    std::int32_t record = 0;
+    // A new record object stands on the first record, and walks them in the order of their numbers.
+    do {
+      ++record;
+      std::wstring text;
+      if (file.by_account) {
+        if (!owner.Get(text) || !EqualsIgnoreCase(Trimmed(text), Trimmed(account_))) continue;
+      }
+      if (!description.Get(text)) continue;
+      std::wstring marker;
+      default_ref.Get(marker);
+      const bool is_default = Trimmed(marker) == L"1";
+      Add(std::to_wstring(record) + L'\t' + std::wstring(Trimmed(text)) + L'\t' +
+          (is_default ? L"Yes" : L""));
+      if (is_default) preferred = count();
+    } while (addresses.MoveNext());
+  }
+  list().SetRowCount(count());
+  list().SelectItem(preferred);
+}
+
+}  // namespace ard::dialogs

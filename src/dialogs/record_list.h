@@ -1,0 +1,51 @@
+// The simple select dialog over the records of a file: rows in the file's own order, none skipped.
+#ifndef ARD_DIALOGS_RECORD_LIST_H_
+#define ARD_DIALOGS_RECORD_LIST_H_
+
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "dialogs/indexed_file.h"
+#include "dialogs/select_dialog.h"
+#include "engine/handles.h"
+
+namespace ard::dialogs {
+
+// Adds the columns, and a row for the current record of `records`, a handle of an object with
+// fields; then one for each further record for which `next()` is true. Cells are trimmed. A record
+// without a key that can be read yields no row.
+template <class Records, class Next>
+void AddRecords(SelectRecordDialog& dialog, Records& records, std::span<const FieldColumn> columns,
+                Next&& next) {
+  std::vector<engine::Column<Records>> fields;
+  fields.reserve(columns.size());
+  for (const FieldColumn& column : columns) {
+    dialog.list().AddColumn(column.header, column.width);
+    fields.emplace_back(records, column.field);
+  }
+  do {
+    std::wstring text;
+    if (!fields.front().Get(text)) continue;
+    Trim(text);
+    for (engine::Column<Records>& field : std::span(fields).subspan(1)) {
+      std::wstring cell;
+      field.Get(cell);
+      text.append(1, L'\t').append(Trimmed(cell));
+    }
+    dialog.AddRow(std::move(text));
+  } while (next());
+}
+
+// Shows the dialog modally. Returns the row that the user confirmed, nothing when they cancelled.
+inline std::optional<Row> Show(const Context& context, SelectDialog& dialog) {
+  Attempt(context.trace(), {dialog.form(), L"Show"}, [&] { context.environment.Show(dialog); });
+  if (!dialog.result()) return std::nullopt;
+  return dialog.list().selected();
+}
+
+}  // namespace ard::dialogs
+
+#endif  // ARD_DIALOGS_RECORD_LIST_H_

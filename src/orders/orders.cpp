@@ -1,0 +1,64 @@
+#include "orders/orders.h"
+
+#include <optional>
+
+#include "dialogs/record_list.h"
+
+namespace ard::orders {
+namespace {
+
+constexpr int kListWidth = 7040;  // twips
+
+}  // namespace
+
+const OrderBook kSalesOrderBook = {L"SopRecord", dialogs::kFastSelectSop};
+const OrderBook kPurchaseOrderBook = {L"PopRecord", dialogs::kFastSelectPop};
+
+bool Orders::Find(engine::Record& order, std::int32_t number) const {
+  return order.Set(L"ORDER_NUMBER", number) && order.Find(engine::Match::kExact);
+}
+
+std::wstring Orders::GetAccRef(std::int32_t number) const noexcept {
+  return Read<std::wstring>(L"GetAccRef", number, L"ACCOUNT_REF");
+}
+
+std::int32_t Orders::List() const noexcept {
+  return Call<std::int32_t>(L"List", [&](std::int32_t& number) {
+    dialogs::SelectRecordDialog dialog(std::wstring(book_.list.caption), kListWidth);
+    {
+      engine::Record orders(context(), book_.record);
+      orders.MoveFirst();  // where there is no order, the blank one makes the row
+      AddRecords(dialog, orders, book_.list.file.columns, [&] { return orders.MoveNext(); });
+    }
+    dialog.list().SelectItem(1);
+    const std::optional<dialogs::Row> choice = Show(context(), dialog);
+    if (choice) number = Value(choice->Cell(1)).ToLong();
+  });
+}
+
+std::wstring Orders::FastList() const noexcept {
+  return Call<std::wstring>(L"FastList", [&](std::wstring& number) {
+    const std::optional<dialogs::Row> choice = dialogs::FastSelect(context(), book_.list);
+    if (choice) number = Trimmed(choice->Cell(1));
+  });
+}
+
+std::wstring SalesOrders::GetAccName(std::int32_t so_number) const noexcept {
+  return Read<std::wstring>(L"GetAccName", so_number, L"NAME");
+}
+
+Date PurchaseOrders::GetOrderDate(std::int32_t po_number) const noexcept {
+  return Read<Date>(L"GetOrderDate", po_number, L"ORDER_DATE");
+}
+
+bool PurchaseOrders::IsValid(std::int32_t order_no, bool excl_posted) const noexcept {
+  return Call<bool>(L"IsValid", [&](bool& valid) {
+    engine::Record order(context(), kPurchaseOrderBook.record);
+    if (!Find(order, order_no)) return;
+    bool posted = false;
+    order.Get(L"POSTED_CODE", posted);
+    valid = !(posted && excl_posted);
+  });
+}
+
+}  // namespace ard::orders
