@@ -5,12 +5,15 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "dialogs/address_dialog.h"
+#include "dialogs/discount_breakdown.h"
 #include "dialogs/logon_dialog.h"
 #include "dialogs/product_dialog.h"
 #include "dialogs/user_list_dialog.h"
@@ -49,6 +52,20 @@ class ScriptedEnvironment : public Environment {
     user_list_scripts_.push_back(std::move(script));
   }
   void AnswerChoice(std::function<Choice()> script) { choices_.push_back(std::move(script)); }
+  void AnswerAddresses(std::function<void(dialogs::AddressDialog&)> script) {
+    Answer([script = std::move(script)](dialogs::SelectDialog& dialog) {
+      script(dynamic_cast<dialogs::AddressDialog&>(dialog));
+    });
+  }
+  // The same for the dialogs that only show something.
+  void AnswerBreakdown(std::function<void(dialogs::DiscountBreakdown&)> script) {
+    breakdown_scripts_.push_back(std::move(script));
+  }
+  void AnswerDetails(std::function<void(dialogs::AddressDetails&)> script) {
+    details_scripts_.push_back(std::move(script));
+  }
+  // The progress displays, as "title: done/maximum".
+  const std::vector<std::wstring>& progress() const { return progress_; }
   // Answers every input box.
   void AnswerInput(std::wstring text) { input_ = std::move(text); }
   // What the input boxes asked, as "title: prompt".
@@ -153,14 +170,46 @@ class ScriptedEnvironment : public Environment {
     return machine_.ctrl_down;
   }
 
+  std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,
+                                                std::int32_t maximum) override {
+    if (plan_) plan_->Operation();
+    return std::make_unique<RecordedProgress>(*this, title, maximum);
+  }
+
   void Show(dialogs::ProductDialog& dialog) override {
     Show(static_cast<dialogs::SelectDialog&>(dialog));
   }
   void Show(dialogs::SelectDialog& dialog) override { Present(dialog, scripts_); }
   void Show(dialogs::LogonDialog& dialog) override { Present(dialog, logon_scripts_); }
   void Show(dialogs::UserListDialog& dialog) override { Present(dialog, user_list_scripts_); }
+  void Show(dialogs::AddressDialog& dialog) override {
+    Show(static_cast<dialogs::SelectDialog&>(dialog));
+  }
+  void Show(dialogs::DiscountBreakdown& dialog) override { Present(dialog, breakdown_scripts_); }
+  void Show(dialogs::AddressDetails& dialog) override { Present(dialog, details_scripts_); }
 
  private:
+  class RecordedProgress : public ProgressDisplay {
+   public:
+    RecordedProgress(ScriptedEnvironment& environment, std::wstring_view title,
+                     std::int32_t maximum)
+        : environment_(environment), title_(title), maximum_(maximum) {}
+    ~RecordedProgress() override {
+      environment_.progress_.push_back(title_ + L": " + std::to_wstring(done_) + L"/" +
+                                       std::to_wstring(maximum_));
+    }
+    void Advance() override {
+      if (environment_.plan_) environment_.plan_->Operation();
+      ++done_;
+    }
+
+   private:
+    ScriptedEnvironment& environment_;
+    std::wstring title_;
+    std::int32_t maximum_;
+    std::int32_t done_ = 0;
+  };
+
   template <class Dialog>
   void Present(Dialog& dialog, std::deque<std::function<void(Dialog&)>>& scripts) {
     if (plan_) plan_->Operation();
@@ -187,6 +236,9 @@ class ScriptedEnvironment : public Environment {
   std::deque<std::function<void(dialogs::LogonDialog&)>> logon_scripts_;
   std::deque<std::function<void(dialogs::UserListDialog&)>> user_list_scripts_;
   std::deque<std::function<Choice()>> choices_;
+  std::deque<std::function<void(dialogs::DiscountBreakdown&)>> breakdown_scripts_;
+  std::deque<std::function<void(dialogs::AddressDetails&)>> details_scripts_;
+  std::vector<std::wstring> progress_;
   std::vector<Message> messages_;
   int dialogs_shown_ = 0;
 };
