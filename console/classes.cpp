@@ -1,9 +1,12 @@
 #include "console/classes.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <string>
 #include <tuple>
 #include <type_traits>
 #include <utility>
+#include <variant>
 
 #include "frame/text.h"
 
@@ -66,8 +69,8 @@ Member Make(std::wstring_view class_name, std::wstring_view name, Call call,
 }
 
 // A member made of a method.
-template <class Class, class Result, class... Parameters>
-Member Method(Class& object, std::wstring_view name,
+template <class Object, class Class, class Result, class... Parameters>
+Member Method(Object& object, std::wstring_view name,
               Result (Class::*method)(Parameters...) const noexcept,
               std::vector<std::wstring_view> parameters, std::vector<Value> defaults = {},
               std::vector<std::wstring_view> outputs = {}) {
@@ -77,8 +80,8 @@ Member Method(Class& object, std::wstring_view name,
   return Make(object.name(), name, call, std::type_identity<Result(Parameters...)>(),
               std::move(parameters), std::move(defaults), std::move(outputs));
 }
-template <class Class, class Result, class... Parameters>
-Member Method(Class& object, std::wstring_view name,
+template <class Object, class Class, class Result, class... Parameters>
+Member Method(Object& object, std::wstring_view name,
               Result (Class::*method)(Parameters...) noexcept,
               std::vector<std::wstring_view> parameters, std::vector<Value> defaults = {}) {
   const auto call = [&object, method](auto&... arguments) {
@@ -101,6 +104,26 @@ Member Property(PublicClass& object, std::wstring_view name, T& variable) {
           [&variable](Value value) { Convert(std::move(value), variable); }};
 }
 
+// A member that fills an array: it takes the bounds, and answers with the elements.
+template <class Object>
+Member ArrayMethod(Object& object, std::wstring_view name,
+                   void (Object::*method)(TextArray) const noexcept) {
+  return {
+      object.name(),
+      name,
+      {L"LowerBound", L"UpperBound"},
+      {},
+      [&object, method](Arguments& arguments) {
+        const std::int32_t lower = arguments[0].ToInteger();
+        const std::int32_t upper = arguments[1].ToInteger();
+        std::vector<std::wstring> texts(static_cast<std::size_t>(std::max(upper - lower + 1, 0)));
+        (object.*method)({lower, texts});
+        std::vector<Answer> answers;
+        for (std::wstring& text : texts) answers.push_back({{}, Value(std::move(text))});
+        return answers;
+      }};
+}
+
 }  // namespace
 
 Classes::Classes(Environment& environment, const Stores& stores)
@@ -108,12 +131,30 @@ Classes::Classes(Environment& environment, const Stores& stores)
       products_(environment),
       general_(environment),
       messaging_(environment),
-      access_rights_(environment) {
+      access_rights_(environment),
+      suppliers_(environment),
+      nominal_(environment),
+      bank_(environment),
+      customer_record_(environment),
+      supplier_record_(environment),
+      sales_orders_(environment),
+      purchase_orders_(environment),
+      delivery_address_(environment) {
   AddContext(customers_, stores);
   AddCustomers();
   AddContext(products_, stores);
   AddProducts();
+  for (PublicClass* const object : std::initializer_list<PublicClass*>{
+           &suppliers_, &nominal_, &bank_, &sales_orders_, &purchase_orders_, &delivery_address_}) {
+    AddContext(*object, stores);
+  }
+  AddLedgers();
+  AddRecord(customer_record_, stores);
+  AddRecord(supplier_record_, stores);
+  AddOrders();
+  AddDeliveryAddress();
   AddContext(general_, stores);
+  AddCompanySettings();
   AddAccountsProgram();
   AddCurrentUsers();
   AddContext(messaging_, stores);
@@ -142,6 +183,101 @@ void Classes::AddCustomers() {
   add(L"GetContact", &Customers::GetContact, Names{L"AccRef"});
   add(L"FastList", &Customers::FastList, Names{});
   add(L"List", &Customers::List, Names{L"SearchCriteria"});
+  const Names line = {L"AccRef", L"ProdCode", L"Qty", L"UnitPrice"};
+  add(L"GetDiscPercent", &Customers::GetDiscPercent, line);
+  Names shown = line;
+  shown.insert(shown.end(), {L"DiscOnScreen", L"QtyDP"});
+  add(L"ShowDiscBDown", &Customers::ShowDiscBDown, shown);
+}
+
+void Classes::AddLedgers() {
+  using Names = std::vector<std::wstring_view>;
+  const auto add = [&](auto& object, auto... member) {
+    members_.push_back(Method(object, member...));
+  };
+  const Names account = {L"AccRef"};
+  const Names criteria = {L"SearchCriteria"};
+  using accounts::Suppliers;
+  add(suppliers_, L"IsValid", &Suppliers::IsValid, account);
+  add(suppliers_, L"GetName", &Suppliers::GetName, account);
+  add(suppliers_, L"GetDiscPercent", &Suppliers::GetDiscPercent, account);
+  add(suppliers_, L"FastList", &Suppliers::FastList, Names{});
+  add(suppliers_, L"List", &Suppliers::List, criteria);
+  using accounts::Nominal;
+  add(nominal_, L"IsValid", &Nominal::IsValid, account);
+  add(nominal_, L"FastList", &Nominal::FastList, Names{});
+  add(nominal_, L"List", &Nominal::List, criteria);
+  using accounts::Bank;
+  add(bank_, L"IsValid", &Bank::IsValid, account);
+  add(bank_, L"FastList", &Bank::FastList, Names{});
+  add(bank_, L"List", &Bank::List, criteria);
+}
+
+template <class Record>
+void Classes::AddRecord(Record& record, const Stores& stores) {
+  record.context().workspace = stores.workspace;
+  members_.push_back(
+      Method(record, L"Read", &Record::Read, std::vector<std::wstring_view>{L"AccRef"}));
+  for (const auto& property : record.properties()) {
+    std::visit(
+        [&](auto member) {
+          members_.push_back(Property(record, property.name, record.details().*member));
+        },
+        property.member);
+  }
+}
+
+void Classes::AddOrders() {
+  using Names = std::vector<std::wstring_view>;
+  const auto add = [&](auto& object, auto... member) {
+    members_.push_back(Method(object, member...));
+  };
+  using orders::SalesOrders;
+  add(sales_orders_, L"GetAccName", &SalesOrders::GetAccName, Names{L"SoNumber"});
+  add(sales_orders_, L"GetAccRef", &SalesOrders::GetAccRef, Names{L"SoNumber"});
+  add(sales_orders_, L"List", &SalesOrders::List, Names{});
+  add(sales_orders_, L"FastList", &SalesOrders::FastList, Names{});
+  using orders::PurchaseOrders;
+  add(purchase_orders_, L"GetAccRef", &PurchaseOrders::GetAccRef, Names{L"PoNumber"});
+  add(purchase_orders_, L"GetOrderDate", &PurchaseOrders::GetOrderDate, Names{L"PoNumber"});
+  add(purchase_orders_, L"List", &PurchaseOrders::List, Names{});
+  add(purchase_orders_, L"FastList", &PurchaseOrders::FastList, Names{});
+  add(purchase_orders_, L"IsValid", &PurchaseOrders::IsValid, Names{L"OrderNo", L"ExclPosted"});
+}
+
+void Classes::AddDeliveryAddress() {
+  using addresses::DelAddType;
+  members_.push_back({delivery_address_.name(),
+                      L"GetAddress",
+                      {L"AccRef", L"AccName", L"DelType"},
+                      {Value(L" "), Value(L" "), Value(0)},
+                      [&](Arguments& arguments) {
+                        const auto type = static_cast<DelAddType>(arguments[2].ToLong());
+                        return std::vector<Answer>{
+                            {{},
+                             Value(delivery_address_.GetAddress(arguments[0].ToText(),
+                                                                arguments[1].ToText(), type))}};
+                      }});
+  for (const auto& property : dialogs::AddressProperties()) {
+    const auto member = std::get<std::wstring dialogs::Address::*>(property.member);
+    members_.push_back(
+        {delivery_address_.name(), property.name, {}, {}, [&, member](Arguments&) {
+           return std::vector<Answer>{{{}, Value(delivery_address_.Get(property.name, member))}};
+         }});
+  }
+}
+
+void Classes::AddCompanySettings() {
+  using settings::General;
+  using Names = std::vector<std::wstring_view>;
+  const auto add = [&](auto... member) { members_.push_back(Method(general_, member...)); };
+  members_.push_back(ArrayMethod(general_, L"GetCategories", &General::GetCategories));
+  members_.push_back(ArrayMethod(general_, L"GetDepartments", &General::GetDepartments));
+  add(L"GetDPSettings", &General::GetDPSettings, Names{}, std::vector<Value>{},
+      Names{L"iQtyDP", L"iUnitDP", L"szQtyFormat", L"szUnitFormat"});
+  members_.push_back(ArrayMethod(general_, L"GetTaxCodes", &General::GetTaxCodes));
+  add(L"GetVatRate", &General::GetVatRate, Names{L"VatCode"});
+  add(L"GetVatDesc", &General::GetVatDesc, Names{L"iVatCode"});
 }
 
 void Classes::AddProducts() {

@@ -7,9 +7,14 @@
 #include <string_view>
 #include <vector>
 
+#include "accounts/account_records.h"
 #include "accounts/customers.h"
+#include "accounts/nominal_bank.h"
+#include "accounts/suppliers.h"
+#include "addresses/delivery_address.h"
 #include "database/seam.h"
 #include "engine/seam.h"
+#include "orders/orders.h"
 #include "products/products.h"
 #include "settings/general.h"
 #include "users/access_rights.h"
@@ -56,12 +61,26 @@ class Classes {
   void AddCurrentUsers();
   void AddMessaging(const Stores& stores);
   void AddAccessRights();
+  void AddLedgers();
+  template <class Record>
+  void AddRecord(Record& record, const Stores& stores);
+  void AddOrders();
+  void AddDeliveryAddress();
+  void AddCompanySettings();
 
   accounts::Customers customers_;
   products::Products products_;
   settings::General general_;
   users::Messaging messaging_;
   users::AccessRights access_rights_;
+  accounts::Suppliers suppliers_;
+  accounts::Nominal nominal_;
+  accounts::Bank bank_;
+  accounts::CustomerRecord customer_record_;
+  accounts::SupplierRecord supplier_record_;
+  orders::SalesOrders sales_orders_;
+  orders::PurchaseOrders purchase_orders_;
+  addresses::DeliveryAddress delivery_address_;
   std::vector<Member> members_;
 };
 

@@ -7,6 +7,8 @@
 #include <ostream>
 #include <utility>
 
+#include "dialogs/address_dialog.h"
+#include "dialogs/discount_breakdown.h"
 #include "dialogs/logon_dialog.h"
 #include "dialogs/product_dialog.h"
 #include "dialogs/user_list_dialog.h"
@@ -110,6 +112,51 @@ constexpr CommandOn<UserListDialog> kUserListCommands[] = {
     {L"refresh", "", [](UserListDialog& d, std::wstring_view) { d.RefreshClick(); }},
     {L"delete", "", [](UserListDialog& d, std::wstring_view) { d.DeleteClick(); }},
     {L"close", "", [](UserListDialog& d, std::wstring_view) { d.CloseBox(); }},
+};
+
+using dialogs::AddressDetails;
+using dialogs::AddressDialog;
+using dialogs::AddressKind;
+using dialogs::DiscountBreakdown;
+
+constexpr CommandOn<DiscountBreakdown> kBreakdownCommands[] = {
+    {L"close", "", [](DiscountBreakdown& d, std::wstring_view) { d.CloseClick(); }},
+};
+
+constexpr CommandOn<AddressDetails> kDetailsCommands[] = {
+    {L"close", "", [](AddressDetails& d, std::wstring_view) { d.CloseClick(); }},
+};
+
+constexpr CommandOn<AddressDialog> kAddressCommands[] = {
+    {L"kind", "N  1 for sales, 2 for purchase, 3 for the company",
+     [](AddressDialog& d, std::wstring_view n) {
+       const std::int32_t kind = Number(n);
+       if (kind >= 1 && kind <= 3) d.KindChange(static_cast<AddressKind>(kind - 1));
+     }},
+    {L"account", "TEXT",
+     [](AddressDialog& d, std::wstring_view text) {
+       if (!d.account_enabled()) return;
+       d.AccountChange(text);
+       d.AccountEntered();
+     }},
+    {L"lookup", "  searches for an account",
+     [](AddressDialog& d, std::wstring_view) { d.LookUpClick(); }},
+    {L"select", "N  the row at position N",
+     [](AddressDialog& d, std::wstring_view n) { d.list().SelectItem(Number(n)); }},
+    {L"details", "", [](AddressDialog& d, std::wstring_view) { d.DetailsClick(); }},
+    {L"ok", "", [](AddressDialog& d, std::wstring_view) { d.Ok(); }},
+    {L"cancel", "", [](AddressDialog& d, std::wstring_view) { d.Cancel(); }},
+};
+
+// Shows how far a task has come, on a line of its own.
+class Dots : public ProgressDisplay {
+ public:
+  Dots(std::ostream& out, std::wstring_view title) : out_(out) { out_ << ToUtf8(title) << ' '; }
+  ~Dots() override { out_ << '\n'; }
+  void Advance() override { out_ << '.' << std::flush; }
+
+ private:
+  std::ostream& out_;
 };
 
 template <class OnWhat, std::size_t size>
@@ -235,6 +282,53 @@ void ConsoleEnvironment::Show(UserListDialog& dialog) {
         out_ << (dialog.can_delete() ? "Refresh, Delete, Close " : "Refresh, Close ");
       },
       kUserListCommands);
+}
+
+void ConsoleEnvironment::Show(DiscountBreakdown& dialog) {
+  Obey(
+      dialog,
+      [&] {
+        if (!dialog.table().empty()) out_ << ToUtf8(dialog.table()) << '\n';
+        for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
+          const auto element = static_cast<DiscountBreakdown::Element>(i);
+          out_ << ToUtf8(DiscountBreakdown::Label(element)) << ": " << ToUtf8(dialog.Text(element))
+               << '\n';
+        }
+      },
+      kBreakdownCommands);
+}
+
+void ConsoleEnvironment::Show(AddressDialog& dialog) {
+  dialog.list().SetPageSize(kPageSize);
+  Obey(
+      dialog,
+      [&] {
+        out_ << ToUtf8(AddressDialog::kind_names()[static_cast<std::size_t>(dialog.kind())]);
+        if (dialog.account_enabled()) {
+          out_ << ", account \"" << ToUtf8(dialog.account()) << "\" "
+               << ToUtf8(dialog.account_name());
+        }
+        out_ << "\n        ";
+        DrawRows(dialog.list());
+        out_ << (dialog.ok_enabled() ? "OK, Details, Cancel " : "Cancel ");
+      },
+      kAddressCommands);
+}
+
+void ConsoleEnvironment::Show(AddressDetails& dialog) {
+  Obey(
+      dialog,
+      [&] {
+        for (const AddressDetails::Line& line : dialog.lines()) {
+          out_ << ToUtf8(line.label) << ": " << ToUtf8(line.text) << '\n';
+        }
+      },
+      kDetailsCommands);
+}
+
+std::unique_ptr<ProgressDisplay> ConsoleEnvironment::ShowProgress(std::wstring_view title,
+                                                                  std::int32_t) {
+  return std::make_unique<Dots>(out_, title);
 }
 
 Choice ConsoleEnvironment::AskWhatToDo(std::wstring_view text, std::wstring_view title) {

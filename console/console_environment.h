@@ -4,6 +4,7 @@
 
 #include <iosfwd>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,13 @@ class ConsoleEnvironment : public Environment {
   // Boxes are filled by commands, such as "name ann". A password is not repeated.
   void Show(dialogs::LogonDialog& dialog) override;
   void Show(dialogs::UserListDialog& dialog) override;
+  void Show(dialogs::DiscountBreakdown& dialog) override;
+  void Show(dialogs::AddressDialog& dialog) override;
+  void Show(dialogs::AddressDetails& dialog) override;
+
+  // A dot for each step.
+  std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,
+                                                std::int32_t maximum) override;
 
   // The answer is the word, or its first letter.
   Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) override;

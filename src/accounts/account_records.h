@@ -24,6 +24,8 @@ class AccountRecord : public PublicClass {
   // In published order.
   std::span<const engine::FieldProperty<Details>> properties() const { return properties_; }
 
+  Details& details() { return details_; }
+
   // Fills the properties from that account, looked up exactly as given. They stay as they are when
   // there is none, and each does whose field cannot be read.
   bool Read(std::wstring_view acc_ref) noexcept {

@@ -1,12 +1,19 @@
 #include "testing/members.h"
 
 #include <set>
+#include <sstream>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
+#include "accounts/account_records.h"
 #include "accounts/customers.h"
+#include "accounts/nominal_bank.h"
+#include "accounts/suppliers.h"
+#include "addresses/delivery_address.h"
 #include "dialogs/fast_select.h"
 #include "dialogs/product_dialog.h"
+#include "orders/orders.h"
 #include "products/products.h"
 #include "settings/general.h"
 #include "simulator/testing/company_builder.h"
@@ -16,13 +23,24 @@
 namespace ard::testing {
 namespace {
 
+using accounts::Bank;
+using accounts::CustomerRecord;
 using accounts::Customers;
-using dialogs::FastSelectForm;
+using accounts::Nominal;
+using accounts::SupplierRecord;
+using accounts::Suppliers;
+using addresses::DelAddType;
+using addresses::DeliveryAddress;
+using dialogs::AddressDialog;
+using dialogs::AddressKind;
+using dialogs::DiscountBreakdown;
 using dialogs::LogonDialog;
 using dialogs::Pick;
 using dialogs::ProductDialog;
 using dialogs::SelectDialog;
 using dialogs::UserListDialog;
+using orders::PurchaseOrders;
+using orders::SalesOrders;
 using products::Products;
 using settings::General;
 using users::AccessRights;
@@ -56,6 +74,7 @@ std::unique_ptr<Class> Create(const Context& context) {
 
 std::wstring Text(bool answer) { return answer ? L"True" : L"False"; }
 std::wstring Text(std::wstring answer) { return answer; }
+std::wstring Text(std::int32_t answer) { return std::to_wstring(answer); }
 std::wstring Text(std::int16_t answer) { return std::to_wstring(answer); }
 std::wstring Text(double answer) { return Value(answer).ToText(); }
 std::wstring Text(Date answer) { return Value(answer).ToText(); }
@@ -79,10 +98,12 @@ void Give(std::wstring* take, auto&& answer) {
   if (take) *take = Text(std::move(answer));
 }
 
-template <class Class, class Result, class... Parameters, class... Arguments>
+// `Object` is told where the member is that of a base class.
+template <class Object = void, class Class, class Result, class... Parameters, class... Arguments>
 Binding Calls(Result (Class::*member)(Parameters...) const noexcept, Arguments... arguments) {
   return [=](const Context& context) -> Call {
-    return [=, object = std::shared_ptr<Class>(Create<Class>(context))](std::wstring* take) {
+    using Created = std::conditional_t<std::is_void_v<Object>, Class, Object>;
+    return [=, object = std::shared_ptr<Created>(Create<Created>(context))](std::wstring* take) {
       Give(take, (object.get()->*member)(arguments...));
     };
   };
@@ -231,13 +252,91 @@ bool MayOpen(const AccessRights& rights, const Context&) {
   return rights.IsUserAllowedAccess(L"EVE", users::Access::kBankRecord, true);
 }
 
-Binding Picks(const FastSelectForm& form) {
-  return [&form](const Context& context) -> Call {
-    return [&form, &context](std::wstring* take) {
-      const std::optional<dialogs::Row> row = dialogs::FastSelect(context, form);
-      Give(take, row ? std::wstring(row->Cell(1)) : std::wstring());
-    };
+// The ledgers' side.
+
+// The answers of a method that fills an array, from index 0 on.
+template <std::size_t size>
+auto Fills(void (General::*method)(TextArray) const noexcept) {
+  return [=](const General& general, const Context&) {
+    std::wstring elements[size];
+    (general.*method)({0, elements});
+    std::wstring answer;
+    for (const std::wstring& element : elements) answer += L"|" + element;
+    return answer;
   };
+}
+
+std::wstring Decimals(const General& general, const Context&) {
+  std::int16_t quantity = -1;
+  std::int16_t unit = -1;
+  std::wstring formats[2];
+  general.GetDPSettings(quantity, unit, formats[0], formats[1]);
+  return Text(quantity) + L"," + Text(unit) + L"," + formats[0] + L"," + formats[1];
+}
+
+std::wstring Breakdown(const Customers& customers, const Context& context) {
+  std::wstring shown;
+  Scripted(context).AnswerBreakdown([&](DiscountBreakdown& dialog) {
+    for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
+      shown += dialog.Text(static_cast<DiscountBreakdown::Element>(i)) + L"|";
+    }
+    dialog.CloseClick();
+  });
+  customers.ShowDiscBDown(L"ABC001", L"BOLT", 10, 1, 20, 0);
+  return shown;
+}
+
+// What the properties of an account's record hold after a reading.
+template <class Record>
+std::wstring ReadProperties(Record& record, const wchar_t* acc_ref) {
+  std::wstring answer = Text(record.Read(acc_ref));
+  for (const auto& property : record.properties()) {
+    std::visit(
+        [&](auto member) {
+          record.Put(property.name, member, record.Get(property.name, member));
+          answer += L"|" + std::wstring(Trimmed(Text(record.details().*member)));
+        },
+        property.member);
+  }
+  return answer;
+}
+std::wstring ReadCustomer(CustomerRecord& record, const Context&) {
+  return ReadProperties(record, L"ABC001");
+}
+std::wstring ReadSupplier(SupplierRecord& record, const Context&) {
+  return ReadProperties(record, L"SUP001");
+}
+
+// Every handler of the address dialogs, the lists that they open included.
+std::wstring WorkTheAddresses(DeliveryAddress& address, const Context& context) {
+  Scripted(context).AnswerAddresses([](AddressDialog& dialog) {
+    dialog.KindChange(AddressKind::kPurchase);
+    dialog.AccountChange(L"SUP001");
+    dialog.AccountEntered();
+    dialog.KindChange(AddressKind::kSales);
+    dialog.AccountEntered();
+    dialog.LookUpClick();
+    dialog.AccountChange(L"?");
+    dialog.AccountEntered();
+    dialog.list().rows();
+    dialog.DetailsClick();
+    dialog.Ok();
+    dialog.Cancel();
+  });
+  for (int list = 0; list < 2; ++list) {
+    Scripted(context).Answer([](SelectDialog& dialog) { dialog.Ok(); });
+  }
+  return Text(address.GetAddress()) + address.Get(L"AccountRef", &dialogs::Address::account_ref);
+}
+
+std::wstring PickAddress(DeliveryAddress& address, const Context& context) {
+  Scripted(context).AnswerAddresses([](AddressDialog& dialog) { dialog.Ok(); });
+  std::wstring answer = Text(address.GetAddress(L"SUP001", L"Name", DelAddType::kPurchase));
+  for (const auto& property : dialogs::AddressProperties()) {
+    const auto member = std::get<std::wstring dialogs::Address::*>(property.member);
+    answer += L"|" + std::wstring(Trimmed(address.Get(property.name, member)));
+  }
+  return answer;
 }
 
 // Users: each goes through the handlers of a list dialog in their own way.
@@ -303,35 +402,142 @@ void PickSeveral(ProductDialog& dialog) {
   dialog.Ok();
 }
 
+// Answers of several parts: each is blank, or "0", or stands in `whole` at its place; the first is
+// True or False.
+Answers PartsOf(const std::wstring& whole) {
+  return [=](const std::wstring& answer) {
+    std::wstringstream expected(whole);
+    std::wstringstream given(answer);
+    std::wstring part;
+    std::wstring expected_part;
+    std::getline(given, part, L'|');
+    std::getline(expected, expected_part, L'|');
+    if (part != L"True" && part != L"False") return false;
+    while (std::getline(given, part, L'|')) {
+      std::getline(expected, expected_part, L'|');
+      if (!part.empty() && part != L"0" && part != expected_part) return false;
+    }
+    return true;
+  };
+}
+
+// Answers of several parts, each of them one of these.
+Answers ManyOf(std::set<std::wstring> parts) {
+  return [parts = std::move(parts)](const std::wstring& answer) {
+    std::wstringstream given(answer);
+    std::wstring part;
+    while (std::getline(given, part, L'|')) {
+      if (!parts.contains(part)) return false;
+    }
+    return true;
+  };
+}
+
 }  // namespace
 
 const std::vector<Member>& Members() {
   const Answers yes_no = OneOf({L"True", L"False"});
   const Answers nothing = OneOf({L""});
-  const Answers customer = SomeReference(L"ABCHTW");
+  const Answers customer = SomeReference(L"ABCHTVW");
   const Answers product = SomeReference(L"BNS");
   const Answers products = SomeReference(L";");
   // A transaction whose cost cannot be read counts by its quantity.
+  const Answers supplier = SomeReference(L"SW");
+  const Answers code = SomeReference(L"12");
   const Answers cost = OneOf({L"0", L"1", L"2", L"20"});
   const auto zero_or = [](std::wstring answer) { return OneOf({L"0", std::move(answer)}); };
   static const std::vector<Member> members = {
-      {L"Customers.IsValid", Calls(&Customers::IsValid, L"WORST"), nullptr, yes_no},
-      {L"Customers.IsValid, unknown", Calls(&Customers::IsValid, L"?"), nullptr, OneOf({L"False"})},
-      {L"Customers.GetName", Calls(&Customers::GetName, L"ABC001"), nullptr,
+      {L"Customers.IsValid", Calls<Customers>(&Customers::IsValid, L"WORST"), nullptr, yes_no},
+      {L"Customers.IsValid, unknown", Calls<Customers>(&Customers::IsValid, L"?"), nullptr,
+       OneOf({L"False"})},
+      {L"Customers.GetName", Calls<Customers>(&Customers::GetName, L"ABC001"), nullptr,
        OneOf({L"", L"ABC Ltd"})},
       {L"Customers.GetContact", Calls(&Customers::GetContact, L"ABC001"), nullptr,
        OneOf({L"", L"Ann"})},
-      {L"Customers.FastList, first row", Calls(&Customers::FastList), Confirm, customer},
-      {L"Customers.FastList, typing and paging", Calls(&Customers::FastList), TypePageAndConfirm,
-       customer},
-      {L"Customers.FastList, cancelled", Calls(&Customers::FastList), LookAndCancel, nothing},
-      {L"Customers.List, confirmed", Calls(&Customers::List, L"W*"), Confirm, customer},
-      {L"Customers.List, cancelled", Calls(&Customers::List, L"W*"), LookAndCancel, nothing},
-      {L"frmFastSelectSupp", Picks(dialogs::kFastSelectSupp), TypePageAndConfirm,
-       SomeReference(L"SW")},
-      {L"frmFastSelectNom", Picks(dialogs::kFastSelectNom), TryEveryRow, SomeReference(L"12")},
-      {L"frmFastSelectBank", Picks(dialogs::kFastSelectBank), TypePageAndConfirm,
+      {L"Customers.FastList, first row", Calls<Customers>(&Customers::FastList), Confirm, customer},
+      {L"Customers.FastList, typing and paging", Calls<Customers>(&Customers::FastList),
+       TypePageAndConfirm, customer},
+      {L"Customers.FastList, cancelled", Calls<Customers>(&Customers::FastList), LookAndCancel,
+       nothing},
+      {L"Customers.List, confirmed", Calls<Customers>(&Customers::List, L"W*"), Confirm, customer},
+      {L"Customers.List, cancelled", Calls<Customers>(&Customers::List, L"W*"), LookAndCancel,
+       nothing},
+      {L"Customers.GetDiscPercent, table",
+       Calls(&Customers::GetDiscPercent, L"ABC001", L"BOLT", 10.0, 1.0), nullptr,
+       OneOf({L"0", L"5", L"7.5", L"12.5", L"2", L"7"})},
+      {L"Customers.GetDiscPercent, value",
+       Calls(&Customers::GetDiscPercent, L"VALUE", L"BOLT", 10.0, 1.0), nullptr,
+       OneOf({L"0", L"4"})},
+      {L"Customers.ShowDiscBDown", Does<Customers>(Breakdown), nullptr,
+       ManyOf({L"", L"5", L"8", L"2", L"20", L"15", L"13", L"12", L"18"})},
+
+      {L"Suppliers.IsValid", Calls<Suppliers>(&Suppliers::IsValid, L"WOOD"), nullptr, yes_no},
+      {L"Suppliers.GetName", Calls<Suppliers>(&Suppliers::GetName, L"SUP001"), nullptr,
+       OneOf({L"", L"Supply"})},
+      {L"Suppliers.GetDiscPercent", Calls(&Suppliers::GetDiscPercent, L"SUP001"), nullptr,
+       zero_or(L"2.5")},
+      {L"Suppliers.FastList", Calls<Suppliers>(&Suppliers::FastList), TypePageAndConfirm, supplier},
+      {L"Suppliers.List", Calls<Suppliers>(&Suppliers::List, L"W*"), Confirm, supplier},
+
+      {L"Nominal.IsValid", Calls<Nominal>(&Nominal::IsValid, L"2100"), nullptr, yes_no},
+      {L"Nominal.FastList", Calls<Nominal>(&Nominal::FastList), TryEveryRow, code},
+      {L"Nominal.List", Calls(&Nominal::List, L"1*"), Confirm, code},
+      {L"Bank.IsValid", Calls<Bank>(&Bank::IsValid, L"1200"), nullptr, yes_no},
+      {L"Bank.FastList", Calls<Bank>(&Bank::FastList), TypePageAndConfirm, code},
+      {L"Bank.List", Calls(&Bank::List, L"12*"), TryEveryRow, code},
+      {L"Bank.List, cancelled", Calls(&Bank::List, L"?"), LookAndCancel, nothing},
+
+      {L"CustomerRecord.Read and all properties", Does<CustomerRecord>(ReadCustomer), nullptr,
+       PartsOf(L"True|ABC Ltd|Road 1||||Town|Yard 2||||City|0123|Ann|30|2.5|1|3|4000")},
+      {L"SupplierRecord.Read and all properties", Does<SupplierRecord>(ReadSupplier), nullptr,
+       PartsOf(L"True|Supply|Sue|5000|1|2")},
+
+      {L"SalesOrders.GetAccName", Calls(&SalesOrders::GetAccName, 1), nullptr, SomeReference(L"F")},
+      {L"SalesOrders.GetAccRef", Calls<SalesOrders>(&SalesOrders::GetAccRef, 1), nullptr,
+       SomeReference(L"A")},
+      {L"SalesOrders.List", Calls<SalesOrders>(&SalesOrders::List), Confirm,
+       OneOf({L"0", L"1", L"2"})},
+      {L"SalesOrders.FastList", Calls<SalesOrders>(&SalesOrders::FastList), TypePageAndConfirm,
        SomeReference(L"12")},
+      {L"PurchaseOrders.GetAccRef", Calls<PurchaseOrders>(&PurchaseOrders::GetAccRef, 7), nullptr,
+       SomeReference(L"S")},
+      {L"PurchaseOrders.GetOrderDate", Calls(&PurchaseOrders::GetOrderDate, 7), nullptr,
+       OneOf({L"1899-12-30", L"2023-03-15"})},
+      {L"PurchaseOrders.List", Calls<PurchaseOrders>(&PurchaseOrders::List), TryEveryRow,
+       OneOf({L"0", L"7", L"8"})},
+      {L"PurchaseOrders.FastList", Calls<PurchaseOrders>(&PurchaseOrders::FastList), Confirm,
+       SomeReference(L"7")},
+      {L"PurchaseOrders.IsValid", Calls(&PurchaseOrders::IsValid, 7, true), nullptr, yes_no},
+
+      {L"General.GetCategories", Does<General>(Fills<4>(&General::GetCategories)), nullptr,
+       ManyOf({L"", L"0   Bolts", L"1   Bolts", L"2   Bolts", L"2   Nuts", L"3   Nuts",
+               L"3   Bolts"})},
+      {L"General.GetDepartments", Does<General>(Fills<2>(&General::GetDepartments)), nullptr,
+       ManyOf({L"", L"0   Works", L"1   Works"})},
+      {L"General.GetDPSettings", Does<General>(Decimals), nullptr,
+       OneOf({L"2,0,0.00,0.", L"4,4,0.0000,0.0000", L"-1,0,,0.", L"2,-1,0.00,", L"-1,-1,,",
+              L"0,0,0.,0."})},
+      {L"General.GetTaxCodes", Does<General>(Fills<12>(&General::GetTaxCodes)), nullptr,
+       [](const std::wstring& answer) {
+         std::wstring all;
+         for (int n = 0; n < 12; ++n) {
+           all += L"|T" + std::to_wstring(n) + (n < 10 ? L"   " : L" ");
+           all += n == 1 ? L"17.50" : L"0.00";
+         }
+         return answer == all || answer.size() < all.size();
+       }},
+      {L"General.GetVatRate", Calls(&General::GetVatRate, std::int16_t{1}), nullptr,
+       zero_or(L"17.5")},
+      {L"General.GetVatDesc", Calls(&General::GetVatDesc, std::int16_t{1}), nullptr,
+       SomeReference(L"S")},
+
+      {L"cDeliveryAddress.GetAddress, every handler", Does<DeliveryAddress>(WorkTheAddresses),
+       nullptr,
+       [](const std::wstring& answer) {
+         return answer == L"False" || answer == L"True" || answer == L"TrueABC001  ";
+       }},
+      {L"cDeliveryAddress.GetAddress and all properties", Does<DeliveryAddress>(PickAddress),
+       nullptr, PartsOf(L"True|SUP001|Gate 3||||Port|1|Sue|1|Works|s@x|02|Supply|R7|01")},
 
       {L"Products.IsValid", Calls(&Products::IsValid, L"BOLT"), nullptr, yes_no},
       {L"Products.GetDesc", Calls(&Products::GetDesc, L"BOLT"), nullptr, OneOf({L"", L"Bolt"})},
@@ -417,7 +623,22 @@ const std::vector<Member>& Members() {
 
 std::unique_ptr<simulator::Simulator> MembersCompany() {
   simulator::CompanyBuilder company;
-  company.Customer(L"ABC001", {{L"NAME", L"ABC Ltd"}, {L"CONTACT_NAME", L"Ann"}})
+  company
+      .Customer(L"ABC001", {{L"NAME", L"ABC Ltd"},
+                            {L"CONTACT_NAME", L"Ann"},
+                            {L"ADDRESS_1", L"Road 1"},
+                            {L"ADDRESS_5", L"Town"},
+                            {L"DEL_ADDRESS_1", L"Yard 2"},
+                            {L"DEL_ADDRESS_5", L"City"},
+                            {L"TELEPHONE", L"0123"},
+                            {L"SETTLEMENT_DUE_DAYS", std::int16_t{30}},
+                            {L"SETTLEMENT_DISC_RATE", 2.5},
+                            {L"DEF_TAX_CODE", std::int16_t{1}},
+                            {L"DEPT_NUMBER", std::int16_t{3}},
+                            {L"DEF_NOM_CODE", L"4000"},
+                            {L"DISCOUNT_RATE", 5.0},
+                            {L"DISCOUNT_TYPE", std::int16_t{4}}})
+      .Customer(L"VALUE", {{L"DISCOUNT_TYPE", std::int16_t{1}}})
       .Customer(L"BAD001", {{L"DELETED_FLAG", true}})
       .Customer(L"HOLD", {{L"ACCOUNT_ON_HOLD", true}})
       .Customer(L"WORST", {{L"ACCOUNT_ON_HOLD", true},
@@ -427,7 +648,46 @@ std::unique_ptr<simulator::Simulator> MembersCompany() {
   for (const wchar_t* ref : {L"CAD001", L"CAD002", L"TAB001", L"TAB002", L"TAB003"}) {
     company.Customer(ref);
   }
-  company.Supplier(L"SUP001").Supplier(L"WOOD", {{L"BALANCE", 11.0}, {L"CREDIT_LIMIT", 10.0}});
+  company
+      .Setup({{L"STOCK_QTYDP", std::int16_t{2}},
+              {L"STOCK_UNITDP", std::int16_t{0}},
+              {L"SALES_AMOUNT_SOLD_2", 10.0},
+              {L"SALES_ADD_DISC_2", 4.0},
+              {L"ADDRESS_PROMPT_1", L"Street"}})
+      .Control({{L"T1_RATE", 17.5}, {L"T1_DESCRIPTION", L"Standard"}})
+      .Record(L"StockCategory", {{L"NAME", L"Bolts"}})
+      .Record(L"StockCategory", {{L"NAME", L"Nuts"}})
+      .Record(L"DepartmentData", {{L"NAME", L"Works"}})
+      .Record(L"SopData", {{L"ORDER_NUMBER", 1}, {L"ACCOUNT_REF", L"ABC001"}, {L"NAME", L"First"}})
+      .Record(L"SopData", {{L"ORDER_NUMBER", 2}})
+      .Record(L"PopData", {{L"ORDER_NUMBER", 7},
+                           {L"ACCOUNT_REF", L"SUP001"},
+                           {L"ORDER_DATE", Date{45000}},
+                           {L"POSTED_CODE", true}})
+      .Record(L"PopData", {{L"ORDER_NUMBER", 8}, {L"DELETED_FLAG", true}})
+      .Record(L"SalesDeliveryData", {{L"ACCOUNT_REF", L"ABC001"}, {L"ADDRESS_REF", L"1"}})
+      .Record(L"SalesDeliveryData", {{L"ACCOUNT_REF", L"WORST"}, {L"ADDRESS_REF", L"1"}})
+      .Record(L"PurchaseDeliveryData", {{L"ACCOUNT_REF", L"SUP001"},
+                                        {L"ADDRESS_REF", L"1"},
+                                        {L"ADDRESS_1", L"Gate 3"},
+                                        {L"ADDRESS_5", L"Port"},
+                                        {L"CONTACT_NAME", L"Sue"},
+                                        {L"DEFAULT_REF", std::uint8_t{1}},
+                                        {L"DESCRIPTION", L"Works"},
+                                        {L"EMAIL", L"s@x"},
+                                        {L"FAX", L"02"},
+                                        {L"NAME", L"Supply"},
+                                        {L"REFERENCE", L"R7"},
+                                        {L"TELEPHONE", L"01"}})
+      .Record(L"CompanyDeliveryData", {{L"ADDRESS_REF", L"1"}, {L"DESCRIPTION", L"Yard"}});
+  company
+      .Supplier(L"SUP001", {{L"NAME", L"Supply"},
+                            {L"CONTACT_NAME", L"Sue"},
+                            {L"DEF_NOM_CODE", L"5000"},
+                            {L"DEF_TAX_CODE", std::int16_t{1}},
+                            {L"DEPT_NUMBER", std::int16_t{2}},
+                            {L"DISCOUNT_RATE", 2.5}})
+      .Supplier(L"WOOD", {{L"BALANCE", 11.0}, {L"CREDIT_LIMIT", 10.0}});
   company.Nominal(L"1001").Nominal(L"2100", {{L"ACCOUNT_TYPE", std::uint8_t{2}}});
   company.Bank(L"1200").Bank(L"1210").Bank(L"2220");
   company
@@ -445,7 +705,11 @@ std::unique_ptr<simulator::Simulator> MembersCompany() {
                          {L"QTY_REORDER", 20.0},
                          {L"SALES_PRICE", 50.0},
                          {L"LAST_PURCHASE_PRICE", 20.0},
-                         {L"LAST_PURCHASE_DATE", Date{45000}}})
+                         {L"LAST_PURCHASE_DATE", Date{45000}},
+                         {L"DISC_C_LEVEL_3_QTY", 8.0},
+                         {L"DISC_C_LEVEL_3_RATE", 2.0},
+                         {L"DISC_C_LEVEL_7_QTY", 10.0},
+                         {L"DISC_C_LEVEL_7_RATE", 7.5}})
       .Product(L"NUT", {{L"IGNORE_STK_LVL_FLAG", true}})
       .Product(L"BAD", {{L"DELETED_FLAG", true}});
   for (const wchar_t* code : {L"NAIL", L"SCREW", L"STUD", L"SPRING"}) company.Product(code);
