@@ -8,8 +8,8 @@
 namespace ard::simulator {
 
 CompanyBuilder::CompanyBuilder() : company_(std::make_unique<Company>()) {
-  for (const wchar_t* ledger :
-       {L"SalesData", L"PurchaseData", L"NominalData", L"BankData", L"StockData"}) {
+  for (const wchar_t* ledger : {L"SalesData", L"PurchaseData", L"NominalData", L"BankData",
+                                L"StockData", L"SopData", L"PopData"}) {
     TableFor(ledger);
   }
   Setup({{L"TERMS_WARNING", true}});

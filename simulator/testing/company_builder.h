@@ -33,8 +33,8 @@ using FieldValues = std::initializer_list<FieldValue>;
 
 class CompanyBuilder {
  public:
-  // Starts with five empty ledgers and the two single-record files: ControlData, with the counts
-  // computed, and SetupData, with TERMS_WARNING yes.
+  // Starts with five empty ledgers, no orders, and the two single-record files: ControlData, with
+  // the counts computed, and SetupData, with TERMS_WARNING yes.
   CompanyBuilder();
   CompanyBuilder(const CompanyBuilder&) = delete;
   CompanyBuilder& operator=(const CompanyBuilder&) = delete;

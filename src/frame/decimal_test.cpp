@@ -32,5 +32,24 @@ TEST(Decimal, DifferencesAreThoseOfTheWrittenNumbers) {
   }
 }
 
+TEST(DecimalTest, FormatsWithFixedPlacesRoundingHalfAwayFromZero) {
+  const struct {
+    double number;
+    int places;
+    std::wstring text;
+  } cases[] = {{17.5, 2, L"17.50"},
+               {0, 2, L"0.00"},
+               {0, 0, L"0."},
+               {2.675, 2, L"2.68"},
+               {-2.675, 2, L"-2.68"},
+               {0.0049, 2, L"0.00"},
+               {-0.004, 2, L"0.00"},
+               {0.5, 0, L"1."},
+               {1234.5678, 1, L"1234.6"},
+               {1e15, 1, L"1000000000000000.0"},
+               {1e-30, 3, L"0.000"}};
+  for (const auto& c : cases) EXPECT_EQ(FormatFixed(c.number, c.places), c.text);
+}
+
 }  // namespace
 }  // namespace ard

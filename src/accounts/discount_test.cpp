@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "accounts/customers.h"
+#include "dialogs/discount_breakdown.h"
+#include "simulator/testing/company_builder.h"
+#include "testing/scripted_environment.h"
+
+namespace ard::accounts {
+namespace {
+
+using dialogs::DiscountBreakdown;
+
+class DiscountTest : public ::testing::Test {
+ protected:
+  DiscountTest() {
+    simulator::CompanyBuilder company;
+    for (std::int16_t type = 0; type <= 7; ++type) {
+      company.Customer(L"TYPE" + std::to_wstring(type),
+                       {{L"DISCOUNT_TYPE", type}, {L"DISCOUNT_RATE", 5.1}});
+    }
+    company
+        .Setup({{L"SALES_AMOUNT_SOLD_1", 1000.0},
+                {L"SALES_ADD_DISC_1", 40.0},
+                {L"SALES_AMOUNT_SOLD_3", 435.0},
+                {L"SALES_ADD_DISC_3", 3.0},
+                {L"SALES_AMOUNT_SOLD_4", -1.0},
+                {L"SALES_ADD_DISC_4", 99.0},
+                {L"SALES_AMOUNT_SOLD_5", 500.0},
+                {L"SALES_ADD_DISC_5", 10.2}})
+        // A lower level may ask for more, or give more.
+        .Product(L"BOLT", {{L"DISC_A_LEVEL_1_QTY", 10.0},
+                           {L"DISC_A_LEVEL_1_RATE", 1.0},
+                           {L"DISC_B_LEVEL_10_QTY", 1.0},
+                           {L"DISC_B_LEVEL_10_RATE", 2.5},
+                           {L"DISC_C_LEVEL_2_QTY", 50.0},
+                           {L"DISC_C_LEVEL_2_RATE", 20.0},
+                           {L"DISC_C_LEVEL_5_QTY", 80.0},
+                           {L"DISC_C_LEVEL_5_RATE", 7.0},
+                           {L"DISC_C_LEVEL_6_QTY", 101.0},
+                           {L"DISC_C_LEVEL_6_RATE", 30.0},
+                           {L"DISC_E_LEVEL_1_QTY", 0.0},
+                           {L"DISC_E_LEVEL_1_RATE", 50.0}});
+    engine_ = company.Build();
+    customers_.context().workspace = engine_->workspace();
+  }
+  void TearDown() override {
+    EXPECT_EQ(engine_->counters().open_files, 0);
+    EXPECT_EQ(engine_->counters().living_objects, 0);
+  }
+
+  testing::ScriptedEnvironment environment_;
+  std::unique_ptr<simulator::Simulator> engine_;
+  Customers customers_{environment_};
+};
+
+TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
+  const struct {
+    const wchar_t* acc_ref;
+    const wchar_t* product;
+    double quantity;
+    double price;
+    double percentage;
+    std::wstring fields;  // of the breakdown, for 20 % on the screen
+  } cases[] = {
+      {L"TYPE0", L"BOLT", 100, 100, 5.1, L"5.10,,,14.90,"},
+      {L"TYPE7", L"BOLT", 100, 100, 5.1, L"5.10,,,14.90,"},
+      {L"TYPE1", L"BOLT", 100, 4.34, 5.1, L"5.10,,,14.90,"},
+      {L"TYPE1", L"BOLT", 100, 4.35, 8.1, L"5.10,,3.00,11.90,"},  // 435, but for the noise
+      {L"TYPE1", L"?", 1000, 1, 15.3, L"5.10,,10.20,4.70,"},
+      {L"TYPE2", L"BOLT", 9.99, 1, 5.1, L"5.10,,,14.90,Table A"},
+      {L"TYPE2", L"BOLT", 10, 1, 6.1, L"5.10,1.00,,13.90,Table A"},
+      {L"TYPE2", L"BOLT", -100, 1, 5.1, L"5.10,,,14.90,Table A"},
+      {L"TYPE3", L"BOLT", 5, 1, 7.6, L"5.10,2.50,,12.40,Table B"},
+      {L"TYPE4", L"BOLT", 100, 1, 12.1, L"5.10,7.00,,7.90,Table C"},
+      {L"TYPE4", L"BOLT", 60, 1, 25.1, L"5.10,20.00,,-5.10,Table C"},
+      {L"TYPE4", L"?", 100, 1, 5.1, L"5.10,,,14.90,Table C"},
+      {L"TYPE5", L"BOLT", 100, 1, 5.1, L"5.10,,,14.90,Table D"},
+      {L"TYPE6", L"BOLT", 100, 1, 5.1, L"5.10,,,14.90,Table E"},
+      {L"?", L"BOLT", 100, 1, 0, L",,,20.00,"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(customers_.GetDiscPercent(c.acc_ref, c.product, c.quantity, c.price), c.percentage)
+        << c.fields.c_str();
+    std::wstring fields;
+    environment_.AnswerBreakdown([&](DiscountBreakdown& dialog) {
+      for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
+        fields += dialog.Text(static_cast<DiscountBreakdown::Element>(i)) + L',';
+      }
+      fields += dialog.table();
+    });
+    customers_.ShowDiscBDown(c.acc_ref, c.product, c.quantity, c.price, 20, 2);
+    EXPECT_EQ(fields, c.fields);
+  }
+  EXPECT_TRUE(environment_.messages().empty());
+}
+
+TEST_F(DiscountTest, AnUnreadableSetupLeavesTheAccountsRate) {
+  simulator::CompanyBuilder company;
+  company.Customer(L"A", {{L"DISCOUNT_TYPE", std::int16_t{1}}, {L"DISCOUNT_RATE", 4.0}})
+      .Without(L"SetupData");
+  engine_ = company.Build();
+  customers_.context().workspace = engine_->workspace();
+  EXPECT_EQ(customers_.GetDiscPercent(L"A", L"BOLT", 1, 1), 4);
+}
+
+}  // namespace
+}  // namespace ard::accounts

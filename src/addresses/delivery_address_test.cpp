@@ -1,0 +1,156 @@
+#include "addresses/delivery_address.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simulator/testing/company_builder.h"
+#include "testing/scripted_environment.h"
+
+namespace ard::addresses {
+namespace {
+
+using dialogs::AddressDetails;
+using dialogs::AddressDialog;
+using dialogs::AddressKind;
+using dialogs::SelectDialog;
+using simulator::CompanyBuilder;
+
+class DeliveryAddressTest : public ::testing::Test {
+ protected:
+  DeliveryAddressTest() {
+    CompanyBuilder company;
+    company.Customer(L"ABC", {{L"NAME", L"ABC Ltd"}})
+        .Customer(L"NONE", {{L"NAME", L"No addresses"}})
+        .Supplier(L"ABC", {{L"NAME", L"ABC Supply"}})
+        .Setup({{L"ADDRESS_PROMPT_1", L"Street"}, {L"ADDRESS_PROMPT_6", L"Ask for"}});
+    Address(company, L"SalesDeliveryData", L"OTHER", L"1", L"Not this one");
+    Address(company, L"SalesDeliveryData", L"ABC", L"1", L"Yard");
+    Address(company, L"SalesDeliveryData", L"ABC", L"2", L"Shop", 1);
+    Address(company, L"PurchaseDeliveryData", L"ABC", L"1", L"Depot");
+    Address(company, L"CompanyDeliveryData", L"", L"1", L"Works");
+    Address(company, L"CompanyDeliveryData", L"", L"2", L"Office");
+    engine_ = company.Build();
+    address_.context().workspace = engine_->workspace();
+    address_.context().app_name = L"Manufacturing";
+  }
+  void TearDown() override {
+    EXPECT_EQ(engine_->counters().open_files, 0);
+    EXPECT_EQ(engine_->counters().living_objects, 0);
+  }
+  static void Address(CompanyBuilder& company, const wchar_t* table, const wchar_t* acc_ref,
+                      const wchar_t* ref, const wchar_t* description,
+                      std::uint8_t default_ref = 0) {
+    company.Record(table, {{L"ACCOUNT_REF", acc_ref},
+                           {L"ADDRESS_REF", ref},
+                           {L"DESCRIPTION", description},
+                           {L"ADDRESS_1", std::wstring(description) + L" Road"},
+                           {L"CONTACT_NAME", L"Con"},
+                           {L"DEFAULT_REF", default_ref}});
+  }
+  // The dialog as text: the account, and the rows with the selected one marked.
+  static std::wstring Shown(AddressDialog& dialog) {
+    std::wstring shown = dialog.account() + L"," + dialog.account_name();
+    if (!dialog.account_enabled()) shown += L"(disabled)";
+    for (const dialogs::Row& row : dialog.list().rows()) {
+      shown += (dialog.list().IsSelected(row) ? L"|>" : L"|") + row.text;
+    }
+    return shown;
+  }
+  std::wstring Description() {
+    return std::wstring(Trimmed(address_.Get(L"Description", &dialogs::Address::description)));
+  }
+
+  testing::ScriptedEnvironment environment_;
+  std::unique_ptr<simulator::Simulator> engine_;
+  DeliveryAddress address_{environment_};
+};
+
+TEST_F(DeliveryAddressTest, StartsAsTheHostAsks) {
+  const struct {
+    const wchar_t* acc_ref;
+    const wchar_t* acc_name;
+    DelAddType type;
+    std::wstring shown;
+    std::wstring picked;
+  } cases[] = {
+      {L" ", L" ", DelAddType::kCompany, L",(disabled)|>1\tWorks\t|2\tOffice\t", L"Works"},
+      {L"ABC", L"Given", DelAddType::kSales, L"ABC,Given|2\tYard\t|>3\tShop\tYes", L"Shop"},
+      {L"abc", L"", DelAddType::kPurchase, L"abc,|>1\tDepot\t", L"Depot"},
+  };
+  for (const auto& c : cases) {
+    environment_.AnswerAddresses([&](AddressDialog& dialog) {
+      EXPECT_EQ(Shown(dialog), c.shown);
+      dialog.Ok();
+    });
+    EXPECT_TRUE(address_.GetAddress(c.acc_ref, c.acc_name, c.type));
+    EXPECT_EQ(Description(), c.picked);
+  }
+  environment_.AnswerAddresses([](AddressDialog& dialog) {
+    EXPECT_EQ(Shown(dialog), L"NONE,");
+    EXPECT_FALSE(dialog.ok_enabled());
+    EXPECT_FALSE(dialog.details_enabled());
+    dialog.Ok();
+    dialog.DetailsClick();
+    dialog.Cancel();
+  });
+  EXPECT_FALSE(address_.GetAddress(L"NONE", L"", DelAddType::kSales));
+  EXPECT_EQ(Description(), L"Depot");  // unchanged
+}
+
+TEST_F(DeliveryAddressTest, FollowsTheKindAndTheAccountEntered) {
+  // The list of customers that the look-up opens, then that of suppliers for an unknown reference.
+  const auto confirm = [](SelectDialog& dialog) { dialog.Ok(); };
+  environment_.AnswerAddresses([&](AddressDialog& dialog) {
+    EXPECT_TRUE(dialog.account_enabled());
+    dialog.AccountEntered();  // nothing has been entered
+    dialog.AccountChange(L"ABC");
+    EXPECT_EQ(Shown(dialog), L"ABC,");
+    dialog.AccountEntered();
+    EXPECT_EQ(Shown(dialog), L"ABC,ABC Ltd|2\tYard\t|>3\tShop\tYes");
+    dialog.KindChange(AddressKind::kPurchase);
+    EXPECT_EQ(Shown(dialog), L",");
+    dialog.AccountChange(L"A");
+    dialog.AccountEntered();
+    EXPECT_EQ(Shown(dialog), L"ABC,ABC Supply|>1\tDepot\t");
+    dialog.KindChange(AddressKind::kCompany);
+    EXPECT_EQ(Shown(dialog), L",(disabled)|>1\tWorks\t|2\tOffice\t");
+    dialog.LookUpClick();  // there is nothing to look up
+    dialog.list().SelectItem(2);
+    dialog.Ok();
+  });
+  environment_.Answer(confirm);
+  EXPECT_TRUE(address_.GetAddress(L"", L"", DelAddType::kSales));
+  EXPECT_EQ(Description(), L"Office");
+  EXPECT_EQ(environment_.dialogs_shown(), 2);
+
+  environment_.AnswerAddresses([](AddressDialog& dialog) {
+    dialog.LookUpClick();
+    EXPECT_EQ(Shown(dialog), L"ABC,ABC Ltd|2\tYard\t|>3\tShop\tYes");
+    dialog.LookUpClick();  // cancelled
+    EXPECT_EQ(Shown(dialog), L"ABC,ABC Ltd|2\tYard\t|>3\tShop\tYes");
+    dialog.CloseBox();
+  });
+  environment_.Answer(confirm);
+  EXPECT_FALSE(address_.GetAddress(L"", L"", DelAddType::kSales));
+}
+
+TEST_F(DeliveryAddressTest, DetailsCarryTheCompanysCaptions) {
+  std::wstring shown;
+  environment_.AnswerDetails([&](AddressDetails& details) {
+    for (const AddressDetails::Line& line : details.lines()) {
+      if (!line.text.empty()) shown += line.label + L"=" + line.text + L"|";
+    }
+  });
+  environment_.AnswerAddresses([](AddressDialog& dialog) {
+    dialog.DetailsClick();
+    dialog.Cancel();
+  });
+  EXPECT_FALSE(address_.GetAddress());
+  EXPECT_EQ(shown, L"Description=Works|Street=Works Road|Ask for=Con|");
+}
+
+}  // namespace
+}  // namespace ard::addresses
