@@ -8,6 +8,7 @@ namespace {
 
 constexpr int kInitialRows = 20;
 constexpr int kMinimumRows = 5;
+constexpr int kTwipsPerInch = 1440;
 
 }  // namespace
 
@@ -34,7 +35,14 @@ void SelectWindow::CreateControls(HINSTANCE module) {
   cancel_ = AddButton(IDCANCEL, L"Cancel");
 }
 
-SIZE SelectWindow::InitialSize() const { return SizeFor(kInitialRows); }
+SIZE SelectWindow::InitialSize() const {
+  SIZE size = SizeFor(kInitialRows);
+  if (dialog_.width() > 0) {
+    const int width = MulDiv(dialog_.width(), static_cast<int>(DpiOf(handle())), kTwipsPerInch);
+    size.cx = std::max(width - FrameOf(handle()).cx, MinimumSize().cx);
+  }
+  return size;
+}
 
 SIZE SelectWindow::MinimumSize() const {
   const int width = metrics().X(2 * kMargin + 2 * kButtonWidth + kGap);

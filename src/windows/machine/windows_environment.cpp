@@ -3,11 +3,16 @@
 #include <iterator>
 #include <string>
 
+#include "dialogs/address_dialog.h"
+#include "dialogs/discount_breakdown.h"
 #include "dialogs/product_dialog.h"
 #include "windows/dialogs/activation_context.h"
+#include "windows/dialogs/address_window.h"
+#include "windows/dialogs/fields_window.h"
 #include "windows/dialogs/input_window.h"
 #include "windows/dialogs/logon_window.h"
 #include "windows/dialogs/product_window.h"
+#include "windows/dialogs/progress_window.h"
 #include "windows/dialogs/select_window.h"
 #include "windows/dialogs/user_list_window.h"
 #include "windows/machine/ansi.h"
@@ -87,6 +92,36 @@ void WindowsEnvironment::Show(dialogs::LogonDialog& dialog) {
 void WindowsEnvironment::Show(dialogs::UserListDialog& dialog) {
   UserListWindow window(dialog);
   Run(window);
+}
+
+void WindowsEnvironment::Show(dialogs::DiscountBreakdown& dialog) {
+  using dialogs::DiscountBreakdown;
+  FieldsWindow window(dialog.caption(), FieldsWindow::Align::kRight);
+  window.Add(L"Quantity discounts", dialog.table());
+  for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
+    const auto element = static_cast<DiscountBreakdown::Element>(i);
+    window.Add(DiscountBreakdown::Label(element), dialog.Text(element));
+  }
+  Run(window);
+  dialog.CloseClick();
+}
+
+void WindowsEnvironment::Show(dialogs::AddressDialog& dialog) {
+  AddressWindow window(dialog);
+  Run(window);
+}
+
+void WindowsEnvironment::Show(dialogs::AddressDetails& dialog) {
+  FieldsWindow window(dialog.caption());
+  for (const dialogs::AddressDetails::Line& line : dialog.lines())
+    window.Add(line.label, line.text);
+  Run(window);
+  dialog.CloseClick();
+}
+
+std::unique_ptr<ProgressDisplay> WindowsEnvironment::ShowProgress(std::wstring_view title,
+                                                                  std::int32_t maximum) {
+  return std::make_unique<ProgressWindow>(module_, title, maximum);
 }
 
 void WindowsEnvironment::Run(ModalWindow& window) {

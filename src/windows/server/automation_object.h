@@ -27,6 +27,7 @@ namespace ard::windows {
 // Results as the vtable hands them out. A string that there is no memory for is empty.
 inline VARIANT_BOOL ToAutomation(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 inline short ToAutomation(std::int16_t value) { return value; }
+inline LONG ToAutomation(std::int32_t value) { return value; }
 inline double ToAutomation(double value) { return value; }
 inline DATE ToAutomation(Date value) { return value.days; }
 inline BSTR ToAutomation(const std::wstring& text) {
@@ -63,7 +64,7 @@ template <class Interface, class Portable>
 class AutomationObject : public Interface, public IProvideClassInfo {
  public:
   explicit AutomationObject(const PublishedClass& published)
-      : published_(published), portable_(MakePortable(published, runtime_->environment())) {}
+      : published_(published), portable_(runtime_->environment()) {}
   AutomationObject(const AutomationObject&) = delete;
   AutomationObject& operator=(const AutomationObject&) = delete;
 
@@ -192,14 +193,6 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     using Portable::Portable;
     using PublicClass::Call;
   };
-
-  static Framed MakePortable(const PublishedClass& published, Environment& environment) {
-    if constexpr (std::is_constructible_v<Portable, Environment&>) {
-      return Framed(environment);
-    } else {
-      return Framed(published.name, environment);
-    }
-  }
 
   static HRESULT HandOut(ComPtr<ITypeInfo> info, ITypeInfo** out) {
     *out = info.Detach();

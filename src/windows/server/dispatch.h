@@ -270,6 +270,10 @@ template <auto get, auto put, class T>
 inline constexpr Member Property = {internal::MakeProcedure<get, T()>(DISPATCH_PROPERTYGET),
                                     internal::MakeProcedure<put, void(T)>(DISPATCH_PROPERTYPUT)};
 
+template <auto get, class T>
+inline constexpr Member ReadOnlyProperty = {internal::MakeProcedure<get, T()>(DISPATCH_PROPERTYGET),
+                                            {}};
+
 // Set by reference; a plain assignment is taken for the same.
 template <auto get, auto putref>
 inline constexpr Member ObjectProperty = {

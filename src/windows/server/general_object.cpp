@@ -56,6 +56,39 @@ class GeneralObject final : public Base {
   HRESULT STDMETHODCALLTYPE ShowUserList(VARIANT_BOOL manager) override {
     return Perform([&](Portable& portable) { portable.ShowUserList(manager != VARIANT_FALSE); });
   }
+
+  // The company's settings.
+  HRESULT STDMETHODCALLTYPE GetCategories(SAFEARRAY** list) override {
+    return Fill(&Portable::GetCategories, list);
+  }
+  HRESULT STDMETHODCALLTYPE GetDepartments(SAFEARRAY** list) override {
+    return Fill(&Portable::GetDepartments, list);
+  }
+  HRESULT STDMETHODCALLTYPE GetDPSettings(short* qty_dp, short* unit_dp, BSTR* qty_format,
+                                          BSTR* unit_format) override {
+    if (!qty_dp || !unit_dp || !qty_format || !unit_format) return E_POINTER;
+    TextOutput quantity(qty_format);
+    TextOutput unit(unit_format);
+    return Perform([&](Portable& portable) {
+      portable.GetDPSettings(*qty_dp, *unit_dp, quantity.value(), unit.value());
+    });
+  }
+  HRESULT STDMETHODCALLTYPE GetTaxCodes(SAFEARRAY** list) override {
+    return Fill(&Portable::GetTaxCodes, list);
+  }
+  HRESULT STDMETHODCALLTYPE GetVatRate(short vat_code, double* result) override {
+    return Call(result, &Portable::GetVatRate, vat_code);
+  }
+  HRESULT STDMETHODCALLTYPE GetVatDesc(short vat_code, BSTR* result) override {
+    return Call(result, &Portable::GetVatDesc, vat_code);
+  }
+
+ private:
+  HRESULT Fill(void (Portable::*method)(TextArray) const noexcept, SAFEARRAY** list) {
+    if (!list) return E_POINTER;
+    StringArrayArgument strings(*list);
+    return Perform([&](Portable& portable) { (portable.*method)(strings.value()); });
+  }
 };
 
 constexpr Member kMembers[] = {
@@ -73,6 +106,13 @@ constexpr Member kMembers[] = {
     Method<&_General::GetNumActiveUsers, Integer()>,
     Method<&_General::GetNumActiveUsersInclDet, Integer(ByRef<String>, ByRef<String>)>,
     Method<&_General::ShowUserList, void(Boolean)>,
+    Method<&_General::GetCategories, void(StringArray)>,
+    Method<&_General::GetDepartments, void(StringArray)>,
+    Method<&_General::GetDPSettings,
+           void(ByRef<Integer>, ByRef<Integer>, ByRef<String>, ByRef<String>)>,
+    Method<&_General::GetTaxCodes, void(StringArray)>,
+    Method<&_General::GetVatRate, Double(Integer)>,
+    Method<&_General::GetVatDesc, String(Integer)>,
 };
 
 }  // namespace

@@ -1,0 +1,49 @@
+// AddressWindow: the window of the delivery addresses (dialogs/address_dialog.h): a selection
+// window with the kind and the account above its list, and a button for the details.
+#ifndef ARD_WINDOWS_DIALOGS_ADDRESS_WINDOW_H_
+#define ARD_WINDOWS_DIALOGS_ADDRESS_WINDOW_H_
+
+#include <windows.h>
+
+#include <optional>
+
+#include "dialogs/address_dialog.h"
+#include "windows/dialogs/select_window.h"
+
+namespace ard::windows {
+
+class AddressWindow : public SelectWindow {
+ public:
+  // `dialog` must outlive the window. After Run, `dialog.visible()` is false.
+  explicit AddressWindow(dialogs::AddressDialog& dialog) : SelectWindow(dialog), dialog_(dialog) {}
+
+ private:
+  void CreateBody(HINSTANCE module) override;
+  SIZE BodySize(int rows) const override;
+  SIZE MinimumSize() const override;
+  void LayoutBody(int x, int y, int width, int height) override;
+  void Changed() override;
+  HWND InitialFocus() const override;
+  void Command(int id) override;
+  std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+  // The entry of an account is complete when Enter is pressed in its box, and when the user goes on
+  // to another control but those that make it pointless.
+  void AccountEntered();
+  void KindChange();
+  void RefreshHeading();
+
+  dialogs::AddressDialog& dialog_;
+  HWND kind_label_ = nullptr;
+  HWND kind_ = nullptr;
+  HWND account_label_ = nullptr;
+  HWND account_ = nullptr;
+  HWND look_up_ = nullptr;
+  HWND name_ = nullptr;
+  HWND details_ = nullptr;
+  bool entry_pending_ = false;  // the box holds what has not been entered
+};
+
+}  // namespace ard::windows
+
+#endif  // ARD_WINDOWS_DIALOGS_ADDRESS_WINDOW_H_
