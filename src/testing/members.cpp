@@ -469,7 +469,7 @@ const std::vector<Member>& Members() {
        Calls(&Customers::GetDiscPercent, L"VALUE", L"BOLT", 10.0, 1.0), nullptr,
        OneOf({L"0", L"4"})},
       {L"Customers.ShowDiscBDown", Does<Customers>(Breakdown), nullptr,
-       ManyOf({L"", L"5", L"8", L"2", L"20", L"15", L"13", L"12", L"18"})},
+       ManyOf({L"", L"5", L"8", L"2", L"20", L"15", L"13", L"12", L"18"}), true},
 
       {L"Suppliers.IsValid", Calls<Suppliers>(&Suppliers::IsValid, L"WOOD"), nullptr, yes_no},
       {L"Suppliers.GetName", Calls<Suppliers>(&Suppliers::GetName, L"SUP001"), nullptr,
@@ -488,9 +488,9 @@ const std::vector<Member>& Members() {
       {L"Bank.List, cancelled", Calls(&Bank::List, L"?"), LookAndCancel, nothing},
 
       {L"CustomerRecord.Read and all properties", Does<CustomerRecord>(ReadCustomer), nullptr,
-       PartsOf(L"True|ABC Ltd|Road 1||||Town|Yard 2||||City|0123|Ann|30|2.5|1|3|4000")},
+       PartsOf(L"True|ABC Ltd|Road 1||||Town|Yard 2||||City|0123|Ann|30|2.5|1|3|4000"), true},
       {L"SupplierRecord.Read and all properties", Does<SupplierRecord>(ReadSupplier), nullptr,
-       PartsOf(L"True|Supply|Sue|5000|1|2")},
+       PartsOf(L"True|Supply|Sue|5000|1|2"), true},
 
       {L"SalesOrders.GetAccName", Calls(&SalesOrders::GetAccName, 1), nullptr, SomeReference(L"F")},
       {L"SalesOrders.GetAccRef", Calls<SalesOrders>(&SalesOrders::GetAccRef, 1), nullptr,
@@ -535,9 +535,10 @@ const std::vector<Member>& Members() {
        nullptr,
        [](const std::wstring& answer) {
          return answer == L"False" || answer == L"True" || answer == L"TrueABC001  ";
-       }},
+       },
+       true},
       {L"cDeliveryAddress.GetAddress and all properties", Does<DeliveryAddress>(PickAddress),
-       nullptr, PartsOf(L"True|SUP001|Gate 3||||Port|1|Sue|1|Works|s@x|02|Supply|R7|01")},
+       nullptr, PartsOf(L"True|SUP001|Gate 3||||Port|1|Sue|1|Works|s@x|02|Supply|R7|01"), true},
 
       {L"Products.IsValid", Calls(&Products::IsValid, L"BOLT"), nullptr, yes_no},
       {L"Products.GetDesc", Calls(&Products::GetDesc, L"BOLT"), nullptr, OneOf({L"", L"Bolt"})},
