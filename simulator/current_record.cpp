@@ -28,13 +28,7 @@ Value CurrentRecord::Get(std::size_t column) const {
 }
 
 void CurrentRecord::Set(std::size_t column, const Value& value) {
-  Value converted = ConvertTo(table_->columns()[column].type, value);
-  for (auto& [at, earlier] : set_) {
-    if (at != column) continue;
-    earlier = std::move(converted);
-    return;
-  }
-  set_.emplace_back(column, std::move(converted));
+  set_[column] = ConvertTo(table_->columns()[column].type, value);
 }
 
 Row CurrentRecord::Contents() const {
@@ -52,9 +46,8 @@ std::vector<Value> CurrentRecord::Key() const {
 }
 
 Value CurrentRecord::Raw(std::size_t column) const {
-  for (const auto& [at, value] : set_) {
-    if (at == column) return value;
-  }
+  const auto set = set_.find(column);
+  if (set != set_.end()) return set->second;
   return record_ == 0 ? Value() : table_->Cell(record_, column);
 }
 

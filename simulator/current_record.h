@@ -3,7 +3,7 @@
 #define ARD_SIMULATOR_CURRENT_RECORD_H_
 
 #include <cstdint>
-#include <utility>
+#include <map>
 #include <vector>
 
 #include "simulator/table.h"
@@ -36,7 +36,7 @@ class CurrentRecord {
 
   Table* table_ = nullptr;
   std::int32_t record_ = 0;
-  std::vector<std::pair<std::size_t, Value>> set_;  // few: a search in it costs nothing
+  std::map<std::size_t, Value> set_;  // by column
 };
 
 }  // namespace ard::simulator

@@ -100,12 +100,12 @@ TEST_F(EngineTest, KnowsItsObjectsByNameAndKind) {
 }
 
 TEST_F(EngineTest, AMissingFileCannotBeOpenedAndHoldsNothing) {
-  EXPECT_FALSE(workspace_->CreateDataFile(L"SopData")->Open(Mode::kRead));
-  EXPECT_FALSE(workspace_->CreateIndex(L"SopIndex")->Open(Mode::kRead));
-  const auto record = workspace_->CreateRecord(L"SopRecord");
+  EXPECT_FALSE(workspace_->CreateDataFile(L"PriceData")->Open(Mode::kRead));
+  EXPECT_FALSE(workspace_->CreateIndex(L"PriceIndex")->Open(Mode::kRead));
+  const auto record = workspace_->CreateRecord(L"PriceRecord");
   EXPECT_FALSE(record->Find(Match::kExact));
   EXPECT_THROW(record->MoveFirst(), Error);
-  EXPECT_THROW(Set(*record, L"ORDER_NUMBER", 1), Error);
+  EXPECT_THROW(Set(*record, L"STOCK_CODE", L"A"), Error);
 }
 
 TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
