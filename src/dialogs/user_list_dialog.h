@@ -33,8 +33,12 @@ class UserListDialog {
 
   // Whether there is a delete command.
   bool can_delete() const { return manager_; }
-  // The height of the host list in twips: without a delete command, it covers that one's place.
-  int host_list_height() const { return manager_ ? 2640 : 3120; }
+  // The height in twips in which the lists open. Without a delete command, the host list covers
+  // that one's place.
+  static constexpr int kListHeight = 3120;
+  int host_list_height() const { return manager_ ? kListHeight - 480 : kListHeight; }
+  // The host, as its page is called.
+  const std::wstring& host_name() const { return context_.app_name; }
 
   // True until a handler has hidden the dialog; a presentation ends its modal loop then.
   bool visible() const { return visible_; }

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 
 namespace ard::windows {
 namespace {
 
-constexpr const wchar_t* kTabs[] = {L"Accounts", L"Manufacturing"};
-constexpr int kInitialRows = 12;
+using dialogs::UserListDialog;
+
 constexpr int kMinimumRows = 3;
+constexpr int kTwipsPerInch = 1440;
 
 enum ControlId { kRefresh = 100, kDelete };
 
@@ -24,7 +24,7 @@ PagedList::Events NoEvents() {
 
 }  // namespace
 
-UserListWindow::UserListWindow(dialogs::UserListDialog& dialog)
+UserListWindow::UserListWindow(UserListDialog& dialog)
     : ModalWindow(Border::kResizable),
       dialog_(dialog),
       accounts_(dialog.accounts_list(), NoEvents()),
@@ -35,15 +35,18 @@ void UserListWindow::CreateControls(HINSTANCE module) {
   host_.Create(module, handle());
   if (dialog_.can_delete()) delete_ = AddButton(kDelete, L"&Delete");
   tabs_ = CreateControl(handle(), {WC_TABCONTROLW, L"", WS_TABSTOP | WS_CLIPSIBLINGS});
-  for (const wchar_t* text : kTabs) {
-    TCITEMW item = {};
-    item.mask = TCIF_TEXT;
-    item.pszText = const_cast<wchar_t*>(text);
-    SendMessageW(tabs_, TCM_INSERTITEMW, std::size(kTabs), reinterpret_cast<LPARAM>(&item));
-  }
+  AddTab(0, L"Accounts");
+  AddTab(1, dialog_.host_name().c_str());
   refresh_ = AddButton(kRefresh, L"&Refresh");
   close_ = AddButton(IDCANCEL, L"Close");
   ShowPage();
+}
+
+void UserListWindow::AddTab(WPARAM index, const wchar_t* text) {
+  TCITEMW item = {};
+  item.mask = TCIF_TEXT;
+  item.pszText = const_cast<wchar_t*>(text);
+  SendMessageW(tabs_, TCM_INSERTITEMW, index, reinterpret_cast<LPARAM>(&item));
 }
 
 void UserListWindow::MetricsChanged() {
@@ -51,23 +54,30 @@ void UserListWindow::MetricsChanged() {
   host_.SetMetrics(metrics());
 }
 
-SIZE UserListWindow::InitialSize() const { return SizeFor(kInitialRows); }
-
-SIZE UserListWindow::MinimumSize() const {
-  return {metrics().X(4 * kMargin + 2 * kButtonWidth + kGap), SizeFor(kMinimumRows).cy};
+int UserListWindow::Twips(int twips) const {
+  return MulDiv(twips, static_cast<int>(DpiOf(handle())), kTwipsPerInch);
 }
 
-SIZE UserListWindow::SizeFor(int rows) const {
-  const SIZE list = accounts_.SizeFor(rows);
-  RECT page = {0, 0, list.cx + 2 * metrics().X(kMargin),
-               list.cy + HeightOfDelete() + 2 * metrics().Y(kMargin)};
+SIZE UserListWindow::InitialSize() const {
+  return Around({accounts_.SizeFor(kMinimumRows).cx, Twips(UserListDialog::kListHeight)});
+}
+
+SIZE UserListWindow::MinimumSize() const {
+  const LONG height = accounts_.SizeFor(kMinimumRows).cy + HeightOfDelete();
+  return {metrics().X(4 * kMargin + 2 * kButtonWidth + kGap), Around({0, height}).cy};
+}
+
+SIZE UserListWindow::Around(SIZE content) const {
+  RECT page = {0, 0, content.cx + 2 * metrics().X(kMargin), content.cy + 2 * metrics().Y(kMargin)};
   SendMessageW(tabs_, TCM_ADJUSTRECT, TRUE, reinterpret_cast<LPARAM>(&page));
   return {page.right - page.left + 2 * metrics().X(kMargin),
           page.bottom - page.top + metrics().Y(3 * kMargin + kButtonHeight)};
 }
 
 int UserListWindow::HeightOfDelete() const {
-  return delete_ ? metrics().Y(kButtonHeight + kGap) : 0;
+  if (!delete_) return 0;
+  return std::max(Twips(UserListDialog::kListHeight - dialog_.host_list_height()),
+                  metrics().Y(kButtonHeight + kGap));
 }
 
 void UserListWindow::Layout(SIZE client) {

@@ -39,8 +39,10 @@ class UserListWindow : public ModalWindow {
   bool on_host_page() const { return dialog_.tab() == Tab::kHost; }
   const PagedList& shown() const { return on_host_page() ? host_ : accounts_; }
   PagedList& shown() { return on_host_page() ? host_ : accounts_; }
-  // The client area around lists of that many rows.
-  SIZE SizeFor(int rows) const;
+  void AddTab(WPARAM index, const wchar_t* text);
+  int Twips(int twips) const;  // in pixels
+  // The client area around a page with content of that size.
+  SIZE Around(SIZE content) const;
   // What the second page has below its list.
   int HeightOfDelete() const;
   void SwitchTo(Tab tab);
