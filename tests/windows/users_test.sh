@@ -102,7 +102,7 @@ wine_run 30 reg delete "$SETTINGS" /f >"$FOLDER/reg.txt" 2>&1 || true
 # the registry, for both kinds of program.
 for view in 32 64; do
   for setting in LauncherFolder=Ardenic LauncherFile=launch.exe LauncherName=Ardenic \
-    Installation12={12}; do
+    "Installation12={12}"; do
     wine_run 30 reg add "$LAUNCHER" /v "${setting%%=*}" /d "${setting#*=}" /f "/reg:$view" \
       >>"$FOLDER/reg.txt" 2>&1
   done
