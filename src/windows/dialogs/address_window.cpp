@@ -98,12 +98,17 @@ void AddressWindow::Command(int id) {
     RefreshHeading();
   } else if (id == kDetails) {
     dialog_.DetailsClick();
-  } else if (id == IDOK && GetFocus() == account_ && entry_pending_) {
-    AccountEntered();
-    if (dialog_.ok_enabled()) shown().Enter();
   } else {
     SelectWindow::Command(id);
   }
+}
+
+// Not left to the default button: a disabled one takes no Enter.
+bool AddressWindow::HandleKey(HWND control, WPARAM key) {
+  if (control != account_ || key != VK_RETURN || !entry_pending_) return false;
+  AccountEntered();
+  if (dialog_.ok_enabled()) list().Enter();
+  return true;
 }
 
 std::optional<LRESULT> AddressWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {

@@ -25,6 +25,7 @@ class AddressWindow : public SelectWindow {
   void Changed() override;
   HWND InitialFocus() const override;
   void Command(int id) override;
+  bool HandleKey(HWND control, WPARAM key) override;
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   // The entry of an account is complete when Enter is pressed in its box, and when the user goes on
