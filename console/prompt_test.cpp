@@ -92,5 +92,19 @@ TEST_F(PromptTest, ShowsOutputsAndTakesDefaults) {
       std::string::npos);
 }
 
+TEST_F(PromptTest, FillsArraysSetsPropertiesAndShowsFields) {
+  const std::string output = Run(
+      "? General.GetTaxCodes(9, 10)\nCustomerRecord.DueDays = 7\n? CustomerRecord.DueDays\n"
+      "? Bank.List(\"*\")\nclose\n? Customers.ShowDiscBDown(\"?\", \"BOLT\", 1, 2, 5, 1)\nclose\n"
+      "? cDeliveryAddress.GetAddress(\"ABC001\", \"ABC\", 1)\nkind 2\naccount ?\nclose\ndetails\n"
+      "cancel\n");
+  for (const char* line :
+       {"\"T9   0.00\", \"T10 0.00\"\n", "DueDays\n7\n", "Select Bank Account .\n",
+        "Not explained %: 5.0\n", "Sales, account \"ABC001\" ABC\n", "--- Select Supplier ---",
+        "Purchase, account \"?\" \n"}) {
+    EXPECT_NE(output.find(line), std::string::npos) << line << "in\n" << output;
+  }
+}
+
 }  // namespace
 }  // namespace ard::console
