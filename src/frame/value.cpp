@@ -65,14 +65,17 @@ std::optional<bool> ParseBooleanWord(std::wstring_view text) {
   return std::nullopt;
 }
 
+// By snprintf, for the standard library's own conversion brings 150 KB of tables along.
 std::wstring FormatNumber(double number) {
   char text[40];
-  const auto [end, error] =
-      std::to_chars(text, text + sizeof text, number, std::chars_format::general, 15);
-  if (error != std::errc()) TypeMismatch();
-  std::wstring result(text, end);
+  const int length = std::snprintf(text, sizeof text, "%.15g", number);
+  std::wstring result(text, text + length);
   for (wchar_t& c : result) {
     if (c == L'e') c = L'E';
+    // Whatever the host's locale has for a point.
+    if (std::isfinite(number) && std::wstring_view(L"0123456789+-E").find(c) == std::string::npos) {
+      c = L'.';
+    }
   }
   return result == L"-0" ? L"0" : result;
 }
