@@ -18,6 +18,8 @@ connection.Open "Driver=SQLite3;Database=" & WScript.Arguments(1)
 If LogOn Then
   TourOfCustomers
   TourOfProducts
+  TourOfLedgers
+  TourOfSettings
   TourOfUsers
   Show "LogoffUser()", session.LogoffUser()
 End If
@@ -137,6 +139,68 @@ Sub TourOfProducts
   WScript.Echo "  A new product is asked for its description."
   Show "CreateNewProduct(""BOLT-M6X75"")", products.CreateNewProduct("BOLT-M6X75")
   Show "GetUnitSale(""BOLT-M6X75"")", products.GetUnitSale("BOLT-M6X75")
+End Sub
+
+' An object of a class, with the context that all of them carry.
+Function Create(name)
+  Set Create = CreateObject("ArdObjects100." & name)
+  Set Create.ArdWorkspace = workspace
+End Function
+
+Sub TourOfLedgers
+  Dim customers, suppliers, nominal, bank, sales, purchases, record, order
+  Set customers = Create("Customers")
+  Set suppliers = Create("Suppliers")
+  suppliers.AppName = "Manufacturing"
+  Set nominal = Create("Nominal")
+  Set bank = Create("Bank")
+  WScript.Echo "Ledgers"
+  Show "GetDiscPercent(ADD001, CAB-FIRE, 30, 651)", customers.GetDiscPercent("ADD001", "CAB-FIRE", 30, 651)
+  WScript.Echo "  How that comes about is shown: close it."
+  customers.ShowDiscBDown "ADD001", "CAB-FIRE", 30, 651, 20, 2
+  Show "Suppliers.GetName(""SCA001"")", suppliers.GetName("SCA001")
+  WScript.Echo "  The lists of suppliers, nominal and bank accounts open, one after the other: pick."
+  Show "Suppliers.FastList()", suppliers.FastList()
+  Show "Nominal.FastList()", nominal.FastList()
+  WScript.Echo "  A control account is refused: cancel then."
+  Show "Nominal.List(""1100"")", nominal.List("1100")
+  Show "Bank.FastList()", bank.FastList()
+  Show "Bank.List(""12*"")", bank.List("12*")
+  Set record = Create("CustomerRecord")
+  Show "CustomerRecord.Read(""SMI001"")", record.Read("SMI001")
+  Show "  Name", record.Name
+  Show "  DueDays", record.DueDays
+  Set record = Create("SupplierRecord")
+  Show "SupplierRecord.Read(""SCA001"")", record.Read("SCA001")
+  Show "  DefNomCode", record.DefNomCode
+
+  Set sales = Create("SalesOrders")
+  Set purchases = Create("PurchaseOrders")
+  WScript.Echo "Orders"
+  Show "SalesOrders.GetAccName(4001)", sales.GetAccName(4001)
+  Show "PurchaseOrders.GetOrderDate(750)", purchases.GetOrderDate(750)
+  Show "PurchaseOrders.IsValid(702, True)", purchases.IsValid(702, True)
+  WScript.Echo "  The lists of sales and purchase orders open: pick."
+  Show "SalesOrders.FastList()", sales.FastList()
+  Show "PurchaseOrders.FastList()", purchases.FastList()
+End Sub
+
+Sub TourOfSettings
+  Dim general, taxCodes(99), address, quantityDP, unitDP, quantityFormat, unitFormat
+  Set general = Create("General")
+  WScript.Echo "Settings"
+  general.GetTaxCodes taxCodes
+  Show "GetTaxCodes: T1", taxCodes(1)
+  Show "  T20", taxCodes(20)
+  general.GetDPSettings quantityDP, unitDP, quantityFormat, unitFormat
+  Show "GetDPSettings", quantityFormat & " and " & unitFormat
+  Show "GetVatRate(15)", general.GetVatRate(15)
+  Set address = Create("cDeliveryAddress")
+  address.AppName = "Manufacturing"
+  WScript.Echo "  The delivery addresses of SMI001 open: look at the details of one, pick it."
+  Show "GetAddress(""SMI001"", , 1)", address.GetAddress("SMI001", , 1)
+  Show "Description", Trim(address.Description)
+  Show "Address1", Trim(address.Address1)
 End Sub
 
 ' One call and its answer, as a literal.
