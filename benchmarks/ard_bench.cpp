@@ -54,7 +54,7 @@ std::vector<std::wstring> CustomerRefs(engine::Workspace& workspace) {
 // Times both ways, and counts what each asks of the engine in one call.
 template <class HandWritten, class Library>
 bool CompareCalls(const char* operation, simulator::Simulator& engine, HandWritten&& by_hand,
-                  Library&& by_library) {
+                  Library&& by_library, double target = kTargetRatio) {
   const auto operations_of = [&](auto& action) {
     const std::int64_t before = engine.operations();
     action();
@@ -65,7 +65,7 @@ bool CompareCalls(const char* operation, simulator::Simulator& engine, HandWritt
   by_library();
   const std::int64_t operations_by_hand = operations_of(by_hand);
   const std::int64_t operations_by_library = operations_of(by_library);
-  return Report(operation, Compare(by_hand, by_library), kTargetRatio, operations_by_hand,
+  return Report(operation, Compare(by_hand, by_library), target, operations_by_hand,
                 operations_by_library);
 }
 
@@ -174,7 +174,8 @@ bool AskAboutProducts() {
 }
 
 // Every member that shows no dialog and writes nothing, against what it asks of the engine with
-// nothing around it: recorded from the call itself, and replayed.
+// nothing around it: recorded from the call itself, and replayed. Some members work out more than
+// they ask for, so no ratio is held; what is asked must be the same.
 bool AskEveryMember() {
   bool met = true;
   for (const testing::Member& member : testing::Members()) {
@@ -192,7 +193,7 @@ bool AskEveryMember() {
     const testing::Call call = member.bind(context);
     met &= CompareCalls(
         ToUtf8(member.name).c_str(), *simulator, [&] { bare.Replay(*context.workspace); },
-        [&] { call(nullptr); });
+        [&] { call(nullptr); }, kNoTarget);
   }
   return met;
 }

@@ -7,6 +7,7 @@
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <vector>
 
 namespace ard::benchmarks {
@@ -64,6 +65,9 @@ inline void PrintComparisonHeader() {
   std::printf("%-40s %16s %12s %7s %7s  %s\n", "operation", "hand-written ns", "library ns",
               "ratio", "target", "engine operations");
 }
+
+// For what is measured, and not held to anything.
+inline constexpr double kNoTarget = std::numeric_limits<double>::infinity();
 
 // Prints a line; returns whether the library is within the target and asks no more of the engine.
 inline bool Report(const char* operation, const Comparison& times, double target,

@@ -14,6 +14,21 @@
 namespace ard::testing {
 namespace {
 
+// What has been swept in all.
+struct Totals {
+  int members = 0;
+  std::int64_t operations = 0;
+  std::int64_t runs = 0;
+} totals;
+
+class Report : public ::testing::Environment {
+  void TearDown() override {
+    std::printf("swept in all: %d members and walks through handlers, %d operations, %d runs\n",
+                totals.members, static_cast<int>(totals.operations), static_cast<int>(totals.runs));
+  }
+};
+const auto* const kReport = ::testing::AddGlobalTestEnvironment(new Report);
+
 class FaultSweepTest : public ::testing::TestWithParam<Member> {};
 
 TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) {
@@ -57,6 +72,9 @@ TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) {
     run(n, false);
     run(n, true);
   }
+  ++totals.members;
+  totals.operations += operations;
+  totals.runs += 2 * operations + 1;
   std::printf("swept %s: %d operations, %d runs\n", ToUtf8(member.name).c_str(),
               static_cast<int>(operations), static_cast<int>(2 * operations + 1));
 }
