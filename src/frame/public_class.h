@@ -55,13 +55,14 @@ class PublicClass {
   template <class Result, class Body>
   Result Call(std::wstring_view member, Body&& body) const noexcept {
     Trace& trace = context_.trace();
+    const auto describe = [&] { return Step{name_, member}; };
     Result result{};
     if (!trace.on()) {
-      Attempt(trace, {name_, member}, [&] { body(result); });
+      Attempt(trace, describe, [&] { body(result); });
       return result;
     }
     const auto start = std::chrono::steady_clock::now();
-    Attempt(trace, {name_, member}, [&] { body(result); });
+    Attempt(trace, describe, [&] { body(result); });
     trace.Called(name_, member, kTypeName<Result>, std::chrono::steady_clock::now() - start);
     return result;
   }
