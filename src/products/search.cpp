@@ -4,6 +4,7 @@
 
 #include "dialogs/product_dialog.h"
 #include "frame/text.h"
+#include "frame/user_settings.h"
 #include "products/products.h"
 
 namespace ard::products {
@@ -19,18 +20,10 @@ constexpr std::wstring_view kTab = L"Tab";
 // A setting that is a number; `otherwise` when it is absent, unreadable or no number.
 int NumberSetting(const Context& context, std::wstring_view name, int otherwise) {
   std::int32_t number = otherwise;
-  Attempt(context.trace(), {L"Environment", L"GetSetting", name}, [&] {
-    const Value text = context.environment.GetSetting(context.registry_path, kSection, name,
-                                                      std::to_wstring(otherwise));
-    Convert(Value(text), number);
-  });
+  const std::wstring text = UserSetting(context, kSection, name, std::to_wstring(otherwise));
+  Attempt(context.trace(), {L"Environment", L"GetSetting", name},
+          [&] { Convert(Value(text), number); });
   return number;
-}
-
-void SaveSetting(const Context& context, std::wstring_view name, int number) {
-  Attempt(context.trace(), {L"Environment", L"SaveSetting", name}, [&] {
-    context.environment.SaveSetting(context.registry_path, kSection, name, std::to_wstring(number));
-  });
 }
 
 // The rows that the user picked; none when they cancelled.
@@ -51,8 +44,9 @@ std::vector<dialogs::Row> PickProducts(const Context& context,
   }
   Attempt(context.trace(), {dialog.form(), L"Show"}, [&] { context.environment.Show(dialog); });
   if (!dialog.result()) return {};
-  SaveSetting(context, kField, static_cast<int>(dialog.search_field()));
-  SaveSetting(context, kTab, static_cast<int>(dialog.tab()));
+  SaveUserSetting(context, kSection, kField,
+                  std::to_wstring(static_cast<int>(dialog.search_field())));
+  SaveUserSetting(context, kSection, kTab, std::to_wstring(static_cast<int>(dialog.tab())));
   return dialog.list().SelectedRows();
 }
 

@@ -6,6 +6,7 @@
 #include "dialogs/logon_dialog.h"
 #include "engine/handles.h"
 #include "frame/text.h"
+#include "frame/user_settings.h"
 #include "settings/general.h"
 #include "users/access_file.h"
 
@@ -116,8 +117,8 @@ bool Messaging::LogonByDialog(bool check_nt_account) {
                      });
   dialog.SetCompany(session_.company_name);
   dialog.SetProgPath(session_.prog_path);
-  if (IsTicked(GetSetting(LogonSection(), kRemember, L"0"))) {
-    dialog.Remember(GetSetting(LogonSection(), kLogonName, L""));
+  if (IsTicked(UserSetting(context(), LogonSection(), kRemember, L"0"))) {
+    dialog.Remember(UserSetting(context(), LogonSection(), kLogonName, L""));
   }
 
   std::wstring domain_user;
@@ -147,7 +148,7 @@ bool Messaging::LogonByCompanyPassword() {
 }
 
 std::wstring Messaging::AttemptDomainUserLogon() {
-  if (!IsYes(GetSetting(L"Company", L"AttemptDomainUserLogon", L"0"))) return {};
+  if (!IsYes(UserSetting(context(), L"Company", L"AttemptDomainUserLogon", L"0"))) return {};
   std::wstring name;
   Attempt(context().trace(), {L"Environment", L"AccountName"},
           [&] { name = context().environment.AccountName(); });
@@ -195,19 +196,8 @@ void Messaging::Disconnect() const {
 
 std::wstring Messaging::LogonSection() const { return L"Options\\Logon\\" + session_.company_name; }
 
-std::wstring Messaging::GetSetting(std::wstring_view section, std::wstring_view name,
-                                   std::wstring_view otherwise) const {
-  std::wstring setting(otherwise);
-  Attempt(context().trace(), {L"Environment", L"GetSetting", name}, [&] {
-    setting = context().environment.GetSetting(context().registry_path, section, name, otherwise);
-  });
-  return setting;
-}
-
 void Messaging::SaveLogonSetting(std::wstring_view name, std::wstring_view value) const {
-  Attempt(context().trace(), {L"Environment", L"SaveSetting", name}, [&] {
-    context().environment.SaveSetting(context().registry_path, LogonSection(), name, value);
-  });
+  SaveUserSetting(context(), LogonSection(), name, value);
 }
 
 }  // namespace ard::users

@@ -58,8 +58,6 @@ class Messaging : public PublicClass {
 
   // The settings that remember the last logon to this company.
   std::wstring LogonSection() const;
-  std::wstring GetSetting(std::wstring_view section, std::wstring_view name,
-                          std::wstring_view otherwise) const;
   void SaveLogonSetting(std::wstring_view name, std::wstring_view value) const;
 
   void ShowMessage(std::wstring_view text) const {

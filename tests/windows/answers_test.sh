@@ -4,22 +4,10 @@
 #
 #   answers_test.sh ARCHITECTURE
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=tools/console.sh
-source tools/console.sh
-# shellcheck source=tools/wine.sh
-source tools/wine.sh
+# shellcheck source=tests/windows/script_suite.sh
+source "$(dirname "${BASH_SOURCE[0]}")/script_suite.sh" "$1"
 
-ARCH="$1"
 LINES=tests/windows/answers.txt
-FOLDER="$(mktemp -d "$BUILD/answers-$ARCH.XXXXXX")"
-trap 'rm -rf "$FOLDER"' EXIT
-
-# A company and a database of its own, for both write.
-fresh_stores() {
-  cp -r examples/company "$FOLDER/$1"
-  sqlite3 "$FOLDER/$1.db" <examples/host_database.sql
-}
 
 # The lines as a script.
 script() {
@@ -95,7 +83,6 @@ VBS
 
 fresh_stores prompt
 fresh_stores script
-wine_use "$WINEPREFIX"
 cut -f1 "$LINES" | "$BUILD/native-debug/bin/ard_console" "$FOLDER/prompt" "$FOLDER/prompt.db" \
   >"$FOLDER/prompt.txt"
 script >"$FOLDER/script.vbs"

@@ -4,20 +4,8 @@
 #
 #   ledgers_test.sh ARCHITECTURE
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=tools/console.sh
-source tools/console.sh
-# shellcheck source=tools/wine.sh
-source tools/wine.sh
-# shellcheck source=tools/display.sh
-source tools/display.sh
-# shellcheck source=tools/drive.sh
-source tools/drive.sh
-
-ARCH="$1"
-SECONDS_ALLOWED=150
-OUTPUT="$(mktemp "$BUILD/ledgers-$ARCH.XXXXXX")"
-trap 'rm -f "$OUTPUT"' EXIT
+# shellcheck source=tests/windows/script_suite.sh
+source "$(dirname "${BASH_SOURCE[0]}")/script_suite.sh" "$1"
 
 # in_window TITLE KEY...: presses keys that close the window
 in_window() {
@@ -63,13 +51,6 @@ work_dialogs() {
   in_window "Delivery Addresses" Escape
 }
 
-wine_use "$WINEPREFIX"
-wine_script "$ARCH" "$SECONDS_ALLOWED" tests/windows/ledgers_test.vbs \
-  "$(windows_path "$PWD/examples/company")" >"$OUTPUT" 2>&1 </dev/null &
-HOST=$!
-STATUS=0
-work_dialogs || STATUS=1
-if ((STATUS != 0)); then kill "$HOST" 2>/dev/null || true; fi
-wait "$HOST" || STATUS=1
-tr -d '\r' <"$OUTPUT"
+run_host tests/windows/ledgers_test.vbs "$(windows_path "$PWD/examples/company")"
+tr -d '\r' <"$FOLDER/output.txt"
 exit "$STATUS"

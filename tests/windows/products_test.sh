@@ -4,21 +4,10 @@
 #
 #   products_test.sh ARCHITECTURE
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=tools/console.sh
-source tools/console.sh
-# shellcheck source=tools/wine.sh
-source tools/wine.sh
-# shellcheck source=tools/display.sh
-source tools/display.sh
-# shellcheck source=tools/drive.sh
-source tools/drive.sh
+# shellcheck source=tests/windows/script_suite.sh
+source "$(dirname "${BASH_SOURCE[0]}")/script_suite.sh" "$1"
 
-ARCH="$1"
-SECONDS_ALLOWED=150
 SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Test\Options\ProductSearch'
-FOLDER="$(mktemp -d "$BUILD/products-$ARCH.XXXXXX")"
-trap 'rm -rf "$FOLDER"' EXIT
 
 # remembered FIELD TAB
 remembered() {
@@ -75,18 +64,10 @@ work_dialogs() {
   wait_closed
 }
 
-cp -r examples/company "$FOLDER/company"
-sqlite3 "$FOLDER/host.db" <examples/host_database.sql
-wine_use "$WINEPREFIX"
+fresh_stores company
 wine_run 30 reg delete "$SETTINGS" /f >"$FOLDER/reg.txt" 2>&1 || true
 
-wine_script "$ARCH" "$SECONDS_ALLOWED" tests/windows/products_test.vbs \
-  "$(windows_path "$FOLDER/company")" "$FOLDER/host.db" >"$FOLDER/output.txt" 2>&1 </dev/null &
-HOST=$!
-STATUS=0
-work_dialogs || STATUS=1
-if ((STATUS != 0)); then kill "$HOST" 2>/dev/null || true; fi
-wait "$HOST" || STATUS=1
+run_host tests/windows/products_test.vbs "$(windows_path "$FOLDER/company")" "$FOLDER/company.db"
 # The next process finds what was written.
 for code in COPY BLANK GIVEN ASKED; do
   grep -q "^$code"$'\t' "$FOLDER/company/StockData.table" || {

@@ -4,23 +4,12 @@
 #
 #   users_test.sh ARCHITECTURE
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=tools/console.sh
-source tools/console.sh
-# shellcheck source=tools/wine.sh
-source tools/wine.sh
-# shellcheck source=tools/display.sh
-source tools/display.sh
-# shellcheck source=tools/drive.sh
-source tools/drive.sh
+# shellcheck source=tests/windows/script_suite.sh
+source "$(dirname "${BASH_SOURCE[0]}")/script_suite.sh" "$1"
 
-ARCH="$1"
-SECONDS_ALLOWED=150
 SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Users Test'
 LAUNCHER='HKLM\Software\ArdObjects100'
 INI="$WINEPREFIX/drive_c/windows/veltrix.ini"
-FOLDER="$(mktemp -d "$BUILD/users-$ARCH.XXXXXX")"
-trap 'rm -rf "$FOLDER"' EXIT
 
 # expect WHAT COMMAND...
 expect() {
@@ -93,9 +82,7 @@ work_dialogs() {
   wait_closed
 }
 
-cp -r examples/company "$FOLDER/company"
-sqlite3 "$FOLDER/host.db" <examples/host_database.sql
-wine_use "$WINEPREFIX"
+fresh_stores company
 rm -f "$INI"
 wine_run 30 reg delete "$SETTINGS" /f >"$FOLDER/reg.txt" 2>&1 || true
 # The launcher's settings, as an installation of the accounts product would write them; both views of
@@ -108,16 +95,10 @@ for view in 32 64; do
   done
 done
 
-wine_script "$ARCH" "$SECONDS_ALLOWED" tests/windows/users_test.vbs \
-  "$(windows_path "$FOLDER/company")" "$FOLDER/host.db" >"$FOLDER/output.txt" 2>&1 </dev/null &
-HOST=$!
-STATUS=0
-work_dialogs || STATUS=1
-if ((STATUS != 0)); then kill "$HOST" 2>/dev/null || true; fi
-wait "$HOST" || STATUS=1
+run_host tests/windows/users_test.vbs "$(windows_path "$FOLDER/company")" "$FOLDER/company.db"
 
 expect "just GÜNTER's logon is gone" test \
-  "$(sqlite3 "$FOLDER/host.db" 'SELECT group_concat(ID) FROM CurrentUsers')" = 1,2,4,5,6 || STATUS=1
+  "$(sqlite3 "$FOLDER/company.db" 'SELECT group_concat(ID) FROM CurrentUsers')" = 1,2,4,5,6 || STATUS=1
 expect "one entry in the ini file" test \
   "$(tr -d '\r' <"$INI" | grep -c '^AddIn.=Host,.*,host.bmp,host.exe$')" = 1 || STATUS=1
 expect "the shortcut is there" test -s "$FOLDER/company/RunAccounts.lnk" || STATUS=1
