@@ -56,8 +56,7 @@ bool PurchaseOrders::IsValid(std::int32_t order_no, bool excl_posted) const noex
     engine::Record order(context(), kPurchaseOrderBook.record);
     if (!Find(order, order_no)) return;
     bool posted = false;
-    order.Get(L"POSTED_CODE", posted);
-    valid = !(posted && excl_posted);
+    if (order.Get(L"POSTED_CODE", posted)) valid = !(posted && excl_posted);
   });
 }
 

@@ -85,6 +85,13 @@ TEST_F(OrdersTest, APostedOrderCanBeExcluded) {
     EXPECT_EQ(purchases_.IsValid(c.number, false), c.any) << c.number;
     EXPECT_EQ(purchases_.IsValid(c.number, true), c.unposted) << c.number;
   }
+  // What cannot be asked is not valid, whichever operation it is that fails.
+  engine_->faults().Reset();
+  EXPECT_TRUE(purchases_.IsValid(3, true));
+  for (std::int64_t n = engine_->faults().operations(); n > 0; --n) {
+    engine_->faults().FailFrom(n, false);
+    EXPECT_FALSE(purchases_.IsValid(3, true)) << n;
+  }
 }
 
 TEST_F(OrdersTest, ListShowsEveryOrderAndFastListNoDeletedOne) {
