@@ -171,6 +171,7 @@ void Classes::AddContext(PublicClass& object, const Stores& stores) {
   context.database = stores.database;
   context.engine = stores.engine;
   members_.push_back(Property(object, L"AppName", context.app_name));
+  if (&object == &access_rights_) return;  // it has no settings
   members_.push_back(Property(object, L"RegistryPath", context.registry_path));
 }
 
@@ -394,8 +395,8 @@ void Classes::AddMessaging(const Stores& stores) {
   session.ard_data_path = stores.data_path;
   const std::pair<std::wstring_view, std::wstring*> texts[] = {
       {L"ArdDataPath", &session.ard_data_path}, {L"UserLogged", &session.user_logged},
-      {L"UniqueID", &session.unique_id},        {L"ProgPath", &session.prog_path},
-      {L"CompanyName", &session.company_name},
+      {L"PassLogged", &session.pass_logged},    {L"UniqueID", &session.unique_id},
+      {L"ProgPath", &session.prog_path},        {L"CompanyName", &session.company_name},
   };
   for (const auto& [name, text] : texts) members_.push_back(Property(messaging_, name, *text));
   members_.push_back(Property(messaging_, L"UseAccRights", session.use_acc_rights));
@@ -404,6 +405,7 @@ void Classes::AddMessaging(const Stores& stores) {
   add(L"LogonUser", &Messaging::LogonUser, Names{L"UserName", L"Password"});
   add(L"LogoffUser", &Messaging::LogoffUser, Names{});
   add(L"CheckUserAccess", &Messaging::CheckUserAccess, Names{});
+  add(L"GetPassword", &Messaging::GetPassword, Names{});
   add(L"PoAccess", &Messaging::PoAccess, Names{L"sUserName"});
 }
 

@@ -200,8 +200,12 @@ std::wstring SettingKey(std::wstring_view application, std::wstring_view section
 }  // namespace
 
 void ConsoleEnvironment::ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) {
-  out_ << (icon == Icon::kStop ? "[stop] " : "[!] ") << ToUtf8(title) << ": " << ToUtf8(text)
-       << '\n';
+  out_ << (icon == Icon::kStop ? "[stop] " : "[!] ") << ToUtf8(title) << ": ";
+  for (const char c : ToUtf8(text)) {
+    if (c == '\n') out_ << "\n   ";
+    if (c != '\r') out_ << (c == '\n' ? ' ' : c);
+  }
+  out_ << '\n';
 }
 
 std::wstring ConsoleEnvironment::InputBox(std::wstring_view prompt, std::wstring_view title) {

@@ -1,39 +1,86 @@
 #!/usr/bin/env bash
-# A script host and the prompt are asked the same (tests/windows/answers.txt) and must answer the
-# same, line by line: the DLL late-bound on Windows, and the portable classes natively.
+# A script host and the prompt are asked the same (tests/windows/answers.txt), every published member
+# and every dialog, and must answer the same, line by line, and leave the same behind: the DLL
+# late-bound on Windows and worked by keys, and the portable classes natively.
 #
 #   answers_test.sh ARCHITECTURE
 set -euo pipefail
 # shellcheck source=tests/windows/script_suite.sh
 source "$(dirname "${BASH_SOURCE[0]}")/script_suite.sh" "$1"
 
-LINES=tests/windows/answers.txt
+SECONDS_ALLOWED=300
+MEMBERS=tests/windows/published_members.inc
+PROMPT="$BUILD/native-debug/bin/ard_console"
+VB_SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Demo'
 
-# The lines as a script.
-script() {
+# The published members as "KIND CLASS.MEMBER TYPE", KIND being call, get or put.
+published() {
+  awk '/^[A-Za-z]/ && !/^LR/ {class = $1}
+       /^  [a-z]/ {kind = $1; name = $2; sub(/\(.*/, "", name); sub(/.*\((in|out retval) /, "")
+                   print kind, class "." name, $1}' "$MEMBERS"
+}
+
+# The table, and then every property: what it has come to be, and what it takes.
+questions() {
+  grep -v "^'" tests/windows/answers.txt
+  published | awk '$3 ~ /^Object/ || $1 == "call" {next}
+    $1 == "put" {print $2 " = " ($3 == "String" ? "\"of " $2 "\"" : $3 == "Boolean" ? "True" : "7")}
+    {print "? " $2}'
+}
+
+# Every published member has to be asked (the properties are), and is at the prompt, which has no
+# others. Not the stores: they are objects, which the prompt itself hands to the classes.
+check_members() {
+  published | awk '$3 !~ /^Object/ || $1 == "call" {print $2}' | sort -u >"$FOLDER/published.txt"
+  grep -oE '^(\? )?[A-Za-z]+\.[A-Za-z0-9]+' "$FOLDER/questions.txt" | sed 's/^? //' | sort -u |
+    diff "$FOLDER/published.txt" - || die "not every member is asked"
+  "$PROMPT" "$FOLDER/prompt/company" <<<help | grep -oE '[A-Za-z]+\.[A-Za-z0-9]+' | sort -u |
+    diff "$FOLDER/published.txt" - || die "the prompt has other members"
+}
+
+for_prompt() {
+  awk -F'\t' '!/^\t/ {print $1} $4 != "" {gsub(", ", "\n", $4); print $4}' "$FOLDER/questions.txt"
+}
+
+# What the prompt wrote, with just the titles of the windows in place of each run of the same.
+answers_of_prompt() {
+  awk 'function title(text) {if (text != last) print "\t" text; last = text}
+    FNR == NR {if (!/^\t/) asked[$0]; next}
+    $0 in asked {last = ""}
+    /^--- .* ---$/ {gsub(/^--- |(: Product Information.*)? ---$/, ""); title($0); drawing = 1}
+    /^\[(!|stop|\?)\] / {sub(/^[^ ]+ /, ""); sub(/: .*/, ""); title($0); next}
+    !drawing && !/^ | \.*$/ {print}
+    /\(\? helps\) / {drawing = 0}' <(for_prompt) -
+}
+
+for_script() {
   cat <<'VBS'
-Dim engine, connection, a, b, c, d, list
+Dim engine, connection, a, b, c, d, list, answer
 Set engine = CreateObject("ArdSimulator.Engine")
-engine.Open WScript.Arguments(0)
+engine.Open "company"
 Set connection = CreateObject("ADODB.Connection")
-connection.Open "Driver=SQLite3;Database=" & WScript.Arguments(1)
+connection.Open "Driver=SQLite3;Database=company.db"
 VBS
   local class line expression
-  for class in $(sed -nE 's/^(\? )?([A-Za-z]+)\..*/\2/p' "$LINES" | sort -u); do
+  for class in $(published | sed -E 's/^[a-z]+ ([A-Za-z]+)\..*/\1/' | sort -u); do
     printf 'Dim %s\nSet %s = CreateObject("ArdObjects100.%s")\nPrepare %s\n' \
       "$class" "$class" "$class" "$class"
   done
   while IFS= read -r line; do
-    if [[ "$line" == "'"* ]]; then continue; fi
+    if [[ "$line" == $'\t'* ]]; then continue; fi
     expression="${line%%$'\t'*}"
     printf 'WScript.Echo "%s"\n' "${expression//\"/\"\"}"
     case "$line" in
-      *$'\t'*) printf 'a = Empty: b = Empty: c = Empty: d = Empty: answer = ""\n%s\nWScript.Echo answer\n' "${line#*$'\t'}" ;;
-      '? '*) printf 'answer = ""\nResult %s\nWScript.Echo answer\n' "${expression#\? }" ;;
+      *$'\t'*) printf 'a = Empty: b = Empty: c = Empty: d = Empty\n%s\nTell\n' "${line#*$'\t'}" ;;
+      '? '*) printf 'Result %s\nTell\n' "${expression#\? }" ;;
       *) printf '%s\n' "$line" ;;
     esac
-  done <"$LINES"
+  done <"$FOLDER/questions.txt"
   cat <<'VBS'
+If engine.OpenFiles > 0 Or engine.LivingObjects > 0 Or connection.OpenRecordsets > 0 Then
+  WScript.Echo "something is left open"
+End If
+
 Sub Prepare(object)
   On Error Resume Next
   Set object.ArdWorkspace = engine.Workspace
@@ -41,6 +88,7 @@ Sub Prepare(object)
   Set object.oDBaseConn = connection
   object.AppName = "Manufacturing"
   object.RegistryPath = "Manufacturing Demo"
+  object.ArdDataPath = "company"
 End Sub
 
 Function StockRecord(code)
@@ -49,7 +97,6 @@ Function StockRecord(code)
   StockRecord.Find False
 End Function
 
-Dim answer
 Sub Add(text)
   If answer <> "" Then answer = answer & ", "
   answer = answer & text
@@ -69,6 +116,10 @@ Sub Elements(values)
     Add Literal(values(i))
   Next
 End Sub
+Sub Tell
+  If answer <> "" Then WScript.Echo answer
+  answer = ""
+End Sub
 
 ' As the prompt writes them.
 Function Literal(value)
@@ -81,20 +132,50 @@ End Function
 VBS
 }
 
-fresh_stores prompt
-fresh_stores script
-cut -f1 "$LINES" | "$BUILD/native-debug/bin/ard_console" "$FOLDER/prompt" "$FOLDER/prompt.db" \
-  >"$FOLDER/prompt.txt"
-script >"$FOLDER/script.vbs"
-wine_script "$ARCH" 60 "$FOLDER/script.vbs" "$(windows_path "$FOLDER/script")" "$FOLDER/script.db" \
-  2>"$FOLDER/errors.txt" | tr -d '\r' >"$FOLDER/script.txt"
+# Works the windows of the table, and lists their titles.
+work_dialogs() {
+  local line title pressed key last=
+  while IFS= read -r line <&3; do
+    if [[ "$line" != $'\t'* ]]; then
+      last=
+      continue
+    fi
+    IFS=$'\t' read -r title pressed _ <<<"$line"
+    wait_window "$title" 60 || return
+    if [[ "$title" != "$last" ]]; then printf '\t%s\n' "$title"; fi
+    last="$title"
+    for key in $pressed; do
+      case "$key" in
+        ...) continue 2 ;; # it stays
+        \"*) type_ahead "${key//\"/}" ;;
+        *) keys "$key" ;;
+      esac
+    done
+    wait_closed || return
+  done 3<"$FOLDER/questions.txt" >"$FOLDER/windows.txt"
+}
 
-questions="$(grep -c '^?' "$LINES")"
-different="$(diff "$FOLDER/prompt.txt" "$FOLDER/script.txt" | tee /dev/stderr | grep -c '^[<>]')" || true
-if ((different == 0)); then
-  say "$questions passed, 0 failed"
-else
-  cat "$FOLDER/errors.txt"
-  say "0 passed, $different failed"
-  exit 1
-fi
+for side in prompt script; do
+  mkdir "$FOLDER/$side"
+  fresh_stores "$side/company"
+done
+questions >"$FOLDER/questions.txt"
+check_members
+wine_run 30 reg delete "$VB_SETTINGS" /f >"$FOLDER/reg.txt" 2>&1 || true
+rm -f "$WINEPREFIX/drive_c/windows/veltrix.ini"
+for_script >"$FOLDER/script.vbs"
+
+(cd "$FOLDER/prompt" && for_prompt | "$PROMPT" company company.db) >"$FOLDER/raw.txt" || true
+cd "$FOLDER/script"
+run_host "$FOLDER/script.vbs"
+for side in prompt script; do
+  sqlite3 "$FOLDER/$side/company.db" .dump >"$FOLDER/$side/company.sql"
+  rm "$FOLDER/$side/company.db"
+done
+
+answers_of_prompt <"$FOLDER/raw.txt" >"$FOLDER/prompt.txt"
+tr -d '\r' <"$FOLDER/output.txt" | diff <(grep -v $'^\t' "$FOLDER/prompt.txt") - || STATUS=1
+diff <(grep $'^\t' "$FOLDER/prompt.txt") "$FOLDER/windows.txt" || STATUS=1
+diff -r "$FOLDER/prompt" "$FOLDER/script" || STATUS=1
+say "$(grep -c '^?' "$FOLDER/questions.txt") questions"
+exit "$STATUS"
