@@ -100,16 +100,19 @@ ScopedVariant Variant(std::wstring_view text);
 ScopedVariant Variant(const wchar_t* text);
 ScopedVariant Variant(long value);
 ScopedVariant Variant(IDispatch* object);
+ScopedVariant LeftOut();  // an optional one
 
 // An object used as a script does: members by name.
 class LateBound {
  public:
   explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
 
+  // The last arguments are those with `names`.
   HRESULT Invoke(const wchar_t* member, WORD flags, std::vector<ScopedVariant> arguments,
-                 VARIANT* result) const;
+                 VARIANT* result, const std::vector<const wchar_t*>& names = {}) const;
   // The result of a call; of the type VT_ERROR, with the status, when it failed.
-  ScopedVariant Call(const wchar_t* member, std::vector<ScopedVariant> arguments = {}) const;
+  ScopedVariant Call(const wchar_t* member, std::vector<ScopedVariant> arguments = {},
+                     const std::vector<const wchar_t*>& names = {}) const;
   template <class... Arguments>
   ScopedVariant Ask(const wchar_t* member, Arguments&&... arguments) const {
     std::vector<ScopedVariant> list;

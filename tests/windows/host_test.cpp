@@ -157,6 +157,20 @@ TEST(ContextProperties, HoldAnyText) {
   EXPECT_EQ(customers->get_ArdWorkspace(nullptr), E_POINTER);
 }
 
+// What a dialog shows beside labels and buttons: of the address picker, what it was called with.
+std::wstring ContentsOf(HWND picker) {
+  std::wstring contents;
+  for (HWND child = GetWindow(picker, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    wchar_t window_class[32] = {};
+    wchar_t text[64] = {};
+    GetClassNameW(child, window_class, 32);
+    SendMessageW(child, WM_GETTEXT, 64, reinterpret_cast<LPARAM>(text));
+    const bool label = text[0] == L'&' || window_class == L"Button"sv;
+    if (text[0] != 0 && !label) contents.append(contents.empty() ? L"" : L" ").append(text);
+  }
+  return contents;
+}
+
 class CustomersTest : public ::testing::Test {
  protected:
   // The answers of the three look-ups, the same early-bound and late-bound.
@@ -206,6 +220,7 @@ class CustomersTest : public ::testing::Test {
           dialog = FindWindowW(L"#32770", answer.title);
         }
         EXPECT_TRUE(dialog) << "no dialog";
+        contents_ = ContentsOf(dialog);
         PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(answer.button), 0);
         while (IsWindow(dialog)) Sleep(10);
       }
@@ -223,6 +238,7 @@ class CustomersTest : public ::testing::Test {
   static inline _Customers* to_release_ = nullptr;
 
   Bstr choice_;
+  std::wstring contents_;  // of the last window that WithUser worked
 
   ComPtr<IDispatch> object_ = CreateObject(L"ArdObjects100.Customers");
   ComPtr<_Customers> customers_ = As<_Customers>(object_.get());
@@ -249,21 +265,43 @@ TEST_F(CustomersTest, AnswersFromTheCompany) {
   EXPECT_EQ(customers_->GetName(nullptr, nullptr), E_POINTER);
 }
 
-// The names come from the type library.
 TEST_F(CustomersTest, TakesNamedArguments) {
   OpenDemoCompany();
-  ScopedVariant acc_ref = Variant(L"ACE001");
-  wchar_t member[] = L"getname";
-  wchar_t parameter[] = L"accref";
-  LPOLESTR names[] = {member, parameter};
-  DISPID ids[2] = {};
-  ASSERT_EQ(object_->GetIDsOfNames(IID_NULL, names, 2, LOCALE_NEUTRAL, ids), S_OK);
-  DISPPARAMS parameters = {&acc_ref, &ids[1], 1, 1};
-  ScopedVariant name;
-  ASSERT_EQ(object_->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &name,
-                            nullptr, nullptr),
-            S_OK);
-  EXPECT_EQ(TextOf(name), L"Ace Shopfitting Ltd");
+  std::vector<ScopedVariant> acc_ref;
+  acc_ref.push_back(Variant(L"ACE001"));
+  EXPECT_EQ(TextOf(late_.Call(L"getname", std::move(acc_ref), {L"accref"})),
+            L"Ace Shopfitting Ltd");
+}
+
+TEST_F(CustomersTest, TakesOptionalArgumentsByPositionAndByName) {
+  OpenDemoCompany();
+  const LateBound address(CreateObject(L"ArdObjects100.cDeliveryAddress"));
+  address.Put(L"ArdWorkspace", engine_.Ask(L"Workspace"), DISPATCH_PROPERTYPUTREF);
+  const struct {
+    std::vector<const wchar_t*> arguments;  // null for one that is left out; a digit is a Long
+    std::vector<const wchar_t*> names;      // of the last ones
+    const wchar_t* contents;
+  } cases[] = {
+      {{}, {}, L"Company"},
+      {{L"ADD001", L"Mine", L"1"}, {}, L"Sales ADD001 Mine"},
+      {{L"ADD001", nullptr, L"1"}, {}, L"Sales ADD001"},
+      {{nullptr, nullptr, L"2"}, {}, L"Purchase"},
+      {{L"2"}, {L"deltype"}, L"Purchase"},
+      {{L"1", L"Mine", L"ADD001"}, {L"DelType", L"AccName", L"AccRef"}, L"Sales ADD001 Mine"},
+      {{L"ADD001", L"1"}, {L"DelType"}, L"Sales ADD001"},
+  };
+  for (const auto& c : cases) {
+    std::vector<ScopedVariant> arguments;
+    for (const wchar_t* text : c.arguments) {
+      arguments.push_back(!text               ? LeftOut()
+                          : iswdigit(text[0]) ? Variant(std::wcstol(text, nullptr, 10))
+                                              : Variant(text));
+    }
+    WithUser({{L"Delivery Addresses", IDCANCEL}}, [&] {
+      EXPECT_EQ(address.Call(L"GetAddress", std::move(arguments), c.names).vt, VT_BOOL);
+    });
+    EXPECT_EQ(contents_, c.contents);
+  }
 }
 
 TEST_F(CustomersTest, WithoutAWorkspaceAnswersAreNeutral) {
