@@ -12,23 +12,28 @@ namespace ard::simulator {
 namespace {
 
 // What FindFirst and FindNext look for. Text is compared without regard to case and to the blanks
-// at its end; with a "*" at its end, any text that begins so matches. Other types compare by value.
+// at its end; other types by value. With a "*" at its end, any text, or number as text, that begins
+// so matches.
 class Criterion {
  public:
   Criterion(const Table& table, std::wstring_view field, const Value& value)
-      : table_(table), column_(table.columns().Require(field)) {
-    if (table.columns()[column_].type != ColumnType::kText) {
+      : table_(table),
+        column_(table.columns().Require(field)),
+        type_(table.columns()[column_].type),
+        text_(value.ToText()),
+        prefix_(text_.ends_with(L'*')) {
+    if (prefix_) {
+      text_.pop_back();
+    } else if (type_ == ColumnType::kText) {
+      text_.resize(WithoutPadding(text_).size());
+    } else {
       number_ = value.ToDouble();
-      return;
     }
-    text_ = value.ToText();
-    prefix_ = text_.ends_with(L'*');
-    text_.resize(prefix_ ? text_.size() - 1 : WithoutPadding(text_).size());
   }
 
   // The first record that matches after record `after`, 0 for the first of all; 0 when none does.
   std::int32_t Next(std::int32_t after) const {
-    if (InKeyOrder()) return NextInKeyOrder(after);
+    if (!table_.key().empty() && table_.key().front() == column_) return NextInKeyOrder(after);
     for (std::int32_t record = after + 1; record <= table_.size(); ++record) {
       if (Matches(record)) return record;
     }
@@ -36,35 +41,33 @@ class Criterion {
   }
 
  private:
-  bool InKeyOrder() const {
-    return !table_.key().empty() && table_.key().front() == column_ &&
-           table_.columns()[column_].type == ColumnType::kText;
-  }
-
-  // Matching keys follow one another, from the first that does not come before the text.
   std::int32_t NextInKeyOrder(std::int32_t after) const {
-    std::int32_t position = table_.LowerBound(text_);
-    if (after != 0) position = std::max(position, table_.PositionOf(after) + 1);
-    if (position > table_.size()) return 0;
-    const std::int32_t record = table_.RecordAt(position);
-    return Matches(record) ? record : 0;
+    std::int32_t position = after == 0 ? 1 : table_.PositionOf(after) + 1;
+    // Matching texts follow one another, from the first that does not come before the text.
+    const bool in_a_row = type_ == ColumnType::kText;
+    if (in_a_row) position = std::max(position, table_.LowerBound(text_));
+    for (; position <= table_.size(); ++position) {
+      const std::int32_t record = table_.RecordAt(position);
+      if (Matches(record)) return record;
+      if (in_a_row) break;
+    }
+    return 0;
   }
 
   bool Matches(std::int32_t record) const {
     Value cell = table_.Cell(record, column_);
-    const ColumnType type = table_.columns()[column_].type;
-    if (type == ColumnType::kText) {
-      const std::wstring text = std::move(cell).ToText();
-      return prefix_ ? StartsWithIgnoreCase(text, text_) : EqualsIgnoreCase(text, text_);
-    }
-    if (cell.is_empty()) cell = Blank(type);
-    return !cell.is_null() && cell.ToDouble() == number_;
+    if (cell.is_empty()) cell = Blank(type_);
+    if (cell.is_null()) return false;
+    if (!prefix_ && type_ != ColumnType::kText) return cell.ToDouble() == number_;
+    const std::wstring text = std::move(cell).ToText();
+    return prefix_ ? StartsWithIgnoreCase(text, text_) : EqualsIgnoreCase(text, text_);
   }
 
   const Table& table_;
   std::size_t column_;
+  ColumnType type_;
   std::wstring text_;
-  bool prefix_ = false;
+  bool prefix_;
   double number_ = 0;
 };
 

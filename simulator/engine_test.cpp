@@ -253,6 +253,7 @@ TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
       {L"NAME", L"*", L"D b C BA \u00E9 "},
       {L"BALANCE", L"1.50", L"D BA "},
       {L"BALANCE", 1.5, L"D BA "},
+      {L"BALANCE", L"1*", L"D BA "},
       {L"DELETED_FLAG", true, L"C "},
       {L"PRICE_LIST_REF", L"", L"D b C BA \u00E9 "},
   };

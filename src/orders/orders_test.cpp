@@ -111,6 +111,12 @@ TEST_F(OrdersTest, ListShowsEveryOrderAndFastListNoDeletedOne) {
   EXPECT_EQ(sales_.FastList(), L"3");
   EXPECT_EQ(listed_, L"Select Sales Order: S.Order No.|3\tC\t|12\tB\tBea");
   EXPECT_EQ(sales_.FastList(), L"");
+
+  environment_.Answer([](SelectDialog& dialog) {
+    dialog.KeyPress(L'1');  // numbers are looked for as text
+    dialog.Ok();
+  });
+  EXPECT_EQ(sales_.FastList(), L"12");
 }
 
 TEST_F(OrdersTest, AnEmptyFileHasOneRow) {
