@@ -1,17 +1,32 @@
 #!/usr/bin/env bash
 # A script host and the prompt are asked the same (tests/windows/answers.txt), every published member
 # and every dialog, and must answer the same, line by line, and leave the same behind: the DLL
-# late-bound on Windows and worked by keys, and the portable classes natively.
+# late-bound on Windows and worked by keys, and the portable classes natively. Started in a prepared
+# prefix and on its display.
 #
 #   answers_test.sh ARCHITECTURE
 set -euo pipefail
-# shellcheck source=tests/windows/script_suite.sh
-source "$(dirname "${BASH_SOURCE[0]}")/script_suite.sh" "$1"
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+# shellcheck source=tools/console.sh
+source tools/console.sh
+# shellcheck source=tools/wine.sh
+source tools/wine.sh
+# shellcheck source=tools/display.sh
+source tools/display.sh
+# shellcheck source=tools/drive.sh
+source tools/drive.sh
 
+ARCH="$1"
 SECONDS_ALLOWED=300
+FOLDER="$(mktemp -d "$BUILD/answers-$ARCH.XXXXXX")"
+trap 'rm -rf "$FOLDER"' EXIT
+wine_use "$WINEPREFIX"
+
 MEMBERS=tests/windows/published_members.inc
 PROMPT="$BUILD/native-debug/bin/ard_console"
 VB_SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Demo'
+INI="$WINEPREFIX/drive_c/windows/veltrix.ini"
+STATUS=0
 
 # The published members as "KIND CLASS.MEMBER TYPE", KIND being call, get or put.
 published() {
@@ -157,17 +172,24 @@ work_dialogs() {
 
 for side in prompt script; do
   mkdir "$FOLDER/$side"
-  fresh_stores "$side/company"
+  cp -r examples/company "$FOLDER/$side/company"
+  sqlite3 "$FOLDER/$side/company.db" <examples/host_database.sql
 done
 questions >"$FOLDER/questions.txt"
 check_members
 wine_run 30 reg delete "$VB_SETTINGS" /f >"$FOLDER/reg.txt" 2>&1 || true
-rm -f "$WINEPREFIX/drive_c/windows/veltrix.ini"
+rm -f "$INI"
 for_script >"$FOLDER/script.vbs"
 
 (cd "$FOLDER/prompt" && for_prompt | "$PROMPT" company company.db) >"$FOLDER/raw.txt" || true
 cd "$FOLDER/script"
-run_host "$FOLDER/script.vbs"
+wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/script.vbs" >"$FOLDER/output.txt" 2>&1 </dev/null &
+HOST=$!
+work_dialogs || {
+  STATUS=1
+  kill "$HOST" 2>/dev/null || true
+}
+wait "$HOST" || STATUS=1
 for side in prompt script; do
   sqlite3 "$FOLDER/$side/company.db" .dump >"$FOLDER/$side/company.sql"
   rm "$FOLDER/$side/company.db"
@@ -177,5 +199,9 @@ answers_of_prompt <"$FOLDER/raw.txt" >"$FOLDER/prompt.txt"
 tr -d '\r' <"$FOLDER/output.txt" | diff <(grep -v $'^\t' "$FOLDER/prompt.txt") - || STATUS=1
 diff <(grep $'^\t' "$FOLDER/prompt.txt") "$FOLDER/windows.txt" || STATUS=1
 diff -r "$FOLDER/prompt" "$FOLDER/script" || STATUS=1
+grep -q 'AddIn1=Host,.*,host.bmp,host.exe' "$INI" || {
+  say "no entry in the ini file"
+  STATUS=1
+}
 say "$(grep -c '^?' "$FOLDER/questions.txt") questions"
 exit "$STATUS"

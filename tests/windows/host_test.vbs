@@ -1,90 +1,59 @@
-' The library as a script host uses it, late-bound. Argument: the folder of the demo company.
+' What is a script host's own: its arrays and variables, its mistakes, and an engine in trouble.
+' That the members answer as they should is asked by tests/windows/answers_test.sh.
+' Argument: the folder of the demo company.
 Option Explicit
 
-Dim passed, failed
+Dim passed, failed, engine, folder
 passed = 0
 failed = 0
+folder = WScript.Arguments(0)
+Set engine = CreateObject("ArdSimulator.Engine")
+engine.Open folder
 
-Classes
-ContextProperties
-LookUps
+Values
+Outputs
 Mistakes
-
+Trouble
+Check "no file is left open", engine.OpenFiles, 0
+Check "no object is left", engine.LivingObjects, 0
 WScript.Echo passed & " passed, " & failed & " failed"
 If failed > 0 Then WScript.Quit 1
 
-Sub Classes
-  Dim name, created
-  For Each name In Array("CustomerRecord", "Messaging", "SupplierRecord", "General", "Products", _
-                         "Bank", "Customers", "Nominal", "PurchaseOrders", "SalesOrders", _
-                         "Suppliers", "cAccessRights", "cDeliveryAddress")
-    On Error Resume Next
-    created = IsObject(CreateObject("ArdObjects100." & name))
-    On Error GoTo 0
-    Check name & " can be created", created, True
-    created = False
-  Next
+Function Create(name)
+  Set Create = CreateObject("ArdObjects100." & name)
+  Set Create.ArdWorkspace = engine.Workspace
+End Function
+
+Sub Values
+  Dim customers, general, few(3)
+  Set customers = Create("Customers")
+  customers.AppName = 12.5
+  Check "a number becomes text", customers.AppName, CStr(12.5)
+  Check "an empty variable", customers.IsValid(Empty), False
+  Check "an expression", customers.GetName("ACE" & "001"), "Ace Shopfitting Ltd"
+  Check "a Boolean", TypeName(customers.IsValid("ACE001")), "Boolean"
+  Set general = Create("General")
+  general.oDBaseConn = customers
+  Check "an object without Set", general.oDBaseConn Is customers, True
+  few(0) = 5
+  general.GetCategories few
+  Check "elements of any type", few(3), "3   Sheet and Section"
 End Sub
 
-Sub ContextProperties
-  Dim general, first, second, long_text
-  Set general = CreateObject("ArdObjects100.General")
-  Set first = CreateObject("ArdObjects100.Bank")
-  Set second = CreateObject("ArdObjects100.Nominal")
-  Check "AppName starts empty", general.AppName, ""
-  Check "ArdEngine starts as Nothing", general.ArdEngine Is Nothing, True
-
-  general.AppName = "Manufacturing"
-  general.RegistryPath = "Software\" & Chr(0) & "x"
-  Set general.ArdWorkspace = first
-  Set general.ArdEngine = second
-  general.oDBaseConn = first
-  Check "AppName", general.AppName, "Manufacturing"
-  Check "RegistryPath", general.RegistryPath, "Software\" & Chr(0) & "x"
-  Check "ArdWorkspace is the object given", general.ArdWorkspace Is first, True
-  Check "ArdEngine is the object given", general.ArdEngine Is second, True
-  Check "oDBaseConn is the object given without Set", general.oDBaseConn Is first, True
-
-  general.AppName = 12.5
-  Check "a number becomes text", general.AppName, CStr(12.5)
-  long_text = String(1048576, "x")
-  general.AppName = long_text
-  Check "a long text", general.AppName = long_text, True
-  Set general.ArdWorkspace = Nothing
-  Check "Nothing", general.ArdWorkspace Is Nothing, True
-End Sub
-
-Sub LookUps
-  Dim engine, customers, accRef
-  Set engine = CreateObject("ArdSimulator.Engine")
-  Set customers = CreateObject("ArdObjects100.Customers")
-  Check "GetName without a workspace", customers.GetName("ACE001"), ""
-  Check "IsValid without a workspace", customers.IsValid("ACE001"), False
-
-  engine.Open WScript.Arguments(0)
-  Set customers.ArdWorkspace = engine.Workspace
-  accRef = "ACE001"
-  Check "IsValid", customers.IsValid(accRef), True
-  Check "IsValid is Boolean", TypeName(customers.IsValid(accRef)), "Boolean"
-  Check "GetName", customers.GetName(accRef), "Ace Shopfitting Ltd"
-  Check "GetName of an expression", customers.GetName("ACE" & "001"), "Ace Shopfitting Ltd"
-  Check "GetContact", customers.GetContact(accRef), "Derek Coombes"
-  Check "the argument is left alone", accRef, "ACE001"
-  Check "GetName of an unknown account", customers.GetName("ZZZ999"), ""
-  Check "IsValid of an empty variable", customers.IsValid(Empty), False
-  Check "no file is left open", engine.OpenFiles, 0
-  Check "no object is left", engine.LivingObjects, 0
-
-  engine.FailFrom 1, True
-  Check "GetName while the engine fails", customers.GetName(accRef), ""
-  Check "IsValid while the engine fails", customers.IsValid(accRef), False
-  engine.FailFrom 0, False
-  Check "GetName after that", customers.GetName(accRef), "Ace Shopfitting Ltd"
+Sub Outputs
+  Dim products, allocated, onOrder
+  Set products = Create("Products")
+  onOrder = 7
+  products.GetAllocOnOrder "NONE", 1, onOrder
+  Check "an output is left alone", onOrder, 7
+  products.GetAllocOnOrder "LOCK-CAM", allocated, onOrder
+  Check "or becomes what it is", TypeName(allocated) & allocated & onOrder, "Double110"
+  Check "Nothing", products.GetAveragePrice(Nothing), 0
 End Sub
 
 Sub Mistakes
   Dim customers
-  Set customers = CreateObject("ArdObjects100.Customers")
+  Set customers = Create("Customers")
   On Error Resume Next
   customers.GetName
   CheckError "too few arguments", 450
@@ -96,10 +65,23 @@ Sub Mistakes
   CheckError "an unknown member", 438
 End Sub
 
+Sub Trouble
+  Dim customers, general
+  Set customers = Create("Customers")
+  engine.FailFrom 1, True
+  Check "while the engine fails", customers.GetName("ACE001"), ""
+  engine.FailFrom 0, False
+  Check "after that", customers.GetName("ACE001"), "Ace Shopfitting Ltd"
+  Set general = Create("General")
+  engine.HoldExclusively True
+  Check "held exclusively", general.IsArdExclusive(folder), True
+  engine.HoldExclusively False
+  Check "let go", general.IsArdExclusive(folder), False
+End Sub
+
 Sub Check(what, found, expected)
   If found = expected Then
     passed = passed + 1
-    WScript.Echo "ok - " & what
   Else
     failed = failed + 1
     WScript.Echo "not ok - " & what & ": " & found & ", expected " & expected
