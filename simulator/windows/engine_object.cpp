@@ -1,11 +1,9 @@
 #include "simulator/windows/engine_object.h"
 
 #include <filesystem>
-#include <memory>
 #include <utility>
 
 #include "frame/error.h"
-#include "simulator/simulator.h"
 #include "simulator/windows/adapters.h"
 
 namespace ard::simulator {
@@ -88,6 +86,11 @@ constexpr Member<EngineTarget> kEngineMembers[] = {
 
 ComPtr<IDispatch> CreateEngineObject() {
   return Automation<EngineTarget>::Create(kEngineMembers, {});
+}
+
+ComPtr<IDispatch> CreateEngineObject(std::unique_ptr<Simulator> opened) {
+  return Automation<EngineTarget>::Create(kEngineMembers,
+                                          {std::make_unique<Session>(std::move(opened))});
 }
 
 }  // namespace ard::simulator

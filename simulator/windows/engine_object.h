@@ -2,6 +2,9 @@
 #ifndef ARD_SIMULATOR_WINDOWS_ENGINE_OBJECT_H_
 #define ARD_SIMULATOR_WINDOWS_ENGINE_OBJECT_H_
 
+#include <memory>
+
+#include "simulator/simulator.h"
 #include "simulator/windows/automation.h"
 
 namespace ard::simulator {
@@ -26,6 +29,8 @@ namespace ard::simulator {
 //   HoldExclusively(hold)    holds the company's "queue.dta" as a single-user copy of the accounts
 //                            program does, or lets go of it
 ComPtr<IDispatch> CreateEngineObject();
+// One whose company is open already.
+ComPtr<IDispatch> CreateEngineObject(std::unique_ptr<Simulator> opened);
 
 }  // namespace ard::simulator
 

@@ -1,5 +1,6 @@
 #include "testing/members.h"
 
+#include <algorithm>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -46,7 +47,7 @@ using settings::General;
 using users::AccessRights;
 using users::Messaging;
 
-using Answers = std::function<bool(const std::wstring&)>;
+using Answers = Member::Answers;
 
 Answers OneOf(std::set<std::wstring> answers) {
   return [answers = std::move(answers)](const std::wstring& answer) {
@@ -72,12 +73,7 @@ std::unique_ptr<Class> Create(const Context& context) {
   return object;
 }
 
-std::wstring Text(bool answer) { return answer ? L"True" : L"False"; }
-std::wstring Text(std::wstring answer) { return answer; }
-std::wstring Text(std::int32_t answer) { return std::to_wstring(answer); }
-std::wstring Text(std::int16_t answer) { return std::to_wstring(answer); }
-std::wstring Text(double answer) { return Value(answer).ToText(); }
-std::wstring Text(Date answer) { return Value(answer).ToText(); }
+std::wstring Text(const Value& answer) { return answer.ToText(); }
 
 // The outputs of a member.
 template <class First, class... More>
@@ -91,8 +87,6 @@ std::wstring Text(const std::tuple<First, More...>& outputs) {
       outputs);
 }
 
-using Binding = std::function<Call(const Context&)>;
-
 // Hands an answer over as text.
 void Give(std::wstring* take, auto&& answer) {
   if (take) *take = Text(std::move(answer));
@@ -100,24 +94,39 @@ void Give(std::wstring* take, auto&& answer) {
 
 // `Object` is told where the member is that of a base class.
 template <class Object = void, class Class, class Result, class... Parameters, class... Arguments>
-Binding Calls(Result (Class::*member)(Parameters...) const noexcept, Arguments... arguments) {
-  return [=](const Context& context) -> Call {
+Way Calls(Result (Class::*member)(Parameters...) const noexcept, Arguments... arguments) {
+  const auto bind = [=](const Context& context) -> Call {
     using Created = std::conditional_t<std::is_void_v<Object>, Class, Object>;
     return [=, object = std::shared_ptr<Created>(Create<Created>(context))](std::wstring* take) {
       Give(take, (object.get()->*member)(arguments...));
     };
   };
+  return {bind, {{arguments...}}};
 }
 
-// Calls a member with outputs or objects by hand.
+// Calls a member by hand, where a host does no more than to call it.
 template <class Class, class Action>
-Binding Does(Action action) {
-  return [=](const Context& context) -> Call {
+Way Natively(Action action) {
+  const auto bind = [=](const Context& context) -> Call {
     return [=, object = std::shared_ptr<Class>(Create<Class>(context))](std::wstring* take) {
       Give(take, action(*object, object->context()));
     };
   };
+  return {bind, std::nullopt};
 }
+
+// The same for a member with outputs or objects, and what a host passes to it.
+template <class Class, class Action>
+Way Does(Action action, std::vector<Argument> arguments) {
+  Way way = Natively<Class>(action);
+  way.arguments = std::move(arguments);
+  return way;
+}
+
+// The arguments of a host that are more than values.
+Argument Output(Value before) { return {Argument::Kind::kOutput, std::move(before)}; }
+Argument Texts(std::int32_t count) { return {Argument::Kind::kTexts, count}; }
+Argument StockRecord(const wchar_t* code) { return {Argument::Kind::kStockRecord, code}; }
 
 double AverageOf(const Products& products, const Context& context) {
   std::unique_ptr<engine::RecordObject> record;
@@ -433,7 +442,30 @@ Answers ManyOf(std::set<std::wstring> parts) {
   };
 }
 
+// The text before `separator`, which is taken off `text` along with it.
+std::wstring TakeUpTo(wchar_t separator, std::wstring_view& text) {
+  const std::size_t end = std::min(text.find(separator), text.size());
+  std::wstring part(text.substr(0, end));
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return part;
+}
+
 }  // namespace
+
+Member::Member(std::wstring_view the_name, Way way, ScriptedEnvironment::Script the_script,
+               Answers answers, bool effects)
+    : name(the_name),
+      class_name(TakeUpTo(L'.', the_name)),
+      member_name(TakeUpTo(L',', the_name)),
+      bind(std::move(way.bind)),
+      arguments(std::move(way.arguments)),
+      script(std::move(the_script)),
+      may_answer(std::move(answers)),
+      has_effects(effects) {
+  using Plain = void (*)(SelectDialog&);
+  const Plain* const plain = script.target<Plain>();
+  is_cancelled = plain && *plain == LookAndCancel;
+}
 
 const std::vector<Member>& Members() {
   const Answers yes_no = OneOf({L"True", L"False"});
@@ -445,6 +477,7 @@ const std::vector<Member>& Members() {
   const Answers supplier = SomeReference(L"SW");
   const Answers code = SomeReference(L"12");
   const Answers cost = OneOf({L"0", L"1", L"2", L"20"});
+  constexpr std::int16_t kNone = -1;
   const auto zero_or = [](std::wstring answer) { return OneOf({L"0", std::move(answer)}); };
   static const std::vector<Member> members = {
       {L"Customers.IsValid", Calls<Customers>(&Customers::IsValid, L"WORST"), nullptr, yes_no},
@@ -468,8 +501,8 @@ const std::vector<Member>& Members() {
       {L"Customers.GetDiscPercent, value",
        Calls(&Customers::GetDiscPercent, L"VALUE", L"BOLT", 10.0, 1.0), nullptr,
        OneOf({L"0", L"4"})},
-      {L"Customers.ShowDiscBDown", Does<Customers>(Breakdown), nullptr,
-       ManyOf({L"", L"5", L"8", L"2", L"20", L"15", L"13", L"12", L"18"}), true},
+      {L"Customers.ShowDiscBDown", Does<Customers>(Breakdown, {L"ABC001", L"BOLT", 10, 1, 20, 0}),
+       nullptr, ManyOf({L"", L"5", L"8", L"2", L"20", L"15", L"13", L"12", L"18"}), true},
 
       {L"Suppliers.IsValid", Calls<Suppliers>(&Suppliers::IsValid, L"WOOD"), nullptr, yes_no},
       {L"Suppliers.GetName", Calls<Suppliers>(&Suppliers::GetName, L"SUP001"), nullptr,
@@ -487,10 +520,11 @@ const std::vector<Member>& Members() {
       {L"Bank.List", Calls(&Bank::List, L"12*"), TryEveryRow, code},
       {L"Bank.List, cancelled", Calls(&Bank::List, L"?"), LookAndCancel, nothing},
 
-      {L"CustomerRecord.Read and all properties", Does<CustomerRecord>(ReadCustomer), nullptr,
-       PartsOf(L"True|ABC Ltd|Road 1||||Town|Yard 2||||City|0123|Ann|30|2.5|1|3|4000"), true},
-      {L"SupplierRecord.Read and all properties", Does<SupplierRecord>(ReadSupplier), nullptr,
-       PartsOf(L"True|Supply|Sue|5000|1|2"), true},
+      {L"CustomerRecord.Read, and all properties", Does<CustomerRecord>(ReadCustomer, {L"ABC001"}),
+       nullptr, PartsOf(L"True|ABC Ltd|Road 1||||Town|Yard 2||||City|0123|Ann|30|2.5|1|3|4000"),
+       true},
+      {L"SupplierRecord.Read, and all properties", Does<SupplierRecord>(ReadSupplier, {L"SUP001"}),
+       nullptr, PartsOf(L"True|Supply|Sue|5000|1|2"), true},
 
       {L"SalesOrders.GetAccName", Calls(&SalesOrders::GetAccName, 1), nullptr, SomeReference(L"F")},
       {L"SalesOrders.GetAccRef", Calls<SalesOrders>(&SalesOrders::GetAccRef, 1), nullptr,
@@ -509,15 +543,18 @@ const std::vector<Member>& Members() {
        SomeReference(L"7")},
       {L"PurchaseOrders.IsValid", Calls(&PurchaseOrders::IsValid, 7, true), nullptr, yes_no},
 
-      {L"General.GetCategories", Does<General>(Fills<4>(&General::GetCategories)), nullptr,
+      {L"General.GetCategories", Does<General>(Fills<4>(&General::GetCategories), {Texts(4)}),
+       nullptr,
        ManyOf({L"", L"0   Bolts", L"1   Bolts", L"2   Bolts", L"2   Nuts", L"3   Nuts",
                L"3   Bolts"})},
-      {L"General.GetDepartments", Does<General>(Fills<2>(&General::GetDepartments)), nullptr,
-       ManyOf({L"", L"0   Works", L"1   Works"})},
-      {L"General.GetDPSettings", Does<General>(Decimals), nullptr,
+      {L"General.GetDepartments", Does<General>(Fills<2>(&General::GetDepartments), {Texts(2)}),
+       nullptr, ManyOf({L"", L"0   Works", L"1   Works"})},
+      {L"General.GetDPSettings",
+       Does<General>(Decimals, {Output(kNone), Output(kNone), Output(L""), Output(L"")}), nullptr,
        OneOf({L"2,0,0.00,0.", L"4,4,0.0000,0.0000", L"-1,0,,0.", L"2,-1,0.00,", L"-1,-1,,",
               L"0,0,0.,0."})},
-      {L"General.GetTaxCodes", Does<General>(Fills<12>(&General::GetTaxCodes)), nullptr,
+      {L"General.GetTaxCodes", Does<General>(Fills<12>(&General::GetTaxCodes), {Texts(12)}),
+       nullptr,
        [](const std::wstring& answer) {
          std::wstring all;
          for (int n = 0; n < 12; ++n) {
@@ -531,14 +568,15 @@ const std::vector<Member>& Members() {
       {L"General.GetVatDesc", Calls(&General::GetVatDesc, std::int16_t{1}), nullptr,
        SomeReference(L"S")},
 
-      {L"cDeliveryAddress.GetAddress, every handler", Does<DeliveryAddress>(WorkTheAddresses),
+      {L"cDeliveryAddress.GetAddress, every handler", Does<DeliveryAddress>(WorkTheAddresses, {}),
        nullptr,
        [](const std::wstring& answer) {
          return answer == L"False" || answer == L"True" || answer == L"TrueABC001  ";
        },
        true},
-      {L"cDeliveryAddress.GetAddress and all properties", Does<DeliveryAddress>(PickAddress),
-       nullptr, PartsOf(L"True|SUP001|Gate 3||||Port|1|Sue|1|Works|s@x|02|Supply|R7|01"), true},
+      {L"cDeliveryAddress.GetAddress, and all properties",
+       Does<DeliveryAddress>(PickAddress, {L"SUP001", L"Name", 2}), nullptr,
+       PartsOf(L"True|SUP001|Gate 3||||Port|1|Sue|1|Works|s@x|02|Supply|R7|01"), true},
 
       {L"Products.IsValid", Calls(&Products::IsValid, L"BOLT"), nullptr, yes_no},
       {L"Products.GetDesc", Calls(&Products::GetDesc, L"BOLT"), nullptr, OneOf({L"", L"Bolt"})},
@@ -561,16 +599,20 @@ const std::vector<Member>& Members() {
        OneOf({L"1899-12-30", L"2023-03-15"})},
       {L"Products.IgnoreStock", Calls(&Products::IgnoreStock, L"NUT"), nullptr, yes_no},
       {L"Products.GetFreeStock", Calls(&Products::GetFreeStock, L"BOLT"), nullptr, zero_or(L"-2")},
-      {L"Products.GetAllocOnOrder", Does<Products>(AllocOnOrder), nullptr,
+      {L"Products.GetAllocOnOrder",
+       Does<Products>(AllocOnOrder, {L"BOLT", Output(-1.0), Output(-1.0)}), nullptr,
        OneOf({L"-1,-1", L"7,-1", L"-1,2.5", L"7,2.5"})},
-      {L"Products.GetSupplierOnOrder", Does<Products>(SupplierOnOrder), nullptr,
+      {L"Products.GetSupplierOnOrder",
+       Does<Products>(SupplierOnOrder, {L"BOLT", Output(L"-"), Output(-1.0), Output(-1.0)}),
+       nullptr,
        OneOf({L"-,-1,-1", L"SUP001,-1,-1", L"SUP001,2.5,-1", L"SUP001,-1,20", L"-,2.5,20",
               L"SUP001,2.5,20"})},
       {L"Products.IsMemberOfCategory",
        Calls(&Products::IsMemberOfCategory, L"BOLT", std::int16_t{7}), nullptr, yes_no},
       {L"Products.GetSellPrice", Calls(&Products::GetSellPrice, L"BOLT"), nullptr, zero_or(L"50")},
       {L"Products.GetCostPrice", Calls(&Products::GetCostPrice, L"BOLT", true), nullptr, cost},
-      {L"Products.GetAveragePrice", Does<Products>(AverageOf), nullptr, cost},
+      {L"Products.GetAveragePrice", Does<Products>(AverageOf, {StockRecord(L"BOLT")}), nullptr,
+       cost},
       {L"Products.GetSpecialPrice", Calls(&Products::GetSpecialPrice, L"BOLT", L"ABC001"), nullptr,
        OneOf({L"0", L"45", L"50"})},
       {L"Products.GetSupplierPrice", Calls(&Products::GetSupplierPrice, L"BOLT", L"SUP001"),
@@ -590,31 +632,36 @@ const std::vector<Member>& Members() {
       {L"Products.UpdateAllocQty", Calls(&Products::UpdateAllocQty, L"BOLT", -1.5), nullptr, yes_no,
        true},
 
-      {L"General.AddEntryToIniFile", Does<General>(AddToFullIniFile), nullptr, yes_no, true},
+      // A host's would stay in the machine's own file.
+      {L"General.AddEntryToIniFile", Natively<General>(AddToFullIniFile), nullptr, yes_no, true},
       {L"General.IsF12Hide", Calls(&General::IsF12Hide), nullptr, OneOf({L"False"})},
       {L"General.GetF11Program", Calls(&General::GetF11Program), nullptr, OneOf({L"CONTROL.EXE"})},
       {L"General.IsArdExclusive", Calls(&General::IsArdExclusive, L"C:\\Data"), nullptr, yes_no},
-      {L"General.CreateAccountsShortcut", Does<General>(WriteShortcut), nullptr,
+      {L"General.CreateAccountsShortcut",
+       Does<General>(WriteShortcut, {0, L"C:\\Accounts", L"C:\\Host"}), nullptr,
        OneOf({L"", L"C:\\Host\\RunAccounts.lnk"}), true},
       {L"General.GetNumActiveUsers", Calls(&General::GetNumActiveUsers), nullptr,
        OneOf({L"0", L"1", L"2", L"3"})},
-      {L"General.GetNumActiveUsersInclDet", Does<General>(FirstOther), nullptr,
+      {L"General.GetNumActiveUsersInclDet",
+       Does<General>(FirstOther, {Output(L"ANN"), Output(L"-")}), nullptr,
        OneOf({L"0,ANN,-", L"1,ANN,-", L"1,BOB,", L"1,BOB,PC2", L"2,BOB,", L"2,BOB,PC2"})},
-      {L"frmUserList", Does<General>(WorkTheUserList), nullptr, nothing, true},
-      {L"Messaging.CheckForLogon, frmUserDetails", Does<Messaging>(LogOnByDialog), nullptr, yes_no,
-       true},
-      {L"Messaging.CheckForLogon, Windows account", Does<Messaging>(LogOnByWindows), nullptr,
+      {L"General.ShowUserList, every handler", Does<General>(WorkTheUserList, {true}), nullptr,
+       nothing, true},
+      {L"Messaging.CheckForLogon, frmUserDetails", Does<Messaging>(LogOnByDialog, {}), nullptr,
        yes_no, true},
-      {L"Messaging.CheckForLogon, frmCompanyPassword", Does<WithoutUsers>(LogOnByCompanyPassword),
+      {L"Messaging.CheckForLogon, Windows account", Does<Messaging>(LogOnByWindows, {true}),
        nullptr, yes_no, true},
-      // Nobody but Ann, whatever fails.
-      {L"Messaging.LogonUser", Does<Messaging>(LogOn), nullptr, OneOf({L"ynn", L"nnn"}), true},
+      {L"Messaging.CheckForLogon, frmCompanyPassword",
+       Natively<WithoutUsers>(LogOnByCompanyPassword), nullptr, yes_no, true},
+      // Nobody but Ann, whatever fails. A host asks only for her.
+      {L"Messaging.LogonUser", Does<Messaging>(LogOn, {L"ANN", L"x"}), nullptr,
+       OneOf({L"ynn", L"nnn", L"True", L"False"}), true},
       {L"Messaging.LogoffUser", Calls(&Messaging::LogoffUser), nullptr, OneOf({L"True"})},
       {L"Messaging.PoAccess, denied", Calls(&Messaging::PoAccess, L"EVE"), nullptr,
        OneOf({L"False"})},
       {L"Messaging.PoAccess", Calls(&Messaging::PoAccess, L"ANN"), nullptr, yes_no},
-      {L"cAccessRights.IsUserAllowedAccess", Does<AccessRights>(MayOpen), nullptr,
-       OneOf({L"False"})},
+      {L"cAccessRights.IsUserAllowedAccess", Does<AccessRights>(MayOpen, {L"EVE", 3, true}),
+       nullptr, OneOf({L"False"})},
       {L"cAccessRights.AddUser", Calls(&AccessRights::AddUser, L"NEW"), nullptr, yes_no, true},
       {L"cAccessRights.IsValid", Calls(&AccessRights::IsValid, L"Odd"), nullptr, yes_no},
       {L"cAccessRights.List", Calls(&AccessRights::List), Confirm, SomeReference(L"AEO")},
@@ -740,19 +787,22 @@ std::unique_ptr<simulator::Simulator> MembersCompany() {
   return company.Build();
 }
 
-std::shared_ptr<host_database::OdbcConnection> MembersDatabase() {
-  const auto database =
-      std::make_shared<host_database::OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
-  database->Execute(
-      L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30), Description VARCHAR(60))");
-  for (const wchar_t* row : {L"'BOLT', 'Best'", L"'NUT', 'Better'", L"'NAIL', 'Brass'"}) {
-    database->Execute(L"INSERT INTO ProdInfoStockFields VALUES (" + std::wstring(row) + L")");
-  }
-  database->Execute(L"CREATE TABLE AccessRights (ID INTEGER, UserName VARCHAR(30))");
-  database->Execute(L"INSERT INTO AccessRights VALUES (1, 'ANN')");
-  database->Execute(
+const std::vector<std::wstring>& MembersDatabaseCommands() {
+  static const std::vector<std::wstring> commands = {
+      L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30), Description VARCHAR(60))",
+      L"INSERT INTO ProdInfoStockFields VALUES ('BOLT', 'Best')",
+      L"INSERT INTO ProdInfoStockFields VALUES ('NUT', 'Better')",
+      L"INSERT INTO ProdInfoStockFields VALUES ('NAIL', 'Brass')",
+      L"CREATE TABLE AccessRights (ID INTEGER, UserName VARCHAR(30))",
+      L"INSERT INTO AccessRights VALUES (1, 'ANN')",
       L"CREATE TABLE CurrentUsers (ID INTEGER, Product VARCHAR(30), UserName VARCHAR(30), "
-      L"UniqueID VARCHAR(30))");
+      L"UniqueID VARCHAR(30))"};
+  return commands;
+}
+
+std::shared_ptr<host_database::OdbcConnection> MembersDatabase() {
+  const auto database = std::make_shared<host_database::OdbcConnection>(kMembersConnection);
+  for (const std::wstring& command : MembersDatabaseCommands()) database->Execute(command);
   return database;
 }
 

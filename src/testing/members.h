@@ -4,12 +4,17 @@
 #ifndef ARD_TESTING_MEMBERS_H_
 #define ARD_TESTING_MEMBERS_H_
 
+#include <concepts>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "frame/context.h"
+#include "frame/value.h"
 #include "host_database/odbc_connection.h"
 #include "simulator/simulator.h"
 #include "testing/scripted_environment.h"
@@ -19,14 +24,48 @@ namespace ard::testing {
 // A member of one object, ready to be called as often as one likes. `take` gets its answers.
 using Call = std::function<void(std::wstring* take)>;
 
-struct Member {
-  std::wstring name;  // "Customers.GetName", or the form and how the user goes about it
+// What a host passes for one parameter.
+struct Argument {
+  enum class Kind {
+    kValue,
+    kOutput,       // a variable that holds `value` before the call
+    kTexts,        // an array of so many empty texts, from index 0
+    kStockRecord,  // the engine's record of that product
+  };
+
+  Argument(Kind what, Value with) : kind(what), value(std::move(with)) {}
+  template <std::convertible_to<Value> T>
+  Argument(const T& plain) : value(plain) {}
+
+  Kind kind = Kind::kValue;
+  Value value;
+};
+
+// How a member is called: natively, and by a host.
+struct Way {
   // Makes an object with this context, and binds the member to it. A call gives its answer as text
   // to `take`; with none, nothing is done but to call.
   std::function<Call(const Context&)> bind;
-  ScriptedEnvironment::Script script = nullptr;  // answers the dialog
-  // Whether the member may give this answer when some of its steps fail.
-  std::function<bool(const std::wstring&)> may_answer;
+  // None when the row goes beyond what a host can do.
+  std::optional<std::vector<Argument>> arguments;
+};
+
+struct Member {
+  using Answers = std::function<bool(const std::wstring&)>;
+
+  Member(std::wstring_view name, Way way, ScriptedEnvironment::Script script, Answers may_answer,
+         bool has_effects = false);
+
+  std::wstring name;  // "Customers.GetName"; how the user goes about it may follow, after a comma
+  std::wstring class_name;   // "Customers"
+  std::wstring member_name;  // "GetName"
+  std::function<Call(const Context&)> bind;
+  std::optional<std::vector<Argument>> arguments;
+  ScriptedEnvironment::Script script;  // answers the dialog
+  bool is_cancelled = false;           // the script does not confirm it
+  // Whether the member may give this answer when some of its steps fail. To a host it answers with
+  // its result and its outputs, with commas between them.
+  Answers may_answer;
   // It writes, or answers its dialogs itself: it cannot be called again and again.
   bool has_effects = false;
 };
@@ -35,8 +74,10 @@ const std::vector<Member>& Members();
 
 // The company that the members are called on: small, with something of everything.
 std::unique_ptr<simulator::Simulator> MembersCompany();
-// The host's database that goes with it.
+// The host's database that goes with it, and what it is made with.
 std::shared_ptr<host_database::OdbcConnection> MembersDatabase();
+inline constexpr wchar_t kMembersConnection[] = L"Driver=SQLite3;Database=:memory:";
+const std::vector<std::wstring>& MembersDatabaseCommands();
 
 // Whether the description of some member names this message.
 bool IsKnownMessage(const Message& message);
