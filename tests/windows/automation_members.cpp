@@ -51,6 +51,19 @@ ScopedVariant StockRecord(const LateBound& workspace, const std::wstring& code) 
   return Variant(record.get());
 }
 
+// A folder of accounts data that nobody holds exclusively. Its queue goes when the process ends.
+std::wstring DataFolder() {
+  static const std::wstring folder = [] {
+    wchar_t path[MAX_PATH + 1] = {};
+    GetTempPathW(ARRAYSIZE(path), path);
+    CreateFileW((std::wstring(path) + L"queue.dta").c_str(), GENERIC_READ,
+                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    return std::wstring(path);
+  }();
+  return folder;
+}
+
 // An argument that refers to a variable of the host's.
 ScopedVariant Reference(VARIANT& variable) {
   ScopedVariant reference;
@@ -92,6 +105,8 @@ LateBound MembersWorld::Create(const std::wstring& class_name) const {
   object.Put(L"ArdWorkspace", Variant(workspace_.get()), DISPATCH_PROPERTYPUTREF);
   object.Put(L"ArdEngine", Variant(engine_.get()), DISPATCH_PROPERTYPUTREF);
   object.Put(L"oDBaseConn", Variant(connection_.get()), DISPATCH_PROPERTYPUTREF);
+  object.Put(L"ArdDataPath", Variant(DataFolder()));
+  object.Put(L"UseAccRights", ToVariant(true));
   return object;
 }
 
