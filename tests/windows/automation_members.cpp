@@ -15,10 +15,10 @@ void Require(HRESULT status, const std::wstring& what) {
   if (FAILED(status)) throw Error(status, what);
 }
 
-LateBound Registered(const std::wstring& prog_id) {
+ComPtr<IDispatch> Registered(const std::wstring& prog_id) {
   ComPtr<IDispatch> object = CreateObject(prog_id);
   if (!object) throw Error(REGDB_E_CLASSNOTREG, prog_id);
-  return LateBound(std::move(object));
+  return object;
 }
 
 // The result of a member that must not fail.
@@ -88,10 +88,10 @@ std::wstring TextOf(const VARIANT& variant) {
 
 }  // namespace
 
-MembersWorld::MembersWorld()
-    : engine_(simulator::CreateEngineObject(ard::testing::MembersCompany())),
-      connection_(Registered(L"ADODB.Connection")),
-      workspace_(ToDispatch(engine_.Ask(L"Workspace"))) {
+MembersWorld::MembersWorld(const Wrap& wrap)
+    : engine_(wrap(simulator::CreateEngineObject(ard::testing::MembersCompany()))),
+      connection_(wrap(Registered(L"ADODB.Connection"))),
+      workspace_(wrap(ToDispatch(engine_.Ask(L"Workspace")))) {
   Asked(connection_, L"Open", ard::testing::kMembersConnection);
   for (const std::wstring& command : ard::testing::MembersDatabaseCommands()) {
     Asked(connection_, L"Execute", command.c_str());
@@ -99,7 +99,7 @@ MembersWorld::MembersWorld()
 }
 
 LateBound MembersWorld::Create(const std::wstring& class_name) const {
-  LateBound object = Registered(L"ArdObjects100." + class_name);
+  LateBound object(Registered(L"ArdObjects100." + class_name));
   // No class has all of these.
   object.Put(L"AppName", Variant(L"Manufacturing"));
   object.Put(L"ArdWorkspace", Variant(workspace_.get()), DISPATCH_PROPERTYPUTREF);

@@ -5,6 +5,7 @@
 
 #include "tests/windows/host.h"
 // After windows.h.
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,11 @@ namespace ard::windows::testing {
 // A fresh company and a fresh database, and what they count and fail on request.
 class MembersWorld {
  public:
+  // What stands for an object of the world wherever it is passed on.
+  using Wrap = std::function<ComPtr<IDispatch>(ComPtr<IDispatch>)>;
+
   // Throws Error when a class is not registered, or the database cannot be made.
-  MembersWorld();
+  explicit MembersWorld(const Wrap& wrap = std::identity());
 
   // A new object of that class with all that the world has for it. Throws Error when it cannot be
   // created.
