@@ -16,9 +16,9 @@
 #include <vector>
 
 #include "dialogs/select_dialog.h"
+#include "frame/text.h"
 #include "tests/windows/dialog_view.h"
-#include "tests/windows/window_driver.h"
-#include "windows/machine/windows_environment.h"
+#include "tests/windows/window_test.h"
 
 namespace ard::windows {
 namespace {
@@ -27,16 +27,10 @@ using dialogs::Row;
 using testing::Click;
 using testing::Drag;
 using testing::Eventually;
-using testing::Host;
-using testing::Ink;
-using testing::InkOf;
 using testing::MiddleOf;
-using testing::Press;
-using testing::PressAll;
 using testing::RectOf;
 using testing::SizeOf;
 using testing::TurnWheel;
-using testing::Type;
 using testing::View;
 
 constexpr wchar_t kTitle[] = L"Select Customer";
@@ -89,18 +83,19 @@ class LedgerDialog : public Ledger, public dialogs::SelectDialog {
   bool Accepts(const Row&) override { return accepts; }
 };
 
-class DialogTest : public ::testing::Test {
+class DialogTest : public testing::WindowTest {
  protected:
   template <class Act>
   void Show(LedgerDialog& dialog, Act act) {
-    host_.Drive(
-        kTitle, [&] { environment_.Show(dialog); }, [&](HWND w) { act(View(w)); });
-    EXPECT_FALSE(dialog.visible());
+    WindowTest::Show(kTitle, dialog, [&](HWND window) { act(View(window)); });
     EXPECT_EQ(dialog.repeated, 0);
   }
-
-  Host host_;
-  WindowsEnvironment environment_{GetModuleHandleW(nullptr)};
+  // In circumstances of its own: the host is left as it is.
+  void ShowAsIs(LedgerDialog& dialog, const std::function<void()>& act) {
+    host_.Drive(
+        kTitle, [&] { environment_.Show(dialog); }, [&](HWND) { act(); });
+    EXPECT_FALSE(dialog.visible());
+  }
 };
 
 TEST_F(DialogTest, OpensWithOnePageOfALongList) {
@@ -119,9 +114,7 @@ TEST_F(DialogTest, OpensWithOnePageOfALongList) {
     EXPECT_EQ(scroll.nPos, 1);
     EXPECT_EQ(static_cast<int>(scroll.nPage), dialog.last);
     EXPECT_FALSE(GetWindowLongW(view.list, GWL_STYLE) & (WS_VSCROLL | WS_HSCROLL));
-    HWND focus = nullptr;
-    host_.Ask([&] { focus = GetFocus(); });
-    EXPECT_EQ(focus, view.list);
+    EXPECT_EQ(FocusWindow(), view.list);
     // Centred on its owner.
     EXPECT_NEAR(MiddleOf(view.dialog).x, MiddleOf(host_.window()).x, 2);
     EXPECT_NEAR(MiddleOf(view.dialog).y, MiddleOf(host_.window()).y, 2);
@@ -133,29 +126,28 @@ TEST_F(DialogTest, KeysMoveAndPageOneReadAtATime) {
   dialog.has_gaps = false;
   Show(dialog, [&](const View& view) {
     const int page = dialog.last;
-    struct Step {
-      WORD key;
+    const struct {
+      const wchar_t* key;
       std::int32_t selected;
       int pages;  // read for it
-    };
-    const Step steps[] = {{VK_DOWN, 2, 0},
-                          {VK_UP, 1, 0},
-                          {VK_UP, 1, 0},
-                          {VK_NEXT, page, 0},
-                          {VK_NEXT, 2 * page, 1},
-                          {VK_DOWN, 2 * page + 1, 1},
-                          {VK_END, kMany, 1},
-                          {VK_DOWN, kMany, 0},
-                          {VK_PRIOR, kMany - page + 1, 0},
-                          {VK_PRIOR, kMany - 2 * page + 1, 1},
-                          {VK_UP, kMany - 2 * page, 1},
-                          {VK_HOME, 1, 1}};
-    for (const Step& step : steps) {
+    } steps[] = {{L"{Down}", 2, 0},
+                 {L"{Up}", 1, 0},
+                 {L"{Up}", 1, 0},
+                 {L"{PgDn}", page, 0},
+                 {L"{PgDn}", 2 * page, 1},
+                 {L"{Down}", 2 * page + 1, 1},
+                 {L"{End}", kMany, 1},
+                 {L"{Down}", kMany, 0},
+                 {L"{PgUp}", kMany - page + 1, 0},
+                 {L"{PgUp}", kMany - 2 * page + 1, 1},
+                 {L"{Up}", kMany - 2 * page, 1},
+                 {L"{Home}", 1, 1}};
+    for (const auto& step : steps) {
+      SCOPED_TRACE(ToUtf8(step.key));
       const int before = dialog.pages;
-      Press({step.key});
-      ASSERT_TRUE(host_.Settle());
-      EXPECT_EQ(view.Selected(), std::to_wstring(step.selected)) << "key " << step.key;
-      EXPECT_EQ(dialog.pages - before, step.pages) << "key " << step.key;
+      Keys(step.key);
+      EXPECT_EQ(view.Selected(), std::to_wstring(step.selected));
+      EXPECT_EQ(dialog.pages - before, step.pages);
     }
   });
 }
@@ -163,51 +155,35 @@ TEST_F(DialogTest, KeysMoveAndPageOneReadAtATime) {
 TEST_F(DialogTest, CharactersGoToTheModel) {
   LedgerDialog dialog(kMany);
   Show(dialog, [&](const View& view) {
-    Type(L"é*");
-    Press({'9'});
-    Press({VK_SPACE});
-    Press({VK_CONTROL, 'A'});
-    Press({VK_BACK});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"é*{9}{Space}{Ctrl+A}{Back}");
     EXPECT_EQ(dialog.typed, L"é*9 ");
     EXPECT_EQ(view.Selected(), L"900");
     EXPECT_EQ(dialog.pages, 2);
-    // A deleted entry: nothing is selected, and the focus stays where keys are heard.
     EXPECT_TRUE(IsWindowEnabled(view.ok));
-    Press({'7'});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{7}");  // deleted: nothing is selected, and the focus stays where keys are heard
     EXPECT_EQ(view.Selected(), L"");
     EXPECT_FALSE(IsWindowEnabled(view.ok));
-    Press({'3'});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{3}");
     EXPECT_EQ(view.Selected(), L"300");
     EXPECT_TRUE(IsWindowEnabled(view.ok));
   });
 }
 
 TEST_F(DialogTest, EveryWayOutEndsAsItShould) {
-  struct Ending {
+  const auto keys = [](const wchar_t* text) { return [=](const View&) { testing::Keys(text); }; };
+  const struct {
     const char* name;
     bool result;
     std::function<void(const View&)> act;
-  };
-  const Ending endings[] = {
-      {"Enter", true, [](const View&) { Press({VK_RETURN}); }},
-      {"Enter on OK", true, [](const View&) { Press({VK_TAB}), Press({VK_RETURN}); }},
-      {"blank on OK", true, [](const View&) { Press({VK_TAB}), Press({VK_SPACE}); }},
-      {"Enter on Cancel", false,
-       [](const View&) { Press({VK_TAB}), Press({VK_TAB}), Press({VK_RETURN}); }},
-      {"back in the list", true,
-       [](const View&) { Press({VK_TAB}), Press({VK_TAB}), Press({VK_TAB}), Press({VK_RETURN}); }},
-      {"Cancel by going backwards", false,
-       [](const View&) {
-         Press({VK_SHIFT, VK_TAB}), Press({VK_SPACE});
-       }},
-      {"Esc", false, [](const View&) { Press({VK_ESCAPE}); }},
-      {"Alt+F4", false,
-       [](const View&) {
-         Press({VK_MENU, VK_F4});
-       }},
+  } endings[] = {
+      {"Enter", true, keys(L"{Enter}")},
+      {"Enter on OK", true, keys(L"{Tab}{Enter}")},
+      {"blank on OK", true, keys(L"{Tab}{Space}")},
+      {"Enter on Cancel", false, keys(L"{Tab}{Tab}{Enter}")},
+      {"back in the list", true, keys(L"{Tab}{Tab}{Tab}{Enter}")},
+      {"Cancel by going backwards", false, keys(L"{Shift+Tab}{Space}")},
+      {"Esc", false, keys(L"{Esc}")},
+      {"Alt+F4", false, keys(L"{Alt+F4}")},
       {"double-click", true, [](const View& v) { Click(v.RowPoint(2), 2); }},
       {"click on OK", true, [](const View& v) { Click(MiddleOf(v.ok)); }},
       {"click on Cancel", false, [](const View& v) { Click(MiddleOf(v.cancel)); }},
@@ -216,32 +192,29 @@ TEST_F(DialogTest, EveryWayOutEndsAsItShould) {
       {"closed by another thread", false,
        [](const View& v) { SendMessageW(v.dialog, WM_CLOSE, 0, 0); }},
   };
-  for (const Ending& ending : endings) {
+  for (const auto& ending : endings) {
     SCOPED_TRACE(ending.name);
-    host_.Activate();
     LedgerDialog dialog(kMany);
     Show(dialog, [&](const View& view) {
       EXPECT_FALSE(IsWindowEnabled(host_.window()));
       ending.act(view);
-      EXPECT_TRUE(Eventually([&] { return !IsWindow(view.dialog); }));
+      ExpectClosed(view.dialog);
     });
     EXPECT_EQ(dialog.result(), ending.result);
     EXPECT_EQ(dialog.pages, 1);
-    EXPECT_TRUE(IsWindowEnabled(host_.window()));
-    EXPECT_TRUE(host_.focus_returned());
   }
 }
 
 TEST_F(DialogTest, EndsWhenItsThreadQuitsOrItsOwnerGoes) {
   LedgerDialog quit(kMany);
-  Show(quit, [&](const View&) { host_.Ask([] { PostQuitMessage(5); }); });
+  ShowAsIs(quit, [&] { host_.Ask([] { PostQuitMessage(5); }); });
   EXPECT_FALSE(quit.result());
   MSG message = {};
   EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0)) << "the host's own loop must end, too";
   EXPECT_EQ(message.wParam, 5U);
 
   LedgerDialog orphan(kMany);
-  Show(orphan, [&](const View&) { host_.Ask([&] { DestroyWindow(host_.window()); }); });
+  ShowAsIs(orphan, [&] { host_.Ask([&] { DestroyWindow(host_.window()); }); });
   EXPECT_FALSE(orphan.result());
 }
 
@@ -250,15 +223,13 @@ TEST_F(DialogTest, WithoutARowThereIsNoOk) {
   Show(dialog, [&](const View& view) {
     EXPECT_EQ(view.rows(), 0);
     EXPECT_FALSE(IsWindowEnabled(view.ok));
-    PressAll({VK_DOWN, VK_UP, VK_NEXT, VK_PRIOR, VK_END, VK_HOME, VK_RETURN});
-    Click(MiddleOf(view.list), 2);
+    Keys(L"{Down}{Up}{PgDn}{PgUp}{End}{Home}{Enter}");
     TurnWheel(MiddleOf(view.list), -WHEEL_DELTA);
-    ASSERT_TRUE(host_.Settle());
+    ClickOn(MiddleOf(view.list), 2);
     EXPECT_TRUE(IsWindowVisible(view.dialog));
     EXPECT_EQ(dialog.pages, 0);
-    Press({VK_TAB});
-    Press({VK_SPACE});
-    EXPECT_TRUE(Eventually([&] { return !IsWindow(view.dialog); })) << "Cancel is next to the list";
+    Keys(L"{Tab}{Space}");  // Cancel is next to the list
+    ExpectClosed(view.dialog);
   });
   EXPECT_FALSE(dialog.result());
 }
@@ -267,10 +238,9 @@ TEST_F(DialogTest, RefusedRowKeepsTheDialogOpen) {
   LedgerDialog dialog(kMany);
   dialog.accepts = false;
   Show(dialog, [&](const View& view) {
-    Press({VK_RETURN});
-    Click(MiddleOf(view.ok));
-    Click(view.RowPoint(3), 2);
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Enter}");
+    ClickOn(MiddleOf(view.ok));
+    ClickOn(view.RowPoint(3), 2);
     EXPECT_TRUE(IsWindowVisible(view.dialog));
   });
   EXPECT_FALSE(dialog.result());
@@ -279,21 +249,15 @@ TEST_F(DialogTest, RefusedRowKeepsTheDialogOpen) {
 TEST_F(DialogTest, ClickSelectsAndBlankSpaceDoesNot) {
   LedgerDialog dialog(5);
   Show(dialog, [&](const View& view) {
-    Click(view.RowPoint(3));
-    ASSERT_TRUE(host_.Settle());
+    ClickOn(view.RowPoint(3));
     EXPECT_EQ(view.Selected(), L"4");
-    Click(view.RowPoint(8));
-    ASSERT_TRUE(host_.Settle());
+    ClickOn(view.RowPoint(8));
     EXPECT_EQ(view.Selected(), L"4");
-    Press({VK_UP});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Up}");
     EXPECT_EQ(view.Selected(), L"3");
-    // As assistive technology does it.
-    LVITEMW state = {};
-    state.state = state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageW(view.list, LVM_SETITEMSTATE, 1, reinterpret_cast<LPARAM>(&state));
+    view.SetState(1, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     EXPECT_EQ(view.Selected(), L"2");
-    Press({VK_RETURN});
+    Keys(L"{Enter}");
   });
   EXPECT_TRUE(dialog.result());
   EXPECT_EQ(dialog.list().selected()->position, 2);
@@ -306,19 +270,18 @@ TEST_F(DialogTest, WheelScrollsByTheSystemsLines) {
   Show(dialog, [&](const View& view) {
     const auto step = static_cast<int>(lines);
     const int page = dialog.last;
-    struct Turn {
+    const struct {
       int delta;
       int top;
       int pages;
-    };
-    const Turn turns[] = {{-WHEEL_DELTA, 1 + step, 2},
-                          // A finer wheel: its turns add up.
-                          {-WHEEL_DELTA / 6, 1 + step, 2},
-                          {-WHEEL_DELTA / 6, 2 + step, 3},
-                          {2 * WHEEL_DELTA, 1, 4},
-                          {WHEEL_DELTA, 1, 4},
-                          {-100 * WHEEL_DELTA, 1 + 100 * step, 5}};
-    for (const Turn& turn : turns) {
+    } turns[] = {{-WHEEL_DELTA, 1 + step, 2},
+                 // A finer wheel: its turns add up.
+                 {-WHEEL_DELTA / 6, 1 + step, 2},
+                 {-WHEEL_DELTA / 6, 2 + step, 3},
+                 {2 * WHEEL_DELTA, 1, 4},
+                 {WHEEL_DELTA, 1, 4},
+                 {-100 * WHEEL_DELTA, 1 + 100 * step, 5}};
+    for (const auto& turn : turns) {
       TurnWheel(MiddleOf(view.list), turn.delta);
       ASSERT_TRUE(host_.Settle());
       EXPECT_EQ(view.Scroll().nPos, turn.top);
@@ -327,7 +290,7 @@ TEST_F(DialogTest, WheelScrollsByTheSystemsLines) {
     EXPECT_EQ(view.Selected(), L"") << "it has scrolled out of view";
     EXPECT_TRUE(IsWindowEnabled(view.ok));
     // From a button with the focus, too.
-    Press({VK_TAB});
+    Keys(L"{Tab}");
     TurnWheel(MiddleOf(view.ok), -WHEEL_DELTA);
     ASSERT_TRUE(host_.Settle());
     EXPECT_EQ(view.Scroll().nPos, 1 + 101 * step);
@@ -351,13 +314,12 @@ TEST_F(DialogTest, ScrollBarReachesEveryRow) {
     const POINT below_thumb = {x, down.y - arrow};
     const POINT thumb = {x, bar.rcScrollBar.top + (bar.xyThumbTop + bar.xyThumbBottom) / 2};
 
-    struct Step {
+    const struct {
       const char* name;
       std::function<void()> act;
       std::int32_t top;
       bool one_page;
-    };
-    const Step steps[] = {
+    } steps[] = {
         {"arrow", [&] { Click(down); }, 2, true},
         {"below the thumb", [&] { Click(below_thumb); }, 2 + page, true},
         {"arrow up", [&] { Click(up); }, 1 + page, true},
@@ -368,7 +330,7 @@ TEST_F(DialogTest, ScrollBarReachesEveryRow) {
         {"bottom", [&] { PostMessageW(view.frame, WM_VSCROLL, SB_BOTTOM, 0); }, kMany - page + 1,
          true},
     };
-    for (const Step& step : steps) {
+    for (const auto& step : steps) {
       SCOPED_TRACE(step.name);
       const int before = dialog.pages;
       step.act();
@@ -379,7 +341,7 @@ TEST_F(DialogTest, ScrollBarReachesEveryRow) {
       EXPECT_TRUE(!step.one_page || dialog.pages - before == 1) << dialog.pages - before;
     }
     // The selection has stayed where it was.
-    Press({VK_RETURN});
+    Keys(L"{Enter}");
   });
   EXPECT_TRUE(dialog.result());
   EXPECT_EQ(dialog.list().selected()->position, 1);
@@ -402,8 +364,7 @@ TEST_F(DialogTest, ResizingShowsMoreOrFewerRows) {
     };
     const std::vector<LONG> at_first = distances();
     const auto resize = [&](LONG width, LONG tall) {
-      SetWindowPos(view.dialog, nullptr, 0, 0, static_cast<int>(width), static_cast<int>(tall),
-                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+      testing::Resize(view.dialog, {width, tall});
       EXPECT_TRUE(host_.Settle());
       EXPECT_EQ(distances(), at_first);
       EXPECT_FALSE(GetWindowLongW(view.list, GWL_STYLE) & WS_VSCROLL);
@@ -447,28 +408,17 @@ TEST_F(DialogTest, RedRowsAreRedAndStayReadable) {
   constexpr int kEnough = 60;
   LedgerDialog dialog(kMany);
   Show(dialog, [&](const View& view) {
-    ASSERT_TRUE(Eventually([&] {
-      Ink drawn;
-      host_.Ask([&] { drawn = InkOf(view, kBlackRow); });
-      return drawn.any > kEnough;
-    }));
-    Ink black, red, selected, unfocused;
-    host_.Ask([&] {
-      black = InkOf(view, kBlackRow);
-      red = InkOf(view, kRedRow);
-    });
+    const auto ink = [&](int row) { return testing::InkOf(host_, view, row); };
+    ASSERT_TRUE(Eventually([&] { return ink(kBlackRow).any > kEnough; }));
+    const testing::Ink black = ink(kBlackRow);
     EXPECT_LT(black.red, black.any / 4);
-    EXPECT_GT(red.red, kEnough);
-    Click(view.RowPoint(kRedRow));
-    ASSERT_TRUE(host_.Settle());
-    host_.Ask([&] { selected = InkOf(view, kRedRow); });
-    EXPECT_GT(selected.any, kEnough);
-    EXPECT_NE(selected.background, black.background);
-    Press({VK_TAB});
-    ASSERT_TRUE(host_.Settle());
-    host_.Ask([&] { unfocused = InkOf(view, kRedRow); });
-    EXPECT_GT(unfocused.any, kEnough);
-    EXPECT_NE(unfocused.background, black.background) << "still to be seen as selected";
+    EXPECT_GT(ink(kRedRow).red, kEnough);
+    ClickOn(view.RowPoint(kRedRow));
+    EXPECT_GT(ink(kRedRow).any, kEnough);
+    EXPECT_NE(ink(kRedRow).background, black.background);
+    Keys(L"{Tab}");
+    EXPECT_GT(ink(kRedRow).any, kEnough);
+    EXPECT_NE(ink(kRedRow).background, black.background) << "still to be seen as selected";
   });
 }
 
@@ -508,15 +458,14 @@ TEST_F(DialogTest, AFailingHandlerChangesNothing) {
   LedgerDialog dialog(kMany);
   Show(dialog, [&](const View& view) {
     dialog.fails = true;
-    PressAll({VK_END, VK_NEXT, VK_DOWN});
+    Keys(L"{End}{PgDn}{Down}");
     PostMessageW(view.frame, WM_VSCROLL, SB_PAGEUP, 0);
     TurnWheel(MiddleOf(view.list), -WHEEL_DELTA);
     ASSERT_TRUE(host_.Settle());
     dialog.fails = false;
-    Press({VK_HOME});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Home}");
     EXPECT_EQ(view.Selected(), L"1");
-    Press({VK_RETURN});
+    Keys(L"{Enter}");
   });
   EXPECT_TRUE(dialog.result());
 }
@@ -528,7 +477,6 @@ TEST_F(DialogTest, AllWindowsOfTheHostAreDisabledAndTheDisabledStaySo) {
   };
   const HWND palette = create(0);
   const HWND disabled = create(WS_DISABLED);
-  host_.Activate();
   LedgerDialog dialog(kMany);
   Show(dialog, [&](const View& view) {
     EXPECT_EQ(GetWindow(view.dialog, GW_OWNER), host_.window());
@@ -544,9 +492,9 @@ TEST_F(DialogTest, OpensWithoutAnOwner) {
   SetActiveWindow(nullptr);
   ShowWindow(host_.window(), SW_HIDE);
   LedgerDialog dialog(kMany);
-  Show(dialog, [&](const View& view) {
-    EXPECT_EQ(GetWindow(view.dialog, GW_OWNER), nullptr);
-    Press({VK_RETURN});
+  ShowAsIs(dialog, [&] {
+    EXPECT_EQ(GetWindow(FindWindowW(nullptr, kTitle), GW_OWNER), nullptr);
+    Keys(L"{Enter}");
   });
   EXPECT_TRUE(dialog.result());
 }
@@ -560,7 +508,7 @@ TEST_F(DialogTest, MessagesBelongToTheActiveWindow) {
           EXPECT_EQ(GetWindow(box, GW_OWNER), host_.window());
           EXPECT_FALSE(IsWindowEnabled(host_.window()));
           EXPECT_EQ(testing::TextOf(GetDlgItem(box, 0xFFFF)), L"First.\r\n\r\nSecond.");
-          Press({VK_RETURN});
+          Keys(L"{Enter}");
         });
     EXPECT_TRUE(IsWindowEnabled(host_.window()));
   }

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "frame/text.h"
-#include "tests/windows/window_driver.h"
 
 namespace ard::windows::testing {
 namespace {
@@ -39,6 +38,31 @@ std::pair<int, int> GuiObjects() {
   for (const HFONT font : fonts) DeleteObject(font);
   for (const HMENU menu : menus) DestroyMenu(menu);
   return highest;
+}
+
+// To be called on the thread of the windows.
+Ink CountInk(const View& view, int row) {
+  constexpr int kClearly = 80;
+  Ink ink;
+  const HDC dc = GetDC(view.list);
+  const RECT rect = view.RowRect(row);
+  const COLORREF background = GetPixel(dc, rect.right - 3, rect.top + 3);
+  ink.background = background;
+  for (int y = rect.top + 2; y < rect.bottom - 2; ++y) {
+    for (int x = rect.left + 4; x < rect.left + 200; ++x) {
+      const COLORREF pixel = GetPixel(dc, x, y);
+      const int red = GetRValue(pixel);
+      const int green = GetGValue(pixel);
+      const int blue = GetBValue(pixel);
+      if (red - std::max(green, blue) > kClearly) ++ink.red;
+      if (blue - std::max(red, green) > kClearly) ++ink.blue;
+      const int difference =
+          std::abs(red - GetRValue(background)) + std::abs(green - GetGValue(background));
+      if (difference > 150) ++ink.any;
+    }
+  }
+  ReleaseDC(view.list, dc);
+  return ink;
 }
 
 }  // namespace
@@ -116,27 +140,16 @@ SCROLLINFO View::Scroll() const {
   return info;
 }
 
-Ink InkOf(const View& view, int row) {
-  constexpr int kClearly = 80;
+void View::SetState(int row, UINT state, UINT mask) const {
+  LVITEMW item = {};
+  item.state = state;
+  item.stateMask = mask;
+  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
+Ink InkOf(const Host& host, const View& view, int row) {
   Ink ink;
-  const HDC dc = GetDC(view.list);
-  const RECT rect = view.RowRect(row);
-  const COLORREF background = GetPixel(dc, rect.right - 3, rect.top + 3);
-  ink.background = background;
-  for (int y = rect.top + 2; y < rect.bottom - 2; ++y) {
-    for (int x = rect.left + 4; x < rect.left + 200; ++x) {
-      const COLORREF pixel = GetPixel(dc, x, y);
-      const int red = GetRValue(pixel);
-      const int green = GetGValue(pixel);
-      const int blue = GetBValue(pixel);
-      if (red - std::max(green, blue) > kClearly) ++ink.red;
-      if (blue - std::max(red, green) > kClearly) ++ink.blue;
-      const int difference =
-          std::abs(red - GetRValue(background)) + std::abs(green - GetGValue(background));
-      if (difference > 150) ++ink.any;
-    }
-  }
-  ReleaseDC(view.list, dc);
+  host.Ask([&] { ink = CountInk(view, row); });
   return ink;
 }
 
@@ -149,6 +162,11 @@ RECT RectOf(HWND window) {
 SIZE SizeOf(HWND window) {
   const RECT rect = RectOf(window);
   return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+void Resize(HWND window, SIZE size) {
+  SetWindowPos(window, nullptr, 0, 0, static_cast<int>(size.cx), static_cast<int>(size.cy),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void ExpectNothingLeftBehind(const std::function<void()>& open_and_close) {

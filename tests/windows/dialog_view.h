@@ -7,6 +7,8 @@
 #include <functional>
 #include <string>
 
+#include "tests/windows/window_driver.h"
+
 namespace ard::windows::testing {
 
 // The list is the one visible at the time of construction.
@@ -31,6 +33,9 @@ struct View {
 
   SCROLLINFO Scroll() const;
 
+  // As assistive technology selects a row, or does not.
+  void SetState(int row, UINT state, UINT mask) const;
+
   HWND dialog;
   HWND list;
   HWND frame;
@@ -39,17 +44,18 @@ struct View {
 };
 
 // Pixels of the row's cells that are clearly red or blue, and those that differ from its
-// background. To be counted on the thread of the windows.
+// background.
 struct Ink {
   int red = 0;
   int blue = 0;
   int any = 0;
   COLORREF background = 0;
 };
-Ink InkOf(const View& view, int row);
+Ink InkOf(const Host& host, const View& view, int row);
 
 RECT RectOf(HWND window);
 SIZE SizeOf(HWND window);
+void Resize(HWND window, SIZE size);
 
 // Calls `open_and_close` often, and expects no more GDI and user objects from that.
 void ExpectNothingLeftBehind(const std::function<void()>& open_and_close);

@@ -7,20 +7,16 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
-#include "database/seam.h"
 #include "dialogs/product_dialog.h"
 #include "frame/text.h"
+#include "host_database/odbc_connection.h"
 #include "simulator/testing/company_builder.h"
 #include "tests/windows/dialog_view.h"
-#include "tests/windows/window_driver.h"
-#include "windows/machine/windows_environment.h"
+#include "tests/windows/window_test.h"
 
 namespace ard::windows {
 namespace {
@@ -29,81 +25,13 @@ using dialogs::ProductDialog;
 using testing::Click;
 using testing::ClickWith;
 using testing::Descendant;
-using testing::Eventually;
 using testing::MiddleOf;
-using testing::Press;
-using testing::PressAll;
 using testing::RectOf;
 using testing::SizeOf;
-using testing::Type;
 using testing::View;
 using Tab = ProductDialog::Tab;
 
 constexpr wchar_t kTitle[] = L"Select Product";
-
-struct Record {
-  std::wstring cells[2];
-};
-
-// Records in memory, filtered by a prefix and sorted by a field.
-class Records : public database::RecordsetObject {
- public:
-  explicit Records(std::vector<Record> all) : all_(all), shown_(std::move(all)) {}
-
-  bool Bof() override { return shown_.empty(); }
-  bool Eof() override { return row_ > shown_.size(); }
-  void MoveNext() override { ++row_; }
-  std::int32_t RecordCount() override { return static_cast<std::int32_t>(shown_.size()); }
-  void SetAbsolutePosition(std::int32_t row) override { row_ = static_cast<std::size_t>(row); }
-  void SetFilter(std::wstring_view filter) override {
-    shown_ = all_;
-    row_ = 1;
-    if (filter.empty()) return;
-    const std::size_t field = FieldIn(filter);
-    const std::wstring_view prefix =
-        filter.substr(filter.find(L'\'') + 1, filter.find(L'%') - filter.find(L'\'') - 1);
-    std::erase_if(shown_, [&](const Record& record) {
-      return !StartsWithIgnoreCase(record.cells[field], prefix);
-    });
-  }
-  void SetSort(std::wstring_view sort) override {
-    EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
-    const std::size_t field = FieldIn(sort);
-    const bool down = sort.ends_with(L"DESC");
-    std::stable_sort(shown_.begin(), shown_.end(), [&](const Record& a, const Record& b) {
-      return down ? b.cells[field] < a.cells[field] : a.cells[field] < b.cells[field];
-    });
-  }
-  std::int32_t FieldCount() override { return 2; }
-  std::wstring FieldName(std::int32_t field) override {
-    return field == 0 ? L"StockCode" : L"Description";
-  }
-  std::int32_t GetFieldType(std::int32_t) override { return 202; }
-  Value GetValue(std::int32_t field) override { return shown_[row_ - 1].cells[field]; }
-  Value GetValue(std::wstring_view field) override {
-    return shown_[row_ - 1].cells[FieldIn(field)];
-  }
-  void Delete() override {}
-  void Close() override {}
-
- private:
-  static std::size_t FieldIn(std::wstring_view text) {
-    return text.find(L"StockCode") == std::wstring_view::npos ? 1 : 0;
-  }
-
-  std::vector<Record> all_;
-  std::vector<Record> shown_;
-  std::size_t row_ = 1;
-};
-
-class HostDatabase : public database::Connection {
- public:
-  std::unique_ptr<database::RecordsetObject> Open(std::wstring_view, database::Cursor,
-                                                  database::Lock) override {
-    return std::make_unique<Records>(std::vector<Record>{
-        {{L"AX1", L"Zinc"}, {L"AX2", L"Brass"}, {L"BX1", L"Anvil"}, {L"BX2", L"Bolt"}}});
-  }
-};
 
 // The stock file: P01, P02 ... P60.
 constexpr int kProducts = 60;
@@ -117,41 +45,36 @@ struct Bar {
   HWND field;
 };
 
-class ProductWindowTest : public ::testing::Test {
+class ProductWindowTest : public testing::WindowTest {
  protected:
-  explicit ProductWindowTest(int products = kProducts) {
+  ProductWindowTest() {
     simulator::CompanyBuilder builder;
-    for (int i = 1; i <= products; ++i) builder.Product(Code(i));
+    for (int i = 1; i <= kProducts; ++i) builder.Product(Code(i));
     engine_ = builder.Build();
     context_.workspace = engine_->workspace();
-    context_.database = std::make_shared<HostDatabase>();
+    const auto database =
+        std::make_shared<host_database::OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+    database->Execute(
+        L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30), Description VARCHAR(60))");
+    database->Execute(
+        L"INSERT INTO ProdInfoStockFields VALUES ('AX1', 'Zinc'), ('AX2', 'Brass'), "
+        L"('BX1', 'Anvil'), ('BX2', 'Bolt')");
+    context_.database = database;
   }
 
-  std::unique_ptr<ProductDialog> Load(const ProductDialog::Options& options,
+  std::unique_ptr<ProductDialog> Load(const ProductDialog::Options& options, int page = 1,
                                       std::int32_t products = kProducts) {
     auto dialog = std::make_unique<ProductDialog>(context_, options);
     dialog->Load(products);
+    dialog->PresetTab(page);
     return dialog;
   }
-
   template <class Act>
   void Show(ProductDialog& dialog, Act act) {
-    host_.Activate();
-    host_.Drive(
-        kTitle, [&] { environment_.Show(dialog); }, act);
-    EXPECT_FALSE(dialog.visible());
+    WindowTest::Show(kTitle, dialog, [&](HWND window) { act(View(window)); });
   }
 
-  HWND FocusWindow() const {
-    HWND focus = nullptr;
-    host_.Ask([&] { focus = GetFocus(); });
-    return focus;
-  }
-
-  testing::Host host_;
-  WindowsEnvironment environment_{GetModuleHandleW(nullptr)};
   std::unique_ptr<simulator::Simulator> engine_;
-  Context context_{environment_};
 };
 
 // The first cells of the rows in view.
@@ -171,14 +94,12 @@ std::wstring Selected(ProductDialog& dialog) {
 }
 
 TEST_F(ProductWindowTest, OpensOnTheSecondPageWhenPreset) {
-  const auto dialog = Load({});
+  const auto dialog = Load({}, 2);
   dialog->FilterBy(L"bx");
   dialog->PresetSearchField(1);
-  dialog->PresetTab(2);
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
-    const Bar bar(window);
-    EXPECT_EQ(SendMessageW(Descendant(window, WC_TABCONTROLW), TCM_GETCURSEL, 0, 0), 1);
+  Show(*dialog, [&](const View& view) {
+    const Bar bar(view.dialog);
+    EXPECT_EQ(SendMessageW(Descendant(view.dialog, WC_TABCONTROLW), TCM_GETCURSEL, 0, 0), 1);
     EXPECT_EQ(Codes(view), L"BX1 BX2");
     EXPECT_EQ(testing::TextOf(bar.text), L"bx");
     EXPECT_EQ(testing::TextOf(bar.field), L"Description");
@@ -189,58 +110,33 @@ TEST_F(ProductWindowTest, OpensOnTheSecondPageWhenPreset) {
 }
 
 TEST_F(ProductWindowTest, SearchesByKeyboardAlone) {
-  const auto dialog = Load({});
-  dialog->PresetTab(2);
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
-    const Bar bar(window);
-    struct Step {
-      const char* name;
-      std::function<void()> act;
+  const auto dialog = Load({}, 2);
+  Show(*dialog, [&](const View& view) {
+    const Bar bar(view.dialog);
+    const struct {
+      const wchar_t* keys;
       const wchar_t* codes;
       HWND focus;
+    } steps[] = {
+        {L"b{Enter}", L"BX1 BX2", bar.text},
+        {L"x2", L"BX1 BX2", bar.text},  // typed only
+        {L"{Alt+S}", L"BX2", nullptr},
+        {L"{Alt+F}b", L"BX2", bar.text},
+        {L"{Alt+I}{Down}", L"AX2 BX2", bar.field},
+        {L"{Alt+C}", L"AX1 AX2 BX1 BX2", nullptr},
+        {L"{Alt+F}{Enter}", L"AX1 AX2 BX1 BX2", bar.text},
+        {L"{Down}", L"AX1 AX2 BX1 BX2", view.list},
     };
-    const Step steps[] = {
-        {"Enter", [] { Type(L"b"), Press({VK_RETURN}); }, L"BX1 BX2", bar.text},
-        {"typed only", [] { Type(L"x2"); }, L"BX1 BX2", bar.text},
-        {"Search",
-         [] {
-           Press({VK_MENU, 'S'});
-         },
-         L"BX2", nullptr},
-        {"back to the text",
-         [] {
-           Press({VK_MENU, 'F'}), Type(L"b");
-         },
-         L"BX2", bar.text},
-        {"field",
-         [] {
-           Press({VK_MENU, 'I'}), Press({VK_DOWN});
-         },
-         L"AX2 BX2", bar.field},
-        {"Clear",
-         [] {
-           Press({VK_MENU, 'C'});
-         },
-         L"AX1 AX2 BX1 BX2", nullptr},
-        {"all",
-         [] {
-           Press({VK_MENU, 'F'}), Press({VK_RETURN});
-         },
-         L"AX1 AX2 BX1 BX2", bar.text},
-        {"to the list", [] { Press({VK_DOWN}); }, L"AX1 AX2 BX1 BX2", view.list},
-    };
-    for (const Step& step : steps) {
-      SCOPED_TRACE(step.name);
-      step.act();
-      ASSERT_TRUE(host_.Settle());
+    for (const auto& step : steps) {
+      SCOPED_TRACE(ToUtf8(step.keys));
+      Keys(step.keys);
       EXPECT_EQ(Codes(view), step.codes);
       EXPECT_TRUE(!step.focus || FocusWindow() == step.focus);
     }
     EXPECT_EQ(testing::TextOf(bar.text), L"");
     EXPECT_EQ(view.Selected(), L"AX1");
-    PressAll({VK_DOWN, VK_RETURN});
-    EXPECT_TRUE(Eventually([&] { return !IsWindow(window); }));
+    Keys(L"{Down}{Enter}");
+    ExpectClosed(view.dialog);
   });
   EXPECT_TRUE(dialog->result());
   EXPECT_EQ(Selected(*dialog), L"AX2");
@@ -249,18 +145,16 @@ TEST_F(ProductWindowTest, SearchesByKeyboardAlone) {
 
 TEST_F(ProductWindowTest, TabsSwitchByKeysAndMouse) {
   const auto dialog = Load({});
-  Show(*dialog, [&](HWND window) {
-    const View stock(window);
-    const HWND tabs = Descendant(window, WC_TABCONTROLW);
+  Show(*dialog, [&](const View& stock) {
+    const HWND tabs = Descendant(stock.dialog, WC_TABCONTROLW);
     RECT first = {};
     SendMessageW(tabs, TCM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
     POINT first_tab = {(first.left + first.right) / 2, (first.top + first.bottom) / 2};
     ClientToScreen(tabs, &first_tab);
     EXPECT_EQ(FocusWindow(), stock.list);
-    Press({VK_CONTROL, VK_TAB});
-    ASSERT_TRUE(host_.Settle());
-    const View info(window);
-    const Bar bar(window);
+    Keys(L"{Ctrl+Tab}");
+    const View info(stock.dialog);
+    const Bar bar(stock.dialog);
     EXPECT_NE(info.list, stock.list);
     EXPECT_EQ(dialog->tab(), Tab::kProductInfo);
     EXPECT_EQ(FocusWindow(), bar.text);
@@ -270,38 +164,30 @@ TEST_F(ProductWindowTest, TabsSwitchByKeysAndMouse) {
         bar.field, GetWindow(bar.field, GW_HWNDNEXT), nullptr, info.list, info.cancel, tabs,
         bar.text};
     for (const HWND stop : stops) {
-      Press({VK_TAB});
-      ASSERT_TRUE(host_.Settle());
+      Keys(L"{Tab}");
       EXPECT_TRUE(!stop || FocusWindow() == stop) << stop;
     }
-    Press({VK_CONTROL, VK_NEXT});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Ctrl+PgDn}");
     EXPECT_EQ(FocusWindow(), stock.list);
     EXPECT_EQ(stock.Selected(), L"P01") << "as it was";
     EXPECT_TRUE(IsWindowEnabled(info.ok));
-    Press({VK_SHIFT, VK_TAB});
-    Press({VK_RIGHT});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Shift+Tab}{Right}");
     EXPECT_EQ(FocusWindow(), bar.text);
-    Click(first_tab);
-    ASSERT_TRUE(host_.Settle());
+    ClickOn(first_tab);
     EXPECT_EQ(FocusWindow(), stock.list);
     EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 0);
     // The first page has neither search nor sorting.
-    Press({VK_MENU, 'C'});
-    Click(stock.HeaderPoint(0));
-    Type(L"p");
-    Press({VK_RETURN});
+    Keys(L"{Alt+C}");
+    ClickOn(stock.HeaderPoint(0));
+    Keys(L"p{Enter}");
   });
   EXPECT_TRUE(dialog->result());
   EXPECT_EQ(Selected(*dialog), L"P01");
 }
 
 TEST_F(ProductWindowTest, AHeaderSortsBothWaysAndShowsIt) {
-  const auto dialog = Load({});
-  dialog->PresetTab(2);
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
+  const auto dialog = Load({}, 2);
+  Show(*dialog, [&](const View& view) {
     const auto arrow = [&](int column) {
       HDITEMW item = {};
       item.mask = HDI_FORMAT;
@@ -309,28 +195,24 @@ TEST_F(ProductWindowTest, AHeaderSortsBothWaysAndShowsIt) {
                    reinterpret_cast<LPARAM>(&item));
       return item.fmt & (HDF_SORTUP | HDF_SORTDOWN);
     };
-    struct Step {
+    const struct {
       int column;
       const wchar_t* codes;
       int arrows[2];
-    };
-    const Step steps[] = {{1, L"BX1 BX2 AX2 AX1", {0, HDF_SORTUP}},
-                          {1, L"AX1 AX2 BX2 BX1", {0, HDF_SORTDOWN}},
-                          {0, L"AX1 AX2 BX1 BX2", {HDF_SORTUP, 0}}};
-    for (const Step& step : steps) {
+    } steps[] = {{1, L"BX1 BX2 AX2 AX1", {0, HDF_SORTUP}},
+                 {1, L"AX1 AX2 BX2 BX1", {0, HDF_SORTDOWN}},
+                 {0, L"AX1 AX2 BX1 BX2", {HDF_SORTUP, 0}}};
+    for (const auto& step : steps) {
       // Not twice in the same place, which would be a double-click.
       POINT point = view.HeaderPoint(step.column);
       if (step.arrows[1] == HDF_SORTDOWN) point.x += 30;
-      Click(point);
-      ASSERT_TRUE(host_.Settle());
+      ClickOn(point);
       EXPECT_EQ(Codes(view), step.codes);
       EXPECT_EQ(arrow(0), step.arrows[0]);
       EXPECT_EQ(arrow(1), step.arrows[1]);
       EXPECT_EQ(view.Selected(), Codes(view).substr(0, 3));
     }
-    Press({VK_CONTROL, VK_MENU, '2'});  // AltGr+2 is a character
-    Press({VK_CONTROL, '1'});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Ctrl+Alt+2}{Ctrl+1}");  // AltGr+2 is a character
     EXPECT_EQ(Codes(view), L"BX2 BX1 AX2 AX1");
     EXPECT_EQ(arrow(0), HDF_SORTDOWN);
   });
@@ -339,50 +221,41 @@ TEST_F(ProductWindowTest, AHeaderSortsBothWaysAndShowsIt) {
 TEST_F(ProductWindowTest, PicksSeveralByKeyboardOverAPageBorder) {
   const auto dialog = Load({.multiple = true});
   int page = 0;
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
+  Show(*dialog, [&](const View& view) {
     page = static_cast<int>(view.Scroll().nPage);
-    PressAll({VK_DOWN});
-    Press({VK_SHIFT, VK_DOWN});
-    Press({VK_CONTROL, VK_DOWN});
-    Press({VK_CONTROL, VK_DOWN});
-    ASSERT_TRUE(host_.Settle());
-    EXPECT_EQ(view.Selected(), L"P02 P03");
-    EXPECT_EQ(view.Cursor(), L"P05");
-    Press({VK_SPACE});
-    Press({VK_CONTROL, VK_UP});
-    Press({VK_CONTROL, VK_UP});
-    Press({VK_CONTROL, VK_SPACE});
-    ASSERT_TRUE(host_.Settle());
-    EXPECT_EQ(view.Selected(), L"P02 P05");
-    EXPECT_EQ(view.Cursor(), L"P03");
-    // To the next page, where none is selected, and one there.
-    Press({VK_CONTROL, VK_END});
-    Press({VK_SPACE});
-    ASSERT_TRUE(host_.Settle());
-    EXPECT_EQ(view.Selected(), Code(kProducts));
+    const struct {
+      const wchar_t* keys;
+      std::wstring selected;
+      std::wstring cursor;
+    } steps[] = {
+        {L"{Down}{Shift+Down}{Ctrl+Down}{Ctrl+Down}", L"P02 P03", L"P05"},
+        {L"{Space}{Ctrl+Up}{Ctrl+Up}{Ctrl+Space}", L"P02 P05", L"P03"},
+        // To the next page, where none is selected, and one there.
+        {L"{Ctrl+End}{Space}", Code(kProducts), Code(kProducts)},
+    };
+    for (const auto& step : steps) {
+      Keys(step.keys);
+      EXPECT_EQ(view.Selected(), step.selected);
+      EXPECT_EQ(view.Cursor(), step.cursor);
+    }
     EXPECT_TRUE(IsWindowEnabled(view.ok));
-    Press({VK_RETURN});
+    Keys(L"{Enter}");
   });
   EXPECT_TRUE(dialog->result());
   EXPECT_EQ(Selected(*dialog), L"P02 P05 P60");
 
   const auto range = Load({.multiple = true});
-  Show(*range, [&](HWND window) {
-    PressAll({VK_NEXT, VK_UP});
-    Press({VK_SHIFT, VK_DOWN});
-    Press({VK_SHIFT, VK_DOWN});
-    ASSERT_TRUE(host_.Settle());
-    EXPECT_EQ(View(window).Scroll().nPos, 2);
-    Press({VK_RETURN});
+  Show(*range, [&](const View& view) {
+    Keys(L"{PgDn}{Up}{Shift+Down}{Shift+Down}");
+    EXPECT_EQ(view.Scroll().nPos, 2);
+    Keys(L"{Enter}");
   });
   EXPECT_EQ(Selected(*range), Code(page - 1) + L' ' + Code(page) + L' ' + Code(page + 1));
 }
 
 TEST_F(ProductWindowTest, PicksSeveralByMouse) {
   const auto dialog = Load({.multiple = true});
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
+  Show(*dialog, [&](const View& view) {
     const auto expect = [&](const wchar_t* selected) {
       EXPECT_TRUE(host_.Settle());
       EXPECT_EQ(view.Selected(), selected);
@@ -394,39 +267,30 @@ TEST_F(ProductWindowTest, PicksSeveralByMouse) {
     expect(L"P06 P07 P08");
     ClickWith(VK_CONTROL, view.RowPoint(6));
     expect(L"P06 P08");
-    // As assistive technology does it.
-    LVITEMW state = {};
-    state.state = state.stateMask = LVIS_SELECTED;
-    SendMessageW(view.list, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&state));
+    view.SetState(0, LVIS_SELECTED, LVIS_SELECTED);
     expect(L"P01 P06 P08");
-    state.state = 0;
-    SendMessageW(view.list, LVM_SETITEMSTATE, 5, reinterpret_cast<LPARAM>(&state));
+    view.SetState(5, 0, LVIS_SELECTED);
     expect(L"P01 P08");
-    Press({VK_RETURN});
+    Keys(L"{Enter}");
   });
   EXPECT_EQ(Selected(*dialog), L"P01 P08");
 }
 
-TEST_F(ProductWindowTest, SpecialRowsStandOnTopInBlue) {
+TEST_F(ProductWindowTest, SpecialRowsStandOnTopInBlueAndScrollAway) {
   const auto dialog = Load({.special_rows = true});
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
-    const auto page = static_cast<int>(view.Scroll().nPage);
+  int page = 0;
+  Show(*dialog, [&](const View& view) {
+    page = static_cast<int>(view.Scroll().nPage);
     EXPECT_EQ(view.Selected(), L"S1");
     EXPECT_EQ(view.rows(), page);
     EXPECT_EQ(view.Cell(3, 0), L"P01");
     constexpr int kEnough = 60;
-    const auto ink = [&](int row) {
-      testing::Ink seen;
-      host_.Ask([&] { seen = testing::InkOf(view, row); });
-      return seen;
-    };
-    ASSERT_TRUE(Eventually([&] { return ink(1).any > kEnough; }));
+    const auto ink = [&](int row) { return testing::InkOf(host_, view, row); };
+    ASSERT_TRUE(testing::Eventually([&] { return ink(1).any > kEnough; }));
     EXPECT_GT(ink(1).blue, kEnough);
     EXPECT_LT(ink(3).blue, ink(3).any / 2 + 1);
     EXPECT_NE(ink(0).background, ink(1).background);
     EXPECT_GT(ink(0).any, kEnough) << "readable when selected";
-    // They scroll away like any others.
     for (int top = 2; top <= 5; ++top) {
       SendMessageW(view.frame, WM_VSCROLL, SB_LINEDOWN, 0);
       EXPECT_EQ(view.rows(), page);
@@ -434,15 +298,10 @@ TEST_F(ProductWindowTest, SpecialRowsStandOnTopInBlue) {
       EXPECT_EQ(view.Cell(0, 0), top <= 3 ? L"S" + std::to_wstring(top) : Code(top));
     }
   });
-}
 
-TEST_F(ProductWindowTest, SpecialRowsMakeAListOfOnePageScroll) {
-  const auto probe = Load({});
-  int page = 0;
-  Show(*probe, [&](HWND window) { page = static_cast<int>(View(window).Scroll().nPage); });
-  const auto dialog = Load({.special_rows = true}, page);
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
+  // They make a list of one page scroll.
+  const auto full = Load({.special_rows = true}, 1, page);
+  Show(*full, [&](const View& view) {
     EXPECT_EQ(view.Cell(view.rows() - 1, 0), Code(page - 3));
     SendMessageW(view.frame, WM_VSCROLL, SB_BOTTOM, 0);
     EXPECT_EQ(view.Cell(view.rows() - 1, 0), Code(page));
@@ -454,23 +313,21 @@ TEST_F(ProductWindowTest, SpecialRowsMakeAListOfOnePageScroll) {
 
 TEST_F(ProductWindowTest, WithoutProductInformationItIsOneList) {
   const auto dialog = Load({.product_info = false});
-  Show(*dialog, [&](HWND window) {
-    EXPECT_FALSE(Descendant(window, WC_TABCONTROLW));
-    EXPECT_FALSE(Descendant(window, WC_EDITW));
-    PressAll({VK_DOWN, VK_RETURN});
+  Show(*dialog, [&](const View& view) {
+    EXPECT_FALSE(Descendant(view.dialog, WC_TABCONTROLW));
+    EXPECT_FALSE(Descendant(view.dialog, WC_EDITW));
+    Keys(L"{Down}{Enter}");
   });
   EXPECT_EQ(Selected(*dialog), L"P02");
 }
 
 TEST_F(ProductWindowTest, NothingIsCutOffAtTheSmallestSizeOrAHigherDpi) {
-  const auto dialog = Load({});
-  dialog->PresetTab(2);
-  Show(*dialog, [&](HWND window) {
-    const View view(window);
+  const auto dialog = Load({}, 2);
+  Show(*dialog, [&](const View& view) {
     const auto expect_inside = [&] {
       ASSERT_TRUE(host_.Settle());
-      const Bar bar(window);
-      const RECT page = RectOf(Descendant(window, WC_TABCONTROLW));
+      const Bar bar(view.dialog);
+      const RECT page = RectOf(Descendant(view.dialog, WC_TABCONTROLW));
       for (HWND control = bar.text; control; control = GetWindow(control, GW_HWNDNEXT)) {
         EXPECT_LT(RectOf(control).right, page.right);
         EXPECT_GT(SizeOf(control).cx, 10);
@@ -480,18 +337,18 @@ TEST_F(ProductWindowTest, NothingIsCutOffAtTheSmallestSizeOrAHigherDpi) {
       EXPECT_LT(RectOf(view.frame).bottom, page.bottom);
       EXPECT_GE(view.Scroll().nPage, 2U);
     };
-    SetWindowPos(window, nullptr, 0, 0, 10, 10, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    testing::Resize(view.dialog, {10, 10});
     expect_inside();
     RECT suggested = {20, 20, 1000, 720};
-    SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested));
+    SendMessageW(view.dialog, WM_DPICHANGED, MAKEWPARAM(144, 144),
+                 reinterpret_cast<LPARAM>(&suggested));
     expect_inside();
   });
 }
 
 TEST_F(ProductWindowTest, LeavesNothingBehind) {
   testing::ExpectNothingLeftBehind([&] {
-    const auto dialog = Load({});
-    dialog->PresetTab(2);
+    const auto dialog = Load({}, 2);
     std::thread closer([] { testing::CloseWhenSeen(kTitle); });
     environment_.Show(*dialog);
     closer.join();
@@ -499,25 +356,18 @@ TEST_F(ProductWindowTest, LeavesNothingBehind) {
 }
 
 TEST_F(ProductWindowTest, TheInputBoxReturnsWhatWasConfirmed) {
-  struct Case {
-    const char* name;
-    std::function<void(HWND)> act;
+  const struct {
+    const wchar_t* keys;
+    UINT command;  // that follows them, if any
     const wchar_t* answer;
-  };
-  const Case cases[] = {
-      {"Enter", [](HWND) { Type(L"Brass é & co"), Press({VK_RETURN}); }, L"Brass é & co"},
-      {"nothing", [](HWND) { Press({VK_RETURN}); }, L""},
-      {"OK", [](HWND w) { Type(L"x"), Click(MiddleOf(GetDlgItem(w, IDOK))); }, L"x"},
-      {"Esc", [](HWND) { Type(L"x"), Press({VK_ESCAPE}); }, L""},
-      {"Cancel",
-       [](HWND) {
-         Type(L"x"), PressAll({VK_TAB, VK_TAB, VK_RETURN});
-       },
-       L""},
-      {"close box", [](HWND w) { Type(L"x"), PostMessageW(w, WM_SYSCOMMAND, SC_CLOSE, 0); }, L""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  } cases[] = {{L"Brass é & co{Enter}", 0, L"Brass é & co"},
+               {L"{Enter}", 0, L""},
+               {L"x{Tab}{Enter}", 0, L"x"},
+               {L"x{Esc}", 0, L""},
+               {L"x{Tab}{Tab}{Enter}", 0, L""},
+               {L"x", SC_CLOSE, L""}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.keys));
     host_.Activate();
     std::wstring answer = L"?";
     host_.Drive(
@@ -525,8 +375,9 @@ TEST_F(ProductWindowTest, TheInputBoxReturnsWhatWasConfirmed) {
         [&](HWND window) {
           EXPECT_EQ(GetWindow(window, GW_OWNER), host_.window());
           EXPECT_FALSE(IsWindowEnabled(host_.window()));
-          c.act(window);
-          EXPECT_TRUE(Eventually([&] { return !IsWindow(window); }));
+          Keys(c.keys);
+          if (c.command) PostMessageW(window, WM_SYSCOMMAND, c.command, 0);
+          ExpectClosed(window);
         });
     EXPECT_EQ(answer, c.answer);
     EXPECT_TRUE(host_.focus_returned());

@@ -16,8 +16,7 @@
 #include "host_database/odbc_connection.h"
 #include "simulator/testing/company_builder.h"
 #include "tests/windows/dialog_view.h"
-#include "tests/windows/window_driver.h"
-#include "windows/machine/windows_environment.h"
+#include "tests/windows/window_test.h"
 
 namespace ard::windows {
 namespace {
@@ -25,38 +24,12 @@ namespace {
 using dialogs::LogonDialog;
 using dialogs::UserListDialog;
 using testing::Descendant;
-using testing::Eventually;
-using testing::Press;
-using testing::PressAll;
-using testing::Type;
 using testing::View;
 
-class UsersWindowTest : public ::testing::Test {
+class LogonWindowTest : public testing::WindowTest {
  protected:
-  UsersWindowTest() { context_.app_name = L"Manufacturing"; }
+  LogonWindowTest() { context_.app_name = L"Manufacturing"; }
 
-  template <class Dialog, class Act>
-  void Show(const wchar_t* title, Dialog& dialog, Act act) {
-    host_.Activate();
-    host_.Drive(
-        title, [&] { environment_.Show(dialog); }, act);
-    EXPECT_FALSE(dialog.visible());
-    EXPECT_TRUE(host_.focus_returned());
-  }
-
-  HWND FocusWindow() const {
-    HWND focus = nullptr;
-    host_.Ask([&] { focus = GetFocus(); });
-    return focus;
-  }
-
-  testing::Host host_;
-  WindowsEnvironment environment_{GetModuleHandleW(nullptr)};
-  Context context_{environment_};
-};
-
-class LogonWindowTest : public UsersWindowTest {
- protected:
   LogonDialog::Logon Logon() {
     return [this](const std::wstring& name, const std::wstring& password) {
       tried_.push_back(name + L"/" + password);
@@ -82,21 +55,13 @@ TEST_F(LogonWindowTest, AUserLogsOnByKeysAlone) {
               L"[Welcome to Manufacturing.][Company:][Acme & Sons][][User &name:][][&Password:][]"
               L"[&Remember my user name][OK][Cancel][&Help]");
     const HWND name = FocusWindow();
-    Type(L"Ann");
-    Press({VK_TAB});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"Ann{Tab}");
     const HWND password = FocusWindow();
     EXPECT_TRUE(GetWindowLongW(password, GWL_STYLE) & ES_PASSWORD);
-    Type(L"wrong");
-    Press({VK_RETURN});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"wrong{Enter}");
     EXPECT_EQ(FocusWindow(), name) << "refused, it stays open";
-    Type(L"Bob");  // over what is selected
-    Press({VK_MENU, 'R'});
-    Press({VK_MENU, 'P'});
-    Type(L"right");
-    Press({VK_RETURN});
-    EXPECT_TRUE(Eventually([&] { return !IsWindow(window); }));
+    Keys(L"Bob{Alt+R}{Alt+P}right{Enter}");  // over what is selected
+    ExpectClosed(window);
   });
   EXPECT_EQ(tried_, (std::vector<std::wstring>{L"Ann/wrong", L"Bob/right"}));
   EXPECT_TRUE(dialog.result());
@@ -115,7 +80,7 @@ TEST_F(LogonWindowTest, WhatIsRememberedIsFilledIn) {
     EXPECT_TRUE(GetWindowLongW(FocusWindow(), GWL_STYLE) & ES_PASSWORD);
     const HWND box = FindWindowExW(window, nullptr, WC_BUTTONW, L"&Remember my user name");
     EXPECT_EQ(SendMessageW(box, BM_GETCHECK, 0, 0), BST_CHECKED);
-    Press({VK_ESCAPE});
+    Keys(L"{Esc}");
   });
   EXPECT_FALSE(dialog.result());
   EXPECT_TRUE(tried_.empty());
@@ -125,16 +90,16 @@ TEST_F(LogonWindowTest, TheCompanysPasswordIsAskedForAlone) {
   LogonDialog dialog(context_, LogonDialog::Form::kCompanyPassword, Logon());
   Show(L"Company Password", dialog, [&](HWND window) {
     EXPECT_EQ(Texts(window), L"[Welcome to Manufacturing.][&Password:][][OK][Cancel]");
-    Type(L"right");
-    Press({VK_RETURN});
+    Keys(L"right{Enter}");
   });
   EXPECT_TRUE(dialog.result());
   EXPECT_EQ(tried_, std::vector<std::wstring>{L"MANAGER/right"});
 }
 
-class UserListWindowTest : public UsersWindowTest {
+class UserListWindowTest : public testing::WindowTest {
  protected:
   UserListWindowTest() {
+    context_.app_name = L"Manufacturing";
     simulator::CompanyBuilder company;
     for (const wchar_t* name : {L"ann", L"bob"}) {
       company.Record(L"QueueData", {{L"LOGON_NAME", name}, {L"STATION_NAME", L"pc"}});
@@ -168,23 +133,19 @@ TEST_F(UserListWindowTest, TheManagerDeletesALogonByKeys) {
     EXPECT_EQ(Names(accounts), L"ANN BOB ");
     EXPECT_EQ(accounts.Cell(1, 1), L"PC");
     EXPECT_EQ(FocusWindow(), accounts.list);
-    Press({VK_CONTROL, VK_TAB});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Ctrl+Tab}");
     const View logons(window);
     EXPECT_NE(logons.list, accounts.list);
     EXPECT_EQ(Names(logons), L"ANN BOB CAT ");
     EXPECT_EQ(FocusWindow(), logons.list);
-    PressAll({VK_HOME, VK_DOWN});
-    Press({VK_MENU, 'D'});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Home}{Down}{Alt+D}");
     EXPECT_EQ(Names(logons), L"ANN CAT ");
     host_.Ask([&] {
       database_->Execute(L"INSERT INTO CurrentUsers VALUES (4, 'Dan', 'u4', 'Manufacturing')");
     });
-    Press({VK_MENU, 'R'});
-    ASSERT_TRUE(host_.Settle());
+    Keys(L"{Alt+R}");
     EXPECT_EQ(Names(logons), L"ANN CAT DAN ");
-    Press({VK_ESCAPE});
+    Keys(L"{Esc}");
   });
 }
 
@@ -203,22 +164,24 @@ TEST_F(UserListWindowTest, ForOthersTheListTakesTheButtonsPlace) {
       } else {
         EXPECT_LT(below, with_button);
       }
-      Press({VK_ESCAPE});
+      Keys(L"{Esc}");
     });
   }
 }
 
-TEST_F(UsersWindowTest, AsksWhatToDo) {
+using QuestionTest = testing::WindowTest;
+
+TEST_F(QuestionTest, AsksWhatToDo) {
   const struct {
-    WORD key;
+    const wchar_t* key;
     Choice choice;
-  } cases[] = {{'A', Choice::kAbort}, {'R', Choice::kRetry}, {'I', Choice::kIgnore}};
+  } cases[] = {{L"{A}", Choice::kAbort}, {L"{R}", Choice::kRetry}, {L"{I}", Choice::kIgnore}};
   for (const auto& c : cases) {
     host_.Activate();
     Choice choice = c.choice == Choice::kAbort ? Choice::kRetry : Choice::kAbort;
     host_.Drive(
         L"A question", [&] { choice = environment_.AskWhatToDo(L"What?", L"A question"); },
-        [&](HWND) { Press({c.key}); });
+        [&](HWND) { Keys(c.key); });
     EXPECT_EQ(choice, c.choice);
   }
 }

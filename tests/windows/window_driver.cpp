@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -18,6 +20,12 @@ using namespace std::chrono_literals;
 constexpr wchar_t kClass[] = L"TestHost";
 constexpr UINT kAsk = WM_APP;
 constexpr auto kPatience = 10s;
+
+const std::map<std::wstring_view, WORD> kKeys = {
+    {L"Ctrl", VK_CONTROL}, {L"Alt", VK_MENU},  {L"Shift", VK_SHIFT}, {L"Enter", VK_RETURN},
+    {L"Esc", VK_ESCAPE},   {L"Tab", VK_TAB},   {L"Space", VK_SPACE}, {L"Back", VK_BACK},
+    {L"Up", VK_UP},        {L"Down", VK_DOWN}, {L"Right", VK_RIGHT}, {L"PgUp", VK_PRIOR},
+    {L"PgDn", VK_NEXT},    {L"Home", VK_HOME}, {L"End", VK_END},     {L"F4", VK_F4}};
 
 void Send(std::vector<INPUT> input) {
   const auto sent = SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
@@ -140,10 +148,10 @@ void Host::Drive(const wchar_t* title, const std::function<void()>& show,
   std::atomic<bool> returned = false;
   std::atomic<bool> done = false;
   std::thread user([&] {
-    const HWND window = WaitForWindow(title);
+    const HWND window = driven_ = WaitForWindow(title);
     EXPECT_TRUE(Settle());
     act(window);
-    Eventually([&] { return !IsWindow(window) || IsIdle(); });
+    Settle();
     const bool closed = Eventually([&] {
       if (IsWindow(window)) PostMessageW(window, WM_CLOSE, 0, 0);
       return !IsWindow(window);
@@ -186,7 +194,7 @@ bool Host::IsIdle() const {
 }
 
 bool Host::Settle() const {
-  return Eventually([&] { return IsIdle(); });
+  return Eventually([&] { return !IsWindow(driven_) || IsIdle(); });
 }
 
 bool Eventually(const std::function<bool()>& condition) {
@@ -223,23 +231,25 @@ std::wstring TextOf(HWND window) {
   return text;
 }
 
-void Press(std::initializer_list<WORD> keys) {
-  std::vector<INPUT> input;
-  for (const WORD key : keys) input.push_back(Key(key, 0, 0));
-  for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
-    input.push_back(Key(*key, 0, KEYEVENTF_KEYUP));
-  }
-  Send(std::move(input));
-}
-
-void PressAll(std::initializer_list<WORD> keys) {
-  for (const WORD key : keys) Press({key});
-}
-
-void Type(std::wstring_view text) {
-  for (const wchar_t character : text) {
-    Send({Key(0, character, KEYEVENTF_UNICODE),
-          Key(0, character, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP)});
+void Keys(std::wstring_view keys) {
+  while (!keys.empty()) {
+    if (keys.front() != L'{') {
+      Send({Key(0, keys.front(), KEYEVENTF_UNICODE),
+            Key(0, keys.front(), KEYEVENTF_UNICODE | KEYEVENTF_KEYUP)});
+      keys.remove_prefix(1);
+      continue;
+    }
+    std::wstring_view names = keys.substr(1, keys.find(L'}') - 1);
+    keys.remove_prefix(names.size() + 2);
+    std::vector<INPUT> input;
+    while (!names.empty()) {
+      const std::wstring_view name = names.substr(0, names.find(L'+'));
+      names.remove_prefix(std::min(name.size() + 1, names.size()));
+      const WORD key = name.size() == 1 ? static_cast<WORD>(name[0]) : kKeys.at(name);
+      const auto released = static_cast<std::ptrdiff_t>(input.size() / 2);
+      input.insert(input.begin() + released, {Key(key, 0, 0), Key(key, 0, KEYEVENTF_KEYUP)});
+    }
+    Send(std::move(input));
   }
 }
 

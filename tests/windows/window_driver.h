@@ -6,7 +6,6 @@
 #include <windows.h>
 
 #include <functional>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -34,7 +33,8 @@ class Host {
 
   // For `act`: calls `action` on the thread of the windows; fails when that does not answer.
   bool Ask(const std::function<void()>& action) const;
-  // For `act`: waits until all input given so far has been dealt with; fails when that takes long.
+  // For `act`: waits until all input given so far has been dealt with, or has closed the window;
+  // fails when that takes long.
   bool Settle() const;
 
  private:
@@ -43,6 +43,7 @@ class Host {
 
   HWND window_;
   HWND field_;
+  HWND driven_ = nullptr;
   bool focus_returned_ = false;
 };
 
@@ -57,9 +58,9 @@ HWND Descendant(HWND parent, std::wstring_view window_class);
 std::wstring TextOf(HWND window);
 
 // Input. Positions are those of the screen.
-void Press(std::initializer_list<WORD> keys);     // held down together
-void PressAll(std::initializer_list<WORD> keys);  // one after the other
-void Type(std::wstring_view text);
+// Characters as they are typed, and in braces keys, with those that are held down meanwhile:
+// "b{Enter}{Ctrl+Shift+Down}{Alt+S}".
+void Keys(std::wstring_view keys);
 void Click(POINT point, int times = 1);
 void ClickWith(WORD key, POINT point);  // held down meanwhile
 void Drag(POINT from, POINT to);
