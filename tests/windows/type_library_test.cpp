@@ -45,6 +45,15 @@ std::wstring NameOf(ITypeInfo* info, MEMBERID member = MEMBERID_NIL) {
   return std::wstring(name.view());
 }
 
+// The type that `info` implements, or the other side of a dual interface (-1).
+ComPtr<ITypeInfo> Implemented(ITypeInfo* info, UINT index) {
+  HREFTYPE reference = 0;
+  ComPtr<ITypeInfo> type;
+  info->GetRefTypeOfImplType(index, &reference);
+  info->GetRefTypeInfo(reference, type.Receive());
+  return type;
+}
+
 TYPEATTR AttributesOf(ITypeInfo* info) {
   TYPEATTR* attributes = nullptr;
   info->GetTypeAttr(&attributes);
@@ -156,11 +165,7 @@ TEST_F(TypeLibrary, ClassesHaveTheirDefaultInterface) {
     INT flags = 0;
     info->GetImplTypeFlags(0, &flags);
     EXPECT_EQ(flags, IMPLTYPEFLAG_FDEFAULT);
-    HREFTYPE reference = 0;
-    ComPtr<ITypeInfo> dispatch;
-    info->GetRefTypeOfImplType(0, &reference);
-    ASSERT_EQ(info->GetRefTypeInfo(reference, dispatch.Receive()), S_OK);
-    EXPECT_EQ(Text(AttributesOf(dispatch.get()).guid), identity.interface_id);
+    EXPECT_EQ(Text(AttributesOf(Implemented(info.get(), 0).get()).guid), identity.interface_id);
   }
 }
 
@@ -174,11 +179,8 @@ TEST_F(TypeLibrary, InterfacesAreDualAndHaveTheirMembersInOrder) {
     EXPECT_EQ(attributes.typekind, TKIND_DISPATCH);
     EXPECT_TRUE(attributes.wTypeFlags & TYPEFLAG_FDUAL);
 
-    // The other side of a dual interface is its vtable.
-    HREFTYPE reference = 0;
-    ComPtr<ITypeInfo> info;
-    ASSERT_EQ(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
-    ASSERT_EQ(dispatch->GetRefTypeInfo(reference, info.Receive()), S_OK);
+    const ComPtr<ITypeInfo> info = Implemented(dispatch.get(), static_cast<UINT>(-1));
+    ASSERT_TRUE(info) << "no vtable";
     attributes = AttributesOf(info.get());
     EXPECT_EQ(attributes.typekind, TKIND_INTERFACE);
 
