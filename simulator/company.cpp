@@ -131,6 +131,14 @@ void Company::Set(std::wstring_view name, std::unique_ptr<Table> table) {
   tables_[static_cast<std::size_t>(&Info(name) - Catalogue().data())] = std::move(table);
 }
 
+std::int64_t Company::records_written() const {
+  std::int64_t written = 0;
+  for (const auto& table : tables_) {
+    if (table) written += table->records_written();
+  }
+  return written;
+}
+
 std::unique_ptr<MemoryTable> Company::NewTable(std::wstring_view name, Columns columns) {
   if (name == kControlData) return std::make_unique<ControlTable>(std::move(columns), *this);
   return std::make_unique<MemoryTable>(std::move(columns), Info(name).key);

@@ -2,6 +2,7 @@
 #ifndef ARD_SIMULATOR_COMPANY_H_
 #define ARD_SIMULATOR_COMPANY_H_
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -38,6 +39,9 @@ class Company {
 
   // An empty table for this company; it becomes a part of the company with Set.
   std::unique_ptr<MemoryTable> NewTable(std::wstring_view name, Columns columns);
+
+  // How many records its tables have stored, those that it has been made of included.
+  std::int64_t records_written() const;
 
   // Puts in the table that `text` holds, in memory only. An error calls it `file`. Throws
   // CompanyError; the company is then as it was.

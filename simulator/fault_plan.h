@@ -29,10 +29,14 @@ class FaultPlan {
 
   // Called by every operation before it does anything. Throws Error when it is to fail.
   void Operation() {
+    if (Fails()) throw Error(kErrorFailed, L"The operation failed as requested.");
+  }
+  // The same for one that fails in its own way: whether it is to.
+  bool Fails() {
     if (++operations_ == crash_at_) std::_Exit(EXIT_FAILURE);
-    if (first_ == 0 || operations_ < first_ || (operations_ > first_ && !persist_)) return;
+    if (first_ == 0 || operations_ < first_ || (operations_ > first_ && !persist_)) return false;
     ++failed_;
-    throw Error(kErrorFailed, L"The operation failed as requested.");
+    return true;
   }
 
   // Operations asked, and how many of them failed, since the count started.

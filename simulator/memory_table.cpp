@@ -24,6 +24,12 @@ void Tidy(const Columns& columns, Row& row) {
   }
 }
 
+// For one element more, so that adding it cannot fail.
+template <class Element>
+void MakeRoom(std::vector<Element>& elements) {
+  if (elements.size() == elements.capacity()) elements.reserve(2 * elements.size() + 1);
+}
+
 }  // namespace
 
 Value MemoryTable::Cell(std::int32_t record, std::size_t column) const {
@@ -55,6 +61,8 @@ bool MemoryTable::Store(std::int32_t record, Row row) {
   Tidy(columns(), row);
   std::wstring new_key = KeyOf(row);
   if (!key().empty() && !IsFree(new_key, record)) return false;
+  MakeRoom(rows_);
+  MakeRoom(index_);
   if (writer_) writer_(record, row);
 
   if (record > size()) {
@@ -64,6 +72,7 @@ bool MemoryTable::Store(std::int32_t record, Row row) {
     rows_[static_cast<std::size_t>(record) - 1] = std::move(row);
   }
   if (!key().empty()) Enter(record, std::move(new_key));
+  ++records_written_;
   return true;
 }
 

@@ -47,6 +47,8 @@ class Table {
   // and nothing stored, when the number is another, the key is blank or another record has it.
   // Throws Error when a text is too long or the table cannot be written.
   virtual bool Store(std::int32_t record, Row row) = 0;
+  // How often that has stored one.
+  std::int64_t records_written() const { return records_written_; }
 
   // The key put together from the key cells; nothing when a text is too long for its field.
   std::optional<std::wstring> ComposeKey(std::span<const Value> cells) const;
@@ -61,6 +63,8 @@ class Table {
  protected:
   // Throws Error when a key field is missing or is of a type that makes no key.
   Table(Columns columns, std::span<const std::wstring_view> key_fields);
+
+  std::int64_t records_written_ = 0;
 
  private:
   Columns columns_;

@@ -220,7 +220,7 @@ void ListModel::MoveTo(std::int32_t position) {
 }
 
 void ListModel::MoveToRow(std::size_t index) {
-  selected_ = rows_[index];
+  selected_ = Row(rows_[index]);
   cursor_ = selected_->position;
   resolved_ = true;
 }
@@ -289,16 +289,16 @@ void ListModel::SetTop(std::int32_t top) {
 void ListModel::Load() {
   if (!loaded_) {
     rows_.clear();
-    loaded_ = true;
     const std::int32_t reach = Reach(top_);
     const std::int32_t last = row_count_ - top_ < reach ? row_count_ : top_ + reach - 1;
     if (last >= top_) source_.LoadPage(top_, last, rows_);
+    loaded_ = true;
   }
   if (resolved_ || !IsInView(cursor_)) return;
-  resolved_ = true;
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const Row& r) { return r.position == cursor_; });
   selected_ = row == rows_.end() ? std::nullopt : std::optional(*row);
+  resolved_ = true;
 }
 
 bool ListModel::SelectFirstFrom(std::int32_t position) {

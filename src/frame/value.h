@@ -56,6 +56,14 @@ class Value {
   Value(const char* value) = delete;  // it would be a Boolean
   Value(std::shared_ptr<Object> value) : storage_(std::move(value)) {}
 
+  // Copied by assignment: when memory runs out for a text, the variant's own copying (of GCC 12)
+  // goes on to destroy what it has not made.
+  Value(const Value& other) { storage_ = other.storage_; }
+  Value(Value&&) = default;
+  Value& operator=(const Value&) = default;
+  Value& operator=(Value&&) = default;
+  ~Value() = default;
+
   const Storage& storage() const { return storage_; }
   bool is_empty() const { return storage_.index() == 0; }
   bool is_null() const { return std::holds_alternative<Null>(storage_); }

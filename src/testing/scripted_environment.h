@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <new>
 #include <set>
 #include <string>
 #include <string_view>
@@ -193,18 +194,22 @@ class ScriptedEnvironment : public Environment {
    public:
     RecordedProgress(ScriptedEnvironment& environment, std::wstring_view title,
                      std::int32_t maximum)
-        : environment_(environment), title_(title), maximum_(maximum) {}
-    ~RecordedProgress() override {
-      environment_.progress_.push_back(title_ + L": " + std::to_wstring(done_) + L"/" +
-                                       std::to_wstring(maximum_));
+        : environment_(environment), title_(title), maximum_(maximum) {
+      environment_.progress_.push_back(Text());
     }
     void Advance() override {
       if (environment_.plan_) environment_.plan_->Operation();
       ++done_;
+      environment_.progress_[place_] = Text();
     }
 
    private:
+    std::wstring Text() const {
+      return title_ + L": " + std::to_wstring(done_) + L"/" + std::to_wstring(maximum_);
+    }
+
     ScriptedEnvironment& environment_;
+    const std::size_t place_ = environment_.progress_.size();
     std::wstring title_;
     std::int32_t maximum_;
     std::int32_t done_ = 0;
@@ -217,7 +222,15 @@ class ScriptedEnvironment : public Environment {
     if (!scripts.empty()) {
       const std::function<void(Dialog&)> script = std::move(scripts.front());
       scripts.pop_front();
-      script(dialog);
+      // A window goes on after a handler that memory ran out in, and so does its user.
+      for (int attempt = 0; attempt < 2 && dialog.visible(); ++attempt) {
+        try {
+          script(dialog);
+          break;
+        } catch (const std::bad_alloc&) {
+          continue;
+        }
+      }
     }
     if (dialog.visible()) dialog.CloseBox();
   }
