@@ -1,11 +1,11 @@
 #include "accounts/discount.h"
 
-#include <array>
 #include <cstdint>
-#include <string>
+#include <iterator>
 
 #include "accounts/account.h"
 #include "frame/decimal.h"
+#include "frame/numbered_text.h"
 
 namespace ard::accounts {
 namespace {
@@ -13,29 +13,30 @@ namespace {
 using engine::Match;
 using engine::Mode;
 
-constexpr int kLevels = 10;
+constexpr std::int16_t kLevels = 10;
 constexpr std::int16_t kValueDiscount = 1;
 constexpr std::int16_t kFirstTable = 2;
-constexpr std::array<std::wstring_view, 5> kTables = {L"Table A", L"Table B", L"Table C",
-                                                      L"Table D", L"Table E"};
 
-// A field of each level: its name around the number of the level.
-struct LevelField {
-  std::wstring before;
-  std::wstring after;
-  std::wstring Name(int level) const { return before + std::to_wstring(level) + after; }
+// A product's table, and how the names of the fields of its levels begin.
+struct Table {
+  std::wstring_view name;
+  wchar_t level[14];
 };
+constexpr Table kTables[] = {{L"Table A", L"DISC_A_LEVEL_"},
+                             {L"Table B", L"DISC_B_LEVEL_"},
+                             {L"Table C", L"DISC_C_LEVEL_"},
+                             {L"Table D", L"DISC_D_LEVEL_"},
+                             {L"Table E", L"DISC_E_LEVEL_"}};
 
 // The rate of the highest level whose threshold is above 0 and reached; levels need not ascend.
-template <class Source>
-std::optional<double> RateReached(Source& source, const LevelField& threshold_field,
-                                  const LevelField& rate_field, double reached) {
-  for (int level = kLevels; level >= 1; --level) {
+std::optional<double> RateReached(auto& source, auto&& threshold_field, auto&& rate_field,
+                                  double reached) {
+  for (std::int16_t level = kLevels; level >= 1; --level) {
     double threshold = 0;
-    source.Get(threshold_field.Name(level), threshold);
+    source.Get(threshold_field.With(level), threshold);
     if (threshold <= 0 || ExactDifference(reached, threshold) < 0) continue;
     double rate = 0;
-    if (!source.Get(rate_field.Name(level), rate)) return std::nullopt;
+    if (!source.Get(rate_field.With(level), rate)) return std::nullopt;
     return rate;
   }
   return std::nullopt;
@@ -44,17 +45,18 @@ std::optional<double> RateReached(Source& source, const LevelField& threshold_fi
 std::optional<double> ValueRate(const Context& context, double value) {
   engine::DataFile setup(context, L"SetupData");
   if (!setup.Open(Mode::kRead) || !setup.Read(1)) return std::nullopt;
-  return RateReached(setup, {L"SALES_AMOUNT_SOLD_", L""}, {L"SALES_ADD_DISC_", L""}, value);
+  return RateReached(setup, NumberedText(L"SALES_AMOUNT_SOLD_", L""),
+                     NumberedText(L"SALES_ADD_DISC_", L""), value);
 }
 
-std::optional<double> QuantityRate(const Context& context, std::wstring_view table,
+std::optional<double> QuantityRate(const Context& context, const Table& table,
                                    const OrderLine& line) {
   engine::Record product(context, L"StockRecord");
   if (!product.Set(L"STOCK_CODE", line.prod_code) || !product.Find(Match::kExact)) {
     return std::nullopt;
   }
-  const std::wstring level = std::wstring(L"DISC_") + table.back() + L"_LEVEL_";
-  return RateReached(product, {level, L"_QTY"}, {level, L"_RATE"}, line.quantity);
+  return RateReached(product, NumberedText(table.level, L"_QTY"),
+                     NumberedText(table.level, L"_RATE"), line.quantity);
 }
 
 }  // namespace
@@ -77,9 +79,10 @@ Discount CalculateDiscount(const Context& context, std::wstring_view acc_ref,
   }
   if (type == kValueDiscount) {
     discount.value_rate = ValueRate(context, line.quantity * line.unit_price);
-  } else if (type >= kFirstTable && type < kFirstTable + static_cast<int>(kTables.size())) {
-    discount.table = kTables[static_cast<std::size_t>(type - kFirstTable)];
-    discount.quantity_rate = QuantityRate(context, discount.table, line);
+  } else if (type >= kFirstTable && type < kFirstTable + std::ssize(kTables)) {
+    const Table& table = kTables[type - kFirstTable];
+    discount.table = table.name;
+    discount.quantity_rate = QuantityRate(context, table, line);
   }
   return discount;
 }

@@ -35,8 +35,9 @@ UserListDialog::UserListDialog(const Context& context, bool manager)
 
 void UserListDialog::Fill() {
   accounts_rows_.Clear();
-  for (const engine::ActiveLogon& logon : engine::ActiveLogons(context_)) {
-    accounts_rows_.Add(RowOf(logon.name, logon.station));
+  {
+    engine::LogonQueue logons(context_);
+    while (logons.Next()) accounts_rows_.Add(RowOf(logons.name(), logons.Station()));
   }
   accounts_list_.SetRowCount(accounts_rows_.count());
   FillHostList();

@@ -1,28 +1,38 @@
 #include "engine/logon_queue.h"
 
-#include <cstdint>
-#include <utility>
-
-#include "engine/handles.h"
-
 namespace ard::engine {
+namespace {
 
-std::vector<ActiveLogon> ActiveLogons(const Context& context) {
-  std::vector<ActiveLogon> logons;
-  DataFile queue(context, L"QueueData");
-  if (!queue.Open(Mode::kRead)) return logons;
-  const std::int32_t count = queue.Count();
-  for (std::int32_t slot = 1; slot <= count; ++slot) {
-    if (!queue.Read(slot)) continue;
-    ActiveLogon logon;
+constexpr std::wstring_view kQueue = L"QueueData";
+constexpr std::wstring_view kName = L"LOGON_NAME";
+constexpr std::wstring_view kEmptyFlag = L"EMPTY_FLAG";
+constexpr std::wstring_view kStation = L"STATION_NAME";
+
+}  // namespace
+
+LogonQueue::LogonQueue(const Context& context)
+    : queue_(context, kQueue),
+      name_of_(queue_, kName),
+      empty_flag_(queue_, kEmptyFlag),
+      station_of_(queue_, kStation) {
+  if (queue_.Open(Mode::kRead)) slots_ = queue_.Count();
+}
+
+bool LogonQueue::Next() {
+  while (slot_ < slots_) {
+    if (!queue_.Read(++slot_) || !name_of_.Get(name_)) continue;
     bool empty = true;
-    queue.Get(L"LOGON_NAME", logon.name, kTrimmed);
-    queue.Get(L"EMPTY_FLAG", empty);
-    if (logon.name.empty() || empty) continue;
-    queue.Get(L"STATION_NAME", logon.station, kTrimmed);
-    logons.push_back(std::move(logon));
+    const bool named = name_.find_first_not_of(L' ') != std::wstring::npos;
+    if (named && empty_flag_.Get(empty) && !empty) return true;
   }
-  return logons;
+  return false;
+}
+
+std::wstring LogonQueue::Station() {
+  std::wstring station;
+  station_of_.Get(station);
+  Trim(station);
+  return station;
 }
 
 }  // namespace ard::engine

@@ -2,21 +2,35 @@
 #ifndef ARD_ENGINE_LOGON_QUEUE_H_
 #define ARD_ENGINE_LOGON_QUEUE_H_
 
+#include <cstdint>
 #include <string>
-#include <vector>
+#include <string_view>
 
-#include "frame/context.h"
+#include "engine/handles.h"
+#include "frame/text.h"
 
 namespace ard::engine {
 
-// Both without blanks around them.
-struct ActiveLogon {
-  std::wstring name;
-  std::wstring station;
-};
+// Walks the slots in use, in the order of the queue. A slot that cannot be read counts as free.
+class LogonQueue {
+ public:
+  explicit LogonQueue(const Context& context);
 
-// The slots in use, in the order of the queue. A slot that cannot be read counts as free.
-std::vector<ActiveLogon> ActiveLogons(const Context& context);
+  // Goes to the next slot in use, or to the first; false when there is none.
+  bool Next();
+  // Of the slot; both without blanks around them. The name lasts until the next slot.
+  std::wstring_view name() const { return Trimmed(name_); }
+  std::wstring Station();
+
+ private:
+  DataFile queue_;
+  Column<DataFile> name_of_;
+  Column<DataFile> empty_flag_;
+  Column<DataFile> station_of_;
+  std::int32_t slots_ = 0;
+  std::int32_t slot_ = 0;
+  std::wstring name_;
+};
 
 }  // namespace ard::engine
 

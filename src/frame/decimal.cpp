@@ -18,17 +18,6 @@ constexpr int kLargestScale = static_cast<int>(std::size(kPowers)) - 1;
 constexpr double kLimit = 1e15;
 constexpr std::int64_t kLargestScaled = std::int64_t{1000} * std::int64_t{1000000000000000};
 
-// A number of a few places, as most are: n / 10^scale, both exact, is rounded once, so it is
-// `number` only when that is the double nearest to the decimal.
-std::optional<Decimal> FewPlaces(double number) {
-  for (int scale = 0; scale <= 6; ++scale) {
-    const double scaled = std::nearbyint(number * kPowers[scale]);
-    if (std::abs(scaled) >= kLimit) break;
-    if (scaled / kPowers[scale] == number) return Decimal{static_cast<std::int64_t>(scaled), scale};
-  }
-  return std::nullopt;
-}
-
 std::optional<Decimal> FifteenDigits(double number) {
   char text[32];
   std::snprintf(text, sizeof text, "%.14e", number);
@@ -72,8 +61,15 @@ std::int64_t Rounded(const Decimal& number, int scale) {
 
 std::optional<Decimal> ToDecimal(double number) {
   if (!std::isfinite(number) || std::abs(number) >= kLimit) return std::nullopt;
-  const std::optional<Decimal> few = FewPlaces(number);
-  return few ? few : FifteenDigits(number);
+  // A number of a few places, as most are: digits / 10^scale, both exact, is rounded once, so it is
+  // `number` only when that is the double nearest to the decimal.
+  for (int scale = 0; scale <= 6; ++scale) {
+    const double scaled = number * kPowers[scale];
+    if (std::abs(scaled) >= kLimit) break;
+    const auto digits = static_cast<std::int64_t>(scaled + std::copysign(0.5, scaled));
+    if (static_cast<double>(digits) / kPowers[scale] == number) return Decimal{digits, scale};
+  }
+  return FifteenDigits(number);
 }
 
 double ExactSum(double a, double b) {
@@ -88,21 +84,32 @@ double ExactSum(double a, double b) {
 }
 
 std::wstring FormatFixed(double number, int places) {
+  std::wstring text;
+  AppendFixed(text, number, places);
+  return text;
+}
+
+void AppendFixed(std::wstring& text, double number, int places) {
   const std::optional<Decimal> decimal = ToDecimal(number);
   if (!decimal) {
-    std::wstring text = std::to_wstring(number);
-    text.resize(std::min(text.find_first_of(L".,"), text.size()));
-    return text + L'.' + std::wstring(static_cast<std::size_t>(places), L'0');
+    const std::wstring digits = std::to_wstring(number);
+    text.append(digits, 0, digits.find_first_of(L".,")).append(1, L'.');
+    text.append(static_cast<std::size_t>(places), L'0');
+    return;
   }
   const int scale = std::min(decimal->scale, places);
-  const std::int64_t digits = Rounded(*decimal, scale);
-  std::wstring text = std::to_wstring(digits);
-  const auto behind = static_cast<std::size_t>(scale);
-  if (text.size() <= behind) text.insert(0, behind + 1 - text.size(), L'0');
-  text.insert(text.size() - behind, 1, L'.');
-  text.append(static_cast<std::size_t>(places - scale), L'0');
-  if (decimal->digits < 0 && digits > 0) text.insert(0, 1, L'-');
-  return text;
+  std::int64_t digits = Rounded(*decimal, scale);
+  const bool negative = decimal->digits < 0 && digits > 0;
+  // From the last digit to the first; one at least stands in front of the point.
+  wchar_t buffer[32];
+  wchar_t* const end = buffer + std::size(buffer);
+  wchar_t* begin = end;
+  for (int behind = scale; behind >= 0 || digits > 0; --behind, digits /= 10) {
+    if (behind == 0) *--begin = L'.';
+    *--begin = static_cast<wchar_t>(L'0' + digits % 10);
+  }
+  if (negative) *--begin = L'-';
+  text.append(begin, end).append(static_cast<std::size_t>(places - scale), L'0');
 }
 
 }  // namespace ard

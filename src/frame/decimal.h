@@ -26,6 +26,8 @@ inline double ExactDifference(double a, double b) { return ExactSum(a, -b); }
 // The number with so many places, at least 0, rounded half away from zero on its decimal digits.
 // There is always a point: 1 with no places is "1.".
 std::wstring FormatFixed(double number, int places);
+// The same, behind `text`.
+void AppendFixed(std::wstring& text, double number, int places);
 
 }  // namespace ard
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <span>
 
 namespace ard {
@@ -63,6 +65,13 @@ char32_t Mapped(std::span<const CaseRun> runs, char32_t code_point) {
 }  // namespace
 
 std::wstring_view Trimmed(std::wstring_view text) {
+  // Stored texts are mostly padding: several blanks are compared at once.
+  constexpr wchar_t kBlanks[] = {L' ', L' ', L' ', L' '};
+  constexpr std::size_t kCount = std::size(kBlanks);
+  while (text.size() >= kCount &&
+         std::memcmp(text.data() + text.size() - kCount, kBlanks, sizeof kBlanks) == 0) {
+    text.remove_suffix(kCount);
+  }
   const std::size_t first = text.find_first_not_of(L' ');
   if (first == std::wstring_view::npos) return {};
   return text.substr(first, text.find_last_not_of(L' ') - first + 1);
@@ -95,7 +104,8 @@ std::wstring LowerCase(std::wstring_view text) {
   lower.reserve(text.size());
   while (!text.empty()) {
     const char32_t c = Next(text);
-    Append(lower, c >= U'A' && c <= U'Z' ? c + 0x20 : Mapped(kLowerCaseRuns, c));
+    const bool is_upper = c >= U'A' && c <= U'Z';
+    Append(lower, c >= 0x80 ? Mapped(kLowerCaseRuns, c) : is_upper ? c + 0x20 : c);
   }
   return lower;
 }

@@ -39,7 +39,7 @@ double AveragePrice(engine::Record& stock) {
         if (cost_of.Get(cost)) total_cost += cost * remaining;
       }
     }
-    transactions.MoveNext();
+    if (i < count) transactions.MoveNext();
   }
   return total_cost != 0 && total_quantity != 0 ? total_cost / total_quantity : 0;
 }
@@ -57,21 +57,22 @@ double CostPrice(const Context& context, std::wstring_view stock_code, bool use_
 class PriceListOf {
  public:
   PriceListOf(const Context& context, std::wstring_view acc_ref)
-      : acc_ref_(acc_ref), customer_(context, L"SalesRecord") {}
+      : context_(context), acc_ref_(acc_ref) {}
 
   // Whether the customer exists and has that price list.
   bool Is(std::wstring_view price_list) {
     if (!looked_up_) {
       looked_up_ = true;
-      found_ = customer_.Set(L"ACCOUNT_REF", acc_ref_) && customer_.Find(Match::kExact) &&
-               customer_.Get(L"Price_List_Ref", price_list_, engine::kTrimmed);
+      engine::Record customer(context_, L"SalesRecord");
+      found_ = customer.Set(L"ACCOUNT_REF", acc_ref_) && customer.Find(Match::kExact) &&
+               customer.Get(L"Price_List_Ref", price_list_, engine::kTrimmed);
     }
     return found_ && price_list_ == price_list;
   }
 
  private:
+  const Context& context_;
   std::wstring_view acc_ref_;
-  engine::Record customer_;
   bool looked_up_ = false;
   bool found_ = false;
   std::wstring price_list_;
@@ -104,15 +105,16 @@ double StoredSupplierPrice(const Context& context, std::wstring_view stock_code,
                            std::wstring_view padded_ref) {
   double price = 0;
   engine::Index index(context, L"PriceIndex");
-  engine::DataFile data(context, L"PriceData");
   index.Open(Mode::kRead);
-  data.Open(Mode::kRead);
   std::wstring key = L"U";
   key += padded_ref;
   key += stock_code;
   if (!index.SetKey(key) || !index.Find(Match::kExact)) return price;
   const std::int32_t record = index.RecordNumber();
-  if (record != 0 && data.Read(record)) data.Get(L"STORED_PRICE", price);
+  if (record == 0) return price;
+  engine::DataFile data(context, L"PriceData");
+  data.Open(Mode::kRead);
+  if (data.Read(record)) data.Get(L"STORED_PRICE", price);
   return price;
 }
 

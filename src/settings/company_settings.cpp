@@ -4,6 +4,7 @@
 #include "engine/handles.h"
 #include "frame/decimal.h"
 #include "frame/error.h"
+#include "frame/numbered_text.h"
 #include "settings/general.h"
 
 namespace ard::settings {
@@ -13,30 +14,29 @@ using engine::DataFile;
 using engine::Mode;
 
 constexpr std::int16_t kUsualDecimals = 4;
-constexpr int kTaxCodes = 100;
+constexpr std::int16_t kTaxCodes = 100;
 constexpr int kRateDecimals = 2;
+constexpr std::size_t kLineLength = 10;  // of most tax codes
 
 // Gives each element the name of the record whose number is its index.
 void ListNames(const Context& context, std::wstring_view data_file, const TextArray& list) {
   DataFile file(context, data_file);
   if (!file.Open(Mode::kQuery)) return;
   using Counter = std::numeric_limits<std::int16_t>;
+  engine::Column name_of(file, L"NAME");
+  NumberedText label(L"", L"   ");
   const std::int64_t last = std::min<std::int64_t>(list.upper_bound(), Counter::max());
   for (std::int64_t n = std::max<std::int64_t>(list.lower_bound, Counter::min()); n <= last; ++n) {
     file.Read(static_cast<std::int32_t>(n));
     std::wstring name;
-    if (!file.Get(L"NAME", name, engine::kTrimmed)) continue;
-    *list.Find(n) = std::to_wstring(n) + L"   " + name;
+    if (!name_of.Get(name)) continue;
+    list.Find(n)->assign(label.With(static_cast<std::int16_t>(n))).append(Trimmed(name));
   }
 }
 
-// The format of numbers with so many decimals, as the formatter has it; a negative count has none.
+// The format of numbers with so many decimals; a negative count has none.
 void MakeFormat(std::int16_t decimals, std::wstring& format) {
-  if (decimals >= 0) format = FormatFixed(0, decimals);
-}
-
-std::wstring TaxField(int code, std::wstring_view what) {
-  return L"T" + std::to_wstring(code) + std::wstring(what);
+  if (decimals >= 0) format.assign(L"0.").append(static_cast<std::size_t>(decimals), L'0');
 }
 
 // A text that is no number stays what it is.
@@ -48,6 +48,27 @@ std::wstring FormattedRate(const std::wstring& rate) {
   }
 }
 
+// A tax code's line in the list, to be filled from its rate.
+struct TaxLine {
+  std::int16_t code;
+  std::wstring& text;
+};
+
+void Convert(Value&& value, TaxLine& line) {
+  // The shorter labels are padded more: that is how they are published.
+  NumberedText short_label(L"T", L"   ");
+  NumberedText long_label(L"T", L" ");
+  const std::wstring_view label =
+      line.code < 10 ? short_label.With(line.code) : long_label.With(line.code);
+  if (const double* const rate = std::get_if<double>(&value.storage())) {
+    line.text.reserve(kLineLength);  // so that it is got in one go
+    line.text = label;
+    AppendFixed(line.text, *rate, kRateDecimals);
+  } else {
+    line.text = std::wstring(label) + FormattedRate(std::move(value).ToText());
+  }
+}
+
 // The fields of tax codes.
 class TaxFile {
  public:
@@ -56,8 +77,8 @@ class TaxFile {
     if (open_) control_.Read(1);
   }
   template <class T>
-  bool Get(int code, std::wstring_view what, T& out) {
-    return open_ && control_.Get(TaxField(code, what), out);
+  bool Get(std::wstring_view field, T& out) {
+    return open_ && control_.Get(field, out);
   }
 
  private:
@@ -94,24 +115,25 @@ void General::GetDPSettings(std::int16_t& qty_dp, std::int16_t& unit_dp, std::ws
 void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
   Run(L"GetTaxCodes", [&] {
     TaxFile taxes(context());
-    for (int code = 0; code < kTaxCodes; ++code) {
+    NumberedText field(L"T", L"_RATE");
+    for (std::int16_t code = 0; code < kTaxCodes; ++code) {
       std::wstring* const element = tax_code_list.Find(code);
-      std::wstring rate;
-      if (!element || !taxes.Get(code, L"_RATE", rate)) continue;
-      // The shorter labels are padded more: that is how they are published.
-      *element = TaxField(code, code < 10 ? L"   " : L" ") + FormattedRate(rate);
+      if (!element) continue;
+      TaxLine line{code, *element};
+      taxes.Get(field.With(code), line);
     }
   });
 }
 
 double General::GetVatRate(std::int16_t vat_code) const noexcept {
-  return Call<double>(L"GetVatRate",
-                      [&](double& rate) { TaxFile(context()).Get(vat_code, L"_RATE", rate); });
+  return Call<double>(L"GetVatRate", [&](double& rate) {
+    TaxFile(context()).Get(NumberedText(L"T", L"_RATE").With(vat_code), rate);
+  });
 }
 
 std::wstring General::GetVatDesc(std::int16_t vat_code) const noexcept {
   return Call<std::wstring>(L"GetVatDesc", [&](std::wstring& description) {
-    TaxFile(context()).Get(vat_code, L"_DESCRIPTION", description);
+    TaxFile(context()).Get(NumberedText(L"T", L"_DESCRIPTION").With(vat_code), description);
   });
 }
 

@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <limits>
-#include <vector>
 
 #include "dialogs/user_list_dialog.h"
 #include "engine/logon_queue.h"
@@ -10,32 +8,31 @@
 namespace ard::settings {
 namespace {
 
-using engine::ActiveLogon;
-
-std::int16_t CountOf(const std::vector<ActiveLogon>& logons) {
-  constexpr std::size_t kMost = std::numeric_limits<std::int16_t>::max();
-  return static_cast<std::int16_t>(std::min(logons.size(), kMost));
+void CountOneMore(std::int16_t& count) {
+  if (count < std::numeric_limits<std::int16_t>::max()) ++count;
 }
 
 }  // namespace
 
 std::int16_t General::GetNumActiveUsers() const noexcept {
   return Call<std::int16_t>(L"GetNumActiveUsers", [&](std::int16_t& count) {
-    count = CountOf(engine::ActiveLogons(context()));
+    engine::LogonQueue logons(context());
+    while (logons.Next()) CountOneMore(count);
   });
 }
 
 std::int16_t General::GetNumActiveUsersInclDet(std::wstring& user_name,
                                                std::wstring& mach_name) const noexcept {
   return Call<std::int16_t>(L"GetNumActiveUsersInclDet", [&](std::int16_t& count) {
-    std::vector<ActiveLogon> logons = engine::ActiveLogons(context());
-    count = CountOf(logons);
-    const std::wstring_view own = Trimmed(user_name);
-    const auto other = std::find_if(logons.begin(), logons.end(),
-                                    [&](const ActiveLogon& logon) { return logon.name != own; });
-    if (other == logons.end()) return;
-    user_name = std::move(other->name);
-    mach_name = std::move(other->station);
+    engine::LogonQueue logons(context());
+    bool found = false;
+    while (logons.Next()) {
+      CountOneMore(count);
+      if (found || logons.name() == Trimmed(user_name)) continue;
+      found = true;
+      user_name = logons.name();
+      mach_name = logons.Station();
+    }
   });
 }
 

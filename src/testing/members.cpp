@@ -1,6 +1,7 @@
 #include "testing/members.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -75,6 +76,14 @@ std::unique_ptr<Class> Create(const Context& context) {
 }
 
 std::wstring Text(const Value& answer) { return answer.ToText(); }
+
+// The elements of an array that a member has filled.
+template <std::size_t size>
+std::wstring Text(const std::array<std::wstring, size>& elements) {
+  std::wstring text;
+  for (const std::wstring& element : elements) text += L"|" + element;
+  return text;
+}
 
 // The outputs of a member.
 template <class First, class... More>
@@ -180,11 +189,12 @@ std::wstring WriteShortcut(const General& general, const Context& context) {
   return general.CreateAccountsShortcut(0, L"C:\\Accounts", L"C:\\Host");
 }
 
-std::wstring FirstOther(const General& general, const Context&) {
+std::tuple<std::int16_t, std::wstring, std::wstring> FirstOther(const General& general,
+                                                                const Context&) {
   std::wstring name = L"ANN";
   std::wstring machine = L"-";
   const std::int16_t count = general.GetNumActiveUsersInclDet(name, machine);
-  return Text(count) + L"," + name + L"," + machine;
+  return {count, std::move(name), std::move(machine)};
 }
 
 // Every handler of the user list.
@@ -268,21 +278,21 @@ bool MayOpen(const AccessRights& rights, const Context&) {
 // The answers of a method that fills an array, from index 0 on.
 template <std::size_t size>
 auto Fills(void (General::*method)(TextArray) const noexcept) {
-  return [=](const General& general, const Context&) {
-    std::wstring elements[size];
+  return [=](const General& general, const Context&) -> const std::array<std::wstring, size>& {
+    static std::array<std::wstring, size> elements;
+    for (std::wstring& element : elements) element.clear();
     (general.*method)({0, elements});
-    std::wstring answer;
-    for (const std::wstring& element : elements) answer += L"|" + element;
-    return answer;
+    return elements;
   };
 }
 
-std::wstring Decimals(const General& general, const Context&) {
+std::tuple<std::int16_t, std::int16_t, std::wstring, std::wstring> Decimals(const General& general,
+                                                                            const Context&) {
   std::int16_t quantity = -1;
   std::int16_t unit = -1;
   std::wstring formats[2];
   general.GetDPSettings(quantity, unit, formats[0], formats[1]);
-  return Text(quantity) + L"," + Text(unit) + L"," + formats[0] + L"," + formats[1];
+  return {quantity, unit, std::move(formats[0]), std::move(formats[1])};
 }
 
 std::wstring Breakdown(const Customers& customers, const Context& context) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "frame/text.h"
 
@@ -12,19 +13,21 @@ constexpr std::int32_t kNoAccess = 1;
 
 }  // namespace
 
-bool IsManager(std::wstring_view user) { return UpperCase(Trimmed(user)) == L"MANAGER"; }
+bool IsManager(std::wstring_view user) { return EqualsIgnoreCase(Trimmed(user), L"MANAGER"); }
 
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
+  engine::Column name_of(access, kName);
   std::wstring stored;
-  access.Get(kName, stored);
-  for (std::wstring name : {UpperCase(user), LowerCase(user), std::wstring(user)}) {
+  name_of.Get(stored);
+  const auto finds = [&](std::wstring name) {
     if (name.size() < stored.size()) name.resize(stored.size(), L' ');
-    if (access.FindFirst(kName, name)) return true;
-  }
+    return access.FindFirst(kName, std::move(name));
+  };
+  if (finds(UpperCase(user)) || finds(LowerCase(user)) || finds(std::wstring(user))) return true;
   const std::int32_t count = access.Count();
   for (std::int32_t record = 1; record <= count; ++record) {
-    if (access.Read(record) && access.Get(kName, stored, engine::kTrimmed) &&
-        EqualsIgnoreCase(stored, Trimmed(user))) {
+    if (access.Read(record) && name_of.Get(stored) &&
+        EqualsIgnoreCase(Trimmed(stored), Trimmed(user))) {
       return true;
     }
   }
