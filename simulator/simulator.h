@@ -31,8 +31,9 @@ class Simulator : public engine::Engine {
   // table cannot be read or is malformed.
   static std::unique_ptr<Simulator> Open(const std::filesystem::path& folder);
 
-  // A company whose customer ledger has `accounts` accounts and whose stock ledger has `products`
-  // products, made up as they are read: they cost no memory, whatever their numbers.
+  // A company with `accounts` customers, suppliers, nominal accounts and orders of either kind, and
+  // with `products` products, made up as they are read: they cost no memory, whatever their
+  // numbers.
   static std::unique_ptr<Simulator> OpenSynthetic(std::int32_t accounts, std::int32_t products = 0);
 
   explicit Simulator(std::unique_ptr<Company> company);

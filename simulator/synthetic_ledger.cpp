@@ -67,6 +67,7 @@ enum Purpose : std::uint64_t {
   kOnOrder,
   kPrice,
   kUncounted,
+  kDay,
 };
 
 template <std::size_t N>
@@ -131,8 +132,19 @@ Value StockUncounted(std::int32_t position) {
   return Chance(position, kUncounted) % kOneUncountedIn == 0;
 }
 
+Value PostingType(std::int32_t) { return std::uint8_t{1}; }
+Value OrderedBy(std::int32_t position) {
+  return std::wstring(1, static_cast<wchar_t>(L'A' + Chance(position, kName) % kLetters)) +
+         L"0000001";
+}
+// Some day of the years 2023 to 2025.
+Value OrderDate(std::int32_t position) {
+  return Date{static_cast<double>(44927 + Chance(position, kDay) % 1096)};
+}
+
 constexpr std::wstring_view kAccountRef[] = {L"ACCOUNT_REF"};
 constexpr std::wstring_view kStockCode[] = {L"STOCK_CODE"};
+constexpr std::wstring_view kOrderNumber[] = {L"ORDER_NUMBER"};
 
 struct MadeColumn {
   std::wstring_view name;
@@ -147,6 +159,18 @@ constexpr MadeColumn kCustomerColumns[] = {
     {L"CREDIT_LIMIT", CreditLimit},
     {L"ACCOUNT_ON_HOLD", OnHold},
     {L"TERMS_AGREED_FLAG", TermsAgreed},
+    {L"DELETED_FLAG", Deleted},
+};
+constexpr MadeColumn kNominalColumns[] = {
+    {L"NAME", Name},
+    {L"ACCOUNT_TYPE", PostingType},
+    {L"BALANCE", Balance},
+    {L"DELETED_FLAG", Deleted},
+};
+constexpr MadeColumn kOrderColumns[] = {
+    {L"ACCOUNT_REF", OrderedBy},
+    {L"NAME", Name},
+    {L"ORDER_DATE", OrderDate},
     {L"DELETED_FLAG", Deleted},
 };
 constexpr MadeColumn kProductColumns[] = {
@@ -170,10 +194,17 @@ struct SyntheticKind {
   std::span<const MadeColumn> columns;
 };
 const SyntheticKind kSyntheticCustomers = {L"SalesData", kAccountRef, kCustomerColumns};
+const SyntheticKind kSyntheticSuppliers = {L"PurchaseData", kAccountRef, kCustomerColumns};
+const SyntheticKind kSyntheticNominals = {L"NominalData", kAccountRef, kNominalColumns};
+const SyntheticKind kSyntheticSalesOrders = {L"SopData", kOrderNumber, kOrderColumns};
+const SyntheticKind kSyntheticPurchaseOrders = {L"PopData", kOrderNumber, kOrderColumns};
 const SyntheticKind kSyntheticProducts = {L"StockData", kStockCode, kProductColumns};
 
 SyntheticLedger::SyntheticLedger(std::int32_t records, const SyntheticKind& kind)
-    : Table(StandardColumns(kind.table), kind.key), records_(records), makers_(columns().size()) {
+    : Table(StandardColumns(kind.table), kind.key),
+      records_(records),
+      numbered_(columns()[key().front()].type != ColumnType::kText),
+      makers_(columns().size()) {
   if (records < 0 || records > kMostRecords) {
     throw Error(kErrorOverflow, L"A synthetic ledger has 0 to 200,000,000 records.");
   }
@@ -183,7 +214,7 @@ SyntheticLedger::SyntheticLedger(std::int32_t records, const SyntheticKind& kind
 
 Value SyntheticLedger::Cell(std::int32_t record, std::size_t column) const {
   const std::int32_t position = PositionOf(record);
-  if (column == key().front()) return KeyAt(position);
+  if (column == key().front()) return numbered_ ? Value(position) : Value(KeyAt(position));
   const Maker maker = makers_[column];
   return maker == nullptr ? Value() : maker(position);
 }
@@ -204,7 +235,7 @@ std::int32_t SyntheticLedger::LowerBound(std::wstring_view key) const {
 }
 
 std::optional<std::int32_t> SyntheticLedger::PositionOfPrefix(std::wstring_view key) const {
-  if (key.empty() || key.size() > kKeyLength) return std::nullopt;
+  if (numbered_ || key.empty() || key.size() > kKeyLength) return std::nullopt;
   const char32_t letter = UpperCase(static_cast<char32_t>(key[0])) - U'A';
   if (letter >= kLetters) return std::nullopt;
   std::int32_t number = 0;
@@ -228,6 +259,7 @@ std::int32_t SyntheticLedger::FirstOfLetter(std::int32_t letter) const {
 }
 
 std::wstring SyntheticLedger::KeyAt(std::int32_t position) const {
+  if (numbered_) return KeyFrom(position);
   const auto letter = static_cast<std::int32_t>((std::int64_t{position} - 1) * kLetters / records_);
   std::int32_t number = position - FirstOfLetter(letter);
   std::wstring code(kKeyLength, static_cast<wchar_t>(L'A' + letter));
@@ -239,8 +271,14 @@ std::wstring SyntheticLedger::KeyAt(std::int32_t position) const {
 
 std::unique_ptr<Company> MakeSyntheticCompany(std::int32_t accounts, std::int32_t products) {
   auto company = std::make_unique<Company>();
-  company->Set(L"SalesData", std::make_unique<SyntheticLedger>(accounts));
-  company->Set(L"StockData", std::make_unique<SyntheticLedger>(products, kSyntheticProducts));
+  const auto add = [&](const SyntheticKind& kind, std::int32_t records) {
+    company->Set(kind.table, std::make_unique<SyntheticLedger>(records, kind));
+  };
+  for (const SyntheticKind* kind : {&kSyntheticCustomers, &kSyntheticSuppliers, &kSyntheticNominals,
+                                    &kSyntheticSalesOrders, &kSyntheticPurchaseOrders}) {
+    add(*kind, accounts);
+  }
+  add(kSyntheticProducts, products);
   company->Parse(L"SetupData", "NAME:text(60)\tTERMS_WARNING:boolean\nSynthetic Ledger\tyes\n",
                  "SetupData");
   company->Parse(L"ControlData", "FINANCIAL_YEAR:integer16\n2026\n", "ControlData");

@@ -16,14 +16,19 @@ namespace ard::simulator {
 
 // What a made-up ledger holds, and under which key.
 struct SyntheticKind;
-extern const SyntheticKind kSyntheticCustomers;  // SalesData
-extern const SyntheticKind kSyntheticProducts;   // StockData
+extern const SyntheticKind kSyntheticCustomers;       // SalesData
+extern const SyntheticKind kSyntheticSuppliers;       // PurchaseData
+extern const SyntheticKind kSyntheticNominals;        // NominalData
+extern const SyntheticKind kSyntheticProducts;        // StockData
+extern const SyntheticKind kSyntheticSalesOrders;     // SopData
+extern const SyntheticKind kSyntheticPurchaseOrders;  // PopData
 
 // The keys, in key order, are A0000001, A0000002, ..., B0000001 and so on: an equal share of the
-// records for each letter. Records are numbered the other way round, from the last key to the
-// first, so that positions and record numbers cannot be mixed up unnoticed. Some accounts are on
-// hold, over their limit, without agreed terms or deleted, some products out of stock,
-// over-allocated or deleted; which ones depends on nothing but the record's place in the ledger.
+// records for each letter. Those of orders are the numbers from 1. Records are numbered the other
+// way round, from the last key to the first, so that positions and record numbers cannot be mixed
+// up unnoticed. Some accounts are on hold, over their limit, without agreed terms or deleted, some
+// products out of stock, over-allocated or deleted; which ones depends on nothing but the record's
+// place in the ledger.
 class SyntheticLedger : public Table {
  public:
   // 0 to 200,000,000 records; another number throws Error.
@@ -46,10 +51,12 @@ class SyntheticLedger : public Table {
   std::optional<std::int32_t> PositionOfPrefix(std::wstring_view key) const;
 
   std::int32_t records_;
+  bool numbered_;              // by the key
   std::vector<Maker> makers_;  // by column; null for the key, and for cells that hold nothing
 };
 
-// A company with those ledgers, SetupData (terms warning on) and ControlData, and no other table.
+// A company with that many customers, suppliers, nominal accounts and orders of either kind, with
+// those products, SetupData (terms warning on) and ControlData, and no other table.
 std::unique_ptr<Company> MakeSyntheticCompany(std::int32_t accounts, std::int32_t products);
 
 }  // namespace ard::simulator

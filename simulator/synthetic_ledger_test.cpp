@@ -15,12 +15,20 @@ using engine::Match;
 using engine::Mode;
 
 TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
-  for (const std::int32_t accounts : {0, 1, 2, 25, 26, 27, 700}) {
+  const struct {
+    std::int32_t accounts;
+    const SyntheticKind& kind;
+    const wchar_t* table;
+  } cases[] = {
+      {0, kSyntheticCustomers, L"SalesData"},      {1, kSyntheticProducts, L"StockData"},
+      {2, kSyntheticSuppliers, L"PurchaseData"},   {25, kSyntheticNominals, L"NominalData"},
+      {26, kSyntheticCustomers, L"SalesData"},     {27, kSyntheticProducts, L"StockData"},
+      {300, kSyntheticPurchaseOrders, L"PopData"}, {700, kSyntheticCustomers, L"SalesData"}};
+  for (const auto& [accounts, kind, table] : cases) {
     SCOPED_TRACE(accounts);
-    const bool products = accounts % 2 != 0;
-    const SyntheticLedger ledger(accounts, products ? kSyntheticProducts : kSyntheticCustomers);
+    const SyntheticLedger ledger(accounts, kind);
     Company company;
-    const auto copy = company.NewTable(products ? L"StockData" : L"SalesData", ledger.columns());
+    const auto copy = company.NewTable(table, ledger.columns());
     for (std::int32_t record = 1; record <= ledger.size(); ++record) {
       Row row;
       for (std::size_t i = 0; i < copy->columns().size(); ++i)
@@ -33,7 +41,7 @@ TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
       ASSERT_EQ(ledger.PositionOf(ledger.RecordAt(position)), position);
     }
     for (const wchar_t* key : {L"", L"A", L"a0000001", L"A0000001 ", L"A00000010", L"B", L"m",
-                               L"M0000099", L"Z0000026", L"Z9", L"\u00C9", L"!"}) {
+                               L"M0000099", L"Z0000026", L"Z9", L"\u00C9", L"!", L"2147483900"}) {
       ASSERT_EQ(ledger.LowerBound(key), copy->LowerBound(key)) << key;
       ASSERT_EQ(ledger.FindKey(key, Match::kExact), copy->FindKey(key, Match::kExact)) << key;
       ASSERT_EQ(ledger.FindKey(key, Match::kPartial), copy->FindKey(key, Match::kPartial)) << key;
