@@ -37,6 +37,18 @@ std::optional<Decimal> FifteenDigits(double number) {
   return result;
 }
 
+// The nearest double. Digits that a double does not hold exactly cannot be divided: that would
+// round twice.
+double ToDouble(const Decimal& number) {
+  constexpr std::int64_t kExact = std::int64_t{1} << 53;
+  if (std::abs(number.digits) <= kExact) {
+    return static_cast<double>(number.digits) / kPowers[number.scale];
+  }
+  char text[32];  // without a point, which would be the locale's
+  std::snprintf(text, sizeof text, "%llde-%d", static_cast<long long>(number.digits), number.scale);
+  return std::strtod(text, nullptr);
+}
+
 // The digits at a larger scale; nothing when they would leave the range.
 std::optional<std::int64_t> AtScale(Decimal number, int scale) {
   for (; number.scale < scale; ++number.scale) {
@@ -55,6 +67,23 @@ std::int64_t Rounded(const Decimal& number, int scale) {
     digits /= 10;
   }
   return dropped >= 5 ? digits + 1 : digits;
+}
+
+// A number that is no decimal, as the C library has it; there is no minus before zero.
+std::wstring FormatPlain(double number, int places) {
+  const int length = std::snprintf(nullptr, 0, "%.*f", places, number);
+  std::string digits(static_cast<std::size_t>(length) + 1, '\0');
+  std::snprintf(digits.data(), digits.size(), "%.*f", places, number);
+  std::wstring text(digits.begin(), digits.end() - 1);
+  // Whatever the host's locale has for a point.
+  const std::size_t point = text.find_first_not_of(L"-0123456789");
+  if (point == text.npos) {
+    text += L'.';
+  } else if (std::isfinite(number)) {
+    text[point] = L'.';
+  }
+  if (text.find_first_not_of(L"-0.") == text.npos) text.erase(0, text.find(L'0'));
+  return text;
 }
 
 }  // namespace
@@ -80,7 +109,7 @@ double ExactSum(double a, double b) {
   const std::optional<std::int64_t> left = AtScale(*x, scale);
   const std::optional<std::int64_t> right = AtScale(*y, scale);
   if (!left || !right) return a + b;
-  return static_cast<double>(*left + *right) / kPowers[scale];
+  return ToDouble({*left + *right, scale});
 }
 
 std::wstring FormatFixed(double number, int places) {
@@ -92,9 +121,7 @@ std::wstring FormatFixed(double number, int places) {
 void AppendFixed(std::wstring& text, double number, int places) {
   const std::optional<Decimal> decimal = ToDecimal(number);
   if (!decimal) {
-    const std::wstring digits = std::to_wstring(number);
-    text.append(digits, 0, digits.find_first_of(L".,")).append(1, L'.');
-    text.append(static_cast<std::size_t>(places), L'0');
+    text += FormatPlain(number, places);
     return;
   }
   const int scale = std::min(decimal->scale, places);

@@ -24,7 +24,8 @@ double ExactSum(double a, double b);
 inline double ExactDifference(double a, double b) { return ExactSum(a, -b); }
 
 // The number with so many places, at least 0, rounded half away from zero on its decimal digits.
-// There is always a point: 1 with no places is "1.".
+// There is always a point, 1 with no places is "1.", and never a minus before zero. What is no
+// decimal in the sense of ToDecimal has the places that the C library gives it.
 std::wstring FormatFixed(double number, int places);
 // The same, behind `text`.
 void AppendFixed(std::wstring& text, double number, int places);

@@ -21,6 +21,7 @@ TEST(Decimal, DifferencesAreThoseOfTheWrittenNumbers) {
       {1.0 / 3, 0.3, 0.033333333333333},
       {1e-20, 1e-21, 9e-21},
       {99999999999999.9, -0.1, 1e14},
+      {742893.282994773, -479.969600195727, 743373.252594968727},  // rounded once
       // Beyond decimals, and too far apart for them.
       {1e300, 1e299, 1e300 - 1e299},
       {123456789012345, 1e-10, 123456789012345},
@@ -47,7 +48,10 @@ TEST(DecimalTest, FormatsWithFixedPlacesRoundingHalfAwayFromZero) {
                {0.5, 0, L"1."},
                {1234.5678, 1, L"1234.6"},
                {1e15, 1, L"1000000000000000.0"},
-               {1e-30, 3, L"0.000"}};
+               {4503599627370495.5, 1, L"4503599627370495.5"},
+               {1e-30, 3, L"0.000"},
+               {-1e-30, 0, L"0."},
+               {1.23456789012345e-10, 12, L"0.000000000123"}};
   for (const auto& c : cases) EXPECT_EQ(FormatFixed(c.number, c.places), c.text);
 }
 
