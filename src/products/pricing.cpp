@@ -1,5 +1,6 @@
 #include <cstddef>
 
+#include "frame/decimal.h"
 #include "frame/text.h"
 #include "products/price_rule.h"
 #include "products/products.h"
@@ -17,6 +18,7 @@ constexpr std::size_t kReferenceLength = 8;
 
 bool IsReceipt(std::int16_t type) { return type == 1 || type == 3 || type == 5 || type == 7; }
 
+// Sums are exact, so that nothing is left of 0.1 and 0.2 less 0.3.
 double AveragePrice(engine::Record& stock) {
   engine::Transactions transactions(stock);
   engine::Column type_of(transactions, L"Type");
@@ -32,11 +34,11 @@ double AveragePrice(engine::Record& stock) {
     double quantity = 0;
     double used = 0;
     if (type_of.Get(type) && IsReceipt(type) && quantity_of.Get(quantity) && used_of.Get(used)) {
-      const double remaining = quantity - used;
+      const double remaining = ExactDifference(quantity, used);
       double cost = 0;
       if (remaining != 0) {
-        total_quantity += remaining;
-        if (cost_of.Get(cost)) total_cost += cost * remaining;
+        total_quantity = ExactSum(total_quantity, remaining);
+        if (cost_of.Get(cost)) total_cost = ExactSum(total_cost, cost * remaining);
       }
     }
     if (i < count) transactions.MoveNext();

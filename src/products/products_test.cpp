@@ -205,6 +205,7 @@ TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
   };
   builder.Product(L"MIXED", {{L"LAST_PURCHASE_PRICE", 9.0}})
       .Product(L"USED", {{L"LAST_PURCHASE_PRICE", 9.0}})
+      .Product(L"RETURNED", {{L"LAST_PURCHASE_PRICE", 9.0}})
       .Product(L"NONE", {{L"LAST_PURCHASE_PRICE", 9.0}});
   transaction(L"MIXED", 1, 15, 5, 2);
   transaction(L"MIXED", 2, 1000, 0, 50);  // no receipt
@@ -212,10 +213,12 @@ TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
   transaction(L"MIXED", 7, 8, 8, 70);
   transaction(L"USED", 1, 10, 10, 2);
   transaction(L"USED", 3, 5, 5, 2);
+  for (const double quantity : {0.1, 0.2, -0.3}) transaction(L"RETURNED", 1, quantity, 0, 2);
   Open(builder);
   EXPECT_EQ(products_.GetCostPrice(L"MIXED", true), 2.75);
   EXPECT_EQ(products_.GetCostPrice(L"MIXED", false), 9);
   EXPECT_EQ(products_.GetCostPrice(L"USED", true), 9);
+  EXPECT_EQ(products_.GetCostPrice(L"RETURNED", true), 9);
   EXPECT_EQ(products_.GetCostPrice(L"NONE", true), 9);
   EXPECT_EQ(products_.GetCostPrice(L"UNKNOWN", true), 0);
 
