@@ -29,6 +29,12 @@ if(ARD_SANITIZE)
   add_link_options(${sanitize})
 endif()
 
+# What a fuzzer runs is watched for the branches it takes.
+option(ARD_FUZZ "Build the fuzzers (fuzzers/), by clang" OFF)
+if(ARD_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(WIN32)
   # Windows 7 is the oldest system addressed.
   add_compile_definitions(UNICODE _UNICODE NOMINMAX _WIN32_WINNT=0x0601)

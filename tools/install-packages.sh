@@ -20,6 +20,8 @@ WINDOWS_PACKAGES=(
   # The builds. libwine-dev and libwine bring the IDL files and the type library that widl needs.
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools clang clang-format
   libwine libwine-dev
+  # The fuzzers.
+  libclang-rt-dev
   # Running them.
   wine wine64 fonts-wine fonts-open-sans fonts-dejavu-core
   # A display without a screen, keys for it, and pictures of it.
