@@ -5,9 +5,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdint>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -16,9 +14,7 @@
 namespace ard::fuzz {
 
 using Cents = std::int64_t;
-
-constexpr std::size_t kRefLength = 8;
-constexpr std::size_t kCodeLength = 30;
+inline double Amount(Cents cents) { return static_cast<double>(cents) / 100; }
 
 struct Account {
   std::wstring ref;
@@ -27,46 +23,69 @@ struct Account {
   bool on_hold = false;
   bool terms_agreed = false;
   Cents balance = 0;
-  Cents credit_limit = 0;
+  Cents limit = 0;
   int type = 0;  // of a customer's discount, or of a nominal account; a supplier's currency
   Cents rate = 0;
   std::wstring price_list;
 
-  bool IsOverLimit() const { return credit_limit > 0 && balance > credit_limit; }
+  bool IsOverLimit() const { return limit > 0 && balance > limit; }
+  std::wstring Warning() const {
+    std::wstring text;
+    const auto add = [&](bool applies, const wchar_t* sentence) {
+      if (applies) text += (text.empty() ? L"" : L"\r\n\r\n") + std::wstring(sentence);
+    };
+    add(on_hold, L"Account is on hold.");
+    add(IsOverLimit(), L"Account is over credit limit.");
+    add(!terms_agreed, L"Terms have not been agreed with this account.");
+    return text;
+  }
+  // "AB*" looks for all that begin so, "AB" for that one.
+  bool IsSought(std::wstring criteria) const {
+    if (!criteria.ends_with(L'*')) return UpperCase(ref) == UpperCase(criteria);
+    criteria.pop_back();
+    return UpperCase(ref).starts_with(UpperCase(criteria));
+  }
 };
 using Ledger = std::vector<Account>;
 
-struct Level {
-  Cents from = 0;
-  Cents rate = 0;
-};
-using Levels = std::array<Level, 10>;
-
 struct Receipt {
   int type = 0;
-  Cents quantity = 0;
-  Cents used = 0;
-  Cents cost = 0;
+  Cents quantity = 0, used = 0, cost = 0;
 };
+
+// Two of ten discount levels, the lower one first.
+struct Level {
+  Cents from = 0, rate = 0;
+};
+using Levels = std::array<Level, 2>;
 
 struct StockItem {
   std::wstring ref;
   bool ignores_stock = false;
-  Cents in_stock = 0;
-  Cents allocated = 0;
-  Cents selling = 0;
-  Cents cost = 0;
-  std::array<Levels, 5> tables;
-  std::vector<Receipt> receipts;
+  Cents in_stock = 0, allocated = 0, selling = 0, cost = 0;
+  Levels table_c;
+  std::vector<Receipt> receipts = {};
+
+  Cents Free() const { return in_stock - allocated; }
+  // Of what is left of the receipts; the last purchase price when nothing is.
+  double AverageCost() const {
+    Cents left = 0;
+    Cents total = 0;
+    for (const Receipt& r : receipts) {
+      if (r.type != 1 && r.type != 3 && r.type != 5 && r.type != 7) continue;
+      left += r.quantity - r.used;
+      total += (r.quantity - r.used) * r.cost;
+    }
+    if (left == 0 || total == 0) return Amount(cost);
+    return Amount(total) / static_cast<double>(left);
+  }
 };
 
 struct PriceEntry {
   int type = 0;
-  std::wstring ref;
-  std::wstring code;
+  std::wstring ref, code;
   int rule = 0;
-  Cents value = 0;
-  Cents stored = 0;
+  Cents value = 0, stored = 0;
 };
 
 struct LedgerModel {
@@ -77,52 +96,34 @@ struct LedgerModel {
   Levels value_levels;
   bool terms_warning = true;
 
-  // What the engine finds: whatever the case, with no blanks at the end or all of the field's.
+  // What the engine finds, whatever the case.
   template <class Record>
-  static Record* Find(std::vector<Record>& records, const std::wstring& key, std::size_t length) {
-    std::wstring wanted = key;
-    if (key.size() == length) wanted.erase(key.find_last_not_of(L' ') + 1);
+  static Record* Find(std::vector<Record>& records, const std::wstring& key) {
     const auto found = std::find_if(records.begin(), records.end(), [&](const Record& record) {
-      return UpperCase(record.ref) == UpperCase(wanted);
+      return UpperCase(record.ref) == UpperCase(key);
     });
-    return found == records.end() || key.size() > length ? nullptr : &*found;
+    return found == records.end() ? nullptr : &*found;
   }
 
-  static std::wstring Warning(const Account& account) {
-    std::wstring text;
-    const auto add = [&](bool applies, const wchar_t* sentence) {
-      if (applies) text += (text.empty() ? L"" : L"\r\n\r\n") + std::wstring(sentence);
+  // The rate of the highest level whose threshold is above 0 and reached.
+  static Cents RateReached(const Levels& levels, std::int64_t reached_by_100) {
+    const auto is_reached = [&](const Level& level) {
+      return level.from > 0 && reached_by_100 >= level.from * 100;
     };
-    add(account.on_hold, L"Account is on hold.");
-    add(account.IsOverLimit(), L"Account is over credit limit.");
-    add(!account.terms_agreed, L"Terms have not been agreed with this account.");
-    return text;
+    return is_reached(levels[1]) ? levels[1].rate : is_reached(levels[0]) ? levels[0].rate : 0;
   }
-
-  // The highest level with a threshold that is reached; `reached` is in hundredths of hundredths.
-  static Cents RateReached(const Levels& levels, std::int64_t reached) {
-    for (std::size_t i = levels.size(); i-- > 0;) {
-      if (levels[i].from > 0 && reached >= levels[i].from * 100) return levels[i].rate;
-    }
-    return 0;
-  }
-  Cents DiscountRate(const std::wstring& ref, const std::wstring& code, Cents quantity,
-                     Cents price) {
-    const Account* customer = Find(customers, ref, kRefLength);
+  Cents DiscountRate(const Account* customer, const StockItem* product, Cents quantity,
+                     Cents price) const {
     if (!customer) return 0;
-    if (customer->type == 1) {
-      return customer->rate + RateReached(value_levels, quantity * price);
-    }
-    const StockItem* product = Find(products, code, kCodeLength);
-    if (!product || customer->type < 2 || customer->type > 6) return customer->rate;
-    return customer->rate +
-           RateReached(product->tables[static_cast<std::size_t>(customer->type) - 2],
-                       quantity * 100);
+    Cents rate = customer->rate;
+    if (customer->type == 1) rate += RateReached(value_levels, quantity * price);
+    if (customer->type == 4 && product) rate += RateReached(product->table_c, quantity * 100);
+    return rate;
   }
 
   double SpecialPrice(const std::wstring& code, const std::wstring& ref) {
-    const StockItem* product = Find(products, code, kCodeLength);
-    const Account* customer = Find(customers, ref, kRefLength);
+    const StockItem* const product = Find(products, code);
+    const Account* const customer = Find(customers, ref);
     const double selling = product ? Amount(product->selling) : 0;
     const double cost = product ? Amount(product->cost) : 0;
     for (const PriceEntry& entry : prices) {
@@ -142,51 +143,61 @@ struct LedgerModel {
   }
 
   double SupplierPrice(const std::wstring& code, const std::wstring& ref) {
-    const std::wstring name(Trimmed(ref));
     for (const PriceEntry& entry : prices) {
-      if (entry.type == 'U' && UpperCase(entry.ref) == UpperCase(name) &&
+      if (entry.type == 'U' && UpperCase(entry.ref) == UpperCase(ref) &&
           UpperCase(entry.code) == UpperCase(code) && entry.stored != 0) {
         return Amount(entry.stored);
       }
     }
-    const StockItem* product = Find(products, code, kCodeLength);
-    const Account* supplier = Find(suppliers, name, kRefLength);
+    const StockItem* const product = Find(products, code);
+    const Account* const supplier = Find(suppliers, ref);
     const double cost = product ? Amount(product->cost) : 0;
     const auto currency = static_cast<std::size_t>(supplier ? supplier->type : -1);
     return currency < exchange_rates.size() ? cost * Amount(exchange_rates[currency]) : cost;
   }
+};
 
-  // The average of what is left of the receipts; 0 when nothing is left.
-  static double AveragePrice(const StockItem& product) {
-    Cents quantity = 0;
-    std::int64_t cost = 0;
-    for (const Receipt& receipt : product.receipts) {
-      if (receipt.type > 7 || receipt.type % 2 != 1) continue;
-      quantity += receipt.quantity - receipt.used;
-      cost += (receipt.quantity - receipt.used) * receipt.cost;
+// A row that a list may show; that of a deleted account is not there.
+struct Entry {
+  const Account* account;
+  bool live;
+};
+
+// What a list of accounts holds, and where it is positioned: from 1, 0 for nowhere.
+struct ListContents {
+  std::vector<Entry> entries;
+  std::size_t at = 1;
+
+  // In the order of the index.
+  ListContents(const Ledger& ledger, bool with_deleted) {
+    for (const Account& account : ledger) {
+      entries.push_back({&account, with_deleted || !account.deleted});
     }
-    return quantity == 0 ? 0 : static_cast<double>(cost) / static_cast<double>(quantity) / 100;
-  }
-
-  // The order of the index.
-  static std::vector<std::size_t> InOrder(const Ledger& ledger) {
-    std::vector<std::size_t> order(ledger.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-      return UpperCase(ledger[a].ref) < UpperCase(ledger[b].ref);
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+      return UpperCase(a.account->ref) < UpperCase(b.account->ref);
     });
-    return order;
+    if (entries.empty()) at = 0;
   }
-  // Whether a search takes the account: "AB*" those that begin so, "AB" that one.
-  static bool IsSought(const Account& account, std::wstring criteria) {
-    const bool any_ending = criteria.ends_with(L'*');
-    if (any_ending) criteria.pop_back();
-    if (any_ending) return UpperCase(account.ref).starts_with(UpperCase(criteria));
-    criteria.erase(criteria.find_last_not_of(L' ') + 1);
-    return UpperCase(account.ref) == UpperCase(criteria);
+  // The position of the first that is sought, 0 when there is none.
+  std::size_t Find(const std::wstring& criteria) const {
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) {
+      return entry.account->IsSought(criteria);
+    });
+    return found == entries.end() ? 0 : static_cast<std::size_t>(found - entries.begin()) + 1;
   }
-
-  static double Amount(Cents cents) { return static_cast<double>(cents) / 100; }
+  // `otherwise` is where the file stands when there is none.
+  void PositionOn(const std::wstring& criteria, const Account& otherwise) {
+    at = Find(criteria);
+    if (at == 0) at = Find(otherwise.ref);
+  }
+  void KeepSought(const std::wstring& criteria, const Account& otherwise) {
+    std::erase_if(entries, [&](const Entry& e) { return !e.account->IsSought(criteria); });
+    if (entries.empty()) entries = {{&otherwise, true}};
+    at = 0;
+  }
+  bool IsLive(std::size_t position) const {
+    return position >= 1 && position <= entries.size() && entries[position - 1].live;
+  }
 };
 
 }  // namespace ard::fuzz

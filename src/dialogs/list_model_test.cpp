@@ -206,64 +206,6 @@ TEST_F(ListModelTest, AChangedPageSizeKeepsTheCursorInView) {
   EXPECT_EQ(Selected(), 20);
 }
 
-// Whatever the user does, the list stays consistent.
-TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
-  std::mt19937 random(20061013);
-  for (int round = 0; round < 50; ++round) {
-    const auto upto = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-    source_.deleted.clear();
-    const std::int32_t count = upto(60);
-    for (int i = 0; i < count / 2; ++i) source_.deleted.insert(1 + upto(60));
-    Start(count, 1 + upto(15));
-    for (int step = 0; step < 200; ++step) {
-      switch (upto(11)) {
-        case 0:
-          list_.LineUp();
-          break;
-        case 1:
-          list_.LineDown();
-          break;
-        case 2:
-          list_.PageUp();
-          break;
-        case 3:
-          list_.PageDown();
-          break;
-        case 4:
-          list_.Home();
-          break;
-        case 5:
-          list_.End();
-          break;
-        case 6:
-          list_.SelectItem(upto(70) - 5);
-          break;
-        case 7:
-          list_.SelectRow(static_cast<std::size_t>(upto(16)));
-          break;
-        case 8:
-          list_.ScrollBy(upto(41) - 20);
-          break;
-        case 9:
-          list_.SetPageSize(upto(20));
-          break;
-        default:
-          list_.rows();
-          break;
-      }
-      ASSERT_GE(list_.top(), 1);
-      ASSERT_LE(list_.top(), std::max(1, count - list_.page_size() + 1));
-      Positions expected;
-      for (std::int32_t p = list_.top(); p < list_.top() + list_.page_size() && p <= count; ++p) {
-        if (!source_.deleted.contains(p)) expected.push_back(p);
-      }
-      ASSERT_EQ(Shown(), expected);
-      ASSERT_TRUE(Selected() == 0 || !source_.deleted.contains(Selected()));
-      ASSERT_LE(Selected(), count);
-    }
-  }
-}
-
 // A multiple selection is what a plain set of positions would hold.
 TEST_F(ListModelTest, MultipleSelectionIsASetOfPositions) {
   list_.SetMultiple();
