@@ -36,7 +36,8 @@ std::optional<double> DurationOf(std::string_view cell) {
   cell.remove_suffix(kUnit.size());
   double microseconds = 0;
   const auto [end, error] = std::from_chars(cell.data(), cell.data() + cell.size(), microseconds);
-  if (error != std::errc() || end != cell.data() + cell.size()) return std::nullopt;
+  const bool is_whole = error == std::errc() && end == cell.data() + cell.size();
+  if (!is_whole || !(microseconds >= 0)) return std::nullopt;
   return microseconds;
 }
 

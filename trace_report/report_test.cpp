@@ -73,16 +73,17 @@ TEST(ReportTest, NamesTheLinesThatItCannotRead) {
   EXPECT_TRUE(report.is_trace()) << "nothing has happened";
   for (const std::string& line :
        {std::string(), std::string("call\tA.B\t1.0 us\tLong"), time + "call\tA.B\t1.0 ms\tLong",
-        time + "call\tA.B\tx us\tLong", time + "call\tA.B\t1.0 us", time + "skip\tA.B\t5\ttext",
-        time + "message\ttitle", time + "other\ta\tb\tc", "x" + time + "message\ttitle\ttext"}) {
+        time + "call\tA.B\tx us\tLong", time + "call\tA.B\tnan us\tLong",
+        time + "call\tA.B\t1.0 us", time + "skip\tA.B\t5\ttext", time + "message\ttitle",
+        time + "other\ta\tb\tc", "x" + time + "message\ttitle\ttext"}) {
     report.Add(line);
   }
   EXPECT_FALSE(report.is_trace());
   report.Add(time + "call\tA.B\t1.0 us\tLong");
   EXPECT_TRUE(report.is_trace());
   const std::string text = report.ToText();
-  EXPECT_NE(text.find("\n  line 9: x2026"), text.npos) << text;
-  EXPECT_EQ(text.find("line 10"), text.npos) << text;
+  EXPECT_NE(text.find("\n  line 10: x2026"), text.npos) << text;
+  EXPECT_EQ(text.find("line 11"), text.npos) << text;
 }
 
 }  // namespace
