@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <new>
 #include <random>
 #include <set>
 #include <string>
@@ -19,10 +20,12 @@ class NumberedRows : public RowSource {
     pages.push_back({first, last});
     for (std::int32_t position = first; position <= last; ++position) {
       if (!deleted.contains(position)) rows.push_back({position, std::to_wstring(position), 0});
+      if (out_of_memory) throw std::bad_alloc();
     }
   }
 
   std::set<std::int32_t> deleted;
+  bool out_of_memory = false;
   std::vector<std::pair<std::int32_t, std::int32_t>> pages;
 };
 
@@ -64,6 +67,17 @@ TEST_F(ListModelTest, ReadsNothingBeforeAPageIsAskedForAndThenOnePage) {
   list_.rows();
   ASSERT_EQ(source_.pages.size(), 1u);
   EXPECT_EQ(source_.pages[0], std::make_pair(1, 25));
+}
+
+TEST_F(ListModelTest, APageThatMemoryRanOutInIsReadAgain) {
+  Start(30, 5);
+  list_.SelectItem(3);
+  EXPECT_EQ(Selected(), 3);
+  list_.SelectItem(12);
+  source_.out_of_memory = true;
+  EXPECT_THROW(Selected(), std::bad_alloc);
+  source_.out_of_memory = false;
+  EXPECT_EQ(Selected(), 12);
 }
 
 TEST_F(ListModelTest, APageComesUpShortWhereEntriesAreDeleted) {
