@@ -221,39 +221,45 @@ TEST_F(HostDatabaseTest, RowsAreSortedStablyWithNullFirst) {
 }
 
 TEST_F(HostDatabaseTest, WhatCannotBeDoneHasAdosNumber) {
-  const auto error = [](RecordsetObject& rows, auto act) { return ErrorOf([&] { act(rows); }); };
-  const auto get = [](RecordsetObject& rows) { rows.GetValue(0); };
-  const auto next = [](RecordsetObject& rows) { rows.MoveNext(); };
-  const auto to_first = [](RecordsetObject& rows) { rows.SetAbsolutePosition(1); };
-  const auto to_zero = [](RecordsetObject& rows) { rows.SetAbsolutePosition(0); };
-  const auto remove = [](RecordsetObject& rows) { rows.Delete(); };
-  const auto close = [](RecordsetObject& rows) { rows.Close(); };
-
+  using Action = void (*)(RecordsetObject&);
+  constexpr Action kGet = [](RecordsetObject& rows) { rows.GetValue(0); };
+  constexpr Action kNext = [](RecordsetObject& rows) { rows.MoveNext(); };
+  constexpr Action kToFirst = [](RecordsetObject& rows) { rows.SetAbsolutePosition(1); };
+  constexpr Action kClose = [](RecordsetObject& rows) { rows.Close(); };
   const auto rows = OpenStock();
-  EXPECT_EQ(error(*rows, to_zero), Number(AdoError::kInvalidArgument));
-  EXPECT_EQ(error(*rows, remove), Number(AdoError::kNotSupported));
-  EXPECT_EQ(error(*rows, [](RecordsetObject& r) { r.GetValue(4); }),
-            Number(AdoError::kItemNotFound));
-  EXPECT_EQ(error(*rows, [](RecordsetObject& r) { r.FieldName(-1); }),
-            Number(AdoError::kItemNotFound));
-  Rest(*rows);
-  EXPECT_EQ(error(*rows, get), Number(AdoError::kNoCurrentRecord));
-  EXPECT_EQ(error(*rows, next), Number(AdoError::kNoCurrentRecord));
-  EXPECT_EQ(error(*rows, to_first), 0);
-
+  const auto at_end = OpenStock();
+  Rest(*at_end);
   const auto forward = Open(L"SELECT * FROM Stock", Cursor::kForwardOnly);
   EXPECT_EQ(forward->RecordCount(), -1);
-  EXPECT_EQ(error(*forward, to_first), Number(AdoError::kNotSupported));
-  EXPECT_EQ(connection_.open_recordsets(), 2);
-  forward->Close();
-  EXPECT_EQ(connection_.open_recordsets(), 1);
-  for (const auto& act : std::vector<void (*)(RecordsetObject&)>{get, next, to_first, close}) {
-    EXPECT_EQ(error(*forward, act), Number(AdoError::kObjectClosed));
+  const auto closed = OpenStock();
+  EXPECT_EQ(connection_.open_recordsets(), 4);
+  closed->Close();
+  EXPECT_EQ(connection_.open_recordsets(), 3);
+  const struct {
+    RecordsetObject& rows;
+    Action action;
+    AdoError error;
+  } cases[] = {
+      {*rows, [](RecordsetObject& r) { r.SetAbsolutePosition(0); }, AdoError::kInvalidArgument},
+      {*rows, [](RecordsetObject& r) { r.Delete(); }, AdoError::kNotSupported},
+      {*rows, [](RecordsetObject& r) { r.GetValue(4); }, AdoError::kItemNotFound},
+      {*rows, [](RecordsetObject& r) { r.FieldName(-1); }, AdoError::kItemNotFound},
+      {*at_end, kGet, AdoError::kNoCurrentRecord},
+      {*at_end, kNext, AdoError::kNoCurrentRecord},
+      {*forward, kToFirst, AdoError::kNotSupported},
+      {*closed, kGet, AdoError::kObjectClosed},
+      {*closed, kNext, AdoError::kObjectClosed},
+      {*closed, kToFirst, AdoError::kObjectClosed},
+      {*closed, kClose, AdoError::kObjectClosed},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ErrorOf([&] { c.action(c.rows); }), Number(c.error)) << &c - cases;
   }
+  EXPECT_EQ(ErrorOf([&] { kToFirst(*at_end); }), 0);
   EXPECT_EQ(ErrorOf([&] { Open(L"SELECT Nonsense FROM Stock"); }), kErrorFailed);
-  EXPECT_EQ(connection_.open_recordsets(), 1);
+  EXPECT_EQ(connection_.open_recordsets(), 3);
   connection_.Close();
-  EXPECT_EQ(error(*rows, get), Number(AdoError::kObjectClosed));
+  EXPECT_EQ(ErrorOf([&] { kGet(*rows); }), Number(AdoError::kObjectClosed));
   EXPECT_EQ(ErrorOf([&] { OpenStock(); }), Number(AdoError::kObjectClosed));
   EXPECT_EQ(ErrorOf([] { OdbcConnection(L"Driver=NoSuchDriver"); }), kErrorFailed);
 }
@@ -338,13 +344,6 @@ TEST(DemoDatabaseTest, HoldsWhatTheDocumentationSays) {
       EXPECT_EQ(rows->GetFieldType(static_cast<std::int32_t>(i)), test.types[i]) << i;
     }
   }
-  const auto products = demo.OpenRecordset(cases[2].command, Cursor::kStatic, Lock::kReadOnly);
-  for (const wchar_t* filter : {L"Description Like '%''%'", L"Description Like '%ü%'",
-                                L"StockCode Like 'SP%'", L"Discontinued = 'True'"}) {
-    products->SetFilter(filter);
-    EXPECT_GT(products->RecordCount(), 1) << ToUtf8(filter);
-    EXPECT_LT(products->RecordCount(), 100) << ToUtf8(filter);
-  }
 }
 
 TEST_F(HostDatabaseTest, AHundredThousandRowsAreReadInSecondsAndReachedByNumber) {
@@ -353,9 +352,7 @@ TEST_F(HostDatabaseTest, AHundredThousandRowsAreReadInSecondsAndReachedByNumber)
            L"LIMIT 100000) SELECT printf('C%06d', i), 'Part ' || i, i, i FROM n"});
   const auto start = steady_clock::now();
   const auto rows = Open(L"SELECT Code, Description FROM Stock");
-  const auto opening = steady_clock::now() - start;
-  RecordProperty("open_ms", static_cast<int>(opening / std::chrono::milliseconds(1)));
-  EXPECT_LT(opening, std::chrono::seconds(10));  // with sanitizers
+  EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(10));  // with sanitizers
   for (const std::int32_t row : {1, 50000, 99000}) {
     rows->SetAbsolutePosition(row);
     EXPECT_EQ(rows->GetValue(1).ToText(), L"Part " + std::to_wstring(row));

@@ -16,42 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(CompanyTest, TheDemoCompanyHasSomethingToShow) {
-  const auto company = Company::Load(ARD_DEMO_COMPANY);
-  const Table& sales = *company->Find(L"SalesData");
-  const auto cell = [&](std::int32_t record, std::wstring_view field) {
-    return sales.Cell(record, sales.columns().Require(field));
-  };
-  int on_hold = 0, over_limit = 0, without_terms = 0, deleted = 0, all_three = 0;
-  std::set<std::wstring> initials;
-  for (std::int32_t record = 1; record <= sales.size(); ++record) {
-    const bool hold = cell(record, L"ACCOUNT_ON_HOLD").ToBoolean();
-    const bool terms = cell(record, L"TERMS_AGREED_FLAG").ToBoolean();
-    const double limit = cell(record, L"CREDIT_LIMIT").ToDouble();
-    const bool over = limit > 0 && cell(record, L"BALANCE").ToDouble() > limit;
-    on_hold += hold;
-    over_limit += over;
-    without_terms += !terms;
-    all_three += hold && over && !terms;
-    deleted += cell(record, L"DELETED_FLAG").ToBoolean();
-    initials.insert(cell(record, L"ACCOUNT_REF").ToText().substr(0, 1));
-  }
-  EXPECT_GE(sales.size(), 120);
-  EXPECT_GE(on_hold, 3);
-  EXPECT_GE(over_limit, 3);
-  EXPECT_GE(without_terms, 3);
-  EXPECT_GE(deleted, 3);
-  EXPECT_GE(all_three, 1);
-  EXPECT_GE(initials.size(), 20u);
-  EXPECT_FALSE(initials.contains(L"Q"));  // a key for which nothing is found
-  EXPECT_NE(sales.FindKey(L"ABC001", engine::Match::kExact), 0);
-  EXPECT_GE(company->Find(L"PurchaseData")->size(), 30);
-  EXPECT_GE(company->Find(L"NominalData")->size(), 40);
-  EXPECT_GT(company->Find(L"BankData")->size(), 12);  // more than the short list shows
-  const Table& control = *company->Find(L"ControlData");
-  EXPECT_EQ(control.Cell(1, control.columns().Require(L"NO_OF_SALES")), Value(sales.size()));
-}
-
 // What the tables say about one another agrees.
 TEST(CompanyTest, TheDemoCompanyKeepsItsStock) {
   const auto company = Company::Load(ARD_DEMO_COMPANY);

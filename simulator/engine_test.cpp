@@ -19,6 +19,9 @@ using engine::DataFileObject;
 using engine::IndexObject;
 using engine::Match;
 using engine::Mode;
+using engine::RecordObject;
+using engine::Workspace;
+using Transactions = engine::TransactionsObject;
 using Operations = std::vector<std::function<void()>>;
 
 class EngineTest : public ::testing::Test {
@@ -31,6 +34,8 @@ class EngineTest : public ::testing::Test {
         .Customer(L"C", {{L"NAME", L"Gamma"}, {L"DELETED_FLAG", true}})
         .Customer(L"BA", {{L"NAME", L"Beta"}, {L"BALANCE", 1.5}})
         .Customer(L"\u00E9", {{L"NAME", L"Cafe"}})
+        .Product(L"NUT")
+        .Setup({{L"PRICING_SERVICE", true}})
         .Record(L"AccessData", {{L"NAME", L"Ann"}, {L"POP", 1}})
         .Bank(L"1200")
         .Control({{L"NO_OF_BANK", 0}, {L"NO_OF_NOMINAL", 7}});
@@ -64,23 +69,25 @@ class EngineTest : public ::testing::Test {
   static void Set(auto& object, std::wstring_view field, const Value& value) {
     object.GetFields()->Item(field)->SetValue(value);
   }
+  // Adds the calls of members without parameters.
+  template <class Object, class... Members>
+  static void Add(Operations& operations, Object& object, Members... members) {
+    (operations.push_back([&object, members] { (object.*members)(); }), ...);
+  }
   // All that takes an open file, and an open index.
   static Operations TakingOpenFiles(DataFileObject& file, IndexObject& index) {
-    return {[&] { file.Read(1); },
-            [&] { file.Count(); },
-            [&] { file.Write(1); },
-            [&] { file.FindFirst(L"NAME", L"*"); },
-            [&] { file.FindNext(L"NAME", L"*"); },
-            [&] { file.GetFields(); },
-            [&] { file.Close(); },
-            [&] { index.SetKey(L"C"); },
-            [&] { index.Find(Match::kPartial); },
-            [&] { index.MoveTo(2); },
-            [&] { index.MoveNext(); },
-            [&] { index.MoveFirst(); },
-            [&] { index.RecordNumber(); },
-            [&] { index.Position(); },
-            [&] { index.Close(); }};
+    Operations operations = {[&] { file.Read(1); },
+                             [&] { file.Write(1); },
+                             [&] { file.FindFirst(L"NAME", L"*"); },
+                             [&] { file.FindNext(L"NAME", L"*"); },
+                             [&] { index.SetKey(L"C"); },
+                             [&] { index.Find(Match::kPartial); },
+                             [&] { index.MoveTo(2); }};
+    Add(operations, file, &DataFileObject::Count, &DataFileObject::GetFields,
+        &DataFileObject::Close);
+    Add(operations, index, &IndexObject::MoveNext, &IndexObject::MoveFirst,
+        &IndexObject::RecordNumber, &IndexObject::Position, &IndexObject::Close);
+    return operations;
   }
 
   std::unique_ptr<Simulator> engine_;
@@ -324,22 +331,13 @@ TEST_F(EngineTest, AddsAndEditsRecords) {
 TEST_F(EngineTest, CountsAreThoseOfTheTablesUnlessStated) {
   const auto control = OpenFile(L"ControlData");
   EXPECT_EQ(Text(*control, L"NO_OF_SALES"), L"5");
-  EXPECT_EQ(Text(*control, L"NO_OF_STOCK"), L"0");
+  EXPECT_EQ(Text(*control, L"NO_OF_STOCK"), L"1");
   EXPECT_EQ(Text(*control, L"NO_OF_BANK"), L"0");
   EXPECT_EQ(Text(*control, L"NO_OF_NOMINAL"), L"7");
 }
 
-TEST_F(EngineTest, KeysOfSeveralFieldsAndNumbersSortByPart) {
-  Company& company = engine_->company();
-  company.Parse(L"PriceData",
-                "STORED_PRICE:double\tTYPE:integer8\tEXT_REF:text(8)\tSTOCK_CODE:text(30)\n"
-                "1\t85\tSUP1\tBOLT\n2\t85\tSUP\t1BOLT\n3\t83\tZ\tNUT\n",
-                "PriceData");
-  company.Parse(L"SopData", "ORDER_NUMBER:long\n10\n9\n-1\n", "SopData");
-  const auto price = OpenIndex(L"PriceIndex");
-  EXPECT_EQ(price->RecordNumber(), 3);
-  EXPECT_EQ(RecordOf(*price, L"USUP     1BOLT"), 2);
-  EXPECT_EQ(RecordOf(*price, L"USUP1BOLT"), 0);
+TEST_F(EngineTest, KeysThatAreNumbersSortAsNumbers) {
+  engine_->company().Parse(L"SopData", "ORDER_NUMBER:long\n10\n9\n-1\n", "SopData");
   const auto order = OpenIndex(L"SopIndex");
   EXPECT_EQ(order->RecordNumber(), 3);
   EXPECT_EQ(RecordOf(*order, L"9"), 2);
@@ -437,34 +435,34 @@ TEST_F(EngineTest, EveryOperationCanBeMadeToFail) {
   const auto fields = record->GetFields();
   const auto field = fields->Item(L"ACCOUNT_REF");
   const auto error = engine_->LastError();
-  Operations operations = {[&] { workspace_->CreateDataFile(L"SalesData"); },
-                           [&] { workspace_->CreateIndex(L"SalesIndex"); },
-                           [&] { workspace_->CreateRecord(L"SalesRecord"); },
-                           [&] { workspace_->Connect(L"", L"", L"", L""); },
-                           [&] { workspace_->ConnectNT(L"", L"", L"", L""); },
-                           [&] { workspace_->Disconnect(); },
-                           [&] { workspace_->Version(); },
-                           [&] { engine_->LastError(); },
-                           [&] { error->Number(); },
-                           [&] { error->Text(); },
-                           [&] { file->Open(Mode::kRead); },
-                           [&] { index->Open(Mode::kRead); },
-                           [&] { record->GetFields(); },
-                           [&] { record->Find(Match::kPartial); },
-                           [&] { record->MoveFirst(); },
-                           [&] { record->MoveNext(); },
-                           [&] { record->AddNew(); },
-                           [&] { record->Edit(); },
-                           [&] { record->Update(); },
-                           [&] { record->SetExtraText(L""); },
-                           [&] { fields->Item(L"NAME"); },
-                           [&] { fields->Item(1); },
-                           [&] { fields->Count(); },
-                           [&] { field->Name(); },
-                           [&] { field->Type(); },
-                           [&] { field->GetValue(); },
-                           [&] { field->SetValue(L"x"); }};
-  for (auto& operation : TakingOpenFiles(*file, *index)) operations.push_back(operation);
+  const auto stock = workspace_->CreateRecord(L"StockRecord");
+  const auto list = stock->Transactions();
+  const auto pricing = workspace_->CreatePricing();
+  Operations operations = TakingOpenFiles(*file, *index);
+  Add(operations, *workspace_, &Workspace::CreatePricing, &Workspace::Disconnect,
+      &Workspace::Version);
+  Add(operations, *engine_, &Simulator::LastError);
+  Add(operations, *error, &engine::EngineError::Number, &engine::EngineError::Text);
+  Add(operations, *stock, &RecordObject::GetFields, &RecordObject::MoveFirst,
+      &RecordObject::MoveNext, &RecordObject::AddNew, &RecordObject::Edit, &RecordObject::Update,
+      &RecordObject::Transactions);
+  Add(operations, *list, &Transactions::Count, &Transactions::GetFields, &Transactions::MoveFirst,
+      &Transactions::MoveNext);
+  Add(operations, *fields, &engine::Fields::Count);
+  Add(operations, *field, &engine::Field::Name, &engine::Field::Type, &engine::Field::GetValue);
+  for (const auto& operation :
+       Operations{[&] { workspace_->CreateDataFile(L"SalesData"); },
+                  [&] { workspace_->CreateIndex(L"SalesIndex"); },
+                  [&] { workspace_->CreateRecord(L"SalesRecord"); },
+                  [&] { workspace_->Connect(L"", L"", L"", L""); },
+                  [&] { workspace_->ConnectNT(L"", L"", L"", L""); },
+                  [&] { file->Open(Mode::kRead); }, [&] { index->Open(Mode::kRead); },
+                  [&] { record->Find(Match::kPartial); }, [&] { record->SetExtraText(L""); },
+                  [&] { fields->Item(L"NAME"); }, [&] { fields->Item(1); },
+                  [&] { field->SetValue(L"x"); }, [&] { pricing->CustomerUnitPrice(L"D", L"NUT"); },
+                  [&] { pricing->SupplierUnitPrice(L"NUT", L"D"); }}) {
+    operations.push_back(operation);
+  }
   FaultPlan& faults = engine_->faults();
   for (std::size_t i = 0; i < operations.size(); ++i) {
     faults.FailFrom(1, false);
@@ -478,6 +476,7 @@ TEST_F(EngineTest, EveryOperationCanBeMadeToFail) {
   EXPECT_EQ(index->Position(), 1);
   EXPECT_EQ(Ref(*file), L"D");
   EXPECT_EQ(Ref(*record), L"D");
+  EXPECT_EQ(Text(*stock, L"STOCK_CODE"), L"NUT");
 
   faults.FailFrom(2, true);
   EXPECT_EQ(file->Count(), 5);

