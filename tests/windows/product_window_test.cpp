@@ -368,13 +368,10 @@ TEST_F(ProductWindowTest, TheInputBoxReturnsWhatWasConfirmed) {
                {L"x", SC_CLOSE, L""}};
   for (const auto& c : cases) {
     SCOPED_TRACE(ToUtf8(c.keys));
-    host_.Activate();
     std::wstring answer = L"?";
-    host_.Drive(
+    Work(
         L"Input", [&] { answer = environment_.InputBox(L"A & B:", L"Input"); },
         [&](HWND window) {
-          EXPECT_EQ(GetWindow(window, GW_OWNER), host_.window());
-          EXPECT_FALSE(IsWindowEnabled(host_.window()));
           Keys(c.keys);
           if (c.command) PostMessageW(window, WM_SYSCOMMAND, c.command, 0);
           ExpectClosed(window);
@@ -388,8 +385,7 @@ TEST_F(ProductWindowTest, TheInputBoxGrowsWithItsPrompt) {
   LONG heights[2] = {};
   const std::wstring prompts[] = {L"Short.", std::wstring(300, L'W') + L"\r\n\r\nEnd"};
   for (int i = 0; i < 2; ++i) {
-    host_.Activate();
-    host_.Drive(
+    Work(
         L"Input", [&] { environment_.InputBox(prompts[i], L"Input"); },
         [&](HWND window) {
           const HWND prompt = Descendant(window, WC_STATICW);

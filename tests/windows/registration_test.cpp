@@ -10,6 +10,8 @@
 #include <string>
 #include <utility>
 
+#include "frame/text.h"
+
 namespace ard::windows {
 namespace {
 
@@ -17,17 +19,11 @@ using namespace testing;  // NOLINT(google-build-using-namespace): the host
 
 const std::wstring kClassesKey = L"Software\\Classes\\";
 const std::wstring kLibraryKey = kClassesKey + L"TypeLib\\" + kLibraryId;
-#ifdef _WIN64
-constexpr REGSAM kOwnView = KEY_WOW64_64KEY;
-constexpr REGSAM kOtherView = KEY_WOW64_32KEY;
-const std::wstring kPlatform = L"win64";
-const std::wstring kOtherPlatform = L"win32";
-#else
-constexpr REGSAM kOwnView = KEY_WOW64_32KEY;
-constexpr REGSAM kOtherView = KEY_WOW64_64KEY;
-const std::wstring kPlatform = L"win32";
-const std::wstring kOtherPlatform = L"win64";
-#endif
+constexpr bool k64Bit = sizeof(void*) == 8;
+constexpr REGSAM kOwnView = k64Bit ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+constexpr REGSAM kOtherView = k64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+const std::wstring kPlatform = k64Bit ? L"win64" : L"win32";
+const std::wstring kOtherPlatform = k64Bit ? L"win32" : L"win64";
 
 struct IgnoreCase {
   bool operator()(const std::wstring& a, const std::wstring& b) const {
@@ -145,17 +141,19 @@ TEST_F(Registration, IsCompleteAndLeavesNothing) {
     for (const ClassIdentity& identity : kClasses) {
       const std::wstring class_key = kClassesKey + L"CLSID\\" + identity.class_id;
       const std::wstring interface_key = kClassesKey + L"Interface\\" + identity.interface_id;
-      EXPECT_EQ(after[kClassesKey + ProgId(identity) + L"\\CLSID@"], identity.class_id);
-      EXPECT_EQ(after[class_key + L"\\InprocServer32@"], LibraryPath());
-      EXPECT_EQ(after[class_key + L"\\InprocServer32@ThreadingModel"], L"Apartment");
-      EXPECT_EQ(after[class_key + L"\\ProgID@"], ProgId(identity));
-      EXPECT_EQ(after[class_key + L"\\TypeLib@"], kLibraryId);
+      const std::wstring prog_id = ProgId(identity);
+      const std::pair<std::wstring, std::wstring> values[] = {
+          {kClassesKey + prog_id + L"\\CLSID@", identity.class_id},
+          {class_key + L"\\InprocServer32@", LibraryPath()},
+          {class_key + L"\\InprocServer32@ThreadingModel", L"Apartment"},
+          {class_key + L"\\ProgID@", prog_id},
+          {class_key + L"\\TypeLib@", kLibraryId},
+          {interface_key + L"@", std::wstring(L"_") + identity.name},
+          {interface_key + L"\\ProxyStubClsid32@", L"{00020424-0000-0000-C000-000000000046}"},
+          {interface_key + L"\\TypeLib@", kLibraryId},
+          {interface_key + L"\\TypeLib@Version", L"1.0"}};
+      for (const auto& [name, value] : values) EXPECT_EQ(after[name], value) << ToUtf8(name);
       EXPECT_FALSE(after.contains(class_key + L"\\Implemented Categories"));
-      EXPECT_EQ(after[interface_key + L"@"], std::wstring(L"_") + identity.name);
-      EXPECT_EQ(after[interface_key + L"\\ProxyStubClsid32@"],
-                L"{00020424-0000-0000-C000-000000000046}");
-      EXPECT_EQ(after[interface_key + L"\\TypeLib@"], kLibraryId);
-      EXPECT_EQ(after[interface_key + L"\\TypeLib@Version"], L"1.0");
     }
     EXPECT_EQ(after[kLibraryKey + L"\\1.0\\0\\" + kPlatform + L"@"], LibraryPath());
 

@@ -177,9 +177,8 @@ TEST_F(QuestionTest, AsksWhatToDo) {
     Choice choice;
   } cases[] = {{L"{A}", Choice::kAbort}, {L"{R}", Choice::kRetry}, {L"{I}", Choice::kIgnore}};
   for (const auto& c : cases) {
-    host_.Activate();
     Choice choice = c.choice == Choice::kAbort ? Choice::kRetry : Choice::kAbort;
-    host_.Drive(
+    Work(
         L"A question", [&] { choice = environment_.AskWhatToDo(L"What?", L"A question"); },
         [&](HWND) { Keys(c.key); });
     EXPECT_EQ(choice, c.choice);

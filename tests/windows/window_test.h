@@ -16,14 +16,22 @@ namespace ard::windows::testing {
 
 class WindowTest : public ::testing::Test {
  protected:
-  // Shows the dialog, whose window has that title; meanwhile `act(window)` works it.
+  // Calls `open`, which opens a window of that title; meanwhile `act(window)` works it.
+  template <class Open, class Act>
+  void Work(const wchar_t* title, Open open, Act act) {
+    host_.Activate();
+    host_.Drive(title, open, [&](HWND window) {
+      EXPECT_EQ(GetWindow(window, GW_OWNER), host_.window());
+      EXPECT_FALSE(IsWindowEnabled(host_.window()));
+      act(window);
+    });
+    EXPECT_TRUE(IsWindowEnabled(host_.window()));
+  }
   template <class Dialog, class Act>
   void Show(const wchar_t* title, Dialog& dialog, Act act) {
-    host_.Activate();
-    host_.Drive(
+    Work(
         title, [&] { environment_.Show(dialog); }, act);
     EXPECT_FALSE(dialog.visible());
-    EXPECT_TRUE(IsWindowEnabled(host_.window()));
     EXPECT_TRUE(host_.focus_returned());
   }
 
