@@ -1,11 +1,22 @@
 #include "simulator/testing/company_builder.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "simulator/company.h"
 #include "simulator/standard_columns.h"
 
 namespace ard::simulator {
+
+FieldValues::FieldValues(const wchar_t* text) {
+  for (std::wstring_view rest = text; !rest.empty();) {
+    const std::wstring_view pair = rest.substr(0, rest.find(L'|'));
+    rest.remove_prefix(std::min(pair.size() + 1, rest.size()));
+    const std::size_t equals = pair.find(L'=');
+    push_back({pair.substr(0, equals), pair.substr(equals + 1)});
+  }
+}
 
 CompanyBuilder::CompanyBuilder() : company_(std::make_unique<Company>()) {
   for (const wchar_t* ledger : {L"SalesData", L"PurchaseData", L"NominalData", L"BankData",
@@ -17,33 +28,33 @@ CompanyBuilder::CompanyBuilder() : company_(std::make_unique<Company>()) {
 
 CompanyBuilder::~CompanyBuilder() = default;
 
-CompanyBuilder& CompanyBuilder::Customer(std::wstring_view account_ref, FieldValues values) {
+CompanyBuilder& CompanyBuilder::Customer(std::wstring_view account_ref, const FieldValues& values) {
   return Add(L"SalesData", {{L"ACCOUNT_REF", account_ref}, {L"TERMS_AGREED_FLAG", true}}, values);
 }
-CompanyBuilder& CompanyBuilder::Supplier(std::wstring_view account_ref, FieldValues values) {
+CompanyBuilder& CompanyBuilder::Supplier(std::wstring_view account_ref, const FieldValues& values) {
   return Add(L"PurchaseData", {{L"ACCOUNT_REF", account_ref}, {L"TERMS_AGREED_FLAG", true}},
              values);
 }
-CompanyBuilder& CompanyBuilder::Nominal(std::wstring_view account_ref, FieldValues values) {
+CompanyBuilder& CompanyBuilder::Nominal(std::wstring_view account_ref, const FieldValues& values) {
   return Add(L"NominalData", {{L"ACCOUNT_REF", account_ref}, {L"ACCOUNT_TYPE", 1}}, values);
 }
-CompanyBuilder& CompanyBuilder::Bank(std::wstring_view account_ref, FieldValues values) {
+CompanyBuilder& CompanyBuilder::Bank(std::wstring_view account_ref, const FieldValues& values) {
   return Add(L"BankData", {{L"ACCOUNT_REF", account_ref}}, values);
 }
-CompanyBuilder& CompanyBuilder::Product(std::wstring_view stock_code, FieldValues values) {
+CompanyBuilder& CompanyBuilder::Product(std::wstring_view stock_code, const FieldValues& values) {
   return Add(L"StockData", {{L"STOCK_CODE", stock_code}}, values);
 }
 
-CompanyBuilder& CompanyBuilder::Setup(FieldValues values) {
-  setup_.insert(setup_.end(), values);
+CompanyBuilder& CompanyBuilder::Setup(const FieldValues& values) {
+  setup_.insert(setup_.end(), values.begin(), values.end());
   return *this;
 }
-CompanyBuilder& CompanyBuilder::Control(FieldValues values) {
-  control_.insert(control_.end(), values);
+CompanyBuilder& CompanyBuilder::Control(const FieldValues& values) {
+  control_.insert(control_.end(), values.begin(), values.end());
   return *this;
 }
 
-CompanyBuilder& CompanyBuilder::Record(std::wstring_view table, FieldValues values) {
+CompanyBuilder& CompanyBuilder::Record(std::wstring_view table, const FieldValues& values) {
   return Add(table, {}, values);
 }
 
@@ -60,8 +71,8 @@ std::unique_ptr<Simulator> CompanyBuilder::Build() {
 }
 
 CompanyBuilder& CompanyBuilder::Add(std::wstring_view table, std::vector<FieldValue> values,
-                                    FieldValues more) {
-  values.insert(values.end(), more);
+                                    const FieldValues& more) {
+  values.insert(values.end(), more.begin(), more.end());
   Store(table, values);
   return *this;
 }

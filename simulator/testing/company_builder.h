@@ -1,7 +1,7 @@
 // Builds a small company in memory, for tests:
 //
 //   auto engine = CompanyBuilder()
-//                     .Customer(L"ABC001", {{L"NAME", L"ABC Ltd"}, {L"BALANCE", 10.0}})
+//                     .Customer(L"ABC001", L"NAME=ABC Ltd|BALANCE=10")
 //                     .Setup({{L"TERMS_WARNING", false}})
 //                     .Build();
 //
@@ -11,7 +11,6 @@
 #ifndef ARD_SIMULATOR_TESTING_COMPANY_BUILDER_H_
 #define ARD_SIMULATOR_TESTING_COMPANY_BUILDER_H_
 
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,7 +28,12 @@ struct FieldValue {
   std::wstring_view field;
   Value value;
 };
-using FieldValues = std::initializer_list<FieldValue>;
+class FieldValues : public std::vector<FieldValue> {
+ public:
+  using vector::vector;
+  // "NAME=ABC Ltd|BALANCE=10.5|ACCOUNT_ON_HOLD=True": values as text, which the columns convert.
+  FieldValues(const wchar_t* text);
+};
 
 class CompanyBuilder {
  public:
@@ -42,18 +46,18 @@ class CompanyBuilder {
 
   // Accounts. Customers and suppliers have agreed terms and no credit limit, nominal accounts are
   // of ACCOUNT_TYPE 1, unless `values` say otherwise.
-  CompanyBuilder& Customer(std::wstring_view account_ref, FieldValues values = {});
-  CompanyBuilder& Supplier(std::wstring_view account_ref, FieldValues values = {});
-  CompanyBuilder& Nominal(std::wstring_view account_ref, FieldValues values = {});
-  CompanyBuilder& Bank(std::wstring_view account_ref, FieldValues values = {});
-  CompanyBuilder& Product(std::wstring_view stock_code, FieldValues values = {});
+  CompanyBuilder& Customer(std::wstring_view account_ref, const FieldValues& values = {});
+  CompanyBuilder& Supplier(std::wstring_view account_ref, const FieldValues& values = {});
+  CompanyBuilder& Nominal(std::wstring_view account_ref, const FieldValues& values = {});
+  CompanyBuilder& Bank(std::wstring_view account_ref, const FieldValues& values = {});
+  CompanyBuilder& Product(std::wstring_view stock_code, const FieldValues& values = {});
 
   // Fields of the single records. A count stated here replaces the computed one.
-  CompanyBuilder& Setup(FieldValues values);
-  CompanyBuilder& Control(FieldValues values);
+  CompanyBuilder& Setup(const FieldValues& values);
+  CompanyBuilder& Control(const FieldValues& values);
 
   // Appends a record to any table with standard columns, such as L"AccessData".
-  CompanyBuilder& Record(std::wstring_view table, FieldValues values);
+  CompanyBuilder& Record(std::wstring_view table, const FieldValues& values);
 
   // Leaves the table out, as if its file did not exist: it cannot be opened.
   CompanyBuilder& Without(std::wstring_view table);
@@ -62,7 +66,8 @@ class CompanyBuilder {
   std::unique_ptr<Simulator> Build();
 
  private:
-  CompanyBuilder& Add(std::wstring_view table, std::vector<FieldValue> values, FieldValues more);
+  CompanyBuilder& Add(std::wstring_view table, std::vector<FieldValue> values,
+                      const FieldValues& more);
   Table& TableFor(std::wstring_view name);
   void Store(std::wstring_view name, const std::vector<FieldValue>& values);
 

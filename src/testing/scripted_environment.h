@@ -92,28 +92,38 @@ class ScriptedEnvironment : public Environment {
   void Obey(simulator::FaultPlan& plan) { plan_ = &plan; }
 
   const std::vector<Message>& messages() const { return messages_; }
+  // Those since the last time that they were taken: "! title: text", with "x" for a stop.
+  std::vector<std::wstring> TakeMessages() {
+    std::vector<std::wstring> texts;
+    for (; taken_ < messages_.size(); ++taken_) {
+      const Message& message = messages_[taken_];
+      texts.push_back((message.icon == Icon::kStop ? L"x " : L"! ") + message.title + L": " +
+                      message.text);
+    }
+    return texts;
+  }
   int dialogs_shown() const { return dialogs_shown_; }
 
   void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) override {
-    if (plan_) plan_->Operation();
+    Step();
     messages_.push_back({icon, std::wstring(text), std::wstring(title)});
   }
 
   std::wstring InputBox(std::wstring_view prompt, std::wstring_view title) override {
-    if (plan_) plan_->Operation();
+    Step();
     questions_.push_back(std::wstring(title) + L": " + std::wstring(prompt));
     return input_;
   }
 
   std::wstring GetSetting(std::wstring_view application, std::wstring_view section,
                           std::wstring_view name, std::wstring_view otherwise) override {
-    if (plan_) plan_->Operation();
+    Step();
     const auto setting = settings_.find(SettingKey(application, section, name));
     return setting == settings_.end() ? std::wstring(otherwise) : setting->second;
   }
   void SaveSetting(std::wstring_view application, std::wstring_view section, std::wstring_view name,
                    std::wstring_view value) override {
-    if (plan_) plan_->Operation();
+    Step();
     settings_[SettingKey(application, section, name)] = value;
   }
 
@@ -127,53 +137,53 @@ class ScriptedEnvironment : public Environment {
   }
 
   std::wstring GetMachineSetting(std::wstring_view name) override {
-    if (plan_) plan_->Operation();
+    Step();
     const auto setting = machine_.settings.find(std::wstring(name));
     return setting == machine_.settings.end() ? std::wstring() : setting->second;
   }
   std::wstring ReadIni(std::wstring_view file, std::wstring_view section,
                        std::wstring_view key) override {
-    if (plan_) plan_->Operation();
+    Step();
     return machine_.ini_files.Read(file, section, key);
   }
   void WriteIni(std::wstring_view file, std::wstring_view section, std::wstring_view key,
                 std::wstring_view value) override {
-    if (plan_) plan_->Operation();
+    Step();
     if (machine_.ini_files_read_only) throw Error(5, L"Access denied.");
     machine_.ini_files.Write(file, section, key, value);
   }
   std::wstring ShortPath(std::wstring_view path) override {
-    if (plan_) plan_->Operation();
+    Step();
     return std::wstring(path.substr(0, 9)) + L"~1";
   }
   std::wstring CommonFilesFolder(std::int32_t owner) override {
-    if (plan_) plan_->Operation();
+    Step();
     return L"C:\\Common" + std::to_wstring(owner);
   }
   void CreateShortcut(const Shortcut& shortcut) override {
-    if (plan_) plan_->Operation();
+    Step();
     machine_.shortcuts.push_back(shortcut);
   }
   void TryToRead(std::wstring_view file) override {
-    if (plan_) plan_->Operation();
+    Step();
     if (machine_.held_files.contains(std::wstring(file))) throw Error(32, L"Sharing violation.");
   }
   void OpenHelp(std::wstring_view page) override {
-    if (plan_) plan_->Operation();
+    Step();
     machine_.help_pages.emplace_back(page);
   }
   std::wstring AccountName() override {
-    if (plan_) plan_->Operation();
+    Step();
     return machine_.account_name;
   }
   bool IsCtrlDown() override {
-    if (plan_) plan_->Operation();
+    Step();
     return machine_.ctrl_down;
   }
 
   std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,
                                                 std::int32_t maximum) override {
-    if (plan_) plan_->Operation();
+    Step();
     return std::make_unique<RecordedProgress>(*this, title, maximum);
   }
 
@@ -190,6 +200,10 @@ class ScriptedEnvironment : public Environment {
   void Show(dialogs::AddressDetails& dialog) override { Present(dialog, details_scripts_); }
 
  private:
+  void Step() const {
+    if (plan_) plan_->Operation();
+  }
+
   class RecordedProgress : public ProgressDisplay {
    public:
     RecordedProgress(ScriptedEnvironment& environment, std::wstring_view title,
@@ -198,7 +212,7 @@ class ScriptedEnvironment : public Environment {
       environment_.progress_.push_back(Text());
     }
     void Advance() override {
-      if (environment_.plan_) environment_.plan_->Operation();
+      environment_.Step();
       ++done_;
       environment_.progress_[place_] = Text();
     }
@@ -217,7 +231,7 @@ class ScriptedEnvironment : public Environment {
 
   template <class Dialog>
   void Present(Dialog& dialog, std::deque<std::function<void(Dialog&)>>& scripts) {
-    if (plan_) plan_->Operation();
+    Step();
     ++dialogs_shown_;
     if (!scripts.empty()) {
       const std::function<void(Dialog&)> script = std::move(scripts.front());
@@ -253,6 +267,7 @@ class ScriptedEnvironment : public Environment {
   std::deque<std::function<void(dialogs::AddressDetails&)>> details_scripts_;
   std::vector<std::wstring> progress_;
   std::vector<Message> messages_;
+  std::size_t taken_ = 0;
   int dialogs_shown_ = 0;
 };
 
