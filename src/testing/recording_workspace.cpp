@@ -22,14 +22,45 @@ std::wstring Shown(const Value& value) {
 std::wstring Shown(Mode mode) { return std::to_wstring(static_cast<std::int32_t>(mode)); }
 std::wstring Shown(Match match) { return Shown(Value(match == Match::kPartial)); }
 
+// "Open(64)"; "Close" without arguments.
 std::wstring Call(std::wstring_view member, const auto&... arguments) {
   std::wstring call(member);
-  std::wstring_view separator = L"(";
-  ((call.append(separator).append(Shown(arguments)), separator = L", "), ...);
-  return call + L")";
+  if constexpr (sizeof...(arguments) > 0) {
+    std::wstring_view separator = L"(";
+    ((call.append(separator).append(Shown(arguments)), separator = L", "), ...);
+    call += L")";
+  }
+  return call;
 }
 
-// Replayed values are made anew at each operation, as a caller makes them.
+// What a step keeps of an argument, and passes on: values are made anew at each operation, as a
+// caller makes them.
+template <class T>
+T Kept(const T& argument) {
+  return argument;
+}
+std::wstring Kept(std::wstring_view text) { return std::wstring(text); }
+template <class T>
+const T& Anew(const T& kept) {
+  return kept;
+}
+Value Anew(const Value& kept) { return kept; }
+
+// Calls the method with these arguments.
+template <auto kMethod>
+auto Action(const auto&... arguments) {
+  return [... kept = Kept(arguments)](auto& target) { return (target.*kMethod)(Anew(kept)...); };
+}
+
+// What stands in a replay for the object of that slot.
+template <class T>
+T& Replayed(engine::Workspace& workspace, const ReplayedObjects& objects, std::size_t slot) {
+  if constexpr (std::is_same_v<T, engine::Workspace>) {
+    return workspace;
+  } else {
+    return objects.Get<T>(slot);
+  }
+}
 
 // An object that is recorded under `path`, such as "StockRecord.Fields".
 template <class T>
@@ -37,86 +68,87 @@ class Recorder : public T {
  public:
   using Target = T;
 
-  Recorder(std::unique_ptr<Target> target, std::wstring path, Recording& recording)
-      : target_(std::move(target)),
-        path_(std::move(path)),
-        recording_(recording),
-        slot_(recording.objects++) {}
+  Recorder(std::shared_ptr<Target> target, std::wstring path, Recording& recording)
+      : target_(std::move(target)), path_(std::move(path)), recording_(recording) {
+    if constexpr (!kIsWorkspace) slot_ = recording.objects++;
+  }
   ~Recorder() override {
-    recording_.steps.push_back(
-        [slot = slot_](engine::Workspace&, ReplayedObjects& objects) { objects.Release(slot); });
+    if constexpr (!kIsWorkspace) {
+      recording_.steps.push_back(
+          [slot = slot_](engine::Workspace&, ReplayedObjects& objects) { objects.Release(slot); });
+    }
   }
 
   std::size_t slot() const { return slot_; }
 
  protected:
-  // Notes the operation, and carries it out.
-  template <class Action>
-  auto Do(std::wstring_view operation, Action action) const {
-    recording_.operations.push_back(path_ + std::wstring(operation));
-    recording_.steps.push_back(
-        [slot = slot_, action](engine::Workspace&, ReplayedObjects& objects) {
-          action(objects.Get<Target>(slot));
-        });
-    return action(*target_);
+  // Notes the call of a method, and carries it out.
+  template <auto kMethod>
+  auto Do(std::wstring_view member, const auto&... arguments) {
+    return Note(Call(member, arguments...), Action<kMethod>(arguments...));
   }
-
-  // The same for one that hands out an object, which is recorded under the operation.
-  template <class Wrapper, class Action>
-  std::unique_ptr<Wrapper> Make(std::wstring_view operation, Action action) const {
-    recording_.operations.push_back(path_ + std::wstring(operation));
-    std::wstring path = recording_.operations.back();
-    const std::size_t step = recording_.steps.size();
-    recording_.steps.push_back(
-        [slot = slot_, action](engine::Workspace&, ReplayedObjects& objects) {
-          action(objects.Get<Target>(slot));
-        });
-    auto made = std::make_unique<Wrapper>(action(*target_), std::move(path), recording_);
-    recording_.steps[step] = [slot = slot_, made = made->slot(), action](engine::Workspace&,
-                                                                         ReplayedObjects& objects) {
-      objects.Put(made, action(objects.Get<Target>(slot)));
+  // The same for the setting of a property.
+  template <auto kMethod>
+  void Put(std::wstring_view property, const auto& value) {
+    Note(std::wstring(property) + L" = " + Shown(value), Action<kMethod>(value));
+  }
+  // The same for a method that hands out an object, which is recorded under the call.
+  template <class Wrapper, auto kMethod>
+  std::unique_ptr<Wrapper> Make(std::wstring_view member, const auto&... arguments) {
+    const std::wstring call = Call(member, arguments...);
+    return MakeAt<Wrapper>(path_ + call, call, Action<kMethod>(arguments...));
+  }
+  // The same, recorded under another path.
+  template <class Wrapper>
+  std::unique_ptr<Wrapper> MakeAt(std::wstring path, const std::wstring& call, auto action) {
+    auto made = std::make_unique<Wrapper>(Note(call, action), std::move(path), recording_);
+    recording_.steps.back() = [slot = slot_, made = made->slot(), action](
+                                  engine::Workspace& workspace, ReplayedObjects& objects) {
+      objects.Put(made, action(Replayed<T>(workspace, objects, slot)));
     };
     return made;
   }
 
  private:
-  std::unique_ptr<Target> target_;
+  static constexpr bool kIsWorkspace = std::is_same_v<T, engine::Workspace>;
+
+  auto Note(const std::wstring& call, auto action) {
+    recording_.operations.push_back(path_ + call);
+    recording_.steps.push_back(
+        [slot = slot_, action](engine::Workspace& workspace, ReplayedObjects& objects) {
+          action(Replayed<T>(workspace, objects, slot));
+        });
+    return action(*target_);
+  }
+
+  std::shared_ptr<Target> target_;
   std::wstring path_;
   Recording& recording_;
-  std::size_t slot_;
+  std::size_t slot_ = 0;
 };
 
 class RecordingField : public Recorder<engine::Field> {
  public:
   using Recorder::Recorder;
-  std::wstring Name() override {
-    return Do(L".Name", [](Target& field) { return field.Name(); });
-  }
-  std::int32_t Type() override {
-    return Do(L".Type", [](Target& field) { return field.Type(); });
-  }
-  Value GetValue() override {
-    return Do(L".Value", [](Target& field) { return field.GetValue(); });
-  }
-  void SetValue(const Value& value) override {
-    Do(L".Value = " + Shown(value), [value](Target& field) { field.SetValue(Value(value)); });
-  }
+  std::wstring Name() override { return Do<&Target::Name>(L".Name"); }
+  std::int32_t Type() override { return Do<&Target::Type>(L".Type"); }
+  Value GetValue() override { return Do<&Target::GetValue>(L".Value"); }
+  void SetValue(const Value& value) override { Put<&Target::SetValue>(L".Value", value); }
 };
 
 class RecordingFields : public Recorder<engine::Fields> {
+  using ByName = std::unique_ptr<engine::Field> (Target::*)(std::wstring_view);
+  using ByPosition = std::unique_ptr<engine::Field> (Target::*)(std::int32_t);
+
  public:
   using Recorder::Recorder;
   std::unique_ptr<engine::Field> Item(std::wstring_view name) override {
-    return Make<RecordingField>(
-        Call(L"", name), [name = std::wstring(name)](Target& fields) { return fields.Item(name); });
+    return Make<RecordingField, static_cast<ByName>(&Target::Item)>(L"", name);
   }
   std::unique_ptr<engine::Field> Item(std::int32_t position) override {
-    return Make<RecordingField>(Call(L"", position),
-                                [=](Target& fields) { return fields.Item(position); });
+    return Make<RecordingField, static_cast<ByPosition>(&Target::Item)>(L"", position);
   }
-  std::int32_t Count() override {
-    return Do(L".Count", [](Target& fields) { return fields.Count(); });
-  }
+  std::int32_t Count() override { return Do<&Target::Count>(L".Count"); }
 };
 
 // An object with fields.
@@ -125,209 +157,109 @@ class FieldsRecorder : public Recorder<T> {
  public:
   using Recorder<T>::Recorder;
   std::unique_ptr<engine::Fields> GetFields() override {
-    return this->template Make<RecordingFields>(L".Fields",
-                                                [](T& object) { return object.GetFields(); });
+    return this->template Make<RecordingFields, &T::GetFields>(L".Fields");
   }
 };
 
 class RecordingDataFile : public FieldsRecorder<engine::DataFileObject> {
  public:
   using FieldsRecorder::FieldsRecorder;
-  bool Open(Mode mode) override {
-    return Do(Call(L".Open", mode), [=](Target& file) { return file.Open(mode); });
-  }
-  bool Read(std::int32_t record) override {
-    return Do(Call(L".Read", record), [=](Target& file) { return file.Read(record); });
-  }
-  std::int32_t Count() override {
-    return Do(L".Count", [](Target& file) { return file.Count(); });
-  }
+  bool Open(Mode mode) override { return Do<&Target::Open>(L".Open", mode); }
+  bool Read(std::int32_t record) override { return Do<&Target::Read>(L".Read", record); }
+  std::int32_t Count() override { return Do<&Target::Count>(L".Count"); }
   bool FindFirst(std::wstring_view field, const Value& value) override {
-    return Do(Call(L".FindFirst", field, value),
-              [field = std::wstring(field), value](Target& file) {
-                return file.FindFirst(field, Value(value));
-              });
+    return Do<&Target::FindFirst>(L".FindFirst", field, value);
   }
   bool FindNext(std::wstring_view field, const Value& value) override {
-    return Do(Call(L".FindNext", field, value), [field = std::wstring(field), value](Target& file) {
-      return file.FindNext(field, Value(value));
-    });
+    return Do<&Target::FindNext>(L".FindNext", field, value);
   }
-  bool Write(std::int32_t record) override {
-    return Do(Call(L".Write", record), [=](Target& file) { return file.Write(record); });
-  }
-  void Close() override {
-    Do(L".Close", [](Target& file) { file.Close(); });
-  }
+  bool Write(std::int32_t record) override { return Do<&Target::Write>(L".Write", record); }
+  void Close() override { Do<&Target::Close>(L".Close"); }
 };
 
 class RecordingTransactions : public FieldsRecorder<engine::TransactionsObject> {
  public:
   using FieldsRecorder::FieldsRecorder;
-  std::int32_t Count() override {
-    return Do(L".Count", [](Target& list) { return list.Count(); });
-  }
-  void MoveFirst() override {
-    Do(L".MoveFirst", [](Target& list) { list.MoveFirst(); });
-  }
-  bool MoveNext() override {
-    return Do(L".MoveNext", [](Target& list) { return list.MoveNext(); });
-  }
+  std::int32_t Count() override { return Do<&Target::Count>(L".Count"); }
+  void MoveFirst() override { Do<&Target::MoveFirst>(L".MoveFirst"); }
+  bool MoveNext() override { return Do<&Target::MoveNext>(L".MoveNext"); }
 };
 
 class RecordingRecord : public FieldsRecorder<engine::RecordObject> {
  public:
   using FieldsRecorder::FieldsRecorder;
-  bool Find(Match match) override {
-    return Do(Call(L".Find", match), [=](Target& record) { return record.Find(match); });
-  }
-  void MoveFirst() override {
-    Do(L".MoveFirst", [](Target& record) { record.MoveFirst(); });
-  }
-  bool MoveNext() override {
-    return Do(L".MoveNext", [](Target& record) { return record.MoveNext(); });
-  }
-  void AddNew() override {
-    Do(L".AddNew", [](Target& record) { record.AddNew(); });
-  }
-  void Edit() override {
-    Do(L".Edit", [](Target& record) { record.Edit(); });
-  }
-  bool Update() override {
-    return Do(L".Update", [](Target& record) { return record.Update(); });
-  }
+  bool Find(Match match) override { return Do<&Target::Find>(L".Find", match); }
+  void MoveFirst() override { Do<&Target::MoveFirst>(L".MoveFirst"); }
+  bool MoveNext() override { return Do<&Target::MoveNext>(L".MoveNext"); }
+  void AddNew() override { Do<&Target::AddNew>(L".AddNew"); }
+  void Edit() override { Do<&Target::Edit>(L".Edit"); }
+  bool Update() override { return Do<&Target::Update>(L".Update"); }
   void SetExtraText(std::wstring_view text) override {
-    Do(L".ExtraText = " + Shown(text),
-       [text = std::wstring(text)](Target& record) { record.SetExtraText(text); });
+    Put<&Target::SetExtraText>(L".ExtraText", text);
   }
   std::unique_ptr<engine::TransactionsObject> Transactions() override {
-    return Make<RecordingTransactions>(L".Transactions",
-                                       [](Target& record) { return record.Transactions(); });
+    return Make<RecordingTransactions, &Target::Transactions>(L".Transactions");
   }
 };
 
 class RecordingIndex : public Recorder<engine::IndexObject> {
  public:
   using Recorder::Recorder;
-  bool Open(Mode mode) override {
-    return Do(Call(L".Open", mode), [=](Target& index) { return index.Open(mode); });
-  }
-  void SetKey(const Value& key) override {
-    Do(L".Key = " + Shown(key), [key](Target& index) { index.SetKey(Value(key)); });
-  }
-  bool Find(Match match) override {
-    return Do(Call(L".Find", match), [=](Target& index) { return index.Find(match); });
-  }
-  std::int32_t Position() override {
-    return Do(L".Position", [](Target& index) { return index.Position(); });
-  }
-  std::int32_t RecordNumber() override {
-    return Do(L".RecordNumber", [](Target& index) { return index.RecordNumber(); });
-  }
-  void MoveTo(std::int32_t position) override {
-    Do(Call(L".MoveTo", position), [=](Target& index) { index.MoveTo(position); });
-  }
-  void MoveFirst() override {
-    Do(L".MoveFirst", [](Target& index) { index.MoveFirst(); });
-  }
-  bool MoveNext() override {
-    return Do(L".MoveNext", [](Target& index) { return index.MoveNext(); });
-  }
-  void Close() override {
-    Do(L".Close", [](Target& index) { index.Close(); });
-  }
+  bool Open(Mode mode) override { return Do<&Target::Open>(L".Open", mode); }
+  void SetKey(const Value& key) override { Put<&Target::SetKey>(L".Key", key); }
+  bool Find(Match match) override { return Do<&Target::Find>(L".Find", match); }
+  std::int32_t Position() override { return Do<&Target::Position>(L".Position"); }
+  std::int32_t RecordNumber() override { return Do<&Target::RecordNumber>(L".RecordNumber"); }
+  void MoveTo(std::int32_t position) override { Do<&Target::MoveTo>(L".MoveTo", position); }
+  void MoveFirst() override { Do<&Target::MoveFirst>(L".MoveFirst"); }
+  bool MoveNext() override { return Do<&Target::MoveNext>(L".MoveNext"); }
+  void Close() override { Do<&Target::Close>(L".Close"); }
 };
 
 class RecordingPricing : public Recorder<engine::PricingObject> {
  public:
   using Recorder::Recorder;
   double CustomerUnitPrice(std::wstring_view acc_ref, std::wstring_view stock_code) override {
-    return Do(Call(L".CustomerUnitPrice", acc_ref, stock_code),
-              [account = std::wstring(acc_ref), code = std::wstring(stock_code)](Target& pricing) {
-                return pricing.CustomerUnitPrice(account, code);
-              });
+    return Do<&Target::CustomerUnitPrice>(L".CustomerUnitPrice", acc_ref, stock_code);
   }
   double SupplierUnitPrice(std::wstring_view stock_code, std::wstring_view acc_ref) override {
-    return Do(Call(L".SupplierUnitPrice", stock_code, acc_ref),
-              [account = std::wstring(acc_ref), code = std::wstring(stock_code)](Target& pricing) {
-                return pricing.SupplierUnitPrice(code, account);
-              });
+    return Do<&Target::SupplierUnitPrice>(L".SupplierUnitPrice", stock_code, acc_ref);
   }
 };
 
-class RecordingWorkspace : public engine::Workspace {
+class RecordingWorkspace : public Recorder<engine::Workspace> {
  public:
   RecordingWorkspace(std::shared_ptr<engine::Workspace> workspace, Recording& recording)
-      : workspace_(std::move(workspace)), recording_(recording) {}
+      : Recorder(std::move(workspace), L"Workspace", recording) {}
 
   std::unique_ptr<engine::DataFileObject> CreateDataFile(std::wstring_view name) override {
-    return Create<RecordingDataFile>(name,
-                                     [name = std::wstring(name)](engine::Workspace& workspace) {
-                                       return workspace.CreateDataFile(name);
-                                     });
+    return Create<RecordingDataFile>(name, Action<&Target::CreateDataFile>(name));
   }
   std::unique_ptr<engine::RecordObject> CreateRecord(std::wstring_view name) override {
-    return Create<RecordingRecord>(name, [name = std::wstring(name)](engine::Workspace& workspace) {
-      return workspace.CreateRecord(name);
-    });
+    return Create<RecordingRecord>(name, Action<&Target::CreateRecord>(name));
   }
   std::unique_ptr<engine::IndexObject> CreateIndex(std::wstring_view name) override {
-    return Create<RecordingIndex>(name, [name = std::wstring(name)](engine::Workspace& workspace) {
-      return workspace.CreateIndex(name);
-    });
+    return Create<RecordingIndex>(name, Action<&Target::CreateIndex>(name));
   }
   std::unique_ptr<engine::PricingObject> CreatePricing() override {
-    return Create<RecordingPricing>(
-        L"Pricing", [](engine::Workspace& workspace) { return workspace.CreatePricing(); });
+    return Create<RecordingPricing>(L"Pricing", Action<&Target::CreatePricing>());
   }
   bool Connect(std::wstring_view data_path, std::wstring_view user, std::wstring_view password,
                std::wstring_view unique_id) override {
-    return Do(Call(L"Connect", data_path, user, password, unique_id),
-              [path = std::wstring(data_path), user = std::wstring(user),
-               password = std::wstring(password),
-               id = std::wstring(unique_id)](engine::Workspace& workspace) {
-                return workspace.Connect(path, user, password, id);
-              });
+    return Do<&Target::Connect>(L".Connect", data_path, user, password, unique_id);
   }
   bool ConnectNT(std::wstring_view data_path, std::wstring_view account, std::wstring_view password,
                  std::wstring_view unique_id) override {
-    return Do(Call(L"ConnectNT", data_path, account, password, unique_id),
-              [path = std::wstring(data_path), account = std::wstring(account),
-               password = std::wstring(password),
-               id = std::wstring(unique_id)](engine::Workspace& workspace) {
-                return workspace.ConnectNT(path, account, password, id);
-              });
+    return Do<&Target::ConnectNT>(L".ConnectNT", data_path, account, password, unique_id);
   }
-  void Disconnect() override {
-    Do(L"Disconnect", [](engine::Workspace& workspace) { workspace.Disconnect(); });
-  }
-  std::wstring Version() override {
-    return Do(L"Version", [](engine::Workspace& workspace) { return workspace.Version(); });
-  }
+  void Disconnect() override { Do<&Target::Disconnect>(L".Disconnect"); }
+  std::wstring Version() override { return Do<&Target::Version>(L".Version"); }
 
  private:
-  template <class Action>
-  std::invoke_result_t<Action, engine::Workspace&> Do(std::wstring_view operation,
-                                                      Action action) const {
-    recording_.operations.push_back(L"Workspace." + std::wstring(operation));
-    recording_.steps.push_back(
-        [action](engine::Workspace& workspace, ReplayedObjects&) { action(workspace); });
-    return action(*workspace_);
+  template <class Wrapper>
+  std::unique_ptr<Wrapper> Create(std::wstring_view name, auto action) {
+    return MakeAt<Wrapper>(std::wstring(name), Call(L".CreateRecordObject", name), action);
   }
-
-  template <class Wrapper, class Action>
-  std::unique_ptr<Wrapper> Create(std::wstring_view name, Action action) const {
-    auto object = Do(Call(L"CreateRecordObject", name), action);
-    auto made = std::make_unique<Wrapper>(std::move(object), std::wstring(name), recording_);
-    recording_.steps.back() = [slot = made->slot(), action](engine::Workspace& workspace,
-                                                            ReplayedObjects& objects) {
-      objects.Put(slot, action(workspace));
-    };
-    return made;
-  }
-
-  std::shared_ptr<engine::Workspace> workspace_;
-  Recording& recording_;
 };
 
 }  // namespace
