@@ -1,63 +1,35 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "accounts/customers.h"
-#include "dialogs/discount_breakdown.h"
-#include "simulator/testing/company_builder.h"
-#include "testing/scripted_environment.h"
+#include "testing/company_test.h"
 
 namespace ard::accounts {
 namespace {
 
 using dialogs::DiscountBreakdown;
+using simulator::CompanyBuilder;
 
-class DiscountTest : public ::testing::Test {
+class DiscountTest : public testing::CompanyTest {
  protected:
-  DiscountTest() {
-    simulator::CompanyBuilder company;
-    for (std::int16_t type = 0; type <= 7; ++type) {
-      company.Customer(L"TYPE" + std::to_wstring(type),
-                       {{L"DISCOUNT_TYPE", type}, {L"DISCOUNT_RATE", 5.1}});
-    }
-    company
-        .Setup({{L"SALES_AMOUNT_SOLD_1", 1000.0},
-                {L"SALES_ADD_DISC_1", 40.0},
-                {L"SALES_AMOUNT_SOLD_3", 435.0},
-                {L"SALES_ADD_DISC_3", 3.0},
-                {L"SALES_AMOUNT_SOLD_4", -1.0},
-                {L"SALES_ADD_DISC_4", 99.0},
-                {L"SALES_AMOUNT_SOLD_5", 500.0},
-                {L"SALES_ADD_DISC_5", 10.2}})
-        // A lower level may ask for more, or give more.
-        .Product(L"BOLT", {{L"DISC_A_LEVEL_1_QTY", 10.0},
-                           {L"DISC_A_LEVEL_1_RATE", 1.0},
-                           {L"DISC_B_LEVEL_10_QTY", 1.0},
-                           {L"DISC_B_LEVEL_10_RATE", 2.5},
-                           {L"DISC_C_LEVEL_2_QTY", 50.0},
-                           {L"DISC_C_LEVEL_2_RATE", 20.0},
-                           {L"DISC_C_LEVEL_5_QTY", 80.0},
-                           {L"DISC_C_LEVEL_5_RATE", 7.0},
-                           {L"DISC_C_LEVEL_6_QTY", 101.0},
-                           {L"DISC_C_LEVEL_6_RATE", 30.0},
-                           {L"DISC_E_LEVEL_1_QTY", 0.0},
-                           {L"DISC_E_LEVEL_1_RATE", 50.0}});
-    engine_ = company.Build();
-    customers_.context().workspace = engine_->workspace();
-  }
-  void TearDown() override {
-    EXPECT_EQ(engine_->counters().open_files, 0);
-    EXPECT_EQ(engine_->counters().living_objects, 0);
-  }
-
-  testing::ScriptedEnvironment environment_;
-  std::unique_ptr<simulator::Simulator> engine_;
   Customers customers_{environment_};
 };
 
 TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
+  CompanyBuilder company;
+  for (std::int16_t type = 0; type <= 7; ++type) {
+    company.Customer(L"TYPE" + std::to_wstring(type),
+                     {{L"DISCOUNT_TYPE", type}, {L"DISCOUNT_RATE", 5.1}});
+  }
+  company
+      // A higher level may ask for less, or give less.
+      .Setup(
+          L"SALES_AMOUNT_SOLD_1=1000|SALES_ADD_DISC_1=40|SALES_AMOUNT_SOLD_3=435|"
+          L"SALES_ADD_DISC_3=3|SALES_AMOUNT_SOLD_4=-1|SALES_ADD_DISC_4=99|"
+          L"SALES_AMOUNT_SOLD_5=500|SALES_ADD_DISC_5=10.2")
+      .Product(L"BOLT",
+               L"DISC_A_LEVEL_1_QTY=10|DISC_A_LEVEL_1_RATE=1|DISC_B_LEVEL_10_QTY=1|"
+               L"DISC_B_LEVEL_10_RATE=2.5|DISC_C_LEVEL_2_QTY=50|DISC_C_LEVEL_2_RATE=20|"
+               L"DISC_C_LEVEL_5_QTY=80|DISC_C_LEVEL_5_RATE=7|DISC_C_LEVEL_6_QTY=101|"
+               L"DISC_C_LEVEL_6_RATE=30|DISC_E_LEVEL_1_QTY=0|DISC_E_LEVEL_1_RATE=50");
+  Open(company, customers_);
   const struct {
     const wchar_t* acc_ref;
     const wchar_t* product;
@@ -95,16 +67,6 @@ TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
     customers_.ShowDiscBDown(c.acc_ref, c.product, c.quantity, c.price, 20, 2);
     EXPECT_EQ(fields, c.fields);
   }
-  EXPECT_TRUE(environment_.messages().empty());
-}
-
-TEST_F(DiscountTest, AnUnreadableSetupLeavesTheAccountsRate) {
-  simulator::CompanyBuilder company;
-  company.Customer(L"A", {{L"DISCOUNT_TYPE", std::int16_t{1}}, {L"DISCOUNT_RATE", 4.0}})
-      .Without(L"SetupData");
-  engine_ = company.Build();
-  customers_.context().workspace = engine_->workspace();
-  EXPECT_EQ(customers_.GetDiscPercent(L"A", L"BOLT", 1, 1), 4);
 }
 
 }  // namespace
