@@ -1,13 +1,6 @@
 #include "addresses/delivery_address.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "simulator/testing/company_builder.h"
-#include "testing/scripted_environment.h"
+#include "testing/company_test.h"
 
 namespace ard::addresses {
 namespace {
@@ -18,27 +11,21 @@ using dialogs::AddressKind;
 using dialogs::SelectDialog;
 using simulator::CompanyBuilder;
 
-class DeliveryAddressTest : public ::testing::Test {
+class DeliveryAddressTest : public testing::CompanyTest {
  protected:
   DeliveryAddressTest() {
     CompanyBuilder company;
-    company.Customer(L"ABC", {{L"NAME", L"ABC Ltd"}})
-        .Customer(L"NONE", {{L"NAME", L"No addresses"}})
-        .Supplier(L"ABC", {{L"NAME", L"ABC Supply"}})
-        .Setup({{L"ADDRESS_PROMPT_1", L"Street"}, {L"ADDRESS_PROMPT_6", L"Ask for"}});
+    company.Customer(L"ABC", L"NAME=ABC Ltd")
+        .Customer(L"NONE", L"NAME=No addresses")
+        .Supplier(L"ABC", L"NAME=ABC Supply")
+        .Setup(L"ADDRESS_PROMPT_1=Street|ADDRESS_PROMPT_6=Ask for");
     Address(company, L"SalesDeliveryData", L"OTHER", L"1", L"Not this one");
     Address(company, L"SalesDeliveryData", L"ABC", L"1", L"Yard");
     Address(company, L"SalesDeliveryData", L"ABC", L"2", L"Shop", 1);
     Address(company, L"PurchaseDeliveryData", L"ABC", L"1", L"Depot");
     Address(company, L"CompanyDeliveryData", L"", L"1", L"Works");
     Address(company, L"CompanyDeliveryData", L"", L"2", L"Office");
-    engine_ = company.Build();
-    address_.context().workspace = engine_->workspace();
-    address_.context().app_name = L"Manufacturing";
-  }
-  void TearDown() override {
-    EXPECT_EQ(engine_->counters().open_files, 0);
-    EXPECT_EQ(engine_->counters().living_objects, 0);
+    Open(company, address_);
   }
   static void Address(CompanyBuilder& company, const wchar_t* table, const wchar_t* acc_ref,
                       const wchar_t* ref, const wchar_t* description,
@@ -63,8 +50,6 @@ class DeliveryAddressTest : public ::testing::Test {
     return std::wstring(Trimmed(address_.Get(L"Description", &dialogs::Address::description)));
   }
 
-  testing::ScriptedEnvironment environment_;
-  std::unique_ptr<simulator::Simulator> engine_;
   DeliveryAddress address_{environment_};
 };
 
@@ -76,7 +61,6 @@ TEST_F(DeliveryAddressTest, StartsAsTheHostAsks) {
     std::wstring shown;
     std::wstring picked;
   } cases[] = {
-      {L" ", L" ", DelAddType::kCompany, L",(disabled)|>1\tWorks\t|2\tOffice\t", L"Works"},
       {L"ABC", L"Given", DelAddType::kSales, L"ABC,Given|2\tYard\t|>3\tShop\tYes", L"Shop"},
       {L"abc", L"", DelAddType::kPurchase, L"abc,|>1\tDepot\t", L"Depot"},
   };
@@ -137,7 +121,7 @@ TEST_F(DeliveryAddressTest, FollowsTheKindAndTheAccountEntered) {
   EXPECT_FALSE(address_.GetAddress(L"", L"", DelAddType::kSales));
 }
 
-TEST_F(DeliveryAddressTest, DetailsCarryTheCompanysCaptions) {
+TEST_F(DeliveryAddressTest, WithoutArgumentsTheCompanysAddressesAndTheirDetailsAreShown) {
   std::wstring shown;
   environment_.AnswerDetails([&](AddressDetails& details) {
     for (const AddressDetails::Line& line : details.lines()) {
@@ -145,10 +129,12 @@ TEST_F(DeliveryAddressTest, DetailsCarryTheCompanysCaptions) {
     }
   });
   environment_.AnswerAddresses([](AddressDialog& dialog) {
+    EXPECT_EQ(Shown(dialog), L",(disabled)|>1\tWorks\t|2\tOffice\t");
     dialog.DetailsClick();
-    dialog.Cancel();
+    dialog.Ok();
   });
-  EXPECT_FALSE(address_.GetAddress());
+  EXPECT_TRUE(address_.GetAddress());
+  EXPECT_EQ(Description(), L"Works");
   EXPECT_EQ(shown, L"Description=Works|Street=Works Road|Ask for=Con|");
 }
 

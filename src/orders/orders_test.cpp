@@ -1,87 +1,47 @@
 #include "orders/orders.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "simulator/testing/company_builder.h"
-#include "testing/scripted_environment.h"
+#include "testing/company_test.h"
 
 namespace ard::orders {
 namespace {
 
-using dialogs::SelectDialog;
 using simulator::CompanyBuilder;
 
-class OrdersTest : public ::testing::Test {
+class OrdersTest : public testing::CompanyTest {
  protected:
-  void Open(CompanyBuilder& company) {
-    engine_ = company.Build();
-    sales_.context().workspace = engine_->workspace();
-    purchases_.context().workspace = engine_->workspace();
-  }
-  void OpenUsual() {
+  OrdersTest() {
     CompanyBuilder company;
     for (const wchar_t* table : {L"SopData", L"PopData"}) {
       company
-          .Record(table, {{L"ORDER_NUMBER", 12},
-                          {L"ACCOUNT_REF", L"B"},
-                          {L"NAME", L"Bea"},
-                          {L"ORDER_DATE", Date{45000}},
-                          {L"POSTED_CODE", true}})
-          .Record(table, {{L"ORDER_NUMBER", 2}, {L"ACCOUNT_REF", L"A"}, {L"DELETED_FLAG", true}})
-          .Record(table, {{L"ORDER_NUMBER", 3}, {L"ACCOUNT_REF", L"C"}});
+          .Record(table,
+                  L"ORDER_NUMBER=12|ACCOUNT_REF=B|NAME=Bea|ORDER_DATE=45000|POSTED_CODE=True")
+          .Record(table, L"ORDER_NUMBER=2|ACCOUNT_REF=A|DELETED_FLAG=True")
+          .Record(table, L"ORDER_NUMBER=3|ACCOUNT_REF=C");
     }
-    Open(company);
-  }
-  void TearDown() override {
-    if (!engine_) return;
-    EXPECT_EQ(engine_->counters().open_files, 0);
-    EXPECT_EQ(engine_->counters().living_objects, 0);
-  }
-  // Answers the next dialog: notes its caption and rows, selects item `position` and confirms.
-  void Choose(std::int32_t position) {
-    environment_.Answer([=, this](SelectDialog& dialog) {
-      listed_ = dialog.caption() + L": " + dialog.list().columns()[0].header;
-      for (const dialogs::Row& row : dialog.list().rows()) {
-        listed_ += L"|";
-        for (const wchar_t c : row.text) {
-          if (c != L' ') listed_ += c;
-        }
-      }
-      dialog.list().SelectItem(position);
-      dialog.Ok();
-    });
+    Open(company, sales_, purchases_);
   }
 
-  testing::ScriptedEnvironment environment_;
-  std::unique_ptr<simulator::Simulator> engine_;
-  std::wstring listed_;
   SalesOrders sales_{environment_};
   PurchaseOrders purchases_{environment_};
 };
 
 TEST_F(OrdersTest, LooksOrdersUpByNumber) {
-  OpenUsual();
   EXPECT_EQ(Trimmed(sales_.GetAccRef(12)), L"B");
   EXPECT_EQ(Trimmed(sales_.GetAccName(12)), L"Bea");
   EXPECT_EQ(sales_.GetAccName(1), L"");
   EXPECT_EQ(Trimmed(purchases_.GetAccRef(3)), L"C");
   EXPECT_EQ(purchases_.GetAccRef(-3), L"");
-  EXPECT_EQ(purchases_.GetOrderDate(12).days, 45000);
-  EXPECT_EQ(purchases_.GetOrderDate(1).days, 0);
-}
-
-TEST_F(OrdersTest, APostedOrderCanBeExcluded) {
-  OpenUsual();
   const struct {
     std::int32_t number;
+    const wchar_t* date;
     bool any;
     bool unposted;
-  } cases[] = {{12, true, false}, {3, true, true}, {2, true, true}, {1, false, false}};
+  } cases[] = {{12, L"2023-03-15", true, false},
+               {3, L"1899-12-30", true, true},
+               {2, L"1899-12-30", true, true},
+               {1, L"1899-12-30", false, false}};
   for (const auto& c : cases) {
+    EXPECT_EQ(Value(purchases_.GetOrderDate(c.number)).ToText(), c.date) << c.number;
     EXPECT_EQ(purchases_.IsValid(c.number, false), c.any) << c.number;
     EXPECT_EQ(purchases_.IsValid(c.number, true), c.unposted) << c.number;
   }
@@ -95,21 +55,20 @@ TEST_F(OrdersTest, APostedOrderCanBeExcluded) {
 }
 
 TEST_F(OrdersTest, ListShowsEveryOrderAndFastListNoDeletedOne) {
-  OpenUsual();
   Choose(2);
   EXPECT_EQ(purchases_.List(), 2);
-  EXPECT_EQ(listed_, L"Select Purchase Order: P.Order No.|12\tB\tBea|2\tA\t|3\tC\t");
-  Choose(1);
+  EXPECT_EQ(listed_, L"SelectPurchaseOrder:P.OrderNo.|12\tB\tBea|2\tA\t|3\tC\t");
+  Choose(0);  // starts on the first
   EXPECT_EQ(sales_.List(), 12);
-  EXPECT_EQ(listed_, L"Select Sales Order: S.Order No.|12\tB\tBea|2\tA\t|3\tC\t");
+  EXPECT_EQ(listed_, L"SelectSalesOrder:S.OrderNo.|12\tB\tBea|2\tA\t|3\tC\t");
   EXPECT_EQ(sales_.List(), 0);  // closed
 
   Choose(3);
   EXPECT_EQ(purchases_.FastList(), L"12");
-  EXPECT_EQ(listed_, L"Select Purchase Order: P.Order No.|3\tC\t|12\tB\tBea");
+  EXPECT_EQ(listed_, L"SelectPurchaseOrder:P.OrderNo.|3\tC\t|12\tB\tBea");
   Choose(2);
   EXPECT_EQ(sales_.FastList(), L"3");
-  EXPECT_EQ(listed_, L"Select Sales Order: S.Order No.|3\tC\t|12\tB\tBea");
+  EXPECT_EQ(listed_, L"SelectSalesOrder:S.OrderNo.|3\tC\t|12\tB\tBea");
   EXPECT_EQ(sales_.FastList(), L"");
 
   environment_.Answer([](SelectDialog& dialog) {
@@ -119,16 +78,17 @@ TEST_F(OrdersTest, ListShowsEveryOrderAndFastListNoDeletedOne) {
   EXPECT_EQ(sales_.FastList(), L"12");
 }
 
-TEST_F(OrdersTest, AnEmptyFileHasOneRow) {
+TEST_F(OrdersTest, AnEmptyFileHasOneRowAndNoneInTheFastList) {
   CompanyBuilder company;
-  company.Without(L"SopData");
-  Open(company);
-  Choose(1);
-  EXPECT_EQ(purchases_.List(), 0);
-  EXPECT_EQ(listed_, L"Select Purchase Order: P.Order No.|0\t\t");
-  Choose(1);
-  EXPECT_EQ(sales_.List(), 0);  // no file at all
-  EXPECT_EQ(sales_.FastList(), L"");
+  Open(company, sales_, purchases_);
+  for (const Orders* orders : {static_cast<Orders*>(&sales_), static_cast<Orders*>(&purchases_)}) {
+    Choose(1);
+    EXPECT_EQ(orders->List(), 0);
+    EXPECT_TRUE(listed_.ends_with(L"OrderNo.|0\t\t")) << listed_;
+    Choose(1);
+    EXPECT_EQ(orders->FastList(), L"");
+    EXPECT_TRUE(listed_.ends_with(L"OrderNo.")) << listed_;
+  }
 }
 
 }  // namespace
