@@ -1,15 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "settings/general.h"
-#include "testing/scripted_environment.h"
+#include "testing/company_test.h"
 
 namespace ard::settings {
 namespace {
 
-using Texts = std::vector<std::wstring>;
+using testing::Texts;
 
 constexpr const wchar_t* kFile = L"veltrix.ini";
 constexpr const wchar_t* kSection = L"CorloAddIns";
@@ -26,9 +21,9 @@ class AccountsProgramTest : public ::testing::Test {
     }
   }
   // The first `count` entries.
-  Texts Entries(int count) {
+  Texts Entries(std::size_t count) {
     Texts entries;
-    for (int i = 1; i <= count; ++i) {
+    for (std::size_t i = 1; i <= count; ++i) {
       entries.push_back(machine().ini_files.Read(kFile, kSection, L"addin" + std::to_wstring(i)));
     }
     return entries;
@@ -49,82 +44,70 @@ class AccountsProgramTest : public ::testing::Test {
 TEST_F(AccountsProgramTest, AnEntryReplacesThoseOfTheSameHost) {
   const std::wstring old = L"Old,C:\\OLD,old.bmp,MANUF.EXE";
   const std::wstring other = L"Other,C:\\OTHER,other.bmp,other.exe";
+  // The buffer holds 254 characters.
+  const std::wstring longest = std::wstring(245, L'x') + L"manuf.exe";
+  const Texts usual = {L"manuf.exe"};
+  const Texts both = {L"other.exe", L"manuf.exe"};
+  Texts fifty(50, other);
+  Texts fifty_one = fifty;
+  fifty_one.push_back(entry_);
+  fifty_one.push_back(L"");
   const struct {
     const char* name;
     Texts before;
     Texts check_items;
     Texts after;
+    std::int32_t lower_bound = 0;
   } cases[] = {
-      {"no section", {}, {L"manuf.exe"}, {entry_, L""}},
-      {"none matches", {other, other}, {L"manuf.exe"}, {other, other, entry_, L""}},
-      {"one matches", {other, old}, {L"manuf.exe"}, {other, entry_, L""}},
+      {"no section", {}, usual, {entry_, L""}},
+      {"none matches", {other, other}, usual, {other, other, entry_, L""}},
+      {"one matches", {other, old}, usual, {other, entry_, L""}},
       {"several match", {old, other, old, old}, {L" manuf.EXE "}, {entry_, other, L"", L""}},
       {"blank items match nothing", {other}, {L"", L"  "}, {other, entry_, L""}},
       {"any item matches", {other, old}, {L"z", L"OTHER.exe"}, {entry_, old, L""}},
-      {"the list ends at an empty entry", {L"", old}, {L"manuf.exe"}, {entry_, old}},
+      {"the list ends at an empty entry", {L"", old}, usual, {entry_, old}},
       {"no items", {old}, {}, {old, entry_}},
+      {"items below index 0", {other, old}, both, {other, entry_}, -1},
+      {"items from index 1 on", {other, old}, both, {entry_, L""}, 1},
+      {"fifty", fifty, usual, fifty_one},
+      {"fifty and our own", fifty_one, usual, fifty_one},
+      {"the longest", {longest}, usual, {entry_}},
+      {"one of 255 characters", {L"x" + longest}, usual, {(L"x" + longest).substr(0, 254), entry_}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     machine().ini_files = {};
     Fill(c.before);
-    EXPECT_TRUE(Add(c.check_items));
-    EXPECT_EQ(Entries(static_cast<int>(c.after.size())), c.after);
-  }
-  // Items below index 0 do not count.
-  machine().ini_files = {};
-  Fill({other, old});
-  EXPECT_TRUE(Add({L"other.exe", L"manuf.exe"}, /*lower_bound=*/-1));
-  EXPECT_EQ(Entries(2), (Texts{other, entry_}));
-  EXPECT_TRUE(Add({L"manuf.exe", L"other.exe"}, /*lower_bound=*/1));
-  EXPECT_EQ(Entries(2), (Texts{entry_, L""}));
-
-  machine().ini_files = {};
-  Fill(Texts(50, other));
-  EXPECT_TRUE(Add());
-  EXPECT_EQ(Entries(51).back(), entry_);
-  EXPECT_TRUE(Add()) << "again";
-  EXPECT_EQ(Entries(52)[50], entry_);
-  EXPECT_EQ(Entries(52)[51], L"");
-}
-
-TEST_F(AccountsProgramTest, OnlyWhatTheBufferHoldsIsLookedAt) {
-  for (const auto& [length, matches] : {std::pair(254, true), std::pair(255, false)}) {
-    machine().ini_files = {};
-    Fill({std::wstring(static_cast<std::size_t>(length) - 9, L'x') + L"manuf.exe"});
-    EXPECT_TRUE(Add());
-    EXPECT_EQ(Entries(1)[0] == entry_, matches) << length;
+    EXPECT_TRUE(Add(c.check_items, c.lower_bound));
+    EXPECT_EQ(Entries(c.after.size()), c.after);
   }
 }
 
 TEST_F(AccountsProgramTest, AStepThatFailsIsPutToTheUser) {
-  Fill({L"Old,C:\\OLD,old.bmp,manuf.exe"});
+  const std::wstring old = L"Old,C:\\OLD,old.bmp,manuf.exe";
+  Fill({old});
   machine().ini_files_read_only = true;
   EXPECT_FALSE(Add());
-  EXPECT_EQ(environment_.messages(),
-            (std::vector<testing::Message>{
-                {Icon::kExclamation,
-                 L"An error occurred whilst making an entry to the 'veltrix.ini' file.  The error "
-                 L"reported is:\r\n\r\nError Number: 5\r\nDescription: Access denied.\r\n\r\nWhat "
-                 L"do you want to do?",
-                 L"Manufacturing"}}));
+  EXPECT_EQ(environment_.TakeMessages(),
+            Texts{L"! Manufacturing: An error occurred whilst making an entry to the 'veltrix.ini' "
+                  L"file.  The error reported is:\r\n\r\nError Number: 5\r\nDescription: Access "
+                  L"denied.\r\n\r\nWhat do you want to do?"});
 
   // Once for clearing the old entry, and the list goes on; once for the new one.
   Answer({Choice::kRetry, Choice::kIgnore, Choice::kIgnore});
   EXPECT_TRUE(Add());
-  EXPECT_EQ(environment_.messages().size(), 4u);
-  EXPECT_EQ(Entries(2), (Texts{L"Old,C:\\OLD,old.bmp,manuf.exe", L""}));
-
+  EXPECT_EQ(environment_.TakeMessages().size(), 3u);
+  EXPECT_EQ(Entries(2), (Texts{old, L""}));
   Answer({Choice::kIgnore, Choice::kAbort});
   EXPECT_FALSE(Add());
-  EXPECT_EQ(environment_.messages().size(), 6u);
+  EXPECT_EQ(environment_.TakeMessages().size(), 2u);
 
   environment_.AnswerChoice([&] {
     machine().ini_files_read_only = false;
     return Choice::kRetry;
   });
   EXPECT_TRUE(Add());
-  EXPECT_EQ(environment_.messages().size(), 7u);
+  EXPECT_EQ(environment_.TakeMessages().size(), 1u);
   EXPECT_EQ(Entries(1), Texts{entry_});
 }
 
@@ -163,24 +146,21 @@ TEST_F(AccountsProgramTest, TheShortcutStartsTheInstalledLauncher) {
                           const wchar_t* host = L"C:\\Host\\") {
     return general_.CreateAccountsShortcut(77, accounts, host, version);
   };
-  EXPECT_EQ(create(12), L"") << "nothing is installed";
   machine().settings = {{L"LauncherFolder", L"Ard\\Launch"},
                         {L"LauncherFile", L"go.exe"},
                         {L"LauncherName", L"Ardenic Desktop"},
                         {L"Installation13", L"{13}"}};
-  EXPECT_EQ(create(12), L"");
+  EXPECT_EQ(create(12), L"") << "it is not installed";
   EXPECT_TRUE(machine().shortcuts.empty());
   machine().settings[L"Installation12"] = L"{12}";
-  const std::pair<std::int16_t, const wchar_t*> versions[] = {
-      {std::int16_t{12}, L" {12}"}, {std::int16_t{13}, L" {13}"}, {std::int16_t{14}, L" {13}"}};
-  for (const auto& [version, arguments] : versions) {
-    EXPECT_EQ(create(version), L"C:\\Host\\RunAccounts.lnk");
-    const Shortcut& shortcut = machine().shortcuts.back();
-    EXPECT_EQ(shortcut.file, L"C:\\Host\\RunAccounts.lnk");
-    EXPECT_EQ(shortcut.target, L"C:\\Common77\\Ard\\Launch\\go.exe");
-    EXPECT_EQ(shortcut.arguments, arguments);
-    EXPECT_EQ(shortcut.working_folder, L"C:\\Acc");
-    EXPECT_EQ(shortcut.description, L"Ardenic Desktop");
+  for (const auto& [version, arguments] :
+       {std::pair(12, L" {12}"), std::pair(13, L" {13}"), std::pair(14, L" {13}")}) {
+    EXPECT_EQ(create(static_cast<std::int16_t>(version)), L"C:\\Host\\RunAccounts.lnk");
+    const Shortcut& made = machine().shortcuts.back();
+    EXPECT_EQ(
+        (Texts{made.file, made.target, made.arguments, made.working_folder, made.description}),
+        (Texts{L"C:\\Host\\RunAccounts.lnk", L"C:\\Common77\\Ard\\Launch\\go.exe", arguments,
+               L"C:\\Acc", L"Ardenic Desktop"}));
   }
   EXPECT_EQ(create(12, L"C:\\Acc\\\\", L"D:"), L"D:\\RunAccounts.lnk");
   EXPECT_EQ(machine().shortcuts.back().working_folder, L"C:\\Acc\\");

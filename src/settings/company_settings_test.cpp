@@ -1,86 +1,91 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <string>
-#include <vector>
+#include <utility>
 
 #include "settings/general.h"
-#include "simulator/testing/company_builder.h"
-#include "testing/scripted_environment.h"
+#include "testing/company_test.h"
 
 namespace ard::settings {
 namespace {
 
 using simulator::CompanyBuilder;
+using testing::Texts;
 
-class CompanySettingsTest : public ::testing::Test {
+class CompanySettingsTest : public testing::CompanyTest {
  protected:
-  void Open(CompanyBuilder& company) {
-    engine_ = company.Build();
-    general_.context().workspace = engine_->workspace();
-  }
-  void TearDown() override {
-    if (!engine_) return;
-    EXPECT_EQ(engine_->counters().open_files, 0);
-    EXPECT_EQ(engine_->counters().living_objects, 0);
-  }
+  using Method = void (General::*)(TextArray) const noexcept;
+
   // What the method makes of an array with these bounds, whose elements are "-".
-  std::vector<std::wstring> Fill(void (General::*method)(TextArray) const noexcept,
-                                 std::int32_t lower, std::int32_t upper) {
-    std::vector<std::wstring> elements(static_cast<std::size_t>(upper - lower + 1), L"-");
+  Texts Fill(Method method, std::int32_t lower, std::int32_t upper) {
+    Texts elements(static_cast<std::size_t>(upper - lower + 1), L"-");
     (general_.*method)({lower, elements});
     return elements;
   }
+  // The decimals and formats when those of quantities are set to 7 and "-" before.
+  std::wstring Decimals() {
+    std::int16_t quantity = 7;
+    std::int16_t unit = 7;
+    std::wstring quantity_format = L"-";
+    std::wstring unit_format;
+    general_.GetDPSettings(quantity, unit, quantity_format, unit_format);
+    return std::to_wstring(quantity) + L" " + quantity_format + L" " + std::to_wstring(unit) +
+           L" " + unit_format;
+  }
 
-  testing::ScriptedEnvironment environment_;
-  std::unique_ptr<simulator::Simulator> engine_;
   General general_{environment_};
 };
 
-using Texts = std::vector<std::wstring>;
-
 TEST_F(CompanySettingsTest, ListsNamesByTheBoundsOfTheArray) {
   CompanyBuilder company;
-  for (const wchar_t* name : {L" Bolts ", L"Nuts"})
+  for (const wchar_t* name : {L" Bolts ", L"Nuts"}) {
     company.Record(L"StockCategory", {{L"NAME", name}});
-  company.Record(L"DepartmentData", {{L"NAME", L"Works"}});
-  Open(company);
-  EXPECT_EQ(Fill(&General::GetCategories, 1, 4),
-            (Texts{L"1   Bolts", L"2   Nuts", L"3   Nuts", L"4   Nuts"}));
-  // A file that has just been opened stands on its first record.
-  EXPECT_EQ(Fill(&General::GetCategories, -1, 1),
-            (Texts{L"-1   Bolts", L"0   Bolts", L"1   Bolts"}));
-  EXPECT_EQ(Fill(&General::GetDepartments, 1, 1), Texts{L"1   Works"});
+  }
+  Open(company.Record(L"DepartmentData", L"NAME=Works"), general_);
+  // A file that has just been opened stands on its first record, a number without a record leaves
+  // it where it is, and indexes that no 16-bit number reaches are left alone.
+  const struct {
+    Method method;
+    std::int32_t lower;
+    std::int32_t upper;
+    Texts first;
+    std::wstring last;
+  } cases[] = {
+      {&General::GetCategories, 1, 100, {L"1   Bolts", L"2   Nuts", L"3   Nuts"}, L"100   Nuts"},
+      {&General::GetCategories, 0, 99, {L"0   Bolts", L"1   Bolts", L"2   Nuts"}, L"99   Nuts"},
+      {&General::GetCategories, 0, 9, {L"0   Bolts"}, L"9   Nuts"},
+      {&General::GetCategories, -1, 1, {L"-1   Bolts", L"0   Bolts"}, L"1   Bolts"},
+      {&General::GetCategories, 32767, 32768, {L"32767   Bolts"}, L"-"},
+      {&General::GetDepartments, -2, 9, {L"-2   Works"}, L"9   Works"},
+      {&General::GetDepartments, 1, 1, {}, L"1   Works"},
+  };
+  for (const auto& c : cases) {
+    Texts all = Fill(c.method, c.lower, c.upper);
+    EXPECT_EQ(all.back(), c.last);
+    all.resize(c.first.size());
+    EXPECT_EQ(all, c.first);
+  }
   EXPECT_EQ(Fill(&General::GetCategories, 2, 1), Texts{});
-  // Indexes that no 16-bit number reaches are left alone.
-  EXPECT_EQ(Fill(&General::GetCategories, 32767, 32768), (Texts{L"32767   Bolts", L"-"}));
 }
 
-TEST_F(CompanySettingsTest, ListsTaxCodesByTheirNumbers) {
+TEST_F(CompanySettingsTest, TellsTaxCodesByTheirNumbers) {
   CompanyBuilder company;
-  company.Control({{L"T1_RATE", 17.5}, {L"T9_RATE", 5.005}, {L"T99_RATE", -0.125}});
-  Open(company);
-  const auto all = Fill(&General::GetTaxCodes, 0, 99);
-  EXPECT_EQ(all[0], L"T0   0.00");
-  EXPECT_EQ(all[1], L"T1   17.50");
-  EXPECT_EQ(all[9], L"T9   5.01");
-  EXPECT_EQ(all[20], L"T20 0.00");
-  EXPECT_EQ(all[99], L"T99 -0.13");
-  const auto from_one = Fill(&General::GetTaxCodes, 1, 100);
-  EXPECT_EQ(from_one[0], L"T1   17.50");
-  EXPECT_EQ(from_one[98], L"T99 -0.13");
-  EXPECT_EQ(from_one[99], L"-");
-  EXPECT_EQ(Fill(&General::GetTaxCodes, 0, 9).back(), L"T9   5.01");
-  EXPECT_EQ(Fill(&General::GetTaxCodes, -2, 1), (Texts{L"-", L"-", L"T0   0.00", L"T1   17.50"}));
-}
-
-TEST_F(CompanySettingsTest, TellsOneTaxCode) {
-  CompanyBuilder company;
-  company.Control({{L"T17_RATE", 17.5}, {L"T17_DESCRIPTION", L"Standard"}});
-  Open(company);
-  EXPECT_EQ(general_.GetVatRate(17), 17.5);
-  EXPECT_EQ(Trimmed(general_.GetVatDesc(17)), L"Standard");
+  Open(company.Control(L"T1_RATE=17.5|T1_DESCRIPTION=Standard|T9_RATE=5.005|T99_RATE=-0.125"),
+       general_);
+  const std::pair<std::int32_t, std::int32_t> bounds[] = {{0, 99}, {1, 100}, {0, 9}, {-2, 1}};
+  for (const auto& [lower, upper] : bounds) {
+    const Texts all = Fill(&General::GetTaxCodes, lower, upper);
+    for (const auto& [code, label] : {std::pair(-1, L"-"),
+                                      {0, L"T0   0.00"},
+                                      {1, L"T1   17.50"},
+                                      {9, L"T9   5.01"},
+                                      {10, L"T10 0.00"},
+                                      {20, L"T20 0.00"},
+                                      {99, L"T99 -0.13"},
+                                      {100, L"-"}}) {
+      if (code < lower || code > upper) continue;
+      EXPECT_EQ(all[static_cast<std::size_t>(code - lower)], label) << lower;
+    }
+  }
+  EXPECT_EQ(general_.GetVatRate(1), 17.5);
+  EXPECT_EQ(Trimmed(general_.GetVatDesc(1)), L"Standard");
   for (const std::int16_t code : {std::int16_t{-1}, std::int16_t{100}}) {
     EXPECT_EQ(general_.GetVatRate(code), 0);
     EXPECT_EQ(general_.GetVatDesc(code), L"");
@@ -88,44 +93,25 @@ TEST_F(CompanySettingsTest, TellsOneTaxCode) {
 }
 
 TEST_F(CompanySettingsTest, TellsDecimalsAndTheirFormats) {
-  const struct {
-    std::int16_t decimals;
-    std::wstring format;
-  } cases[] = {{0, L"0."}, {2, L"0.00"}, {-1, L"as it was"}};
-  for (const auto& c : cases) {
+  const std::pair<int, const wchar_t*> cases[] = {
+      {0, L"0 0. 3 0.000"}, {2, L"2 0.00 3 0.000"}, {-1, L"-1 - 3 0.000"}};
+  for (const auto& [decimals, shown] : cases) {
     CompanyBuilder company;
-    company.Setup({{L"STOCK_QTYDP", c.decimals}, {L"STOCK_UNITDP", std::int16_t{3}}});
-    Open(company);
-    std::int16_t quantity = 7;
-    std::int16_t unit = 7;
-    std::wstring quantity_format = L"as it was";
-    std::wstring unit_format;
-    general_.GetDPSettings(quantity, unit, quantity_format, unit_format);
-    EXPECT_EQ(quantity, c.decimals);
-    EXPECT_EQ(quantity_format, c.format);
-    EXPECT_EQ(unit, 3);
-    EXPECT_EQ(unit_format, L"0.000");
+    company.Setup({{L"STOCK_QTYDP", static_cast<std::int16_t>(decimals)},
+                   {L"STOCK_UNITDP", std::int16_t{3}}});
+    Open(company, general_);
+    EXPECT_EQ(Decimals(), shown);
   }
 }
 
 TEST_F(CompanySettingsTest, WithoutFilesArraysAreLeftAloneAndFourDecimalsUsual) {
   CompanyBuilder company;
-  for (const wchar_t* table : {L"SetupData", L"ControlData"}) company.Without(table);
-  Open(company);
+  Open(company.Without(L"SetupData").Without(L"ControlData"), general_);
   for (const auto method :
        {&General::GetCategories, &General::GetDepartments, &General::GetTaxCodes}) {
     EXPECT_EQ(Fill(method, 0, 1), (Texts{L"-", L"-"}));
   }
-  std::int16_t quantity = 7;
-  std::int16_t unit = 7;
-  std::wstring formats[2];
-  general_.GetDPSettings(quantity, unit, formats[0], formats[1]);
-  EXPECT_EQ(quantity, 4);
-  EXPECT_EQ(unit, 4);
-  EXPECT_EQ(formats[0], L"0.0000");
-  EXPECT_EQ(formats[1], L"0.0000");
-  EXPECT_EQ(general_.GetVatRate(1), 0);
-  EXPECT_EQ(general_.GetVatDesc(1), L"");
+  EXPECT_EQ(Decimals(), L"4 0.0000 4 0.0000");
 }
 
 }  // namespace

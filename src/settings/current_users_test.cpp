@@ -1,13 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "host_database/odbc_connection.h"
 #include "settings/general.h"
-#include "simulator/testing/company_builder.h"
-#include "testing/scripted_environment.h"
+#include "testing/company_test.h"
 
 namespace ard::settings {
 namespace {
@@ -17,12 +10,12 @@ using database::Lock;
 using dialogs::UserListDialog;
 using host_database::OdbcConnection;
 using simulator::CompanyBuilder;
+using testing::Texts;
 using Tab = UserListDialog::Tab;
 
-class CurrentUsersTest : public ::testing::Test {
+class CurrentUsersTest : public testing::CompanyTest {
  protected:
   CurrentUsersTest() {
-    general_.context().app_name = L"Manufacturing";
     general_.context().database = database_;
     CompanyBuilder company;
     const auto slot = [&](const wchar_t* name, const wchar_t* station, bool empty = false) {
@@ -34,8 +27,7 @@ class CurrentUsersTest : public ::testing::Test {
     slot(L"  ", L"PC8");
     slot(L"Bob", L"PC2");
     slot(L"EVE", L"PC3");
-    engine_ = company.Build();
-    general_.context().workspace = engine_->workspace();
+    Open(company, general_);
     database_->Execute(
         L"CREATE TABLE CurrentUsers (ID INTEGER, UserName VARCHAR(30), UniqueID VARCHAR(30), "
         L"Product VARCHAR(30))");
@@ -45,7 +37,7 @@ class CurrentUsersTest : public ::testing::Test {
         L"(10, 'Ann', 'u4', 'Manufacturing')");
   }
   void TearDown() override {
-    EXPECT_EQ(engine_->counters().open_files, 0);
+    CompanyTest::TearDown();
     EXPECT_EQ(database_->open_recordsets(), 0);
   }
 
@@ -63,9 +55,7 @@ class CurrentUsersTest : public ::testing::Test {
     return ids;
   }
 
-  testing::ScriptedEnvironment environment_;
   General general_{environment_};
-  std::unique_ptr<simulator::Simulator> engine_;
   std::shared_ptr<OdbcConnection> database_ =
       std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
 };
@@ -85,18 +75,12 @@ TEST_F(CurrentUsersTest, CountsWhoIsLoggedOnAndNamesTheFirstOther) {
     EXPECT_EQ(machine, c.machine);
   }
   CompanyBuilder alone;
-  alone.Record(L"QueueData", {{L"LOGON_NAME", L"ANN"}}).Record(L"QueueData", {});
-  const auto engine = alone.Build();
-  general_.context().workspace = engine->workspace();
+  Open(alone.Record(L"QueueData", L"LOGON_NAME=ANN").Record(L"QueueData", {}), general_);
   std::wstring name = L" ANN ";
   std::wstring machine = L"before";
   EXPECT_EQ(general_.GetNumActiveUsersInclDet(name, machine), 1);
   EXPECT_EQ(name, L" ANN ");
   EXPECT_EQ(machine, L"before");
-  general_.context().workspace = CompanyBuilder().Build()->workspace();
-  EXPECT_EQ(general_.GetNumActiveUsers(), 0);
-  general_.context().workspace = nullptr;
-  EXPECT_EQ(general_.GetNumActiveUsers(), 0);
 }
 
 TEST_F(CurrentUsersTest, TheManagerDeletesExactlyTheLogonSelected) {
@@ -105,10 +89,8 @@ TEST_F(CurrentUsersTest, TheManagerDeletesExactlyTheLogonSelected) {
     dialog.list().SelectItem(2);
     dialog.DeleteClick();
     EXPECT_EQ(Ids(), L"7 8 9 10 ") << "a selection in the other list does not count";
-    ASSERT_EQ(environment_.messages().size(), 1u);
-    EXPECT_EQ(environment_.messages()[0],
-              (testing::Message{Icon::kExclamation, L"You must select a logon to delete.",
-                                L"User List"}));
+    EXPECT_EQ(environment_.TakeMessages(),
+              Texts{L"! User List: You must select a logon to delete."});
 
     dialog.TabClick(Tab::kHost);
     EXPECT_EQ(Shown(dialog.list()), L"EVE\tU3|ANN\tU1|ANN\tU4|");
@@ -117,7 +99,7 @@ TEST_F(CurrentUsersTest, TheManagerDeletesExactlyTheLogonSelected) {
     EXPECT_EQ(Ids(), L"7 8 9 ");
     EXPECT_EQ(Shown(dialog.list()), L"EVE\tU3|ANN\tU1|");
     dialog.DeleteClick();
-    EXPECT_EQ(environment_.messages().size(), 2u) << "nothing is selected any more";
+    EXPECT_EQ(environment_.TakeMessages().size(), 1u) << "nothing is selected any more";
 
     database_->Execute(L"DELETE FROM CurrentUsers WHERE ID=8");
     dialog.list().SelectItem(2);
@@ -144,20 +126,6 @@ TEST_F(CurrentUsersTest, OthersOnlyLook) {
   });
   general_.ShowUserList(false);
   EXPECT_TRUE(environment_.messages().empty());
-}
-
-TEST_F(CurrentUsersTest, ListsWhatCanBeRead) {
-  environment_.AnswerUserList([](UserListDialog& dialog) {
-    EXPECT_EQ(dialog.accounts_list().row_count(), 0);
-    EXPECT_EQ(dialog.host_list().row_count(), 0);
-    dialog.RefreshClick();
-    dialog.TabClick(Tab::kHost);
-    dialog.DeleteClick();
-  });
-  general_.context().workspace = nullptr;
-  general_.context().database = nullptr;
-  general_.ShowUserList(true);
-  EXPECT_EQ(environment_.messages().size(), 1u);
 }
 
 }  // namespace
