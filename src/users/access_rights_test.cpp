@@ -1,25 +1,18 @@
 #include "users/access_rights.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
 #include "simulator/company.h"
-#include "simulator/testing/company_builder.h"
+#include "testing/company_test.h"
 #include "testing/recording_workspace.h"
-#include "testing/scripted_environment.h"
 
 namespace ard::users {
 namespace {
 
-using dialogs::SelectDialog;
 using simulator::CompanyBuilder;
+using testing::Texts;
 
-class AccessRightsTest : public ::testing::Test {
+class AccessRightsTest : public testing::CompanyTest {
  protected:
   AccessRightsTest() {
-    rights_.context().app_name = L"Manufacturing";
     CompanyBuilder company;
     // Each user has every right but one.
     const wchar_t* fields[] = {L"CUST_RECORD", L"SUPP_RECORD", L"NOM_RECORD", L"BANK_RECORD",
@@ -29,21 +22,15 @@ class AccessRightsTest : public ::testing::Test {
                                      {fields[kind], 1},
                                      {fields[(kind + 1) % 8], 2}});
     }
-    company.Record(L"AccessData", {{L"NAME", L" Odd One"}});
-    Use(company.Build());
+    company.Record(L"AccessData", L"NAME= Odd One");
+    OpenRecorded(company);
   }
-  void Use(std::unique_ptr<simulator::Simulator> engine) {
-    engine_ = std::move(engine);
+  void OpenRecorded(CompanyBuilder& company) {
+    Open(company, rights_);
     rights_.context().workspace = testing::Recorded(engine_->workspace(), recording_);
   }
-  void TearDown() override {
-    EXPECT_EQ(engine_->counters().open_files, 0);
-    EXPECT_EQ(engine_->counters().living_objects, 0);
-  }
 
-  testing::ScriptedEnvironment environment_;
   testing::Recording recording_;
-  std::unique_ptr<simulator::Simulator> engine_;
   AccessRights rights_{environment_};
 };
 
@@ -58,48 +45,45 @@ TEST_F(AccessRightsTest, EachKindOfRecordHasItsRight) {
   }
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"USER1", static_cast<Access>(8)));
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"USER1", static_cast<Access>(-1)));
-  EXPECT_TRUE(environment_.messages().empty());
+  EXPECT_EQ(environment_.TakeMessages(), Texts{});
 }
 
 TEST_F(AccessRightsTest, ExplainsARefusalToUsersWhenAskedTo) {
-  const std::wstring text =
-      L"You do not have the access rights to Drill To the selected option.\r\n"
-      L"Please consult your Administrator.";
   EXPECT_TRUE(rights_.IsUserAllowedAccess(L"USER1", Access::kNominalRecord, true));
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"NOBODY", Access::kNominalRecord, true));
-  EXPECT_TRUE(environment_.messages().empty());
+  EXPECT_EQ(environment_.TakeMessages(), Texts{});
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"USER2", Access::kNominalRecord, true));
-  EXPECT_EQ(environment_.messages(),
-            (std::vector<testing::Message>{{Icon::kExclamation, text, L"Manufacturing"}}));
+  EXPECT_EQ(environment_.TakeMessages(),
+            Texts{L"! Manufacturing: You do not have the access rights to Drill To the selected "
+                  L"option.\r\nPlease consult your Administrator."});
 }
 
 TEST_F(AccessRightsTest, TheManagerMayDoEverythingWithoutBeingAUser) {
-  Use(CompanyBuilder().Build());
+  CompanyBuilder company;
+  OpenRecorded(company);
   for (const wchar_t* name : {L"MANAGER", L"manager", L"  Manager "}) {
     EXPECT_TRUE(rights_.IsUserAllowedAccess(name, Access::kPopRecord));
   }
   EXPECT_TRUE(recording_.operations.empty());
   EXPECT_FALSE(rights_.IsValid(L"MANAGER"));
   EXPECT_FALSE(rights_.AddUser(L"ANN"));
-  EXPECT_EQ(rights_.List(), L"");
 }
 
 TEST_F(AccessRightsTest, LooksForTheNameInThreeWaysAndThenAmongAll) {
   EXPECT_TRUE(rights_.IsValid(L"odd one"));
-  std::vector<std::wstring> searches;
+  Texts searches;
   for (const std::wstring& operation : recording_.operations) {
     if (operation.find(L"FindFirst") != std::wstring::npos) searches.push_back(operation);
   }
   const std::wstring pad(23, L' ');
-  EXPECT_EQ(searches, (std::vector<std::wstring>{
-                          L"AccessData.FindFirst(\"NAME\", \"ODD ONE" + pad + L"\")",
-                          L"AccessData.FindFirst(\"NAME\", \"odd one" + pad + L"\")",
-                          L"AccessData.FindFirst(\"NAME\", \"odd one" + pad + L"\")"}));
+  EXPECT_EQ(searches, (Texts{L"AccessData.FindFirst(\"NAME\", \"ODD ONE" + pad + L"\")",
+                             L"AccessData.FindFirst(\"NAME\", \"odd one" + pad + L"\")",
+                             L"AccessData.FindFirst(\"NAME\", \"odd one" + pad + L"\")"}));
   EXPECT_TRUE(rights_.IsValid(L"user3"));
-  EXPECT_FALSE(rights_.IsValid(L"USER"));
-  EXPECT_FALSE(rights_.IsValid(L"USER*"));
-  EXPECT_FALSE(rights_.IsValid(L""));
-  EXPECT_FALSE(rights_.IsValid(std::wstring(40, L'x')));
+  for (const wchar_t* nobody :
+       {L"USER", L"USER*", L"", L"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"}) {
+    EXPECT_FALSE(rights_.IsValid(nobody)) << nobody;
+  }
 }
 
 TEST_F(AccessRightsTest, AddsAUserOnceWithEveryRight) {
@@ -119,15 +103,10 @@ TEST_F(AccessRightsTest, AddsAUserOnceWithEveryRight) {
 }
 
 TEST_F(AccessRightsTest, ListsTheUsers) {
-  environment_.Answer([](SelectDialog& dialog) {
-    EXPECT_EQ(dialog.caption(), L"Select User");
-    EXPECT_EQ(dialog.list().row_count(), 9);
-    dialog.list().SelectItem(9);
-    dialog.Ok();
-  });
+  Choose(9);
   EXPECT_EQ(rights_.List(), L"Odd One");
-  environment_.Answer([](SelectDialog& dialog) { dialog.Cancel(); });
-  EXPECT_EQ(rights_.List(), L"");
+  EXPECT_EQ(listed_, L"SelectUser:User|USER0|USER1|USER2|USER3|USER4|USER5|USER6|USER7|OddOne");
+  EXPECT_EQ(rights_.List(), L"");  // closed
 }
 
 }  // namespace

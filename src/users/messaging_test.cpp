@@ -1,15 +1,8 @@
 #include "users/messaging.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "host_database/odbc_connection.h"
-#include "simulator/testing/company_builder.h"
+#include "testing/company_test.h"
 #include "testing/recording_workspace.h"
-#include "testing/scripted_environment.h"
 
 namespace ard::users {
 namespace {
@@ -17,11 +10,13 @@ namespace {
 using dialogs::LogonDialog;
 using host_database::OdbcConnection;
 using simulator::CompanyBuilder;
+using testing::Texts;
 
 constexpr const wchar_t* kRefused =
-    L"Could not logon to Ardenic.  The following error was returned by the Ardenic program:"
-    L"\r\n\r\n1101\r\nThe user name or the password is wrong.";
-constexpr const wchar_t* kEveNotAllowed = L"Eve is not allowed access to Manufacturing.";
+    L"!  Manufacturing : Could not logon to Ardenic.  The following error was returned by the "
+    L"Ardenic program:\r\n\r\n1101\r\nThe user name or the password is wrong.";
+constexpr const wchar_t* kEveNotAllowed =
+    L"!  Manufacturing : Eve is not allowed access to Manufacturing.";
 constexpr const wchar_t* kRemembered = L"Host|Options\\Logon\\Acme|RememberLogonName";
 constexpr const wchar_t* kName = L"Host|Options\\Logon\\Acme|LogonName";
 constexpr const wchar_t* kDomain = L"Host|Company|AttemptDomainUserLogon";
@@ -35,15 +30,15 @@ class NoConnection : public database::Connection {
   }
 };
 
-class MessagingTest : public ::testing::Test {
+class MessagingTest : public testing::CompanyTest {
  protected:
   MessagingTest() {
     CompanyBuilder company;
     for (const wchar_t* user : {L"ANN", L"EVE", L"O'BRIEN", L"MANAGER", L"x' OR '1'='1"}) {
       company.Record(L"AccessData", {{L"NAME", user}});
     }
-    company.Record(L"AccessData", {{L"NAME", L"BOB"}, {L"PASSWORD", L"Secret"}});
-    engine_ = company.Build();
+    company.Record(L"AccessData", L"NAME=BOB|PASSWORD=Secret");
+    Open(company);
     database_->Execute(L"CREATE TABLE AccessRights (ID INTEGER, UserName VARCHAR(30))");
     database_->Execute(L"INSERT INTO AccessRights VALUES (1, 'ANN'), (2, 'BOB')");
     SetUpSession(messaging_);
@@ -62,26 +57,10 @@ class MessagingTest : public ::testing::Test {
     messaging.session().prog_path = L"C:\\Host";
   }
 
-  // The texts of the messages since the last call.
-  std::vector<std::wstring> Messages() {
-    std::vector<std::wstring> texts;
-    for (; shown_ < environment_.messages().size(); ++shown_) {
-      const testing::Message& message = environment_.messages()[shown_];
-      EXPECT_EQ(message.icon, Icon::kExclamation);
-      EXPECT_EQ(message.title, L" Manufacturing ");
-      texts.push_back(message.text);
-    }
-    return texts;
-  }
-  using Texts = std::vector<std::wstring>;
-
-  testing::ScriptedEnvironment environment_;
-  std::shared_ptr<simulator::Simulator> engine_;
   std::shared_ptr<OdbcConnection> database_ =
       std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
   testing::Recording recording_;
   Messaging messaging_{environment_};
-  std::size_t shown_ = 0;
 };
 
 TEST_F(MessagingTest, TheEngineHasItsSay) {
@@ -92,11 +71,11 @@ TEST_F(MessagingTest, TheEngineHasItsSay) {
   EXPECT_TRUE(messaging_.LogoffUser());
   EXPECT_EQ(engine_->user(), L"");
   EXPECT_EQ(engine_->disconnects(), 1);
-  EXPECT_EQ(Messages(), Texts{});
+  EXPECT_EQ(environment_.TakeMessages(), Texts{});
 
   EXPECT_FALSE(messaging_.LogonUser(L" Bob", L"secret"));
   EXPECT_FALSE(messaging_.LogonUser(L"Mallory", L""));
-  EXPECT_EQ(Messages(), (Texts{kRefused, kRefused}));
+  EXPECT_EQ(environment_.TakeMessages(), (Texts{kRefused, kRefused}));
   // What has been tried stays.
   EXPECT_EQ(messaging_.session().user_logged, L"Mallory");
   EXPECT_EQ(messaging_.session().pass_logged, L"");
@@ -107,11 +86,12 @@ TEST_F(MessagingTest, TheEngineHasItsSay) {
 TEST_F(MessagingTest, AFailingLogonSaysWhatTheEngineSays) {
   engine_->faults().FailFrom(1, false);
   EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
-  EXPECT_NE(Messages().at(0).find(L"program:\r\n\r\n-2147467259\r\nThe operation failed"),
+  EXPECT_NE(environment_.TakeMessages().at(0).find(
+                L"program:\r\n\r\n-2147467259\r\nThe operation failed"),
             std::wstring::npos);
   engine_->faults().FailFrom(1, true);
   EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
-  EXPECT_TRUE(Messages().at(0).ends_with(L"program:\r\n\r\n\r\n"));
+  EXPECT_TRUE(environment_.TakeMessages().at(0).ends_with(L"program:\r\n\r\n\r\n"));
 }
 
 // Nobody gets in whom the host's table does not have, for whatever reason.
@@ -130,13 +110,15 @@ TEST_F(MessagingTest, TheAccessTableHasTheLastWord) {
     if (!c.allowed) ++disconnects;
     EXPECT_EQ(engine_->disconnects(), disconnects) << c.user;
     EXPECT_EQ(engine_->user().empty(), !c.allowed) << c.user;
-    EXPECT_EQ(Messages().size(), c.allowed ? 0u : 1u) << c.user;
+    EXPECT_EQ(environment_.TakeMessages().size(), c.allowed ? 0u : 1u) << c.user;
   }
   EXPECT_EQ(database_->open_recordsets(), 0);
 
   const auto refuses = [&](const char* why) {
     EXPECT_FALSE(messaging_.LogonUser(L"Ann", L"")) << why;
-    EXPECT_EQ(Messages(), Texts{L"Ann is not allowed access to Manufacturing."}) << why;
+    EXPECT_EQ(environment_.TakeMessages(),
+              Texts{L"!  Manufacturing : Ann is not allowed access to Manufacturing."})
+        << why;
     EXPECT_EQ(engine_->disconnects(), ++disconnects) << why;
     EXPECT_TRUE(messaging_.LogonUser(L"manager", L"")) << why;
   };
@@ -154,8 +136,8 @@ TEST_F(MessagingTest, DataHeldExclusivelyIsNotForUs) {
   environment_.machine().held_files.insert(L"C:\\Data \\queue.dta");
   EXPECT_FALSE(messaging_.CheckForLogon(true));
   EXPECT_EQ(
-      Messages(),
-      Texts{L"Ardenic is currently running and is a single-user version.\r\n\r\n"
+      environment_.TakeMessages(),
+      Texts{L"!  Manufacturing : Ardenic is currently running and is a single-user version.\r\n\r\n"
             L"In order to run Manufacturing, you will need to do one of the following:\r\n\r\n"
             L"(a) Close Ardenic and run Manufacturing again.\r\n\r\n"
             L"(b) Turn access rights off and then run Manufacturing again. (Recommended)\r\n\r\n"
@@ -191,7 +173,8 @@ TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
     EXPECT_FALSE(dialog.visible());
   });
   EXPECT_TRUE(messaging_.CheckForLogon());
-  EXPECT_EQ(Messages(), (Texts{L"You must enter a user name.", kEveNotAllowed, kRefused}));
+  EXPECT_EQ(environment_.TakeMessages(),
+            (Texts{L"!  Manufacturing : You must enter a user name.", kEveNotAllowed, kRefused}));
   EXPECT_EQ(environment_.machine().help_pages, Texts{L"C:\\Host\\Html\\Logging On.htm"});
   EXPECT_EQ(environment_.settings()[kRemembered], L"1");
   EXPECT_EQ(environment_.settings()[kName], L"BOB");
@@ -201,36 +184,31 @@ TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
 }
 
 TEST_F(MessagingTest, RemembersTheLastLogonOfEachCompany) {
-  const auto log_on = [&](auto look, bool remember, bool confirm = true) {
+  // Answers a dialog that has to show this name, ticked or not.
+  const auto log_on = [&](bool ticked, const wchar_t* name, bool remember, bool confirm = true) {
     environment_.AnswerLogon([=](LogonDialog& dialog) {
-      look(dialog);
+      EXPECT_EQ(dialog.remember(), ticked);
+      EXPECT_EQ(dialog.name(), name);
       dialog.NameChange(L"ANN");
       dialog.RememberClick(remember);
       if (confirm) dialog.Ok();
     });
     EXPECT_EQ(messaging_.CheckForLogon(), confirm);
   };
-  const auto expects = [](bool ticked, const wchar_t* name) {
-    return [=](LogonDialog& dialog) {
-      EXPECT_EQ(dialog.remember(), ticked);
-      EXPECT_EQ(dialog.name(), name);
-    };
-  };
-  log_on(expects(false, L""), true, /*confirm=*/false);
+  log_on(false, L"", true, /*confirm=*/false);
   EXPECT_TRUE(environment_.settings().empty()) << "a cancelled dialog leaves no trace";
-  log_on(expects(false, L""), true);
+  log_on(false, L"", true);
   messaging_.session().company_name = L"Other";
-  log_on(expects(false, L""), false);
-  EXPECT_EQ(environment_.settings().count(L"Host|Options\\Logon\\Other|LogonName"), 0u);
+  log_on(false, L"", false);
+  EXPECT_FALSE(environment_.settings().contains(L"Host|Options\\Logon\\Other|LogonName"));
   messaging_.session().company_name = L"Acme";
-  log_on(expects(true, L"ANN"), false);
+  log_on(true, L"ANN", false);
   EXPECT_EQ(environment_.settings()[kRemembered], L"0");
-  log_on(expects(false, L""), false);
+  log_on(false, L"", false);
   environment_.settings() = {{kRemembered, L"1"}};
-  log_on(expects(true, L""), false);
+  log_on(true, L"", false);
   environment_.settings() = {{kRemembered, L"nonsense"}, {kName, L"EVE"}};
-  log_on(expects(false, L""), false);
-  EXPECT_EQ(Messages(), Texts{});
+  log_on(false, L"", false);
 }
 
 TEST_F(MessagingTest, AnApplicationForSeveralCompaniesHasNoHeading) {
@@ -278,7 +256,7 @@ TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
     EXPECT_EQ(engine_->user().empty(), !c.logged_on);
     messaging_.LogoffUser();
   }
-  EXPECT_EQ(Messages(), Texts{kEveNotAllowed});
+  EXPECT_EQ(environment_.TakeMessages(), Texts{kEveNotAllowed});
 }
 
 // What a company without users would be asked.
@@ -308,7 +286,7 @@ TEST_F(MessagingTest, ACompanyWithoutUsersHasAPassword) {
     dialog.Ok();
   });
   EXPECT_FALSE(messaging.CheckForLogon());
-  EXPECT_EQ(Messages(), Texts{kRefused});
+  EXPECT_EQ(environment_.TakeMessages(), Texts{kRefused});
   environment_.AnswerLogon([](LogonDialog& dialog) { dialog.Ok(); });
   EXPECT_TRUE(messaging.CheckForLogon());
   EXPECT_TRUE(environment_.settings().empty());
@@ -316,19 +294,20 @@ TEST_F(MessagingTest, ACompanyWithoutUsersHasAPassword) {
 
 TEST_F(MessagingTest, PurchaseOrdersAreForThoseWhoAreNotDeniedThem) {
   CompanyBuilder company;
-  company.Record(L"AccessData", {{L"NAME", L"ANNABEL"}, {L"POP", 1}})
-      .Record(L"AccessData", {{L"NAME", L"ANN"}, {L"POP", 0}})
-      .Record(L"AccessData", {{L"NAME", L"BOB"}, {L"POP", 2}})
-      .Record(L"AccessData", {{L"NAME", L"EVE"}, {L"POP", 1}});
-  const std::shared_ptr<simulator::Simulator> engine = company.Build();
-  messaging_.context().workspace = engine->workspace();
-  EXPECT_FALSE(messaging_.PoAccess(L"ann")) << "the first that begins so";
-  EXPECT_TRUE(messaging_.PoAccess(L"BOB"));
-  EXPECT_FALSE(messaging_.PoAccess(L"EVE"));
-  EXPECT_TRUE(messaging_.PoAccess(L"NOBODY"));
-  messaging_.context().workspace = CompanyBuilder().Build()->workspace();
-  EXPECT_FALSE(messaging_.PoAccess(L"NOBODY")) << "no access data to open";
-  EXPECT_EQ(engine->counters().open_files, 0);
+  company.Record(L"AccessData", L"NAME=ANNABEL|POP=1")
+      .Record(L"AccessData", L"NAME=ANN|POP=0")
+      .Record(L"AccessData", L"NAME=BOB|POP=2")
+      .Record(L"AccessData", L"NAME=EVE|POP=1");
+  Open(company, messaging_);
+  for (const auto& [user, access] : {std::pair(L"ann", false),  // the first that begins so
+                                     {L"BOB", true},
+                                     {L"EVE", false},
+                                     {L"NOBODY", true}}) {
+    EXPECT_EQ(messaging_.PoAccess(user), access) << user;
+  }
+  CompanyBuilder without_users;
+  Open(without_users, messaging_);
+  EXPECT_FALSE(messaging_.PoAccess(L"NOBODY"));
 }
 
 TEST_F(MessagingTest, WithoutAWorkspaceNobodyIsLoggedOn) {
@@ -336,12 +315,7 @@ TEST_F(MessagingTest, WithoutAWorkspaceNobodyIsLoggedOn) {
   EXPECT_FALSE(messaging_.LogonUser(L"manager", L""));
   EXPECT_FALSE(messaging_.PoAccess(L"ANN"));
   EXPECT_TRUE(messaging_.LogoffUser());
-  environment_.AnswerLogon([](LogonDialog& dialog) {
-    dialog.NameChange(L"manager");
-    dialog.Ok();
-  });
-  EXPECT_FALSE(messaging_.CheckForLogon());
-  EXPECT_EQ(Messages(), Texts{});
+  EXPECT_EQ(environment_.TakeMessages(), Texts{});
 }
 
 }  // namespace
