@@ -9,6 +9,8 @@
 #include <random>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace ard::dialogs {
 namespace {
@@ -42,9 +44,31 @@ class ListModelTest : public ::testing::Test {
     return positions;
   }
 
+  // Presses keys, one after another: what is selected after each, and where the page starts.
+  struct Stroke {
+    void (ListModel::*key)(Pick);
+    std::int32_t selected;
+    std::int32_t top;
+  };
+  void Press(const std::vector<Stroke>& strokes) {
+    for (const Stroke& stroke : strokes) {
+      (list_.*stroke.key)(Pick::kOnly);
+      EXPECT_EQ(Selected(), stroke.selected);
+      EXPECT_EQ(list_.top(), stroke.top);
+    }
+  }
+
   NumberedRows source_;
   ListModel list_{source_};
 };
+
+constexpr auto kUp = &ListModel::LineUp;
+constexpr auto kDown = &ListModel::LineDown;
+constexpr auto kPageUp = &ListModel::PageUp;
+constexpr auto kPageDown = &ListModel::PageDown;
+constexpr auto kHome = &ListModel::Home;
+constexpr auto kEnd = &ListModel::End;
+constexpr decltype(kUp) kKeys[] = {kUp, kDown, kPageUp, kPageDown, kDown, kHome, kEnd};
 
 using Positions = std::vector<std::int32_t>;
 
@@ -84,28 +108,24 @@ TEST_F(ListModelTest, APageComesUpShortWhereEntriesAreDeleted) {
   source_.deleted = {1, 3, 4};
   Start(6, 5);
   EXPECT_EQ(Shown(), (Positions{2, 5}));
-  list_.SelectItem(3);
-  EXPECT_EQ(Selected(), 0);
-  list_.SelectItem(5);
-  EXPECT_EQ(Selected(), 5);
-  list_.SelectItem(7);  // not in the list
-  EXPECT_EQ(Selected(), 5);
-  list_.SelectRow(0);
-  EXPECT_EQ(Selected(), 2);
-  list_.SelectRow(2);
-  EXPECT_EQ(Selected(), 2);
+  // 3 is deleted, 7 not in the list.
+  for (const auto& [item, selected] : {std::pair(3, 0), {5, 5}, {7, 5}}) {
+    list_.SelectItem(item);
+    EXPECT_EQ(Selected(), selected);
+  }
+  for (const std::size_t row : {0, 2}) {
+    list_.SelectRow(row);
+    EXPECT_EQ(Selected(), 2);
+  }
 }
 
 TEST_F(ListModelTest, SelectingAnItemScrollsJustEnough) {
   Start(100, 10);
-  const struct {
-    std::int32_t item;
-    std::int32_t top;
-  } steps[] = {{10, 1}, {11, 2}, {50, 41}, {41, 41}, {40, 40}, {100, 91}, {1, 1}};
-  for (const auto& step : steps) {
-    list_.SelectItem(step.item);
-    EXPECT_EQ(list_.top(), step.top) << step.item;
-    EXPECT_EQ(Selected(), step.item);
+  for (const auto& [item, top] :
+       {std::pair(10, 1), {11, 2}, {50, 41}, {41, 41}, {40, 40}, {100, 91}, {1, 1}}) {
+    list_.SelectItem(item);
+    EXPECT_EQ(list_.top(), top) << item;
+    EXPECT_EQ(Selected(), item);
   }
 }
 
@@ -120,49 +140,27 @@ TEST_F(ListModelTest, TheSelectionSurvivesScrolling) {
   list_.ScrollBy(std::numeric_limits<std::int32_t>::min());
   EXPECT_EQ(list_.top(), 1);
   list_.ScrollTo(60);
-  list_.LineDown();  // brings the selection back into view first
-  EXPECT_EQ(Selected(), 6);
-  EXPECT_EQ(list_.top(), 5);
+  Press({{kDown, 6, 5}});  // brings the selection back into view first
 }
 
 TEST_F(ListModelTest, CursorKeys) {
   Start(25, 10);
-  list_.LineUp();
-  EXPECT_EQ(Selected(), 0);
-  list_.LineDown();
-  EXPECT_EQ(Selected(), 1);
-  list_.PageDown();
-  EXPECT_EQ(Selected(), 10);
-  list_.PageDown();
-  EXPECT_EQ(Selected(), 20);
-  list_.PageDown();
-  list_.PageDown();
-  EXPECT_EQ(Selected(), 25);
-  EXPECT_EQ(list_.top(), 16);
-  list_.LineDown();
-  EXPECT_EQ(Selected(), 25);
-  list_.PageUp();
-  EXPECT_EQ(Selected(), 16);
-  list_.PageUp();
-  EXPECT_EQ(Selected(), 6);
-  list_.LineUp();
-  EXPECT_EQ(Selected(), 5);
-  EXPECT_EQ(list_.top(), 5);
-  list_.End();
-  EXPECT_EQ(Selected(), 25);
-  list_.Home();
-  EXPECT_EQ(Selected(), 1);
-}
-
-TEST_F(ListModelTest, LineKeysStepOverDeletedEntriesBeyondThePage) {
+  Press({{kUp, 0, 1},
+         {kDown, 1, 1},
+         {kPageDown, 10, 1},
+         {kPageDown, 20, 11},
+         {kPageDown, 25, 16},
+         {kPageDown, 25, 16},
+         {kDown, 25, 16},
+         {kPageUp, 16, 16},
+         {kPageUp, 6, 6},
+         {kUp, 5, 5},
+         {kEnd, 25, 16},
+         {kHome, 1, 1}});
   source_.deleted = {11, 12, 13};
   Start(30, 10);
   list_.SelectItem(10);
-  list_.LineDown();
-  EXPECT_EQ(Selected(), 14);
-  EXPECT_EQ(list_.top(), 11);
-  list_.LineUp();
-  EXPECT_EQ(Selected(), 10);
+  Press({{kDown, 14, 11}, {kUp, 10, 10}});
 }
 
 // Everything deleted but the ends: each key press reads a few pages, and gets there.
@@ -188,21 +186,13 @@ TEST_F(ListModelTest, LongDeletedStretchesAreCrossedInBoundedSteps) {
 TEST_F(ListModelTest, EmptyAndHugeLists) {
   Start(0, 10);
   list_.SelectItem(1);
-  list_.Home();
-  list_.End();
-  list_.PageDown();
-  list_.PageUp();
-  list_.LineDown();
-  list_.LineUp();
   list_.ScrollBy(5);
+  for (const auto key : kKeys) Press({{key, 0, 1}});
   EXPECT_EQ(Shown(), Positions());
-  EXPECT_EQ(Selected(), 0);
   EXPECT_TRUE(source_.pages.empty());
 
   Start(std::numeric_limits<std::int32_t>::max(), 10);
-  list_.End();
-  list_.PageDown();
-  list_.LineDown();
+  for (const auto key : {kEnd, kPageDown, kDown}) (list_.*key)(Pick::kOnly);
   EXPECT_EQ(Selected(), list_.row_count());
   Start(-5, 10);
   EXPECT_EQ(list_.row_count(), 0);
@@ -220,58 +210,81 @@ TEST_F(ListModelTest, AChangedPageSizeKeepsTheCursorInView) {
   EXPECT_EQ(Selected(), 20);
 }
 
-// A multiple selection is what a plain set of positions would hold.
-TEST_F(ListModelTest, MultipleSelectionIsASetOfPositions) {
-  list_.SetMultiple();
-  std::mt19937 random(19991231);
+// Whatever the user does, the page shown is the right one, and what is picked is what a plain set
+// of positions would hold.
+TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
+  std::mt19937 random(20061013);
   const auto upto = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-  constexpr void (ListModel::*kMoves[])(Pick) = {
-      &ListModel::LineUp,   &ListModel::LineDown, &ListModel::PageUp, &ListModel::PageDown,
-      &ListModel::LineDown, &ListModel::Home,     &ListModel::End};
-  for (int round = 0; round < 50; ++round) {
+  for (int round = 0; round < 100; ++round) {
+    if (round == 50) list_.SetMultiple();
     source_.deleted.clear();
-    const std::int32_t count = 1 + upto(200);
+    const std::int32_t count = upto(round % 2 ? 60 : 200);
     for (int i = 0; i < count / 3; ++i) source_.deleted.insert(1 + upto(count));
     Start(count, 1 + upto(15));
     std::set<std::int32_t> expected;
     std::int32_t anchor = 0;
-    for (int step = 0; step < 100; ++step) {
-      const auto pick = static_cast<Pick>(upto(4));
-      if (upto(3) > 0) {
-        (list_.*kMoves[upto(std::size(kMoves))])(pick);
-      } else if (list_.rows().empty()) {
-        continue;
-      } else {
-        list_.SelectRow(static_cast<std::size_t>(upto(static_cast<int>(list_.rows().size()))),
-                        pick);
+    for (int step = 0; step < 150; ++step) {
+      Pick pick = static_cast<Pick>(upto(4));
+      const std::int32_t item = upto(count + 10) - 5;
+      const std::size_t row = static_cast<std::size_t>(upto(16));
+      bool moved = true;
+      switch (upto(8)) {
+        case 0:
+          moved = item >= 1 && item <= count;
+          pick = Pick::kOnly;
+          list_.SelectItem(item);
+          break;
+        case 1:
+          moved = row < list_.rows().size();
+          list_.SelectRow(row, pick);
+          break;
+        case 2:
+          moved = false;
+          list_.ScrollBy(upto(41) - 20);
+          break;
+        case 3:
+          moved = false;
+          list_.SetPageSize(upto(20));
+          break;
+        default:
+          (list_.*kKeys[upto(std::size(kKeys))])(pick);
       }
+      ASSERT_GE(list_.top(), 1);
+      ASSERT_LE(list_.top(), std::max(1, count - list_.page_size() + 1));
+      Positions page;
+      for (std::int32_t p = list_.top(); p < list_.top() + list_.page_size() && p <= count; ++p) {
+        if (!source_.deleted.contains(p)) page.push_back(p);
+      }
+      ASSERT_EQ(Shown(), page);
+
       const std::int32_t cursor = Selected();
+      ASSERT_FALSE(source_.deleted.contains(cursor));
+      ASSERT_LE(cursor, count);
       if (cursor == 0) {  // it stands on a deleted entry: start over from a known state
         list_.SetRowCount(count);
         expected.clear();
         anchor = 0;
         continue;
       }
-      if (pick == Pick::kOnly) expected = {cursor};
-      if (pick == Pick::kToggle && !expected.erase(cursor)) expected.insert(cursor);
-      if (pick == Pick::kOnly || pick == Pick::kToggle) anchor = cursor;
-      if (pick == Pick::kExtend) {
-        if (anchor == 0) anchor = cursor;
-        expected.clear();
-        for (std::int32_t p = std::min(anchor, cursor); p <= std::max(anchor, cursor); ++p) {
-          if (!source_.deleted.contains(p)) expected.insert(p);
+      if (!list_.multiple() || (moved && pick == Pick::kOnly)) expected = {cursor};
+      if (moved && list_.multiple()) {
+        if (pick == Pick::kToggle && !expected.erase(cursor)) expected.insert(cursor);
+        const bool anchors = pick == Pick::kOnly || pick == Pick::kToggle;
+        if (anchors || (pick == Pick::kExtend && anchor == 0)) anchor = cursor;
+        if (pick == Pick::kExtend) {
+          expected.clear();
+          for (std::int32_t p = std::min(anchor, cursor); p <= std::max(anchor, cursor); ++p) {
+            if (!source_.deleted.contains(p)) expected.insert(p);
+          }
         }
       }
-      std::set<std::int32_t> picked;
-      std::int32_t last = 0;
-      for (const Row& row : list_.SelectedRows()) {
-        ASSERT_GT(row.position, last);  // in the order of the list
-        picked.insert(last = row.position);
-      }
-      ASSERT_EQ(picked, expected);
-      ASSERT_EQ(list_.HasSelection(), !expected.empty());
-      for (const Row& row : list_.rows()) {
-        ASSERT_EQ(list_.IsSelected(row), expected.contains(row.position));
+      Positions picked;
+      for (const Row& picked_row : list_.SelectedRows()) picked.push_back(picked_row.position);
+      ASSERT_EQ(picked, Positions(expected.begin(), expected.end()));  // in the order of the list
+      // Of a stretch, deleted entries alone may be left.
+      ASSERT_TRUE(list_.HasSelection() || expected.empty());
+      for (const Row& shown : list_.rows()) {
+        ASSERT_EQ(list_.IsSelected(shown), expected.contains(shown.position));
       }
     }
   }
