@@ -13,10 +13,10 @@ class PromptTest : public ::testing::Test {
  protected:
   PromptTest() {
     simulator::CompanyBuilder company;
-    company.Customer(L"ABC001", {{L"NAME", L"The \"ABC\" Café"}})
-        .Customer(L"BCD001", {{L"BALANCE", 2.0}, {L"CREDIT_LIMIT", 1.0}})
+    company.Customer(L"ABC001", L"NAME=The \"ABC\" Café")
+        .Customer(L"BCD001", L"BALANCE=2|CREDIT_LIMIT=1")
         .Customer(L"CDE001")
-        .Product(L"BOLT", {{L"QTY_ALLOCATED", 2.5}, {L"PURCHASE_REF", L"SUP"}})
+        .Product(L"BOLT", L"QTY_ALLOCATED=2.5|PURCHASE_REF=SUP")
         .Product(L"NUT");
     engine_ = company.Build();
   }

@@ -56,8 +56,7 @@ TEST_F(SafeFileTest, AStoredRecordChangesItsLineOnly) {
 TEST_F(SafeFileTest, ACrashBetweenTheTwoStepsLeavesTheOldTable) {
   WriteAside(table_, "ACCOUNT_REF:te");
   EXPECT_EQ(ReadFile(table_), kBefore);
-  const auto engine = Simulator::Open(folder_);
-  EXPECT_TRUE(Rename(*engine, L"After the crash"));
+  EXPECT_TRUE(Rename(*Simulator::Open(folder_), L"After the crash"));
   EXPECT_NE(ReadFile(table_).find("After the crash"), std::string::npos);
 }
 

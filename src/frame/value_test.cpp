@@ -53,14 +53,15 @@ TEST(ValueTest, EmptyIsNeutralAndNullAndObjectsConvertToNothing) {
   EXPECT_EQ(Value().ToDouble(), 0);
   EXPECT_EQ(Value().ToText(), L"");
   EXPECT_EQ(Value().ToDate(), Date{});
+  constexpr void (*kConversions[])(const Value&) = {
+      [](const Value& value) { value.ToBoolean(); },  [](const Value& value) { value.ToByte(); },
+      [](const Value& value) { value.ToLong(); },     [](const Value& value) { value.ToDouble(); },
+      [](const Value& value) { value.ToCurrency(); }, [](const Value& value) { value.ToDate(); },
+      [](const Value& value) { value.ToText(); }};
   for (const Value& value : {Value(Null()), Value(std::make_shared<Object>())}) {
-    EXPECT_EQ(ErrorOf([&] { value.ToBoolean(); }), kErrorTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { value.ToByte(); }), kErrorTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { value.ToLong(); }), kErrorTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { value.ToDouble(); }), kErrorTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { value.ToCurrency(); }), kErrorTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { value.ToDate(); }), kErrorTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { value.ToText(); }), kErrorTypeMismatch);
+    for (const auto convert : kConversions) {
+      EXPECT_EQ(ErrorOf([&] { convert(value); }), kErrorTypeMismatch);
+    }
   }
 }
 
