@@ -57,6 +57,12 @@ class MessagingTest : public testing::CompanyTest {
     messaging.session().prog_path = L"C:\\Host";
   }
 
+  static void Enter(LogonDialog& dialog, const wchar_t* name, const wchar_t* password = L"") {
+    dialog.NameChange(name);
+    dialog.PasswordChange(password);
+    dialog.Ok();
+  }
+
   std::shared_ptr<OdbcConnection> database_ =
       std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
   testing::Recording recording_;
@@ -79,8 +85,7 @@ TEST_F(MessagingTest, TheEngineHasItsSay) {
   // What has been tried stays.
   EXPECT_EQ(messaging_.session().user_logged, L"Mallory");
   EXPECT_EQ(messaging_.session().pass_logged, L"");
-  // Nothing was undone that had not been done.
-  EXPECT_EQ(engine_->disconnects(), 1);
+  EXPECT_EQ(engine_->disconnects(), 1);  // nothing is undone that has not been done
 }
 
 TEST_F(MessagingTest, AFailingLogonSaysWhatTheEngineSays) {
@@ -157,19 +162,13 @@ TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
     EXPECT_TRUE(dialog.has_heading());
     EXPECT_FALSE(dialog.remember());
     dialog.HelpClick();
-    dialog.NameChange(L"  ");
-    dialog.Ok();
-    dialog.NameChange(L"Eve");
-    dialog.Ok();
-    dialog.NameChange(L"bob");
-    dialog.PasswordChange(L"secret");
-    dialog.Ok();
+    Enter(dialog, L"  ");
+    Enter(dialog, L"Eve");
+    Enter(dialog, L"bob", L"secret");
     EXPECT_TRUE(dialog.visible());
     EXPECT_EQ(dialog.focus(), LogonDialog::Box::kName);
-    dialog.NameChange(L"BOB");
-    dialog.PasswordChange(L"Secret");
     dialog.RememberClick(true);
-    dialog.Ok();
+    Enter(dialog, L"BOB", L"Secret");
     EXPECT_FALSE(dialog.visible());
   });
   EXPECT_TRUE(messaging_.CheckForLogon());
@@ -213,8 +212,7 @@ TEST_F(MessagingTest, RemembersTheLastLogonOfEachCompany) {
 
 TEST_F(MessagingTest, AnApplicationForSeveralCompaniesHasNoHeading) {
   for (const auto& [app_name, heading] :
-       {std::pair(L"Multi Host", false), std::pair(L"HostMulti", false),
-        std::pair(L"multi", true)}) {
+       {std::pair(L"Multi Host", false), {L"HostMulti", false}, {L"multi", true}}) {
     messaging_.context().app_name = app_name;
     environment_.AnswerLogon(
         [=](LogonDialog& dialog) { EXPECT_EQ(dialog.has_heading(), heading) << app_name; });
@@ -229,8 +227,7 @@ TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
     const wchar_t* setting;
     bool ctrl;
     const wchar_t* account;
-    bool use_acc_rights;
-    bool logged_on;
+    bool use_acc_rights, logged_on;
     int dialogs;
   } cases[] = {
       {"all as it should be", true, L"True", false, L"Bob", true, true, 0},
