@@ -19,23 +19,18 @@ class DeliveryAddressTest : public testing::CompanyTest {
         .Customer(L"NONE", L"NAME=No addresses")
         .Supplier(L"ABC", L"NAME=ABC Supply")
         .Setup(L"ADDRESS_PROMPT_1=Street|ADDRESS_PROMPT_6=Ask for");
-    Address(company, L"SalesDeliveryData", L"OTHER", L"1", L"Not this one");
-    Address(company, L"SalesDeliveryData", L"ABC", L"1", L"Yard");
-    Address(company, L"SalesDeliveryData", L"ABC", L"2", L"Shop", 1);
-    Address(company, L"PurchaseDeliveryData", L"ABC", L"1", L"Depot");
-    Address(company, L"CompanyDeliveryData", L"", L"1", L"Works");
-    Address(company, L"CompanyDeliveryData", L"", L"2", L"Office");
+    for (const auto& [table, address] :
+         {std::pair(L"SalesDeliveryData",
+                    L"ACCOUNT_REF=OTHER|ADDRESS_REF=1|DESCRIPTION=Not this one"),
+          {L"SalesDeliveryData", L"ACCOUNT_REF=ABC|ADDRESS_REF=1|DESCRIPTION=Yard"},
+          {L"SalesDeliveryData", L"ACCOUNT_REF=ABC|ADDRESS_REF=2|DESCRIPTION=Shop|DEFAULT_REF=1"},
+          {L"PurchaseDeliveryData", L"ACCOUNT_REF=ABC|ADDRESS_REF=1|DESCRIPTION=Depot"},
+          {L"CompanyDeliveryData",
+           L"ACCOUNT_REF=|ADDRESS_REF=1|DESCRIPTION=Works|ADDRESS_1=Works Road|CONTACT_NAME=Con"},
+          {L"CompanyDeliveryData", L"ACCOUNT_REF=|ADDRESS_REF=2|DESCRIPTION=Office"}}) {
+      company.Record(table, address);
+    }
     Open(company, address_);
-  }
-  static void Address(CompanyBuilder& company, const wchar_t* table, const wchar_t* acc_ref,
-                      const wchar_t* ref, const wchar_t* description,
-                      std::uint8_t default_ref = 0) {
-    company.Record(table, {{L"ACCOUNT_REF", acc_ref},
-                           {L"ADDRESS_REF", ref},
-                           {L"DESCRIPTION", description},
-                           {L"ADDRESS_1", std::wstring(description) + L" Road"},
-                           {L"CONTACT_NAME", L"Con"},
-                           {L"DEFAULT_REF", default_ref}});
   }
   // The dialog as text: the account, and the rows with the selected one marked.
   static std::wstring Shown(AddressDialog& dialog) {
