@@ -22,18 +22,26 @@ bool IsRecordOverLimit(engine::Record& account) {
   return dialogs::IsOverCreditLimit(balance, limit);
 }
 
-// The warnings about an account; `found` tells whether `account` holds it.
-std::wstring AccountWarning(engine::Record& account, bool found, bool over_limit) {
-  std::wstring text;
+// What there is to warn of about an account; `found` tells whether `account` holds it.
+struct Warnings {
+  Warnings(engine::Record& account, bool found, bool is_over_limit) : over_limit(is_over_limit) {
+    if (found) account.Get(L"ACCOUNT_ON_HOLD", on_hold);
+    account.Get(L"TERMS_AGREED_FLAG", terms_agreed);
+  }
+
+  bool any() const { return on_hold || over_limit || !terms_agreed; }
+  std::wstring Text() const {
+    std::wstring text;
+    if (on_hold) AddSentence(text, L"Account is on hold.");
+    if (over_limit) AddSentence(text, L"Account is over credit limit.");
+    if (!terms_agreed) AddSentence(text, L"Terms have not been agreed with this account.");
+    return text;
+  }
+
   bool on_hold = false;
-  if (found) account.Get(L"ACCOUNT_ON_HOLD", on_hold);
-  if (on_hold) AddSentence(text, L"Account is on hold.");
-  if (over_limit) AddSentence(text, L"Account is over credit limit.");
+  bool over_limit;
   bool terms_agreed = false;
-  account.Get(L"TERMS_AGREED_FLAG", terms_agreed);
-  if (!terms_agreed) AddSentence(text, L"Terms have not been agreed with this account.");
-  return text;
-}
+};
 
 }  // namespace
 
@@ -46,7 +54,7 @@ bool LedgerAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
     valid = FindAccount(account, acc_ref);
     // The warnings are worked out here as they are for a choice, and not shown: an account that
     // they speak of is valid all the same.
-    if (valid && !AccountWarning(account, valid, IsRecordOverLimit(account)).empty()) {
+    if (valid && Warnings(account, valid, IsRecordOverLimit(account)).any()) {
       IsTermsWarningOn(context());
     }
   });
@@ -87,7 +95,7 @@ void LedgerAccounts::WarnAboutChoice(const dialogs::Row& choice) const {
   {
     engine::Record account(context(), ledger_.record);
     const bool found = FindAccount(account, choice.Cell(1));
-    text = AccountWarning(account, found, choice.color == dialogs::kRed);
+    text = Warnings(account, found, choice.color == dialogs::kRed).Text();
   }
   if (text.empty() || !IsTermsWarningOn(context())) return;
   context().ShowMessage(Icon::kExclamation, text, context().app_name);

@@ -38,6 +38,7 @@ struct AddressFile {
 constexpr AddressFile kFiles[] = {{L"SalesDeliveryRecord", L"SalesDeliveryData", true},
                                   {L"PurchaseDeliveryRecord", L"PurchaseDeliveryData", true},
                                   {L"CompanyDeliveryRecord", L"CompanyDeliveryData", false}};
+constexpr std::size_t kRowLength = 80;  // of most addresses
 constexpr std::wstring_view kKindNames[] = {L"Sales", L"Purchase", L"Company"};
 
 const AddressFile& FileOf(AddressKind kind) { return kFiles[static_cast<std::size_t>(kind)]; }
@@ -166,8 +167,10 @@ void AddressDialog::LoadList() {
       std::wstring marker;
       default_ref.Get(marker);
       const bool is_default = Trimmed(marker) == L"1";
-      Add(std::to_wstring(record) + L'\t' + std::wstring(Trimmed(text)) + L'\t' +
-          (is_default ? L"Yes" : L""));
+      std::wstring row = Value(record).ToText();
+      row.reserve(kRowLength);
+      row.append(1, L'\t').append(Trimmed(text)).append(is_default ? L"\tYes" : L"\t");
+      Add(std::move(row));
       if (is_default) preferred = count();
     } while (addresses.MoveNext());
   }

@@ -10,6 +10,7 @@ using engine::Mode;
 
 // Selecting a row this far below the wanted one first leaves the wanted one near the top.
 constexpr std::int32_t kRowsBelow = 12;
+constexpr std::size_t kRowLength = 80;  // of most rows
 
 }  // namespace
 
@@ -101,6 +102,7 @@ bool IndexedFile::ReadCurrentEntry() {
 std::wstring IndexedFile::RowText() {
   std::wstring text;
   columns_.front().Get(text);
+  text.reserve(kRowLength);
   std::wstring cell;
   for (std::size_t i = 1; i < columns_.size(); ++i) {
     cell.clear();

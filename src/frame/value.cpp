@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 #include <optional>
 
@@ -22,6 +23,11 @@ struct Overloaded : Cases... {
 };
 template <class... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;
+
+std::wstring FormatInteger(auto number) {
+  char text[16];
+  return std::wstring(std::begin(text), std::to_chars(text, std::end(text), number).ptr);
+}
 
 constexpr bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
@@ -184,7 +190,7 @@ std::wstring Value::ToText() const& {
                         [](Date d) { return FormatIsoDate(d); },
                         [](const std::wstring& text) { return text; },
                         [](const std::shared_ptr<Object>&) -> std::wstring { TypeMismatch(); },
-                        [](auto integer) { return std::to_wstring(integer); },
+                        [](auto integer) { return FormatInteger(integer); },
                     },
                     storage_);
 }

@@ -11,6 +11,11 @@ namespace {
 constexpr std::wstring_view kIniFile = L"veltrix.ini";
 constexpr std::wstring_view kAddInSection = L"CorloAddIns";
 constexpr std::wstring_view kKeySection = L"ARDN";
+constexpr std::wstring_view kHideKey = L"HideOnF12";
+constexpr std::wstring_view kProgramKey = L"F11";
+
+// Of who is logged on to the accounts data.
+constexpr std::wstring_view kRegister = L"queue.dta";
 
 constexpr std::wstring_view kShortcutFile = L"\\RunAccounts.lnk";
 
@@ -145,28 +150,28 @@ bool General::AddEntryToIniFile(const TextArray& check_items, std::wstring_view 
 }
 
 bool General::IsF12Hide() const noexcept {
-  return Call<bool>(L"IsF12Hide", [&](bool& hide) {
-    hide = Trimmed(KeySetting(context(), L"HideOnF12")) == L"1";
-  });
+  return Call<bool>(L"IsF12Hide",
+                    [&](bool& hide) { hide = Trimmed(KeySetting(context(), kHideKey)) == L"1"; });
 }
 
 std::wstring General::GetF11Program() const noexcept {
   return Call<std::wstring>(L"GetF11Program", [&](std::wstring& program) {
-    program = L"CONTROL.EXE";
-    std::wstring named = KeySetting(context(), L"F11");
-    Trim(named);
-    if (!named.empty()) program = std::move(named);
+    program = KeySetting(context(), kProgramKey);
+    Trim(program);
+    if (program.empty()) program = L"CONTROL.EXE";
   });
 }
 
 bool General::IsArdExclusive(std::wstring_view path) const noexcept {
   return Call<bool>(L"IsArdExclusive", [&](bool& exclusive) {
     exclusive = true;
-    std::wstring file(path);
+    std::wstring file;
+    file.reserve(path.size() + 1 + kRegister.size());
+    file = path;
     if (!file.ends_with(L'\\')) file += L'\\';
     Trim(file);
-    file += L"queue.dta";
-    exclusive = !Attempt(context().trace(), {L"Environment", L"TryToRead", L"queue.dta"},
+    file += kRegister;
+    exclusive = !Attempt(context().trace(), {L"Environment", L"TryToRead", kRegister},
                          [&] { context().environment.TryToRead(file); });
   });
 }
