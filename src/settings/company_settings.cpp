@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "engine/handles.h"
 #include "frame/decimal.h"
@@ -34,9 +35,13 @@ void ListNames(const Context& context, std::wstring_view data_file, const TextAr
   }
 }
 
-// The format of numbers with so many decimals; a negative count has none.
+// The format of numbers with so many decimals; a negative count has none. Without the memory for
+// all of it there is none either.
 void MakeFormat(std::int16_t decimals, std::wstring& format) {
-  if (decimals >= 0) format.assign(L"0.").append(static_cast<std::size_t>(decimals), L'0');
+  if (decimals < 0) return;
+  std::wstring whole(L"0.");
+  whole.append(static_cast<std::size_t>(decimals), L'0');
+  format = std::move(whole);
 }
 
 // A text that is no number stays what it is.
