@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "frame/text.h"
 #include "simulator/current_record.h"
@@ -29,11 +31,17 @@ class Criterion {
     } else {
       number_ = value.ToDouble();
     }
+    const std::vector<std::size_t>& key = table.key();
+    const bool begins_key = !key.empty() && key.front() == column_;
+    if (begins_key && type_ == ColumnType::kText) runs_ = std::vector{text_};
+    // No run of numbers begins with a minus.
+    const bool by_digits = prefix_ && type_ != ColumnType::kText && !text_.starts_with(L'-');
+    if (begins_key && key.size() == 1 && by_digits) FindRunsOfNumbers();
   }
 
   // The first record that matches after record `after`, 0 for the first of all; 0 when none does.
   std::int32_t Next(std::int32_t after) const {
-    if (!table_.key().empty() && table_.key().front() == column_) return NextInKeyOrder(after);
+    if (runs_) return NextInKeyOrder(after);
     for (std::int32_t record = after + 1; record <= table_.size(); ++record) {
       if (Matches(record)) return record;
     }
@@ -41,15 +49,26 @@ class Criterion {
   }
 
  private:
+  // Those that begin with the same digits are in one run for each number of digits.
+  void FindRunsOfNumbers() {
+    runs_.emplace();
+    if (text_.empty()) runs_->push_back({});
+    if (text_.empty() || text_.find_first_not_of(L"0123456789") != std::wstring::npos) return;
+    constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
+    double first = Value(text_).ToDouble();
+    do {
+      if (first <= kHighest) runs_->push_back(table_.KeyFrom(Value(first)));
+      first *= 10;
+    } while (first != 0 && first <= kHighest);
+  }
+
   std::int32_t NextInKeyOrder(std::int32_t after) const {
-    std::int32_t position = after == 0 ? 1 : table_.PositionOf(after) + 1;
-    // Matching texts follow one another, from the first that does not come before the text.
-    const bool in_a_row = type_ == ColumnType::kText;
-    if (in_a_row) position = std::max(position, table_.LowerBound(text_));
-    for (; position <= table_.size(); ++position) {
+    const std::int32_t start = after == 0 ? 1 : table_.PositionOf(after) + 1;
+    for (const std::wstring& first : *runs_) {
+      const std::int32_t position = std::max(start, table_.LowerBound(first));
+      if (position > table_.size()) break;
       const std::int32_t record = table_.RecordAt(position);
       if (Matches(record)) return record;
-      if (in_a_row) break;
     }
     return 0;
   }
@@ -69,6 +88,8 @@ class Criterion {
   std::wstring text_;
   bool prefix_;
   double number_ = 0;
+  // Matching keys follow one another from each of these; nothing where there is no such order.
+  std::optional<std::vector<std::wstring>> runs_;
 };
 
 class SimulatedDataFile : public engine::DataFileObject, private EngineObject {

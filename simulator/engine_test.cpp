@@ -281,6 +281,31 @@ TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
   EXPECT_THROW(file->FindFirst(L"BALANCE", L"x"), Error);
 }
 
+TEST_F(EngineTest, KeysThatAreNumbersAreFoundByTheirFirstDigits) {
+  CompanyBuilder builder;
+  for (const int number : {400, 7, 41, -42, 4, 39, 1'999'999'999}) {
+    builder.Record(L"SopData", {{L"ORDER_NUMBER", number}});
+  }
+  const auto engine = builder.Build();
+  const auto file = engine->workspace()->CreateDataFile(L"SopData");
+  ASSERT_TRUE(file->Open(Mode::kRead));
+  const std::pair<std::wstring, std::wstring> cases[] = {{L"4*", L"4 41 400 "},
+                                                         {L"40*", L"400 "},
+                                                         {L"1*", L"1999999999 "},
+                                                         {L"0*", L""},
+                                                         {L"b*", L""},
+                                                         {L"-4*", L"-42 "},
+                                                         {L"*", L"-42 4 7 39 41 400 1999999999 "}};
+  for (const auto& [pattern, numbers] : cases) {
+    std::wstring found;
+    for (bool more = file->FindFirst(L"ORDER_NUMBER", pattern); more;
+         more = file->FindNext(L"ORDER_NUMBER", pattern)) {
+      found += Text(*file, L"ORDER_NUMBER") + L" ";
+    }
+    EXPECT_EQ(found, numbers) << ToUtf8(pattern);
+  }
+}
+
 TEST_F(EngineTest, AppendsRecords) {
   const auto reader = OpenFile(L"AccessData");
   EXPECT_THROW(reader->Write(2), Error);
