@@ -12,9 +12,11 @@
 #include <winternl.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -178,9 +180,12 @@ const Counter kCounters[] = {
      [](const MembersWorld& world) { return Count(world.connection(), L"OpenRecordsets"); }},
 };
 
-std::vector<double> TakeStock(const MembersWorld& world) {
-  std::vector<double> stock;
-  for (const Counter& counter : kCounters) stock.push_back(counter.count(world));
+// An array, because what is on a heap counts.
+using Stock = std::array<double, std::size(kCounters)>;
+
+Stock TakeStock(const MembersWorld& world) {
+  Stock stock;
+  for (std::size_t i = 0; i < stock.size(); ++i) stock[i] = kCounters[i].count(world);
   return stock;
 }
 
@@ -279,9 +284,9 @@ int Run(std::int64_t calls, std::int64_t dialogs, std::wstring_view part) {
   TakeStock(soak.world());
   const std::int64_t calls_before = soak.calls();
   const std::int64_t windows_before = soak.windows();
-  const std::vector<double> before = TakeStock(soak.world());
+  const Stock before = TakeStock(soak.world());
   soak.Call(calls, dialogs);
-  const std::vector<double> after = TakeStock(soak.world());
+  const Stock after = TakeStock(soak.world());
   const auto windows = static_cast<int>(soak.windows() - windows_before);
 
   std::printf("%d calls and %d windows after the first %d calls\n",
