@@ -116,9 +116,32 @@ double GdiObjects() {
   return objects > 0 ? objects : ListedGdiObjects();
 }
 
+bool IsIcon(HICON icon) {
+  ICONINFO info = {};
+  if (!GetIconInfo(icon, &info)) return false;
+  DeleteObject(info.hbmMask);
+  DeleteObject(info.hbmColor);
+  return true;
+}
+
+// The windows, menus, icons and cursors of the process, by the lower halves of their handles, which
+// do for finding them.
+double FoundUserObjects() {
+  double count = 0;
+  for (std::uintptr_t half = 2; half <= 0xFFFF; half += 2) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(reinterpret_cast<HWND>(half), &process);
+    if (process == GetCurrentProcessId() || IsMenu(reinterpret_cast<HMENU>(half)) ||
+        IsIcon(reinterpret_cast<HICON>(half))) {
+      ++count;
+    }
+  }
+  return count;
+}
+
 double UserObjects() {
   const DWORD objects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-  return objects > 0 ? objects : kUnknown;
+  return objects > 0 ? objects : FoundUserObjects();
 }
 
 // The memory that the process shares with nobody, and that is in use.
@@ -153,17 +176,6 @@ HeapUse Heaps() {
   return use;
 }
 
-// All windows of the process, by the lower halves of their handles, which do for finding them.
-double Windows() {
-  double count = 0;
-  for (std::uintptr_t half = 2; half <= 0xFFFF; half += 2) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(reinterpret_cast<HWND>(half), &process);
-    if (process == GetCurrentProcessId()) ++count;
-  }
-  return count;
-}
-
 const Counter kCounters[] = {
     {"private KiB", kMemory, 0, [](const MembersWorld&) { return PrivateMemory(); }},
     {"heap KiB", kMemory, 0, [](const MembersWorld&) { return Kilobytes(Heaps().bytes); }},
@@ -171,7 +183,6 @@ const Counter kCounters[] = {
     {"handles", 0, 0, [](const MembersWorld&) { return Handles(); }},
     {"GDI objects", 0, 0, [](const MembersWorld&) { return GdiObjects(); }},
     {"USER objects", 0, 0, [](const MembersWorld&) { return UserObjects(); }},
-    {"windows", 0, 0, [](const MembersWorld&) { return Windows(); }},
     {"engine objects", 0, 0,
      [](const MembersWorld& world) { return Count(world.engine(), L"LivingObjects"); }},
     {"open files", 0, 0,
