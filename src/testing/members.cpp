@@ -564,7 +564,8 @@ const std::vector<Member>& Members() {
       {L"General.GetDPSettings",
        Does<General>(Decimals, {Output(kNone), Output(kNone), Output(L""), Output(L"")}), nullptr,
        OneOf({L"2,0,0.00,0.", L"4,4,0.0000,0.0000", L"-1,0,,0.", L"2,-1,0.00,", L"-1,-1,,",
-              L"0,0,0.,0.", L"2,0,,", L"2,0,0.00,"})},
+              L"0,0,0.,0.", L"2,0,,", L"2,0,0.00,", L"4,4,,", L"2,-1,,", L"-1,0,,",
+              L"4,4,0.0000,"})},
       {L"General.GetTaxCodes", Does<General>(Fills<12>(&General::GetTaxCodes), {Texts(12)}),
        nullptr,
        [](const std::wstring& answer) {
