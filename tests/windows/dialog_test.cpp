@@ -43,16 +43,17 @@ class Ledger : public dialogs::RowSource {
   int pages = 0;
   std::int32_t first = 0;
   std::int32_t last = 0;
-  int repeated = 0;  // the very page that had been asked for before
+  int repeated = 0;  // the very page that had been read before
   bool fails = false;
   bool has_gaps = true;  // of deleted accounts
 
   void LoadPage(std::int32_t from, std::int32_t to, std::vector<Row>& rows) override {
     ++pages;
     if (from == first && to == last) ++repeated;
+    first = last = 0;
+    if (fails) throw std::bad_alloc();
     first = from;
     last = to;
-    if (fails) throw std::bad_alloc();
     for (std::int32_t i = from; i <= to; ++i) {
       if (has_gaps && i % kEveryDeleted == 0) continue;
       rows.push_back({i, std::to_wstring(i) + L"\tWWWW & Sons",
