@@ -71,7 +71,7 @@ TEST_F(OrdersTest, ListShowsEveryOrderAndFastListNoDeletedOne) {
   EXPECT_EQ(listed_, L"SelectSalesOrder:S.OrderNo.|3\tC\t|12\tB\tBea");
   EXPECT_EQ(sales_.FastList(), L"");
 
-  environment_.Answer([](SelectDialog& dialog) {
+  environment_.Answer([](dialogs::SelectDialog& dialog) {
     dialog.KeyPress(L'1');  // numbers are looked for as text
     dialog.Ok();
   });
