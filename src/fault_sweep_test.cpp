@@ -1,6 +1,7 @@
 // The fault sweep: every member is run with its n-th operation failing, for every n, and with all
 // from the n-th on failing; then the same with its allocations. Each time it has to give a neutral
 // or a described answer, to show no message that is not described, and to leave nothing open.
+// With nothing failing, it has to ask the engine for no more than it needs.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -9,12 +10,14 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "frame/text.h"
 #include "simulator/company.h"
 #include "testing/members.h"
 #include "testing/memory_faults.h"
+#include "testing/operations.h"
 
 namespace ard::testing {
 namespace {
@@ -86,6 +89,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     simulator::FaultPlan& plan = &sweep == &operations ? engine_->faults() : memory;
     engine_->faults().Reset();
     plan.FailFrom(fail_at, persist);
+    const std::int64_t asked_before = engine_->operations();
     std::wstring answer;
     try {
       const AllocationsObey obey(&memory);
@@ -106,6 +110,12 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
       EXPECT_TRUE(IsKnownMessage(message)) << where << ": " << ToUtf8(message.text);
     }
     EXPECT_EQ(plan.failed() > 0, fail_at > 0) << where;
+    if (fail_at == 0) {
+      const std::optional<int> needed = NeededOperations(member.name);
+      EXPECT_TRUE(needed || member.script || member.has_effects);
+      const std::int64_t asked = engine_->operations() - asked_before;
+      EXPECT_EQ(asked, needed.value_or(asked));
+    }
     return plan.operations();
   }
 

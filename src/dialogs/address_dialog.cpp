@@ -38,7 +38,6 @@ struct AddressFile {
 constexpr AddressFile kFiles[] = {{L"SalesDeliveryRecord", L"SalesDeliveryData", true},
                                   {L"PurchaseDeliveryRecord", L"PurchaseDeliveryData", true},
                                   {L"CompanyDeliveryRecord", L"CompanyDeliveryData", false}};
-constexpr std::size_t kRowLength = 80;  // of most addresses
 constexpr std::wstring_view kKindNames[] = {L"Sales", L"Purchase", L"Company"};
 
 const AddressFile& FileOf(AddressKind kind) { return kFiles[static_cast<std::size_t>(kind)]; }

@@ -10,7 +10,6 @@ using engine::Mode;
 
 // Selecting a row this far below the wanted one first leaves the wanted one near the top.
 constexpr std::int32_t kRowsBelow = 12;
-constexpr std::size_t kRowLength = 80;  // of most rows
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 #ifndef ARD_DIALOGS_LIST_MODEL_H_
 #define ARD_DIALOGS_LIST_MODEL_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -28,6 +29,9 @@ struct Column {
   int width;  // in average characters
   SortOrder sort = SortOrder::kNone;
 };
+
+// Room for the text of most rows, to be reserved before it is put together.
+inline constexpr std::size_t kRowLength = 80;
 
 struct Row {
   std::int32_t position = 0;  // from 1, in the order of the list; below 0 for an extra row

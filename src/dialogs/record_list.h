@@ -30,6 +30,7 @@ void AddRecords(SelectRecordDialog& dialog, Records& records, std::span<const Fi
     std::wstring text;
     if (!fields.front().Get(text)) continue;
     Trim(text);
+    text.reserve(kRowLength);
     for (engine::Column<Records>& field : std::span(fields).subspan(1)) {
       std::wstring cell;
       field.Get(cell);

@@ -265,10 +265,15 @@ class RecordingWorkspace : public Recorder<engine::Workspace> {
 }  // namespace
 
 void Recording::Replay(engine::Workspace& workspace) const {
-  ReplayedObjects replayed(objects);
-  for (const Step& step : steps) {
+  ReplayedObjects handed_out(objects);
+  Replay(workspace, handed_out, 0, steps.size());
+}
+
+void Recording::Replay(engine::Workspace& workspace, ReplayedObjects& handed_out, std::size_t first,
+                       std::size_t last) const {
+  for (std::size_t i = first; i < last; ++i) {
     try {
-      step(workspace, replayed);
+      steps[i](workspace, handed_out);
     } catch (const Error&) {
       // As when it was recorded.
     }

@@ -67,6 +67,10 @@ struct Recording {
   // Asks `workspace` for the same again; an operation that failed then and fails now is passed
   // over.
   void Replay(engine::Workspace& workspace) const;
+  // Asks for the steps from `first` up to, not including, `last`, with the objects of the steps
+  // before them.
+  void Replay(engine::Workspace& workspace, ReplayedObjects& handed_out, std::size_t first,
+              std::size_t last) const;
 };
 
 // A workspace that passes every operation on to `workspace`, and so do the objects created through
