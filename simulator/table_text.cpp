@@ -324,7 +324,8 @@ TableLines::TableLines(std::string_view text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
     text.remove_prefix(std::min(end + 1, text.size()));
-    if (line.ends_with('\r')) line.remove_suffix(1);
+    // One that is left would end the line when it is written again.
+    while (line.ends_with('\r')) line.remove_suffix(1);
     lines_.emplace_back(line);
   }
 }

@@ -97,6 +97,8 @@ TEST(TableTextTest, WritesCellsSoThatTheyReadBackTheSame) {
   for (const Row& row : rows) text += FormatRow(columns, row) + "\n";
   EXPECT_EQ(ParseTable(text, "T.table").rows, rows) << text;
 
+  EXPECT_TRUE(ParseTable("T:text(9)\n\r\r", "").rows.empty()) << "an end of a line, and no text";
+
   const Columns one = ParseColumns("T:text(9)", "");
   EXPECT_EQ(ParseTable("T:text(9)\n" + FormatRow(one, {Value()}), "").rows.size(), 1u);
 }

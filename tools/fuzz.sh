@@ -10,14 +10,14 @@ build_fuzzers() { configure_and_build native-fuzz fuzzers; }
 # fuzz NAME SECONDS [OPTION...]: looks for so many seconds. Fails when it finds something; the input
 # is then left in build/fuzz/NAME-*, and the fuzzer, given that file, does the same again.
 fuzz() {
-  local name="$1" seconds="$2" seeds=()
+  local name="$1" seconds="$2" words="$ROOT/fuzzers/$1.dict"
   shift 2
-  if [[ "$name" == company ]]; then seeds=("$ROOT/examples/company"); fi
+  if [[ -f "$words" ]]; then set -- -dict="$words" "$@"; fi
   mkdir -p "$BUILD/fuzz"
   # A trace of each allocation would cost most of the time.
   ASAN_OPTIONS=malloc_context_size=3 timeout --kill-after=5 $((seconds + 120)) \
     "$BUILD/native-fuzz/bin/${name}_fuzz" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=20 \
-    -max_len=1024 -len_control=0 -artifact_prefix="$BUILD/fuzz/$name-" "$@" "${seeds[@]}"
+    -max_len=512 -len_control=0 -artifact_prefix="$BUILD/fuzz/$name-" "$@"
 }
 
 # What a fuzzer's log says that it has done: "50322 runs, 918 branches, 2307 features".
