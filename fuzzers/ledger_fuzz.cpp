@@ -322,7 +322,7 @@ class Fixture {
         }
         case 2:
           list.LineDown();
-          if (contents.IsLive(before + 1)) selects(before + 1, "the next line");
+          if (before > 0 && contents.IsLive(before + 1)) selects(before + 1, "the next line");
           break;
         case 3:
           list.LineUp();
