@@ -1,0 +1,11 @@
+# ard_fast(SOURCE...): what every call of a host goes through. The library is built for size, but
+# there speed counts more.
+function(ard_fast)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    return()
+  endif()
+  # GCC 12 takes calls of objects in unnamed namespaces for ones that cannot happen, and leaves out
+  # what follows, when it looks for the only function that such a call may mean.
+  set_property(SOURCE ${ARGN} APPEND PROPERTY
+    COMPILE_OPTIONS $<$<CONFIG:MinSizeRel>:-O2> $<$<CONFIG:MinSizeRel>:-fno-devirtualize>)
+endfunction()
