@@ -4,7 +4,10 @@
 // for the same itself. Exits with 1 when a target is missed.
 #include <windows.h>
 // After windows.h.
+#include <ArdObjects100.h>
+
 #include <algorithm>
+#include <array>
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
@@ -30,8 +33,12 @@ using windows::testing::AutomationCall;
 using windows::testing::MembersWorld;
 
 constexpr double kTargetRatio = 1.15;
-constexpr int kAttempts = 1;  // what else runs only adds to a time
+constexpr int kAttempts = 5;  // what else runs only adds to a time
 constexpr int kDllBatches = 101;
+constexpr int kScriptBatches = 5;
+constexpr double kScriptBatchTime = 20e6;  // nanoseconds
+constexpr int kLoads = 7;
+constexpr wchar_t kLoadSwitch[] = L"--load";
 
 // Members that stay above the target, and why.
 struct Exception {
@@ -39,9 +46,7 @@ struct Exception {
   double target;
   const char* reason;
 };
-constexpr Exception kExceptions[] = {
-    {L"", 0, ""},
-};
+constexpr std::array<Exception, 0> kExceptions;
 
 // ---- A member ----
 
@@ -58,15 +63,12 @@ struct Measured {
     const auto* const found =
         std::find_if(std::begin(kExceptions), std::end(kExceptions),
                      [&](const Exception& exception) { return exception.member == name; });
-    return found == std::end(kExceptions) ? nullptr : found;
+    return found == std::end(kExceptions) ? nullptr : &*found;
   }
   double target() const { return exception() ? exception()->target : kTargetRatio; }
   bool is_fast_enough() const { return !is_compared() || times.ratio() <= target(); }
   bool is_met() const { return is_fast_enough() && bare_operations == library_operations; }
 };
-
-// The script's name for what the member does.
-std::wstring ProcedureOf(std::size_t member) { return L"Member" + std::to_wstring(member); }
 
 template <class Bare, class Library>
 Comparison CompareBriefly(Bare&& bare, Library&& library) {
@@ -82,10 +84,8 @@ Comparison CompareBriefly(Bare&& bare, Library&& library) {
 
 class MembersBench {
  public:
-  // Measures a member; what it does is kept for the script.
-  void Measure(const Member& member) {
+  Measured Measure(const Member& member) {
     Recording bare = Record(member);
-    script_ += ScriptOf(ProcedureOf(measured_.size()), bare, script_objects_);
     const auto object = plain_.Create(member.class_name);
     AutomationCall library(object, member, plain_);
     const auto by_library = [&] { Check(member, library()); };
@@ -93,7 +93,8 @@ class MembersBench {
     by_library();  // what is looked up once belongs to no call
     CheckAnswer(member, library);
 
-    Measured measured = {member.name};
+    Measured measured;
+    measured.name = member.name;
     measured.bare_operations = OperationsOf(recorded_, by_hand);
     measured.library_operations = OperationsOf(plain_, by_library);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
@@ -101,27 +102,11 @@ class MembersBench {
       if (attempt == 0 || times.ratio() < measured.times.ratio()) measured.times = times;
       if (measured.is_fast_enough()) break;
     }
-    measured_.push_back(std::move(measured));
+    measured.script = TimeByName(bare);
+    return measured;
   }
-
-  // Measures what scripts pay, for all members so far.
-  void RunScript() {
-    const ScriptHost host(script_objects_, script_);
-    for (std::size_t i = 0; i < measured_.size(); ++i) {
-      const auto run = [&](int count) {
-        return Time(1, [&] { host.Run(ProcedureOf(i), count); }) / count;
-      };
-      const int count = static_cast<int>(kScriptTime / run(1)) + 1;
-      double& fastest = measured_[i].script = run(count);
-      for (int again = 0; again < 4; ++again) fastest = std::min(fastest, run(count));
-    }
-  }
-
-  const std::vector<Measured>& measured() const { return measured_; }
 
  private:
-  static constexpr double kScriptTime = 20e6;  // nanoseconds
-
   Recording Record(const Member& member) {
     const auto object = recorded_.Create(member.class_name);
     AutomationCall call(object, member, recorded_);
@@ -131,6 +116,22 @@ class MembersBench {
     Recording recording = recorder_.Stop();
     CheckAnswer(member, call);
     return recording;
+  }
+
+  // What a script pays for the same.
+  double TimeByName(Recording& bare) const {
+    std::vector<NamedObject> objects;
+    const std::wstring script = ScriptOf(L"Ask", bare, objects);
+    const ScriptHost host(objects, script);
+    const auto ask = [&](int times) { return Time(1, [&] { host.Run(L"Ask", times); }) / times; };
+    const std::int64_t asked = OperationsOf(recorded_, [&] { ask(1); });
+    if (asked != OperationsOf(recorded_, [&] { bare.Replay(); })) {
+      throw Error(kErrorFailed, L"This script does not ask for the same:\n" + script);
+    }
+    const int times = static_cast<int>(kScriptBatchTime / ask(1)) + 1;
+    double fastest = ask(times);
+    for (int i = 1; i < kScriptBatches; ++i) fastest = std::min(fastest, ask(times));
+    return fastest;
   }
 
   static void Check(const Member& member, HRESULT status) {
@@ -155,9 +156,6 @@ class MembersBench {
   DispatchRecorder recorder_;
   MembersWorld recorded_{[&](ComPtr<IDispatch> object) { return recorder_.Wrap(object); }};
   MembersWorld plain_;
-  std::vector<Measured> measured_;
-  std::vector<NamedObject> script_objects_;
-  std::wstring script_;
 };
 
 bool Print(const std::vector<Measured>& members) {
@@ -190,31 +188,149 @@ bool Print(const std::vector<Measured>& members) {
 // The rows that open no dialog and write nothing; a host asks them for no message, either.
 std::vector<Member> QuietMembers() {
   std::vector<Member> members;
-  for (const Member& member : ard::testing::Members()) {
-    if (!member.arguments || member.script || member.has_effects) continue;
-    members.push_back(member);
-    if (member.name == L"cAccessRights.IsUserAllowedAccess") {
-      members.back().arguments->back() = false;
-    }
+  for (Member member : ard::testing::Members()) {
+    // The records' rows have effects because they try their properties, too.
+    const bool has_effects = member.has_effects && member.member_name != L"Read";
+    if (!member.arguments || member.script || has_effects) continue;
+    if (member.member_name == L"IsUserAllowedAccess") member.arguments->back() = false;
+    members.push_back(std::move(member));
+  }
+  // These ask nothing, so no test of the portable classes has a row for them.
+  for (const wchar_t* name : {L"Messaging.CheckUserAccess", L"Messaging.GetPassword"}) {
+    members.push_back({name, {nullptr, {{}}}, nullptr, [](const std::wstring&) { return true; }});
   }
   return members;
 }
 
 bool CompareMembers() {
   MembersBench bench;
-  for (const Member& member : QuietMembers()) bench.Measure(member);
-  bench.RunScript();
-  return Print(bench.measured());
+  std::vector<Measured> measured;
+  for (const Member& member : QuietMembers()) measured.push_back(bench.Measure(member));
+  return Print(measured);
+}
+
+// ---- What has nothing to compare with ----
+
+double Fastest(auto&& action) {
+  const int calls = BatchSize(action);
+  double fastest = Time(calls, action) / calls;
+  for (int i = 1; i < kDllBatches; ++i) fastest = std::min(fastest, Time(calls, action) / calls);
+  return fastest;
+}
+
+// The two ways in which a C++ host can call.
+void CompareWaysToCall(const MembersWorld& world) {
+  const auto object = world.Create(L"Customers");
+  const auto customers = windows::testing::As<_Customers>(object.get());
+  const windows::Bstr acc_ref(L"ABC001");
+  const double by_vtable = Fastest([&] {
+    windows::Bstr name;
+    customers->GetName(acc_ref.get(), name.Receive());
+  });
+  auto argument = windows::testing::Variant(L"ABC001");
+  const double by_invoke = Fastest([&] {
+    DISPPARAMS parameters = {&argument, nullptr, 1, 0};
+    windows::ScopedVariant name;
+    object.get()->Invoke(5, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, &name,
+                         nullptr, nullptr);
+  });
+  std::printf("\nCustomers.GetName by vtable: %.0f ns, by IDispatch::Invoke: %.0f ns\n", by_vtable,
+              by_invoke);
+}
+
+// Reading the properties of a class, as its type information tells them.
+void ReadProperties(const MembersWorld& world, const wchar_t* class_name) {
+  const auto object = world.Create(class_name);
+  ComPtr<ITypeInfo> info;
+  object.get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Receive());
+  TYPEATTR* attributes = nullptr;
+  info->GetTypeAttr(&attributes);
+  int properties = 0;
+  double slowest = 0;
+  for (UINT i = 0; i < attributes->cFuncs; ++i) {
+    FUNCDESC* function = nullptr;
+    info->GetFuncDesc(i, &function);
+    const bool reads = function->invkind == INVOKE_PROPERTYGET;
+    const DISPID id = function->memid;
+    info->ReleaseFuncDesc(function);
+    if (!reads) continue;
+    ++properties;
+    slowest =
+        std::max(slowest, Fastest([&] {
+                   DISPPARAMS none{};
+                   windows::ScopedVariant value;
+                   object.get()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                                        &none, &value, nullptr, nullptr);
+                 }));
+  }
+  info->ReleaseTypeAttr(attributes);
+  std::printf("%-20ls %2d properties, reading the slowest takes %4.0f ns\n", class_name, properties,
+              slowest);
+}
+
+bool MeasureTheRest() {
+  const MembersWorld world;
+  CompareWaysToCall(world);
+  for (const auto& published : windows::testing::kClasses) ReadProperties(world, published.name);
+  return true;
+}
+
+// ---- Loading ----
+
+// Milliseconds until the DLL is loaded, and from there until its first object is created.
+struct Loading {
+  double loaded = 0;
+  double created = 0;
+};
+
+// In a process that has done nothing else.
+int PrintLoading() {
+  Loading loading;
+  const std::wstring path = windows::testing::LibraryPath();
+  loading.loaded = Time(1, [&] { LoadLibraryW(path.c_str()); }) / 1e6;
+  ComPtr<IDispatch> object;
+  loading.created =
+      Time(1, [&] { object = windows::testing::CreateObject(L"ArdObjects100.Customers"); }) / 1e6;
+  std::printf("%f %f\n", loading.loaded, loading.created);
+  return object ? 0 : 1;
+}
+
+// The fastest of some processes.
+bool MeasureLoading() {
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  const std::wstring command = std::wstring(program) + L" " + kLoadSwitch;
+  Loading fastest = {1e9, 1e9};
+  for (int i = 0; i < kLoads; ++i) {
+    std::FILE* const output = _wpopen(command.c_str(), L"r");
+    Loading loading;
+    const bool read =
+        output && std::fscanf(output, "%lf %lf", &loading.loaded, &loading.created) == 2;
+    if (output) _pclose(output);
+    if (!read) {
+      std::printf("A process could not load the DLL.\n");
+      return false;
+    }
+    fastest.loaded = std::min(fastest.loaded, loading.loaded);
+    fastest.created = std::min(fastest.created, loading.created);
+  }
+  std::printf("\nloading the DLL: %.2f ms, creating the first object then: %.2f ms\n",
+              fastest.loaded, fastest.created);
+  return true;
 }
 
 }  // namespace
 }  // namespace ard::benchmarks
 
-int main() {
+int main(int count, char**) {
+  using namespace ard::benchmarks;  // NOLINT(google-build-using-namespace): it is the program
   CoInitialize(nullptr);
   int result = 1;
   try {
-    result = ard::benchmarks::CompareMembers() ? 0 : 1;
+    const bool only_loads = count > 1;
+    result = only_loads                                               ? PrintLoading()
+             : CompareMembers() & MeasureTheRest() & MeasureLoading() ? 0
+                                                                      : 1;
   } catch (const ard::Error& error) {
     std::printf("%s\n", ard::ToUtf8(error.text()).c_str());
   }

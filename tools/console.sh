@@ -59,3 +59,14 @@ configure_and_build() {
   [[ -f "build/$preset/build.ninja" ]] || cmake --preset "$preset"
   cmake --build --preset "$preset" ${1:+--target "$@"}
 }
+
+# The library for x64 or x86, and its size as it is delivered: without symbols.
+declare -A TOOLCHAINS=([x64]=x86_64-w64-mingw32 [x86]=i686-w64-mingw32)
+library_of() { say "$BUILD/windows-$1/bin/ArdObjects100.dll"; }
+library_bytes() {
+  local stripped
+  stripped="$(mktemp)"
+  "${TOOLCHAINS[$1]}-strip" -o "$stripped" "$(library_of "$1")"
+  stat -c %s "$stripped"
+  rm -f "$stripped"
+}

@@ -298,6 +298,15 @@ TEST_F(LateBoundTest, ARecordHandedInWorksLikeOneOfTheWorkspace) {
   EXPECT_EQ(recorder.calls.back(), "TransactionsField:74 MG");
 }
 
+TEST_F(LateBoundTest, TextsOfAnyLengthArrive) {
+  for (const std::size_t length : {0, 1, 35, 36, 1000}) {
+    std::string text(length, 'x');
+    if (length > 1) text[1] = '\0';
+    seam->record->SetExtraText(FromUtf8(text));
+    EXPECT_EQ(recorder.calls.back(), "Record:20011 P '" + text + "'");
+  }
+}
+
 TEST_F(LateBoundTest, AnswersAreConverted) {
   for (const VARTYPE type : {VT_BOOL, VT_I2, VT_I4, VT_EMPTY}) {
     for (const LONG content : {-1, 0}) {
