@@ -7,7 +7,6 @@
 #include <ArdObjects100.h>
 
 #include <algorithm>
-#include <array>
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
@@ -46,7 +45,23 @@ struct Exception {
   double target;
   const char* reason;
 };
-constexpr std::array<Exception, 0> kExceptions;
+constexpr char kTextArray[] = "makes texts of the host's array, and puts them back";
+constexpr char kKeys[] = "looks for the user in three spellings, as wide as the field";
+constexpr char kFailure[] = "the engine has no pricing service: its failure is an exception inside";
+constexpr Exception kExceptions[] = {
+    {L"General.GetNumActiveUsersInclDet", 1.35,
+     "takes two texts of the host's, and puts two others there"},
+    {L"General.GetCategories", 1.6, kTextArray},
+    {L"General.GetDepartments", 1.5, kTextArray},
+    {L"General.GetTaxCodes", 1.65, kTextArray},
+    {L"Products.GetAveragePrice", 1.45, "looks up the members of the record that is handed in"},
+    {L"Products.GetSpecialPrice", 1.6, kFailure},
+    {L"Products.GetSupplierPrice", 1.6, kFailure},
+    {L"Messaging.PoAccess", 1.2, kKeys},
+    {L"Messaging.PoAccess, denied", 1.2, kKeys},
+    {L"cAccessRights.IsUserAllowedAccess", 1.4, kKeys},
+    {L"cAccessRights.IsValid", 1.45, kKeys},
+};
 
 // ---- A member ----
 
@@ -63,7 +78,7 @@ struct Measured {
     const auto* const found =
         std::find_if(std::begin(kExceptions), std::end(kExceptions),
                      [&](const Exception& exception) { return exception.member == name; });
-    return found == std::end(kExceptions) ? nullptr : &*found;
+    return found == std::end(kExceptions) ? nullptr : found;
   }
   double target() const { return exception() ? exception()->target : kTargetRatio; }
   bool is_fast_enough() const { return !is_compared() || times.ratio() <= target(); }
@@ -178,9 +193,10 @@ bool Print(const std::vector<Measured>& members) {
                 member.is_met() ? "" : "   MISSED");
     met &= member.is_met();
   }
-  for (const Measured& member : members) {
-    if (!member.exception()) continue;
-    std::printf("%s: %s\n", ToUtf8(member.name).c_str(), member.exception()->reason);
+  std::printf("\nAbove %.2f:\n", kTargetRatio);
+  for (const Exception& exception : kExceptions) {
+    std::printf("%-40s below %.2f: %s\n", ToUtf8(exception.member).c_str(), exception.target,
+                exception.reason);
   }
   return met;
 }

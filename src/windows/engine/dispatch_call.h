@@ -32,7 +32,7 @@ class ArgumentContent {
   const VARIANT& Keep(ScopedVariant content) { return owned_ = std::move(content); }
 
  private:
-  static constexpr std::size_t kShortSize = 35;
+  static constexpr std::size_t kShortSize = 63;
 
   // The length stands before the characters, which are aligned like the system's.
   struct alignas(16) ShortText {
