@@ -38,6 +38,11 @@ endif()
 if(WIN32)
   # Windows 7 is the oldest system addressed.
   add_compile_definitions(UNICODE _UNICODE NOMINMAX _WIN32_WINNT=0x0601)
+  # GCC 12 takes calls of objects in unnamed namespaces for ones that cannot happen, and leaves out
+  # what follows, when it looks for the only function that such a call may mean.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-fno-devirtualize)
+  endif()
 endif()
 
 # A toolchain may serve for its warnings alone: then programs and DLLs are empty files.

@@ -4,8 +4,6 @@ function(ard_fast)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU" OR CMAKE_SIZEOF_VOID_P EQUAL 4)
     return()
   endif()
-  # GCC 12 takes calls of objects in unnamed namespaces for ones that cannot happen, and leaves out
-  # what follows, when it looks for the only function that such a call may mean.
   set_property(SOURCE ${ARGN} APPEND PROPERTY
-    COMPILE_OPTIONS $<$<CONFIG:MinSizeRel>:-O2> $<$<CONFIG:MinSizeRel>:-fno-devirtualize>)
+    COMPILE_OPTIONS $<$<CONFIG:MinSizeRel>:-O2>)
 endfunction()
