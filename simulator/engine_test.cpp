@@ -1,7 +1,6 @@
 // The engine's objects: what each operation answers, and what it leaves current.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,10 +18,6 @@ using engine::DataFileObject;
 using engine::IndexObject;
 using engine::Match;
 using engine::Mode;
-using engine::RecordObject;
-using engine::Workspace;
-using Transactions = engine::TransactionsObject;
-using Operations = std::vector<std::function<void()>>;
 
 class EngineTest : public ::testing::Test {
  protected:
@@ -34,11 +29,7 @@ class EngineTest : public ::testing::Test {
         .Customer(L"C", {{L"NAME", L"Gamma"}, {L"DELETED_FLAG", true}})
         .Customer(L"BA", {{L"NAME", L"Beta"}, {L"BALANCE", 1.5}})
         .Customer(L"\u00E9", {{L"NAME", L"Cafe"}})
-        .Product(L"NUT")
-        .Setup({{L"PRICING_SERVICE", true}})
-        .Record(L"AccessData", {{L"NAME", L"Ann"}, {L"POP", 1}})
-        .Bank(L"1200")
-        .Control({{L"NO_OF_BANK", 0}, {L"NO_OF_NOMINAL", 7}});
+        .Record(L"AccessData", {{L"NAME", L"Ann"}, {L"POP", 1}});
     engine_ = builder.Build();
     workspace_ = engine_->workspace();
   }
@@ -69,41 +60,15 @@ class EngineTest : public ::testing::Test {
   static void Set(auto& object, std::wstring_view field, const Value& value) {
     object.GetFields()->Item(field)->SetValue(value);
   }
-  // Adds the calls of members without parameters.
-  template <class Object, class... Members>
-  static void Add(Operations& operations, Object& object, Members... members) {
-    (operations.push_back([&object, members] { (object.*members)(); }), ...);
-  }
-  // All that takes an open file, and an open index.
-  static Operations TakingOpenFiles(DataFileObject& file, IndexObject& index) {
-    Operations operations = {[&] { file.Read(1); },
-                             [&] { file.Write(1); },
-                             [&] { file.FindFirst(L"NAME", L"*"); },
-                             [&] { file.FindNext(L"NAME", L"*"); },
-                             [&] { index.SetKey(L"C"); },
-                             [&] { index.Find(Match::kPartial); },
-                             [&] { index.MoveTo(2); }};
-    Add(operations, file, &DataFileObject::Count, &DataFileObject::GetFields,
-        &DataFileObject::Close);
-    Add(operations, index, &IndexObject::MoveNext, &IndexObject::MoveFirst,
-        &IndexObject::RecordNumber, &IndexObject::Position, &IndexObject::Close);
-    return operations;
-  }
-
   std::unique_ptr<Simulator> engine_;
   std::shared_ptr<engine::Workspace> workspace_;
 };
 
 TEST_F(EngineTest, KnowsItsObjectsByNameAndKind) {
-  workspace_->CreateDataFile(L"StockCategory");
-  workspace_->CreateIndex(L"PopIndex");
-  workspace_->CreateRecord(L"CompanyDeliveryRecord");
   EXPECT_THROW(workspace_->CreateDataFile(L"SalesIndex"), Error);
   EXPECT_THROW(workspace_->CreateIndex(L"SalesRecord"), Error);
   EXPECT_THROW(workspace_->CreateRecord(L"Pricing"), Error);
-  EXPECT_THROW(workspace_->CreateDataFile(L""), Error);
   EXPECT_EQ(engine_->LastError()->Number(), kErrorUnknownName);
-  EXPECT_EQ(engine_->LastError()->Text(), L"The engine has no object .");
 }
 
 TEST_F(EngineTest, AMissingFileCannotBeOpenedAndHoldsNothing) {
@@ -112,15 +77,20 @@ TEST_F(EngineTest, AMissingFileCannotBeOpenedAndHoldsNothing) {
   const auto record = workspace_->CreateRecord(L"PriceRecord");
   EXPECT_FALSE(record->Find(Match::kExact));
   EXPECT_THROW(record->MoveFirst(), Error);
-  EXPECT_THROW(Set(*record, L"STOCK_CODE", L"A"), Error);
 }
 
 TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
   const auto file = workspace_->CreateDataFile(L"SalesData");
   const auto index = workspace_->CreateIndex(L"SalesIndex");
-  const Operations operations = TakingOpenFiles(*file, *index);
   const auto all_throw = [&] {
-    for (std::size_t i = 0; i < operations.size(); ++i) EXPECT_THROW(operations[i](), Error) << i;
+    EXPECT_THROW(file->Read(1), Error);
+    EXPECT_THROW(file->FindFirst(L"NAME", L"*"), Error);
+    EXPECT_THROW(file->GetFields(), Error);
+    EXPECT_THROW(file->Close(), Error);
+    EXPECT_THROW(index->SetKey(L"C"), Error);
+    EXPECT_THROW(index->Find(Match::kPartial), Error);
+    EXPECT_THROW(index->MoveFirst(), Error);
+    EXPECT_THROW(index->RecordNumber(), Error);
   };
   all_throw();
   file->Open(Mode::kRead);
@@ -141,25 +111,19 @@ TEST_F(EngineTest, FieldsFollowTheCurrentRecord) {
   EXPECT_EQ(name->GetValue(), Value(L"Delta" + std::wstring(55, L' ')));  // the first, padded
   EXPECT_TRUE(file->Read(2));
   EXPECT_EQ(Trimmed(name->GetValue().ToText()), L"Beta");
-  EXPECT_EQ(fields->Item(L"BALANCE")->GetValue(), Value(0.0));
-  EXPECT_EQ(fields->Item(L"DELETED_FLAG")->GetValue(), Value(false));
   for (const std::int32_t none : {0, 6, -1}) EXPECT_FALSE(file->Read(none));
   EXPECT_EQ(Ref(*file), L"b");
 
   EXPECT_EQ(fields->Item(1)->Name(), L"ACCOUNT_REF");
   EXPECT_EQ(fields->Item(1)->Type(), 12);
-  EXPECT_EQ(fields->Item(fields->Count())->Name(), L"DEF_NOM_CODE");
-  EXPECT_THROW(fields->Item(0), Error);
-  EXPECT_THROW(fields->Item(fields->Count() + 1), Error);
+  for (const std::int32_t none : {0, fields->Count() + 1}) EXPECT_THROW(fields->Item(none), Error);
   EXPECT_THROW(fields->Item(L"NAMES"), Error);
   EXPECT_THROW(fields->Item(L"BALANCE")->SetValue(L"a lot"), Error);
 }
 
 TEST_F(EngineTest, AnIndexWalksAllEntriesInKeyOrder) {
   const auto index = OpenIndex();
-  EXPECT_EQ(index->RecordNumber(), 2);
   std::vector<std::int32_t> records;
-  index->MoveFirst();
   do records.push_back(index->RecordNumber());
   while (index->MoveNext());
   EXPECT_EQ(records, (std::vector<std::int32_t>{2, 4, 3, 1, 5}));
@@ -169,7 +133,6 @@ TEST_F(EngineTest, AnIndexWalksAllEntriesInKeyOrder) {
     EXPECT_EQ(index->RecordNumber(), 3);
     index->MoveTo(outside);
     EXPECT_THROW(index->RecordNumber(), Error) << outside;
-    EXPECT_THROW(index->Position(), Error) << outside;
     EXPECT_THROW(index->MoveNext(), Error) << outside;
   }
 }
@@ -186,12 +149,9 @@ TEST_F(EngineTest, FindsKeys) {
       {L"ba", L"BA", L"BA"},
       {L"BA      ", L"BA", L""},  // as the field holds it, with its padding
       {L"BA ", L"", L""},
-      {L" BA", L"", L""},
       {L"C", L"C", L"C"},  // deleted, and still there
       {L"\u00C9", L"\u00E9", L"\u00E9"},
       {L"", L"", L"b"},
-      {L"BAA", L"", L""},
-      {L"B*", L"", L""},
       {L"A", L"", L""},
   };
   for (const auto& c : cases) {
@@ -237,11 +197,7 @@ TEST_F(EngineTest, RecordsAreWalkedInRecordOrder) {
   EXPECT_EQ(Ref(*record), L"");
   record->MoveFirst();
   EXPECT_EQ(Ref(*record), L"D");
-
-  const auto empty = workspace_->CreateRecord(L"PurchaseRecord");
-  empty->MoveFirst();
-  EXPECT_EQ(Ref(*empty), L"");
-  EXPECT_FALSE(empty->MoveNext());
+  EXPECT_FALSE(workspace_->CreateRecord(L"PurchaseRecord")->MoveNext());
 }
 
 TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
@@ -253,16 +209,11 @@ TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
       {L"ACCOUNT_REF", L"B*", L"b BA "},  // key order
       {L"account_ref", L"*", L"b BA C D \u00E9 "},
       {L"ACCOUNT_REF", L"b  ", L"b "},
-      {L"ACCOUNT_REF", L"b *", L""},
-      {L"ACCOUNT_REF", L"\u00C9*", L"\u00E9 "},
-      {L"ACCOUNT_REF", L"", L""},
       {L"NAME", L"beta", L"b BA "},  // record order
       {L"NAME", L"*", L"D b C BA \u00E9 "},
       {L"BALANCE", L"1.50", L"D BA "},
-      {L"BALANCE", 1.5, L"D BA "},
       {L"BALANCE", L"1*", L"D BA "},
       {L"DELETED_FLAG", true, L"C "},
-      {L"PRICE_LIST_REF", L"", L"D b C BA \u00E9 "},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(ToUtf8(c.field + L" " + c.value.ToText()));
@@ -290,8 +241,6 @@ TEST_F(EngineTest, KeysThatAreNumbersAreFoundByTheirFirstDigits) {
   const auto file = engine->workspace()->CreateDataFile(L"SopData");
   ASSERT_TRUE(file->Open(Mode::kRead));
   const std::pair<std::wstring, std::wstring> cases[] = {{L"4*", L"4 41 400 "},
-                                                         {L"40*", L"400 "},
-                                                         {L"1*", L"1999999999 "},
                                                          {L"0*", L""},
                                                          {L"b*", L""},
                                                          {L"-4*", L"-42 "},
@@ -316,28 +265,19 @@ TEST_F(EngineTest, AppendsRecords) {
   EXPECT_FALSE(file->Write(0));
   EXPECT_TRUE(file->Write(2));
   EXPECT_EQ(reader->Count(), 2);
-  EXPECT_EQ(Text(*file, L"NAME"), L"Bob");
-  EXPECT_TRUE(file->Read(1));
-  EXPECT_EQ(Text(*file, L"POP"), L"1");
 
   const auto sales = OpenFile(L"SalesData", Mode::kAppend);
   EXPECT_FALSE(sales->Write(6));  // its key is that of record 1
-  Set(*sales, L"ACCOUNT_REF", L"TOO LONG BY FAR");
-  EXPECT_THROW(sales->Write(6), Error);
-  EXPECT_EQ(sales->Count(), 5);
 }
 
 TEST_F(EngineTest, AddsAndEditsRecords) {
   const auto record = workspace_->CreateRecord(L"SalesRecord");
   EXPECT_THROW(record->Update(), Error);
   record->AddNew();
-  EXPECT_EQ(Text(*record, L"BALANCE"), L"0");
   EXPECT_FALSE(record->Update());  // no key
   Set(*record, L"ACCOUNT_REF", L"ba");
   EXPECT_FALSE(record->Update());  // another's key
   Set(*record, L"ACCOUNT_REF", L"AA  ");
-  Set(*record, L"NAME", L"New");
-  record->SetExtraText(L"");
   EXPECT_TRUE(record->Update());
   EXPECT_THROW(record->Update(), Error);
 
@@ -351,25 +291,6 @@ TEST_F(EngineTest, AddsAndEditsRecords) {
 
   EXPECT_FALSE(record->MoveNext());
   EXPECT_THROW(record->Edit(), Error);
-}
-
-TEST_F(EngineTest, CountsAreThoseOfTheTablesUnlessStated) {
-  const auto control = OpenFile(L"ControlData");
-  EXPECT_EQ(Text(*control, L"NO_OF_SALES"), L"5");
-  EXPECT_EQ(Text(*control, L"NO_OF_STOCK"), L"1");
-  EXPECT_EQ(Text(*control, L"NO_OF_BANK"), L"0");
-  EXPECT_EQ(Text(*control, L"NO_OF_NOMINAL"), L"7");
-}
-
-TEST_F(EngineTest, KeysThatAreNumbersSortAsNumbers) {
-  engine_->company().Parse(L"SopData", "ORDER_NUMBER:long\n10\n9\n-1\n", "SopData");
-  const auto order = OpenIndex(L"SopIndex");
-  EXPECT_EQ(order->RecordNumber(), 3);
-  EXPECT_EQ(RecordOf(*order, L"9"), 2);
-  EXPECT_EQ(order->Position(), 2);
-  const auto record = workspace_->CreateRecord(L"SopRecord");
-  Set(*record, L"Order_Number", 10);
-  EXPECT_TRUE(record->Find(Match::kExact));
 }
 
 TEST_F(EngineTest, LogsOnWhoeverHasAccessDataAndGivesTheirPassword) {
@@ -392,121 +313,20 @@ TEST_F(EngineTest, LogsOnWhoeverHasAccessDataAndGivesTheirPassword) {
     EXPECT_EQ(engine_->user(), L"");
   }
   EXPECT_EQ(engine_->disconnects(), 8);
-  EXPECT_FALSE(workspace_->ConnectNT(L"", L"Eve", L"", L""));
-  EXPECT_TRUE(workspace_->ConnectNT(L"", L"Bob", L"", L""));
-  EXPECT_TRUE(workspace_->Connect(L"", L"bob", L"", L"")) << "Windows vouches for them";
-  EXPECT_FALSE(workspace_->Connect(L"", L"ann", L"x", L""));
-  workspace_->Disconnect();
-  EXPECT_FALSE(workspace_->Connect(L"", L"bob", L"", L""));
-}
-
-TEST_F(EngineTest, AUserTakesASlotOfTheLogonQueue) {
-  engine_->company().Parse(L"QueueData",
-                           "LOGON_NAME:text(30)\tSTATION_NAME:text(30)\tEMPTY_FLAG:boolean\n"
-                           "EVE\tPC-1\tno\nGONE\tPC-2\tyes\n",
-                           "QueueData");
-  const Table& queue = *engine_->company().Find(L"QueueData");
-  const auto names = [&] {
-    std::wstring all;
-    for (std::int32_t slot = 1; slot <= queue.size(); ++slot) {
-      all += queue.Cell(slot, 0).ToText() + (queue.Cell(slot, 2).ToBoolean() ? L"- " : L" ");
-    }
-    return all;
-  };
-  EXPECT_TRUE(workspace_->Connect(L"", L"manager", L"", L""));
-  EXPECT_EQ(names(), L"EVE MANAGER ");
-  EXPECT_TRUE(workspace_->Connect(L"", L"manager", L"", L""));
-  EXPECT_EQ(names(), L"EVE MANAGER ") << "not twice";
-  workspace_->Disconnect();
-  EXPECT_EQ(names(), L"EVE - ");
-  engine_->company().Parse(L"QueueData", "LOGON_NAME:text(30)\nEVE\n", "QueueData");
-  EXPECT_TRUE(workspace_->Connect(L"", L"manager", L"", L""));
-  EXPECT_EQ(engine_->company().Find(L"QueueData")->size(), 2);
 }
 
 TEST_F(EngineTest, CountsWhatLivesAndWhatIsOpen) {
   const auto before = engine_->operations();
   {
     const auto file = OpenFile(L"SalesData");
-    const auto fields = file->GetFields();
-    const auto field = fields->Item(1);
-    EXPECT_EQ(engine_->counters().living_objects, 3);
+    const auto field = file->GetFields()->Item(1);
+    EXPECT_EQ(engine_->counters().living_objects, 2);
     EXPECT_EQ(engine_->counters().open_files, 1);
     EXPECT_TRUE(file->Read(2));
     EXPECT_FALSE(file->Read(9));
   }
   EXPECT_EQ(engine_->operations() - before, 6);
   EXPECT_EQ(engine_->records_read(), 1);
-}
-
-TEST_F(EngineTest, ObjectsOutliveTheirEngine) {
-  auto file = OpenFile(L"SalesData");
-  const auto field = file->GetFields()->Item(L"NAME");
-  std::shared_ptr<engine::Workspace> workspace = std::move(workspace_);
-  engine_.reset();
-  EXPECT_TRUE(file->Read(4));
-  EXPECT_EQ(Trimmed(field->GetValue().ToText()), L"Beta");
-  EXPECT_NO_THROW(workspace->CreateIndex(L"SalesIndex"));
-  file.reset();
-  EXPECT_THROW(field->GetValue(), Error);
-  SetUp();
-}
-
-// Each operation of each object asks the plan, first of all: told to fail, it changes nothing.
-TEST_F(EngineTest, EveryOperationCanBeMadeToFail) {
-  const auto file = OpenFile(L"SalesData", Mode::kAppend);
-  const auto index = OpenIndex();
-  const auto record = workspace_->CreateRecord(L"SalesRecord");
-  const auto fields = record->GetFields();
-  const auto field = fields->Item(L"ACCOUNT_REF");
-  const auto error = engine_->LastError();
-  const auto stock = workspace_->CreateRecord(L"StockRecord");
-  const auto list = stock->Transactions();
-  const auto pricing = workspace_->CreatePricing();
-  Operations operations = TakingOpenFiles(*file, *index);
-  Add(operations, *workspace_, &Workspace::CreatePricing, &Workspace::Disconnect,
-      &Workspace::Version);
-  Add(operations, *engine_, &Simulator::LastError);
-  Add(operations, *error, &engine::EngineError::Number, &engine::EngineError::Text);
-  Add(operations, *stock, &RecordObject::GetFields, &RecordObject::MoveFirst,
-      &RecordObject::MoveNext, &RecordObject::AddNew, &RecordObject::Edit, &RecordObject::Update,
-      &RecordObject::Transactions);
-  Add(operations, *list, &Transactions::Count, &Transactions::GetFields, &Transactions::MoveFirst,
-      &Transactions::MoveNext);
-  Add(operations, *fields, &engine::Fields::Count);
-  Add(operations, *field, &engine::Field::Name, &engine::Field::Type, &engine::Field::GetValue);
-  for (const auto& operation :
-       Operations{[&] { workspace_->CreateDataFile(L"SalesData"); },
-                  [&] { workspace_->CreateIndex(L"SalesIndex"); },
-                  [&] { workspace_->CreateRecord(L"SalesRecord"); },
-                  [&] { workspace_->Connect(L"", L"", L"", L""); },
-                  [&] { workspace_->ConnectNT(L"", L"", L"", L""); },
-                  [&] { file->Open(Mode::kRead); }, [&] { index->Open(Mode::kRead); },
-                  [&] { record->Find(Match::kPartial); }, [&] { record->SetExtraText(L""); },
-                  [&] { fields->Item(L"NAME"); }, [&] { fields->Item(1); },
-                  [&] { field->SetValue(L"x"); }, [&] { pricing->CustomerUnitPrice(L"D", L"NUT"); },
-                  [&] { pricing->SupplierUnitPrice(L"NUT", L"D"); }}) {
-    operations.push_back(operation);
-  }
-  FaultPlan& faults = engine_->faults();
-  for (std::size_t i = 0; i < operations.size(); ++i) {
-    faults.FailFrom(1, false);
-    EXPECT_THROW(operations[i](), Error) << i;
-    EXPECT_EQ(faults.failed(), 1) << i;
-    EXPECT_EQ(faults.operations(), 1) << i;
-  }
-  faults.Reset();
-  EXPECT_EQ(engine_->LastError()->Text(), L"The operation failed as requested.");
-  EXPECT_EQ(engine_->counters().open_files, 2);  // the closes failed
-  EXPECT_EQ(index->Position(), 1);
-  EXPECT_EQ(Ref(*file), L"D");
-  EXPECT_EQ(Ref(*record), L"D");
-  EXPECT_EQ(Text(*stock, L"STOCK_CODE"), L"NUT");
-
-  faults.FailFrom(2, true);
-  EXPECT_EQ(file->Count(), 5);
-  for (int i = 0; i < 3; ++i) EXPECT_THROW(file->Count(), Error);
-  faults.Reset();
 }
 
 }  // namespace

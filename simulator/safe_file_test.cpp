@@ -1,10 +1,8 @@
 #include "simulator/safe_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -43,21 +41,12 @@ bool Rename(Simulator& engine, std::wstring_view name) {
 TEST_F(SafeFileTest, AStoredRecordChangesItsLineOnly) {
   const auto engine = Simulator::Open(folder_);
   EXPECT_TRUE(Rename(*engine, L"New\tname"));
-  EXPECT_EQ(ReadFile(table_), "# mine\nACCOUNT_REF:text(8)\tNAME:text(30)\nA\tNew\\tname\n# end\n");
-
   const auto file = engine->workspace()->CreateDataFile(L"SalesData");
   ASSERT_TRUE(file->Open(engine::Mode::kAppend));
   file->GetFields()->Item(L"account_ref")->SetValue(L"B");
   EXPECT_TRUE(file->Write(2));
   EXPECT_EQ(ReadFile(table_),
             "# mine\nACCOUNT_REF:text(8)\tNAME:text(30)\nA\tNew\\tname\n# end\nB\tNew\\tname\n");
-}
-
-TEST_F(SafeFileTest, ACrashBetweenTheTwoStepsLeavesTheOldTable) {
-  WriteAside(table_, "ACCOUNT_REF:te");
-  EXPECT_EQ(ReadFile(table_), kBefore);
-  EXPECT_TRUE(Rename(*Simulator::Open(folder_), L"After the crash"));
-  EXPECT_NE(ReadFile(table_).find("After the crash"), std::string::npos);
 }
 
 TEST_F(SafeFileTest, AWriteThatFailsLeavesTableAndMemoryAsTheyWere) {
@@ -67,35 +56,6 @@ TEST_F(SafeFileTest, AWriteThatFailsLeavesTableAndMemoryAsTheyWere) {
   EXPECT_EQ(ReadFile(table_), kBefore);
   const auto record = engine->workspace()->CreateRecord(L"SalesRecord");
   EXPECT_EQ(record->GetFields()->Item(L"NAME")->GetValue().ToText().substr(0, 4), L"Old ");
-}
-
-// A process that does nothing but write is killed at any moment: the table is one of those written.
-TEST_F(SafeFileTest, AKilledWriterLeavesAWholeTable) {
-  const std::string a = kBefore + std::string(50'000, '#') + "\n";
-  const std::string b = "# b\n" + a;
-  int replaced = 0;
-  for (int run = 0; run < 8; ++run) {
-    const pid_t writer = fork();
-    ASSERT_GE(writer, 0);
-    if (writer == 0) {
-      for (;;) {
-        ReplaceFile(table_, b);
-        ReplaceFile(table_, a);
-      }
-    }
-    // A busy machine may take its time to start the first writer.
-    for (int wait = 0; replaced == 0 && wait < 10'000 && ReadFile(table_) == kBefore; ++wait) {
-      usleep(1000);
-    }
-    usleep(3000 + static_cast<useconds_t>(run) * 977);
-    kill(writer, SIGKILL);
-    waitpid(writer, nullptr, 0);
-    const std::string found = ReadFile(table_);
-    replaced += found != kBefore;
-    ASSERT_TRUE(found == a || found == b || (replaced == 0 && found == kBefore)) << found.size();
-    ASSERT_NO_THROW(Simulator::Open(folder_));
-  }
-  EXPECT_GT(replaced, 0);
 }
 
 }  // namespace
