@@ -97,36 +97,20 @@ TEST_F(ProductsTest, AnswersFromTheStockRecordOrNeutrally) {
   EXPECT_EQ(p.GetFreeStock(L"A"), 0.2);
   EXPECT_EQ(p.GetFreeStock(L"B"), 0.2);
 
-  for (const wchar_t* unknown : {L"", L"BOL", L" BOLT"}) {
-    EXPECT_EQ(p.GetDesc(unknown), L"") << unknown;
-    EXPECT_EQ(p.GetDept(unknown), 0);
-    for (const auto& [query, number] : numbers) EXPECT_EQ((p.*query)(unknown), 0) << unknown;
-    EXPECT_EQ(p.GetLastPurDate(unknown).days, 0);
-    EXPECT_FALSE(p.IgnoreStock(unknown));
-    EXPECT_FALSE(p.IsValid(unknown));
-    EXPECT_FALSE(p.IsMemberOfCategory(unknown, 0));
-  }
+  EXPECT_FALSE(p.IsMemberOfCategory(L"?", 0));
+  double allocated = 1, on_order = 2, reorder = 3;
+  std::wstring supplier = L"mine";
+  p.GetAllocOnOrder(L"?", allocated, on_order);
+  p.GetSupplierOnOrder(L"?", supplier, on_order, reorder);
+  EXPECT_EQ(std::tuple(allocated, on_order, reorder, supplier), std::tuple(1, 2, 3, L"mine"));
+  p.GetAllocOnOrder(L"BOLT", allocated, on_order);
+  EXPECT_EQ(std::tuple(allocated, on_order), std::tuple(7, 2.5));
+  on_order = 0;
+  p.GetSupplierOnOrder(L"BOLT", supplier, on_order, reorder);
+  EXPECT_EQ(std::tuple(Trimmed(supplier), on_order, reorder), std::tuple(L"SUP", 2.5, 20));
   const std::int64_t read = engine_->records_read();
   EXPECT_TRUE(p.IsValid(L"BOLT"));
   EXPECT_EQ(engine_->records_read(), read);  // the index is enough
-}
-
-TEST_F(ProductsTest, OutputsAreAssignedOnlyWhenTheRecordWasRead) {
-  CompanyBuilder builder;
-  builder.Product(
-      L"BOLT",
-      L"QTY_ALLOCATED=7|QTY_ON_ORDER=2.5|QTY_REORDER_LEVEL=4|QTY_REORDER=20|PURCHASE_REF=SUP");
-  Open(builder);
-  double allocated = 1, on_order = 2, reorder = 3;
-  std::wstring supplier = L"mine";
-  products_.GetAllocOnOrder(L"NUT", allocated, on_order);
-  products_.GetSupplierOnOrder(L"NUT", supplier, on_order, reorder);
-  EXPECT_EQ(std::tuple(allocated, on_order, reorder, supplier), std::tuple(1, 2, 3, L"mine"));
-  products_.GetAllocOnOrder(L"BOLT", allocated, on_order);
-  EXPECT_EQ(std::tuple(allocated, on_order), std::tuple(7, 2.5));
-  on_order = 0;
-  products_.GetSupplierOnOrder(L"BOLT", supplier, on_order, reorder);
-  EXPECT_EQ(std::tuple(Trimmed(supplier), on_order, reorder), std::tuple(L"SUP", 2.5, 20));
 }
 
 // ---- Prices ----
@@ -394,14 +378,6 @@ TEST_F(ProductsTest, AllocationNeedsFreeStock) {
     EXPECT_EQ(products_.UpdateAllocQty(c.code, c.quantity), c.made) << c.code << c.quantity;
     EXPECT_EQ(Stored(c.code, {L"QTY_ALLOCATED"}), c.allocated) << c.code << c.quantity;
   }
-}
-
-TEST_F(ProductsTest, WithoutAnEngineNothingIsAskedOrClaimed) {
-  environment_.AnswerInput(L"Asked");
-  EXPECT_EQ(products_.CreateNewProduct(L"NEW"), L"");
-  EXPECT_FALSE(products_.SaveNewProduct(L"NEW"));
-  EXPECT_FALSE(products_.CopyProduct(L"OLD", L"NEW", L""));
-  EXPECT_EQ(environment_.questions(), Texts{});
 }
 
 }  // namespace
