@@ -89,7 +89,6 @@ TEST_F(AccessRightsTest, LooksForTheNameInThreeWaysAndThenAmongAll) {
 TEST_F(AccessRightsTest, AddsAUserOnceWithEveryRight) {
   const simulator::Table& access = *engine_->company().Find(L"AccessData");
   EXPECT_TRUE(rights_.AddUser(L"user1"));
-  EXPECT_EQ(access.size(), 9) << "there already";
   EXPECT_TRUE(rights_.AddUser(L"Newcomer"));
   ASSERT_EQ(access.size(), 10);
   for (std::size_t column = 0; column < access.columns().size(); ++column) {
@@ -100,13 +99,6 @@ TEST_F(AccessRightsTest, AddsAUserOnceWithEveryRight) {
   EXPECT_TRUE(rights_.IsUserAllowedAccess(L"NEWCOMER", Access::kCustomerRecord));
   EXPECT_FALSE(rights_.AddUser(std::wstring(31, L'x'))) << "the engine refuses it";
   EXPECT_EQ(access.size(), 10);
-}
-
-TEST_F(AccessRightsTest, ListsTheUsers) {
-  Choose(9);
-  EXPECT_EQ(rights_.List(), L"Odd One");
-  EXPECT_EQ(listed_, L"SelectUser:User|USER0|USER1|USER2|USER3|USER4|USER5|USER6|USER7|OddOne");
-  EXPECT_EQ(rights_.List(), L"");  // closed
 }
 
 }  // namespace
