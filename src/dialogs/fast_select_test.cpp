@@ -26,41 +26,6 @@ class FastSelectTest : public testing::CompanyTest {
   Context context_{environment_};
 };
 
-TEST_F(FastSelectTest, ListsLiveAccountsInKeyOrderAndReturnsTheChosenOne) {
-  CompanyBuilder builder;
-  builder.Customer(L"C3", L"NAME=Three")
-      .Customer(L"a1", L"NAME=One")
-      .Customer(L"B2", L"NAME=Two|DELETED_FLAG=True");
-  Open(builder);
-  const auto choose = [](SelectDialog& dialog) {
-    EXPECT_EQ(dialog.form(), L"frmFastSelectCust");
-    EXPECT_EQ(dialog.list().row_count(), 3);  // deleted ones count
-    EXPECT_EQ(Keys(dialog.list()), (Texts{L"a1", L"C3"}));
-    EXPECT_EQ(Trimmed(dialog.list().rows()[1].Cell(2)), L"Three");
-    EXPECT_EQ(dialog.list().rows()[1].position, 3);
-    EXPECT_EQ(dialog.list().selected()->position, 1);
-    dialog.list().SelectItem(3);
-    dialog.KeyPress(kEnterKey);
-    EXPECT_FALSE(dialog.visible());
-    EXPECT_TRUE(dialog.result());
-  };
-  EXPECT_EQ(Pick(kFastSelectCust, choose), L"C3");
-}
-
-TEST_F(FastSelectTest, WithoutASelectionNothingConfirms) {
-  CompanyBuilder builder;
-  Open(builder.Customer(L"A1", L"DELETED_FLAG=True").Customer(L"A2"));
-  const auto try_to_confirm = [](SelectDialog& dialog) {
-    EXPECT_FALSE(dialog.ok_enabled());
-    dialog.KeyPress(kEnterKey);
-    dialog.DoubleClick();
-    EXPECT_TRUE(dialog.visible());
-    dialog.Cancel();
-    EXPECT_FALSE(dialog.visible());
-  };
-  EXPECT_EQ(Pick(kFastSelectCust, try_to_confirm), L"");
-}
-
 TEST_F(FastSelectTest, RedRowsAreThoseOverAPositiveLimit) {
   CompanyBuilder builder;
   builder.Customer(L"A", L"BALANCE=100.01|CREDIT_LIMIT=100")
@@ -68,21 +33,12 @@ TEST_F(FastSelectTest, RedRowsAreThoseOverAPositiveLimit) {
       .Customer(L"C", L"BALANCE=5000|CREDIT_LIMIT=0")
       .Customer(L"D", {{L"BALANCE", 0.1 + 0.2}, {L"CREDIT_LIMIT", 0.3}})
       .Customer(L"E", L"BALANCE=5000|CREDIT_LIMIT=-1");
-  for (const wchar_t* ref : {L"A", L"B"}) {
-    builder.Supplier(ref, {{L"BALANCE", ref[0] == L'A' ? 2.0 : 1.0}, {L"CREDIT_LIMIT", 1.0}});
-    builder.Nominal(ref);
-  }
   Open(builder);
-  const auto reds = [&](const FastSelectForm& form) {
-    std::wstring red;
-    Pick(form, [&](SelectDialog& dialog) {
-      for (const Row& row : dialog.list().rows()) red += row.color == kRed ? L'r' : L'-';
-    });
-    return red;
-  };
-  EXPECT_EQ(reds(kFastSelectCust), L"r----");
-  EXPECT_EQ(reds(kFastSelectSupp), L"r-");
-  EXPECT_EQ(reds(kFastSelectNom), L"--");
+  std::wstring red;
+  Pick(kFastSelectCust, [&](SelectDialog& dialog) {
+    for (const Row& row : dialog.list().rows()) red += row.color == kRed ? L'r' : L'-';
+  });
+  EXPECT_EQ(red, L"r----");
 }
 
 TEST_F(FastSelectTest, TypeAheadGoesToTheFirstReferenceWithThatCharacter) {
@@ -101,9 +57,11 @@ TEST_F(FastSelectTest, TypeAheadGoesToTheFirstReferenceWithThatCharacter) {
     EXPECT_EQ(after(L'\b'), L"BAB1");
     EXPECT_EQ(after(L'é'), L"ÉCL1");
     EXPECT_EQ(after(L'*'), L"*ST1");
-    EXPECT_EQ(after(L'a'), L"ABC1");
     EXPECT_EQ(after(L'd'), L"-");
     EXPECT_FALSE(dialog.ok_enabled());
+    dialog.KeyPress(kEnterKey);
+    dialog.DoubleClick();
+    EXPECT_TRUE(dialog.visible());
   });
 }
 
@@ -155,46 +113,6 @@ TEST_F(FastSelectTest, TheRowCountIsTheCompanysWhateverTheFileHolds) {
   EXPECT_EQ(Pick(kFastSelectCust, nothing, L"A*"), L"");
 }
 
-TEST_F(FastSelectTest, NominalAcceptsPostingAccountsOnly) {
-  CompanyBuilder builder;
-  builder.Nominal(L"1001", L"ACCOUNT_TYPE=1")
-      .Nominal(L"1100", L"ACCOUNT_TYPE=2")
-      .Nominal(L"1200", L"ACCOUNT_TYPE=0");
-  Open(builder);
-  const auto try_all = [](SelectDialog& dialog) {
-    dialog.list().SelectItem(2);
-    dialog.Ok();
-    dialog.list().SelectItem(3);
-    dialog.KeyPress(kEnterKey);
-    EXPECT_TRUE(dialog.visible());
-    dialog.list().SelectItem(1);
-    dialog.DoubleClick();
-    EXPECT_FALSE(dialog.visible());
-  };
-  EXPECT_EQ(Pick(kFastSelectNom, try_all), L"1001");
-  const std::wstring refusal =
-      L"x Select Nominal Code: Entry to a major Control Account is not permitted";
-  EXPECT_EQ(environment_.TakeMessages(), (Texts{refusal, refusal}));
-}
-
-TEST_F(FastSelectTest, BankListsTheFirstTwelveDeletedOnesIncluded) {
-  CompanyBuilder builder;
-  for (int i = 34; i >= 20; --i) {
-    builder.Bank(std::to_wstring(i), {{L"DELETED_FLAG", i == 21}});
-  }
-  Open(builder);
-  const auto choose_last = [&](SelectDialog& dialog) {
-    EXPECT_EQ(engine_->records_read(), 1 + 12);  // all before they are shown
-    EXPECT_EQ(dialog.list().row_count(), 12);
-    EXPECT_EQ(Keys(dialog.list())[1], L"21");
-    dialog.KeyPress(L'3');  // item 11
-    EXPECT_EQ(Selected(dialog.list()), L"30");
-    dialog.list().End();
-    dialog.Ok();
-  };
-  EXPECT_EQ(Pick(kFastSelectBank, choose_last), L"31");
-}
-
 TEST(SelectRecordTest, ShowsTheRowsThatItWasGiven) {
   SelectRecordDialog dialog(L"Select Bank Account");
   EXPECT_FALSE(dialog.ok_enabled());
@@ -216,7 +134,7 @@ TEST_F(FastSelectTest, OpeningCostsTheSameWhateverTheLedgersSize) {
       EXPECT_EQ(dialog.list().row_count(), accounts);
       dialog.list().SetPageSize(20);
       EXPECT_EQ(engine_->records_read(), 1);  // ControlData's
-      dialog.list().rows();
+      for (int i = 0; i < 2; ++i) dialog.list().rows();
       EXPECT_EQ(engine_->records_read(), 1 + 20);
       operations.push_back(engine_->operations());
       dialog.list().End();
