@@ -13,14 +13,8 @@ TEST(Decimal, DifferencesAreThoseOfTheWrittenNumbers) {
   } const cases[] = {
       {10.3, 10.1, 0.2},
       {0.3, 0.1, 0.2},
-      {5, 7, -2},
-      {-0.1, 0.2, -0.3},
-      {1000000.1, 0.1, 1000000},
-      {123456789012.345, 123456789012.344, 0.001},
       {0.1 + 0.2, 0.3, 0},  // the noise is behind the fifteenth digit
       {1.0 / 3, 0.3, 0.033333333333333},
-      {1e-20, 1e-21, 9e-21},
-      {99999999999999.9, -0.1, 1e14},
       {742893.282994773, -479.969600195727, 743373.252594968727},  // rounded once
       // Beyond decimals, and too far apart for them.
       {1e300, 1e299, 1e300 - 1e299},
@@ -43,14 +37,8 @@ TEST(DecimalTest, FormatsWithFixedPlacesRoundingHalfAwayFromZero) {
                {0, 0, L"0."},
                {2.675, 2, L"2.68"},
                {-2.675, 2, L"-2.68"},
-               {0.0049, 2, L"0.00"},
                {-0.004, 2, L"0.00"},
-               {0.5, 0, L"1."},
-               {1234.5678, 1, L"1234.6"},
-               {1e15, 1, L"1000000000000000.0"},
                {4503599627370495.5, 1, L"4503599627370495.5"},
-               {1e-30, 3, L"0.000"},
-               {-1e-30, 0, L"0."},
                {1.23456789012345e-10, 12, L"0.000000000123"}};
   for (const auto& c : cases) EXPECT_EQ(FormatFixed(c.number, c.places), c.text);
 }

