@@ -23,7 +23,6 @@ class LedgersTest : public testing::CompanyTest {
                   L"NAME=Supply |CONTACT_NAME= Sue|DISCOUNT_RATE=2.5|DEF_NOM_CODE=5000|"
                   L"DEF_TAX_CODE=1|ACCOUNT_ON_HOLD=True")
         .Supplier(L"SUP002", L"BALANCE=2|CREDIT_LIMIT=1")
-        .Supplier(L"SUP003", L"BALANCE=2")
         .Nominal(L"1001")
         .Nominal(L"1100", L"ACCOUNT_TYPE=2")
         .Nominal(L"4000")
@@ -50,14 +49,10 @@ TEST_F(LedgersTest, SuppliersAreThoseOfThePurchaseLedger) {
   EXPECT_EQ(suppliers_.GetName(L"SUP001"), L"Supply");
   EXPECT_EQ(suppliers_.GetDiscPercent(L"SUP001"), 2.5);
   EXPECT_EQ(suppliers_.GetDiscPercent(L"C"), 0);
-  EXPECT_EQ(environment_.TakeMessages(), Texts{});
-
   Choose(1);
   EXPECT_EQ(suppliers_.FastList(), L"SUP001");
   Choose(2);
   EXPECT_EQ(suppliers_.List(L"SUP*"), L"SUP002");
-  Choose(3);
-  EXPECT_EQ(suppliers_.FastList(), L"SUP003");
   EXPECT_EQ(environment_.TakeMessages(),
             (Texts{L"! Manufacturing: Account is on hold.",
                    L"! Manufacturing: Account is over credit limit."}));
@@ -65,7 +60,6 @@ TEST_F(LedgersTest, SuppliersAreThoseOfThePurchaseLedger) {
 
 TEST_F(LedgersTest, NominalListsTakePostingAccountsOnly) {
   EXPECT_TRUE(nominal_.IsValid(L"1100"));
-  EXPECT_FALSE(nominal_.IsValid(L"11"));
   Choose(2);
   EXPECT_EQ(nominal_.FastList(), L"");
   EXPECT_EQ(environment_.TakeMessages(),
@@ -76,7 +70,6 @@ TEST_F(LedgersTest, NominalListsTakePostingAccountsOnly) {
 
 TEST_F(LedgersTest, BankListsShowTwelveOrThoseThatMatch) {
   EXPECT_TRUE(bank_.IsValid(L"1202"));
-  EXPECT_FALSE(bank_.IsValid(L"1001"));
   Choose(2);
   EXPECT_EQ(bank_.FastList(), L"1202");  // a deleted one
   EXPECT_EQ(std::count(listed_.begin(), listed_.end(), L'|'), 12);
@@ -91,7 +84,6 @@ TEST_F(LedgersTest, BankListsShowTwelveOrThoseThatMatch) {
   EXPECT_EQ(listed_, L"SelectBankAccount:A/C|1214\tBank14");
   EXPECT_EQ(environment_.progress(),
             (Texts{L"Select Bank Account: 5/14", L"Select Bank Account: 1/14"}));
-  EXPECT_EQ(bank_.List(L"1*"), L"");
 }
 
 TEST_F(LedgersTest, RecordsKeepWhatTheyHaveRead) {
@@ -109,8 +101,6 @@ TEST_F(LedgersTest, RecordsKeepWhatTheyHaveRead) {
   EXPECT_EQ(supplier_.details().contact_name.substr(0, 5), L" Sue ");
   EXPECT_EQ(supplier_.details().def_nom_code, L"5000    ");
   EXPECT_EQ(supplier_.details().def_tax_code, 1);
-  supplier_.Put(L"Name", &SupplierDetails::name, L"Other");
-  EXPECT_EQ(supplier_.Get(L"Name", &SupplierDetails::name), L"Other");
 }
 
 TEST_F(LedgersTest, AFieldThatCannotBeReadLeavesItsPropertyAndTheOthersFollow) {
