@@ -5,7 +5,6 @@
 
 #include "frame/error.h"
 #include "frame/text.h"
-#include "simulator/company.h"
 #include "simulator/simulator.h"
 #include "simulator/testing/company_builder.h"
 

@@ -6,13 +6,12 @@
 #include <utility>
 
 #include "frame/error.h"
-#include "simulator/simulator.h"
+#include "simulator/company.h"
 
 namespace ard::simulator {
 namespace {
 
 using engine::Match;
-using engine::Mode;
 
 TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
   const struct {
@@ -45,22 +44,6 @@ TEST(SyntheticLedgerTest, BehavesLikeTheSameLedgerInMemory) {
       ASSERT_EQ(ledger.FindKey(key, Match::kExact), copy->FindKey(key, Match::kExact)) << key;
       ASSERT_EQ(ledger.FindKey(key, Match::kPartial), copy->FindKey(key, Match::kPartial)) << key;
     }
-  }
-}
-
-TEST(SyntheticLedgerTest, TenMillionAccountsAreSharedOutAmongTheLetters) {
-  constexpr std::int32_t kAccounts = 10'000'000;
-  const auto engine = Simulator::OpenSynthetic(kAccounts);
-  const auto workspace = engine->workspace();
-  const auto file = workspace->CreateDataFile(L"SalesData");
-  const auto index = workspace->CreateIndex(L"SalesIndex");
-  ASSERT_TRUE(file->Open(Mode::kRead));
-  ASSERT_TRUE(index->Open(Mode::kRead));
-  for (wchar_t letter = L'A'; letter <= L'Z'; ++letter) {
-    ASSERT_TRUE(file->FindFirst(L"ACCOUNT_REF", std::wstring{letter, L'*'}));
-    index->SetKey(file->GetFields()->Item(L"ACCOUNT_REF")->GetValue());
-    ASSERT_TRUE(index->Find(Match::kExact));
-    ASSERT_NEAR(index->Position(), (letter - L'A') * (kAccounts / 26) + 1, 26);
   }
 }
 
