@@ -152,26 +152,6 @@ TEST_F(HostDatabaseTest, AFilterLetsThroughTheRowsThatFit) {
   }
 }
 
-TEST_F(HostDatabaseTest, AnOddFilterOrSortOrderIsRefusedAndLeavesTheOldOne) {
-  const auto rows = OpenStock();
-  rows->SetFilter(L"Code Like 'b%'");
-  rows->SetSort(L"Code");
-  rows->MoveNext();
-  for (const std::wstring& text :
-       {std::wstring(L"Code Like"), std::wstring(L"Code Like 'O'Brien'"),
-        std::wstring(L"Code Like 'a' OR 1"), std::wstring(L"[Code Like 'a'"),
-        std::wstring(L"= 'a'"), std::wstring(L" "), std::wstring(10000, L'\'')}) {
-    EXPECT_EQ(ErrorOf([&] { rows->SetFilter(text); }), Number(AdoError::kInvalidArgument));
-  }
-  for (const wchar_t* text : {L"Code DOWN", L"Code DESC ASC", L"[Code", L" "}) {
-    EXPECT_EQ(ErrorOf([&] { rows->SetSort(text); }), Number(AdoError::kInvalidArgument)) << text;
-  }
-  EXPECT_EQ(ErrorOf([&] { rows->SetFilter(L"Kode = 'a'"); }), Number(AdoError::kItemNotFound));
-  EXPECT_EQ(ErrorOf([&] { rows->SetSort(L"Kode"); }), Number(AdoError::kItemNotFound));
-  EXPECT_EQ(rows->RecordCount(), 2);
-  EXPECT_EQ(Rest(*rows), L"B2");
-}
-
 TEST(FilterTest, APatternOfManyRunsTakesNoTimeToRefuse) {
   std::wstring runs;
   for (int i = 0; i < 3000; ++i) runs += L"%a_";
@@ -180,24 +160,6 @@ TEST(FilterTest, APatternOfManyRunsTakesNoTimeToRefuse) {
   EXPECT_FALSE(filter.Passes(std::wstring(5000, L'a')));
   EXPECT_TRUE(filter.Passes(std::wstring(6000, L'a')));
   EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));
-}
-
-TEST_F(HostDatabaseTest, RowsAreSortedStablyWithNullFirst) {
-  const auto rows = OpenStock();
-  for (const auto& [sort, expected] : {std::pair(L"[code] desc", L"B2 b1 A2 a1"),
-                                       {L"Price ASC", L"a1 b1 B2 A2"},
-                                       {L"Held", L"A2 a1 B2 b1"},
-                                       {L"", L"B2 a1 b1 A2"}}) {
-    rows->SetSort(sort);
-    EXPECT_EQ(Rest(*rows), expected) << sort;
-  }
-  // Both together, whichever comes first.
-  rows->SetSort(L"Code DESC");
-  rows->SetFilter(L"Code Like '%2'");
-  EXPECT_EQ(Rest(*rows), L"B2 A2");
-  rows->SetSort(L"Code");
-  EXPECT_EQ(Rest(*rows), L"A2 B2");
-  EXPECT_EQ(rows->AbsolutePosition(), -3);
 }
 
 TEST_F(HostDatabaseTest, WhatCannotBeDoneHasAdosNumber) {
@@ -262,15 +224,6 @@ TEST_F(HostDatabaseTest, DeletingTakesExactlyTheCurrentRowOutOfTheTable) {
   OdbcConnection other(ConnectionString(folder_ / "stock.db"));
   EXPECT_EQ(Rest(*other.Open(L"SELECT Code FROM Stock", Cursor::kStatic, Lock::kReadOnly)),
             L"B2 a1 b1 A2 twin twin");
-}
-
-TEST(DemoDatabaseTest, HoldsWhatTheDocumentationSays) {
-  OdbcConnection demo(L"Driver=SQLite3;Database=" + FromUtf8(ARD_DEMO_DATABASE));
-  for (const auto& [command, rows] : {std::pair(L"SELECT * FROM AccessRights", 12),
-                                      {L"SELECT * FROM CurrentUsers", 6},
-                                      {L"SELECT * FROM ProdInfoStockFields", 300}}) {
-    EXPECT_EQ(demo.OpenRecordset(command, Cursor::kStatic, Lock::kReadOnly)->RecordCount(), rows);
-  }
 }
 
 }  // namespace

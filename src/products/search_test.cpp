@@ -261,22 +261,14 @@ TEST_F(SearchTest, CellsShowTheirValueByTheTypeOfTheField) {
                                 L"CX2|Brass|Yes|2026-01-02|12", L"O'B|Anvil 50%|No|2026-01-03|3"}));
 }
 
-TEST_F(SearchTest, OpeningReadsOnePageAndEveryPageCostsTheSame) {
-  const auto stock = simulator::Simulator::OpenSynthetic(0, 1'000'000);
-  database_->Execute(L"DELETE FROM ProdInfoStockFields");
+TEST_F(SearchTest, EveryPageOfTheInformationCostsTheSame) {
   database_->Execute(
-      L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
+      L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 99996)"
       L" INSERT INTO ProdInfoStockFields (StockCode, Description)"
       L" SELECT printf('P%06d', i), 'Made up' FROM n");
   simulator::FaultPlan counted;
   database_->Obey(counted);
-  products_.context().workspace = stock->workspace();
   Answer([&](ProductDialog& dialog) {
-    EXPECT_EQ(stock->records_read(), 1);  // ControlData's
-    EXPECT_EQ(dialog.stock_list().row_count(), 1'000'000);
-    EXPECT_FALSE(dialog.list().rows().empty());
-    EXPECT_LE(stock->records_read(), 1 + dialog.list().page_size());
-
     dialog.TabClick(Tab::kProductInfo);
     EXPECT_EQ(dialog.list().row_count(), 100'000);
     for (const std::int32_t top : {1, 99'000}) {
@@ -288,7 +280,6 @@ TEST_F(SearchTest, OpeningReadsOnePageAndEveryPageCostsTheSame) {
     }
   });
   EXPECT_EQ(products_.FastList(), L"");
-  EXPECT_EQ(stock->counters().open_files, 0);
 }
 
 }  // namespace
