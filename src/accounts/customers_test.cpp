@@ -74,19 +74,6 @@ TEST_F(CustomersTest, WarnsAboutTheChoiceAndReturnsIt) {
   }
 }
 
-TEST_F(CustomersTest, TheTraceTellsWhatTheUserSawAndNoFieldValues) {
-  OpenUsual();
-  std::string trace;
-  environment_.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
-  Choose(2);
-  customers_.FastList();
-  customers_.GetName(L"ABC001");
-  EXPECT_NE(trace.find("\tmessage\tManufacturing\tAccount is on hold.\n"), std::string::npos);
-  EXPECT_NE(trace.find("\tcall\tCustomers.FastList\t"), std::string::npos);
-  EXPECT_EQ(trace.find("ABC Ltd"), std::string::npos);
-  EXPECT_EQ(trace.find("\tskip\t"), std::string::npos) << trace;
-}
-
 // The account can go between the moment it was listed and the moment it is chosen: its row's colour
 // and what a blank record says of it are shown all the same, but for the on-hold test.
 TEST_F(CustomersTest, AChosenAccountThatCannotBeFoundHasNoTerms) {

@@ -71,7 +71,7 @@ TEST(PublicClassTest, RecordsCallsAndKeepsWhatWasAssignedBeforeAFailure) {
   EXPECT_EQ(sample.Half(-8), -4);
   ASSERT_EQ(lines.size(), 3u);
   EXPECT_EQ(Rest(lines[0]).rfind("call\tSample.Half\t", 0), 0u) << lines[0];
-  EXPECT_NE(lines[0].find(" us\tLong"), std::string::npos) << lines[0];
+  EXPECT_TRUE(lines[0].ends_with(" us\tLong")) << lines[0] << ": the kind of the answer alone";
   EXPECT_EQ(Rest(lines[1]), "skip\tSample.Half\t0x8002000A\tOverflow.");
 }
 

@@ -153,6 +153,8 @@ TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
   EXPECT_EQ(environment_.settings()[kName], L"BOB");
   EXPECT_EQ(messaging_.session().pass_logged, L"Secret");
   EXPECT_NE(trace.find("Messaging.LogonUser"), std::string::npos);
+  EXPECT_NE(trace.find("\tmessage\t Manufacturing \tYou must enter a user name.\n"),
+            std::string::npos);
   EXPECT_EQ(trace.find("ecret"), std::string::npos);
 }
 
