@@ -172,10 +172,10 @@ TEST_F(ListModelTest, HugeLists) {
 // Whatever the user does, the page shown is the right one, and what is picked is what a plain set
 // of positions would hold.
 TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
+  list_.SetMultiple();
   std::mt19937 random(20061013);
   const auto upto = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
   for (int round = 0; round < 100; ++round) {
-    if (round == 50) list_.SetMultiple();
     source_.deleted.clear();
     const std::int32_t count = upto(round % 2 ? 60 : 200);
     for (int i = 0; i < count / 3; ++i) source_.deleted.insert(1 + upto(count));
@@ -225,8 +225,8 @@ TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
         anchor = 0;
         continue;
       }
-      if (!list_.multiple() || (moved && pick == Pick::kOnly)) expected = {cursor};
-      if (moved && list_.multiple()) {
+      if (moved) {
+        if (pick == Pick::kOnly) expected = {cursor};
         if (pick == Pick::kToggle && !expected.erase(cursor)) expected.insert(cursor);
         const bool anchors = pick == Pick::kOnly || pick == Pick::kToggle;
         if (anchors || (pick == Pick::kExtend && anchor == 0)) anchor = cursor;
