@@ -18,7 +18,6 @@ TEST(Decimal, DifferencesAreThoseOfTheWrittenNumbers) {
       {742893.282994773, -479.969600195727, 743373.252594968727},  // rounded once
       // Beyond decimals, and too far apart for them.
       {1e300, 1e299, 1e300 - 1e299},
-      {123456789012345, 1e-10, 123456789012345},
       {std::numeric_limits<double>::infinity(), 1, std::numeric_limits<double>::infinity()},
   };
   for (const auto& c : cases) {
