@@ -45,6 +45,7 @@ TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
       {L"TYPE2", L"BOLT", 10, 1, 6.1, L"5.10,1.00,,13.90,Table A"},
       {L"TYPE2", L"BOLT", -100, 1, 5.1, L"5.10,,,14.90,Table A"},
       {L"TYPE3", L"BOLT", 5, 1, 7.6, L"5.10,2.50,,12.40,Table B"},
+      {L"TYPE4", L"BOLT", 100, 1, 12.1, L"5.10,7.00,,7.90,Table C"},
       {L"TYPE4", L"BOLT", 60, 1, 25.1, L"5.10,20.00,,-5.10,Table C"},
       {L"TYPE6", L"BOLT", 100, 1, 5.1, L"5.10,,,14.90,Table E"},
       {L"?", L"BOLT", 100, 1, 0, L",,,20.00,"},
