@@ -59,36 +59,24 @@ ScopedVariant Variant(IDispatch* object) {
   return variant;
 }
 
-ScopedVariant LeftOut() {
-  ScopedVariant variant;
-  variant.vt = VT_ERROR;
-  variant.scode = DISP_E_PARAMNOTFOUND;
-  return variant;
-}
-
 HRESULT LateBound::Invoke(const wchar_t* member, WORD flags, std::vector<ScopedVariant> arguments,
-                          VARIANT* result, const std::vector<const wchar_t*>& names) const {
-  std::vector<wchar_t*> all = {const_cast<wchar_t*>(member)};
-  for (const wchar_t* name : names) all.push_back(const_cast<wchar_t*>(name));
-  std::vector<DISPID> ids(all.size());
-  const HRESULT status = object_->GetIDsOfNames(IID_NULL, all.data(), static_cast<UINT>(all.size()),
-                                                LOCALE_NEUTRAL, ids.data());
+                          VARIANT* result) const {
+  auto* name = const_cast<wchar_t*>(member);
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT status = object_->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_NEUTRAL, &id);
   if (FAILED(status)) return status;
-  // The last argument comes first, and so does its name.
-  std::reverse(arguments.begin(), arguments.end());
-  std::vector<DISPID> named(ids.rbegin(), ids.rend() - 1);
-  if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) named = {DISPID_PROPERTYPUT};
-  DISPPARAMS parameters = {arguments.data(), named.data(), static_cast<UINT>(arguments.size()),
-                           static_cast<UINT>(named.size())};
-  return object_->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, flags, &parameters, result, nullptr,
+  std::ranges::reverse(arguments);  // the last argument comes first
+  DISPID value = DISPID_PROPERTYPUT;
+  const bool puts = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
+  DISPPARAMS parameters = {arguments.data(), &value, static_cast<UINT>(arguments.size()), puts};
+  return object_->Invoke(id, IID_NULL, LOCALE_NEUTRAL, flags, &parameters, result, nullptr,
                          nullptr);
 }
 
-ScopedVariant LateBound::Call(const wchar_t* member, std::vector<ScopedVariant> arguments,
-                              const std::vector<const wchar_t*>& names) const {
+ScopedVariant LateBound::Call(const wchar_t* member, std::vector<ScopedVariant> arguments) const {
   ScopedVariant result;
   const HRESULT status =
-      Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, std::move(arguments), &result, names);
+      Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, std::move(arguments), &result);
   if (FAILED(status)) {
     result.vt = VT_ERROR;
     result.scode = status;

@@ -95,24 +95,46 @@ ComPtr<Interface> As(IUnknown* object) {
   return result;
 }
 
+// An object that is no workspace: it has no member that the library knows, or every call fails.
+class ForeignObject : public IDispatch {
+ public:
+  HRESULT status = DISP_E_MEMBERNOTFOUND;
+  ULONG references = 1;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
+    *object = known ? this : nullptr;
+    if (known) AddRef();
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return DISP_E_UNKNOWNNAME;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) override {
+    return status;
+  }
+};
+
 // Arguments.
 ScopedVariant Variant(std::wstring_view text);
 ScopedVariant Variant(const wchar_t* text);
 ScopedVariant Variant(long value);
 ScopedVariant Variant(IDispatch* object);
-ScopedVariant LeftOut();  // an optional one
 
 // An object used as a script does: members by name.
 class LateBound {
  public:
   explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
 
-  // The last arguments are those with `names`.
   HRESULT Invoke(const wchar_t* member, WORD flags, std::vector<ScopedVariant> arguments,
-                 VARIANT* result, const std::vector<const wchar_t*>& names = {}) const;
+                 VARIANT* result) const;
   // The result of a call; of the type VT_ERROR, with the status, when it failed.
-  ScopedVariant Call(const wchar_t* member, std::vector<ScopedVariant> arguments = {},
-                     const std::vector<const wchar_t*>& names = {}) const;
+  ScopedVariant Call(const wchar_t* member, std::vector<ScopedVariant> arguments = {}) const;
   template <class... Arguments>
   ScopedVariant Ask(const wchar_t* member, Arguments&&... arguments) const {
     std::vector<ScopedVariant> list;

@@ -204,38 +204,5 @@ TEST_F(TypeLibrary, InterfacesAreDualAndHaveTheirMembersInOrder) {
   EXPECT_TRUE(found == kPublished) << ToUtf8(found);
 }
 
-// What the type library says a member is, the object does: each is known under its id in its way,
-// and takes that many arguments.
-TEST_F(TypeLibrary, ObjectsAnswerToIt) {
-  for (const ClassIdentity& identity : kClasses) {
-    const ComPtr<IDispatch> object = CreateObject(ProgId(identity));
-    ASSERT_TRUE(object);
-    UINT count = 0;
-    ASSERT_EQ(object->GetTypeInfoCount(&count), S_OK);
-    EXPECT_EQ(count, 1u);
-    ComPtr<ITypeInfo> info;
-    ASSERT_EQ(object->GetTypeInfo(0, LOCALE_NEUTRAL, info.Receive()), S_OK);
-    EXPECT_EQ(Text(AttributesOf(info.get()).guid), identity.interface_id);
-    ComPtr<ITypeInfo> none;
-    EXPECT_EQ(object->GetTypeInfo(1, LOCALE_NEUTRAL, none.Receive()), DISP_E_BADINDEX);
-
-    const UINT functions = AttributesOf(info.get()).cFuncs;
-    for (UINT i = 0; i < functions; ++i) {
-      FUNCDESC* function = nullptr;
-      ASSERT_EQ(info->GetFuncDesc(i, &function), S_OK);
-      if (function->memid < 0x60000000) {
-        std::vector<ScopedVariant> arguments(static_cast<std::size_t>(function->cParams) + 1);
-        DISPPARAMS parameters = {arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-        EXPECT_EQ(object->Invoke(function->memid, IID_NULL, LOCALE_NEUTRAL,
-                                 static_cast<WORD>(function->invkind), &parameters, nullptr,
-                                 nullptr, nullptr),
-                  DISP_E_BADPARAMCOUNT)
-            << function->memid;
-      }
-      info->ReleaseFuncDesc(function);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace ard::windows
