@@ -19,6 +19,9 @@ using Answer = std::function<HRESULT(VARIANT& result, EXCEPINFO& exception)>;
 // What the objects of one engine were asked, and what they are to answer: an object as a rule.
 struct Recorder {
   std::vector<std::wstring> lookups;
+  WORD flags = 0;              // of the last call
+  std::vector<VARTYPE> types;  // of its arguments, the last one first
+  LONG number = 0;             // the last one, where it is one
   HRESULT lookup_status = S_OK;
   Answer answer;
   int living = 0;
@@ -37,8 +40,14 @@ class EngineObject final : public ComObject<IDispatch> {
     ids[0] = static_cast<DISPID>(recorder_.lookups.size());
     return recorder_.lookup_status;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
-                                   EXCEPINFO* exception, UINT*) override {
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO* exception, UINT*) override {
+    recorder_.flags = flags;
+    recorder_.types.clear();
+    for (UINT i = 0; i < parameters->cArgs; ++i) {
+      recorder_.types.push_back(parameters->rgvarg[i].vt);
+    }
+    recorder_.number = LastNumber(*parameters);
     VARIANT ignored{};
     VARIANT& answer = result ? *result : ignored;
     if (recorder_.answer) return recorder_.answer(answer, *exception);
@@ -50,6 +59,13 @@ class EngineObject final : public ComObject<IDispatch> {
 
  private:
   ~EngineObject() override { --recorder_.living; }
+
+  static LONG LastNumber(const DISPPARAMS& parameters) {
+    if (parameters.cArgs == 0) return 0;
+    const VARIANT& last = parameters.rgvarg[0];
+    if (last.vt == (VT_BYREF | VT_I4)) return *last.plVal;
+    return last.vt == VT_I4 ? last.lVal : last.vt == VT_BOOL ? last.boolVal : 0;
+  }
 
   Recorder& recorder_;
 };
@@ -126,6 +142,32 @@ TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
     EXPECT_EQ(recorder.lookups, (std::vector<std::wstring>{
                                     L"Transactions", L"Item", L"Count", L"Name", L"Value", L"Value",
                                     L"Value", L"CustomerUnitPrice", L"SupplierUnitPrice"}));
+  }
+}
+
+TEST_F(LateBoundTest, ArgumentsGoAsTheEngineTakesThem) {
+  constexpr WORD kAsk = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+  const struct {
+    std::function<void(Seam&)> act;
+    WORD flags;
+    std::vector<VARTYPE> types;
+    LONG number = 0;
+  } cases[] = {
+      {[](Seam& s) { s.file->Open(engine::Mode::kRead); }, kAsk, {VT_I4}, 64},
+      {[](Seam& s) { s.file->Open(engine::Mode::kAppend); }, kAsk, {VT_I4}, 33},
+      {[](Seam& s) { s.file->Read(7); }, kAsk, {VT_BYREF | VT_I4}, 7},
+      {[](Seam& s) { s.file->FindNext(L"NAME", 3); }, kAsk, {VT_I4, VT_BSTR}, 3},
+      {[](Seam& s) { s.record->Find(engine::Match::kExact); }, kAsk, {VT_BOOL}, VARIANT_FALSE},
+      {[](Seam& s) { s.record->Find(engine::Match::kPartial); }, kAsk, {VT_BOOL}, VARIANT_TRUE},
+      {[](Seam& s) { s.record->SetExtraText(L"a"); }, DISPATCH_PROPERTYPUT, {VT_BSTR}},
+      {[](Seam& s) { s.record->AddNew(); }, DISPATCH_METHOD, {}},
+  };
+  Tell(Number(VT_BOOL, -1));
+  for (const auto& c : cases) {
+    c.act(*seam);
+    EXPECT_EQ(recorder.flags, c.flags);
+    EXPECT_EQ(recorder.types, c.types);
+    EXPECT_EQ(recorder.number, c.number);
   }
 }
 
