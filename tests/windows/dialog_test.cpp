@@ -72,7 +72,6 @@ class LedgerDialog : public Ledger, public dialogs::SelectDialog {
   }
 
   std::wstring typed;
-  bool accepts = true;
 
  protected:
   // A digit d goes to account d00.
@@ -80,7 +79,6 @@ class LedgerDialog : public Ledger, public dialogs::SelectDialog {
     typed += key;
     if (key >= L'1' && key <= L'9') list().SelectItem((key - L'0') * 100);
   }
-  bool Accepts(const Row&) override { return accepts; }
 };
 
 class DialogTest : public testing::WindowTest {
@@ -215,34 +213,6 @@ TEST_F(DialogTest, EndsWhenItsThreadQuitsOrItsOwnerGoes) {
   LedgerDialog orphan(kMany);
   ShowAsIs(orphan, [&] { host_.Ask([&] { DestroyWindow(host_.window()); }); });
   EXPECT_FALSE(orphan.result());
-}
-
-TEST_F(DialogTest, WithoutARowThereIsNoOk) {
-  LedgerDialog dialog(0);
-  Show(dialog, [&](const View& view) {
-    EXPECT_EQ(view.rows(), 0);
-    EXPECT_FALSE(IsWindowEnabled(view.ok));
-    Keys(L"{Down}{Up}{PgDn}{PgUp}{End}{Home}{Enter}");
-    TurnWheel(MiddleOf(view.list), -WHEEL_DELTA);
-    ClickOn(MiddleOf(view.list), 2);
-    EXPECT_TRUE(IsWindowVisible(view.dialog));
-    EXPECT_EQ(dialog.pages, 0);
-    Keys(L"{Tab}{Space}");  // Cancel is next to the list
-    ExpectClosed(view.dialog);
-  });
-  EXPECT_FALSE(dialog.result());
-}
-
-TEST_F(DialogTest, RefusedRowKeepsTheDialogOpen) {
-  LedgerDialog dialog(kMany);
-  dialog.accepts = false;
-  Show(dialog, [&](const View& view) {
-    Keys(L"{Enter}");
-    ClickOn(MiddleOf(view.ok));
-    ClickOn(view.RowPoint(3), 2);
-    EXPECT_TRUE(IsWindowVisible(view.dialog));
-  });
-  EXPECT_FALSE(dialog.result());
 }
 
 TEST_F(DialogTest, ClickSelectsAndBlankSpaceDoesNot) {
@@ -493,17 +463,6 @@ TEST_F(DialogTest, OpensWithoutAnOwner) {
     Keys(L"{Enter}");
   });
   EXPECT_TRUE(dialog.result());
-}
-
-TEST_F(DialogTest, MessagesBelongToTheActiveWindow) {
-  for (const Icon icon : {Icon::kExclamation, Icon::kStop}) {
-    Work(
-        L"Title", [&] { environment_.ShowMessage(icon, L"First.\r\n\r\nSecond.", L"Title"); },
-        [&](HWND box) {
-          EXPECT_EQ(testing::TextOf(GetDlgItem(box, 0xFFFF)), L"First.\r\n\r\nSecond.");
-          Keys(L"{Enter}");
-        });
-  }
 }
 
 }  // namespace

@@ -5,40 +5,13 @@
 #include <commctrl.h>
 // clang-format on
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
-#include <utility>
-#include <vector>
 
 #include "frame/text.h"
 
 namespace ard::windows::testing {
 namespace {
-
-// How many GDI and user objects the process has. Wine does not count them; there, the highest
-// numbers among a few new ones tell, since the numbers of objects that are gone are used again.
-std::pair<int, int> GuiObjects() {
-  const HANDLE process = GetCurrentProcess();
-  const auto gdi = static_cast<int>(GetGuiResources(process, GR_GDIOBJECTS));
-  const auto user = static_cast<int>(GetGuiResources(process, GR_USEROBJECTS));
-  if (gdi + user > 0) return {gdi, user};
-
-  constexpr int kProbes = 200;
-  std::vector<HFONT> fonts;
-  std::vector<HMENU> menus;
-  std::pair<int, int> highest;
-  for (int i = 0; i < kProbes; ++i) {
-    fonts.push_back(CreateFontW(10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
-    menus.push_back(CreateMenu());
-    highest.first = std::max(highest.first, static_cast<int>(LOWORD(fonts.back())));
-    highest.second = std::max(highest.second, static_cast<int>(LOWORD(menus.back())));
-  }
-  for (const HFONT font : fonts) DeleteObject(font);
-  for (const HMENU menu : menus) DestroyMenu(menu);
-  return highest;
-}
 
 // To be called on the thread of the windows.
 Ink CountInk(const View& view, int row) {
@@ -53,9 +26,7 @@ Ink CountInk(const View& view, int row) {
       const COLORREF pixel = GetPixel(dc, x, y);
       const int red = GetRValue(pixel);
       const int green = GetGValue(pixel);
-      const int blue = GetBValue(pixel);
-      if (red - std::max(green, blue) > kClearly) ++ink.red;
-      if (blue - std::max(red, green) > kClearly) ++ink.blue;
+      if (red - std::max(green, static_cast<int>(GetBValue(pixel))) > kClearly) ++ink.red;
       const int difference =
           std::abs(red - GetRValue(background)) + std::abs(green - GetGValue(background));
       if (difference > 150) ++ink.any;
@@ -96,12 +67,6 @@ std::wstring View::Selected() const {
     if (!cells.empty()) cells += L' ';
     cells += Cell(row, 0);
   }
-}
-
-std::wstring View::Cursor() const {
-  const auto row =
-      static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
-  return row < 0 ? std::wstring() : Cell(row, 0);
 }
 
 HWND View::Header() const {
@@ -167,17 +132,6 @@ SIZE SizeOf(HWND window) {
 void Resize(HWND window, SIZE size) {
   SetWindowPos(window, nullptr, 0, 0, static_cast<int>(size.cx), static_cast<int>(size.cy),
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-void ExpectNothingLeftBehind(const std::function<void()>& open_and_close) {
-  constexpr int kCycles = 200;
-  for (int i = 0; i < 10; ++i) open_and_close();
-  const auto before = GuiObjects();
-  for (int i = 0; i < kCycles; ++i) open_and_close();
-  const auto after = GuiObjects();
-  // One object that stays each time would be `kCycles` more.
-  EXPECT_LT(after.first - before.first, kCycles / 2);
-  EXPECT_LT(after.second - before.second, kCycles / 2);
 }
 
 }  // namespace ard::windows::testing

@@ -4,7 +4,6 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <string>
 
 #include "tests/windows/window_driver.h"
@@ -20,8 +19,6 @@ struct View {
   std::wstring Cell(int row, int column) const;
   // The first cells of the selected rows in view, with a blank between.
   std::wstring Selected() const;
-  // The first cell of the row that the focus rectangle is on; "" when that is none in view.
-  std::wstring Cursor() const;
 
   HWND Header() const;
   // The middle of a column's header, on the screen.
@@ -43,11 +40,10 @@ struct View {
   HWND cancel;
 };
 
-// Pixels of the row's cells that are clearly red or blue, and those that differ from its
+// Pixels of the row's cells that are clearly red, and those that differ from its
 // background.
 struct Ink {
   int red = 0;
-  int blue = 0;
   int any = 0;
   COLORREF background = 0;
 };
@@ -56,9 +52,6 @@ Ink InkOf(const Host& host, const View& view, int row);
 RECT RectOf(HWND window);
 SIZE SizeOf(HWND window);
 void Resize(HWND window, SIZE size);
-
-// Calls `open_and_close` often, and expects no more GDI and user objects from that.
-void ExpectNothingLeftBehind(const std::function<void()>& open_and_close);
 
 }  // namespace ard::windows::testing
 

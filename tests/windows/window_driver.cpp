@@ -206,13 +206,6 @@ bool Eventually(const std::function<bool()>& condition) {
   return true;
 }
 
-void CloseWhenSeen(const wchar_t* title) {
-  Eventually([&] {
-    const HWND window = FindWindowW(nullptr, title);
-    return window && IsWindowVisible(window) && PostMessageW(window, WM_CLOSE, 0, 0);
-  });
-}
-
 HWND Descendant(HWND parent, std::wstring_view window_class) {
   HWND found = nullptr;
   for (HWND child = GetWindow(parent, GW_CHILD); child && !found;

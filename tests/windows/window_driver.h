@@ -50,9 +50,6 @@ class Host {
 // Polls `condition` for a few seconds; whether it has come true.
 bool Eventually(const std::function<bool()>& condition);
 
-// Waits for a window of that title and closes it, whatever else it does.
-void CloseWhenSeen(const wchar_t* title);
-
 // The visible window of that class inside `parent`, at any depth.
 HWND Descendant(HWND parent, std::wstring_view window_class);
 std::wstring TextOf(HWND window);
