@@ -19,7 +19,8 @@ using Answer = std::function<HRESULT(VARIANT& result, EXCEPINFO& exception)>;
 // What the objects of one engine were asked, and what they are to answer: an object as a rule.
 struct Recorder {
   std::vector<std::wstring> lookups;
-  WORD flags = 0;              // of the last call
+  DISPID id = DISPID_UNKNOWN;  // of the last call
+  WORD flags = 0;
   std::vector<VARTYPE> types;  // of its arguments, the last one first
   LONG number = 0;             // the last one, where it is one
   HRESULT lookup_status = S_OK;
@@ -40,8 +41,9 @@ class EngineObject final : public ComObject<IDispatch> {
     ids[0] = static_cast<DISPID>(recorder_.lookups.size());
     return recorder_.lookup_status;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override {
+    recorder_.id = id;
     recorder_.flags = flags;
     recorder_.types.clear();
     for (UINT i = 0; i < parameters->cArgs; ++i) {
@@ -72,15 +74,19 @@ class EngineObject final : public ComObject<IDispatch> {
 
 // One object of each kind, behind the seam.
 struct Seam {
-  explicit Seam(Recorder& recorder) : workspace(WrapWorkspace(New(recorder).get())) {}
+  explicit Seam(Recorder& recorder)
+      : workspace(WrapWorkspace(New(recorder).get())), engine(WrapEngine(New(recorder).get())) {}
 
   static ComPtr<IDispatch> New(Recorder& recorder) {
     return ComPtr<IDispatch>::Adopt(new EngineObject(recorder));
   }
 
   std::shared_ptr<engine::Workspace> workspace;
+  std::shared_ptr<engine::Engine> engine;
+  std::unique_ptr<engine::EngineError> error = engine->LastError();
   std::unique_ptr<engine::DataFileObject> file = workspace->CreateDataFile(L"SalesData");
   std::unique_ptr<engine::RecordObject> record = workspace->CreateRecord(L"SalesRecord");
+  std::unique_ptr<engine::IndexObject> index = workspace->CreateIndex(L"SalesIndex");
   std::unique_ptr<engine::TransactionsObject> transactions = record->Transactions();
   std::unique_ptr<engine::PricingObject> pricing = workspace->CreatePricing();
   std::unique_ptr<engine::Fields> fields = file->GetFields();
@@ -147,25 +153,42 @@ TEST_F(LateBoundTest, NamesAreLookedUpOncePerTypeOfObjectAndWorkspace) {
 
 TEST_F(LateBoundTest, ArgumentsGoAsTheEngineTakesThem) {
   constexpr WORD kAsk = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+  constexpr WORD kCall = DISPATCH_METHOD;
+  using Types = std::vector<VARTYPE>;
   const struct {
+    DISPID id;
     std::function<void(Seam&)> act;
     WORD flags;
-    std::vector<VARTYPE> types;
+    Types types;  // the last one first
     LONG number = 0;
   } cases[] = {
-      {[](Seam& s) { s.file->Open(engine::Mode::kRead); }, kAsk, {VT_I4}, 64},
-      {[](Seam& s) { s.file->Open(engine::Mode::kAppend); }, kAsk, {VT_I4}, 33},
-      {[](Seam& s) { s.file->Read(7); }, kAsk, {VT_BYREF | VT_I4}, 7},
-      {[](Seam& s) { s.file->FindNext(L"NAME", 3); }, kAsk, {VT_I4, VT_BSTR}, 3},
-      {[](Seam& s) { s.record->Find(engine::Match::kExact); }, kAsk, {VT_BOOL}, VARIANT_FALSE},
-      {[](Seam& s) { s.record->Find(engine::Match::kPartial); }, kAsk, {VT_BOOL}, VARIANT_TRUE},
-      {[](Seam& s) { s.record->SetExtraText(L"a"); }, DISPATCH_PROPERTYPUT, {VT_BSTR}},
-      {[](Seam& s) { s.record->AddNew(); }, DISPATCH_METHOD, {}},
+      {1, [](Seam& s) { s.error->Number(); }, kAsk, {}},
+      {2, [](Seam& s) { s.error->Text(); }, kAsk, {}},
+      {3, [](Seam& s) { s.workspace->Version(); }, kAsk, {}},
+      {4, [](Seam& s) { s.workspace->Connect(L"", L"", L"", L""); }, kAsk, Types(4, VT_BSTR)},
+      {6, [](Seam& s) { s.workspace->Disconnect(); }, kCall, {}},
+      {7, [](Seam& s) { s.workspace->ConnectNT(L"", L"", L"", L""); }, kAsk, Types(4, VT_BSTR)},
+      {0x10009, [](Seam& s) { s.file->Open(engine::Mode::kRead); }, kAsk, {VT_I4}, 64},
+      {0x10009, [](Seam& s) { s.file->Open(engine::Mode::kAppend); }, kAsk, {VT_I4}, 33},
+      {0x10003, [](Seam& s) { s.file->Read(7); }, kAsk, {VT_BYREF | VT_I4}, 7},
+      {0x1000b, [](Seam& s) { s.file->FindFirst(L"A", 3); }, kAsk, {VT_I4, VT_BSTR}, 3},
+      {0x1000c, [](Seam& s) { s.file->FindNext(L"A", 3); }, kAsk, {VT_I4, VT_BSTR}, 3},
+      {0x2000c, [](Seam& s) { s.record->Find(engine::Match::kExact); }, kAsk, {VT_BOOL}, 0},
+      {0x2000c, [](Seam& s) { s.record->Find(engine::Match::kPartial); }, kAsk, {VT_BOOL}, -1},
+      {0x2000f, [](Seam& s) { s.record->Edit(); }, kCall, {}},
+      {0x20011, [](Seam& s) { s.record->SetExtraText(L"a"); }, DISPATCH_PROPERTYPUT, {VT_BSTR}},
+      {0x10006, [](Seam& s) { s.transactions->Count(); }, kAsk, {}},
+      {0x20004, [](Seam& s) { s.transactions->MoveFirst(); }, kCall, {}},
+      {0x10001, [](Seam& s) { s.index->SetKey(L"A"); }, DISPATCH_PROPERTYPUT, {VT_BSTR}},
+      {0x10003, [](Seam& s) { s.index->Position(); }, kAsk, {}},
+      {0x1000d, [](Seam& s) { s.index->MoveTo(12); }, kCall, {VT_I4}, 12},
+      {4, [](Seam& s) { s.field->Type(); }, kAsk, {}},
   };
   Tell(Number(VT_BOOL, -1));
   for (const auto& c : cases) {
     c.act(*seam);
-    EXPECT_EQ(recorder.flags, c.flags);
+    EXPECT_EQ(recorder.id, c.id);
+    EXPECT_EQ(recorder.flags, c.flags) << c.id;
     EXPECT_EQ(recorder.types, c.types);
     EXPECT_EQ(recorder.number, c.number);
   }
