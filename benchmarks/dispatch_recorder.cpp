@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "frame/error.h"
 #include "windows/engine/variant.h"
 
 namespace ard::benchmarks {
@@ -71,12 +72,43 @@ std::wstring NameOf(IDispatch* object, DISPID id) {
 
 DISPID property_put = DISPID_PROPERTYPUT;
 
+constexpr std::size_t kMostArguments = 8;
+
+// The arguments of one call, as any host has to make them: a server whose parameters are by
+// reference may put another text in place of the one that it is passed, so each call gets its own.
+class FreshArguments {
+ public:
+  explicit FreshArguments(const std::vector<ScopedVariant>& arguments) : count_(arguments.size()) {
+    if (count_ > kMostArguments) throw Error(kErrorFailed, L"An operation has too many arguments.");
+    for (std::size_t i = 0; i < count_; ++i) {
+      arguments_[i] = arguments[i];
+      if (arguments_[i].vt == VT_BSTR) {
+        const BSTR text = arguments_[i].bstrVal;
+        arguments_[i].bstrVal = SysAllocStringLen(text, SysStringLen(text));
+      }
+    }
+  }
+  FreshArguments(const FreshArguments&) = delete;
+  FreshArguments& operator=(const FreshArguments&) = delete;
+  ~FreshArguments() {
+    for (std::size_t i = 0; i < count_; ++i) {
+      if (arguments_[i].vt == VT_BSTR) SysFreeString(arguments_[i].bstrVal);
+    }
+  }
+
+  VARIANT* data() { return arguments_; }
+
+ private:
+  VARIANT arguments_[kMostArguments];
+  std::size_t count_;
+};
+
 // Repeats the operation, and leaves the object that it hands out in `handed_out`.
 void Repeat(const Step& step, IDispatch* object, ComPtr<IDispatch>* handed_out) {
   const bool puts = step.flags & DISPATCH_PROPERTYPUT;
-  DISPPARAMS parameters = {const_cast<ScopedVariant*>(step.arguments.data()),
-                           puts ? &property_put : nullptr, static_cast<UINT>(step.arguments.size()),
-                           puts ? 1U : 0U};
+  FreshArguments arguments(step.arguments);
+  DISPPARAMS parameters = {arguments.data(), puts ? &property_put : nullptr,
+                           static_cast<UINT>(step.arguments.size()), puts ? 1U : 0U};
   ScopedVariant result;
   EXCEPINFO exception{};
   const HRESULT status =

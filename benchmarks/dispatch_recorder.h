@@ -44,8 +44,8 @@ class DispatchProxy;
 
 class Recording {
  public:
-  // Asks the bare objects for the same again: ids and arguments are there, and results go when they
-  // went in the recording. What failed then fails now.
+  // Asks the bare objects for the same again: ids are known, texts are made for each operation as
+  // any host has to, and results go when they went in the recording. What failed then fails now.
   void Replay();
 
   const std::vector<Step>& steps() const { return steps_; }

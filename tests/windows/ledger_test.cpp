@@ -21,6 +21,8 @@ using testing::LateBound;
 
 constexpr long kSizes[] = {1'000, 1'000'000, 10'000'000};
 constexpr double kMostSlower = 1.2;
+// A timer looks for the page, so a time is known to a tick of it.
+constexpr double kTick = 16;  // milliseconds
 // Whatever else the machine does only adds to a time, so the fastest of some rounds is compared;
 // and as long as it is still in the way, there are more of them.
 constexpr int kRounds = 9;
@@ -111,7 +113,9 @@ void OpensWithOnePageInTheSameTime(const List& list, const VARIANT& connection) 
   std::map<long, double> fastest;
   double page = 0;
   int round = 0;
-  const auto same_time = [&] { return fastest[kSizes[2]] <= kMostSlower * fastest[kSizes[0]]; };
+  const auto same_time = [&] {
+    return fastest[kSizes[2]] <= kMostSlower * fastest[kSizes[0]] + kTick;
+  };
   for (; round < kRounds || (round < kMostRounds && !same_time()); ++round) {
     for (const long size : kSizes) {
       const Opening opening(list, size, connection);
