@@ -178,17 +178,19 @@ struct ListContents {
     });
     if (entries.empty()) at = 0;
   }
+  template <class Predicate>
+  std::size_t FindIf(Predicate predicate) const {
+    const auto found = std::find_if(entries.begin(), entries.end(), predicate);
+    return found == entries.end() ? 0 : static_cast<std::size_t>(found - entries.begin()) + 1;
+  }
   // The position of the first that is sought, 0 when there is none.
   std::size_t Find(const std::wstring& criteria) const {
-    const auto found = std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) {
-      return entry.account->IsSought(criteria);
-    });
-    return found == entries.end() ? 0 : static_cast<std::size_t>(found - entries.begin()) + 1;
+    return FindIf([&](const Entry& entry) { return entry.account->IsSought(criteria); });
   }
   // `otherwise` is where the file stands when there is none.
   void PositionOn(const std::wstring& criteria, const Account& otherwise) {
     at = Find(criteria);
-    if (at == 0) at = Find(otherwise.ref);
+    if (at == 0) at = FindIf([&](const Entry& entry) { return entry.account == &otherwise; });
   }
   void KeepSought(const std::wstring& criteria, const Account& otherwise) {
     std::erase_if(entries, [&](const Entry& e) { return !e.account->IsSought(criteria); });
