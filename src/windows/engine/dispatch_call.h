@@ -46,8 +46,8 @@ inline void Store(VARIANT& argument, ComPtr<IDispatch> object) {
 
 inline void Store(VARIANT& argument, const Value& value) { argument = ToVariant(value).Detach(); }
 
-// Arguments as a call takes them: on the stack, the last one first. Each owns its text, in memory of
-// the system's: a server whose parameters are by reference may free it and put another there.
+// Arguments as a call takes them: on the stack, the last one first. Each owns its text, in memory
+// of the system's: a server whose parameters are by reference may free it and put another there.
 template <class... Arguments>
 std::array<ScopedVariant, sizeof...(Arguments)> Reversed(const Arguments&... arguments) {
   std::array<ScopedVariant, sizeof...(Arguments)> list;
