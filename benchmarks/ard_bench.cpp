@@ -15,8 +15,10 @@
 #include "dialogs/fast_select.h"
 #include "dialogs/product_dialog.h"
 #include "engine/seam.h"
+#include "frame/error.h"
 #include "frame/text.h"
 #include "host_database/odbc_connection.h"
+#include "products/products.h"
 #include "simulator/testing/company_builder.h"
 #include "testing/members.h"
 #include "testing/operations.h"
@@ -175,6 +177,29 @@ bool AskEveryMember() {
   return met;
 }
 
+// A walk over a long price list, whose entry for this customer and product is the last.
+bool WalkPriceList() {
+  constexpr int kEntries = 1000;
+  simulator::CompanyBuilder company;
+  company.Customer(L"ABC").Product(L"BOLT", L"SALES_PRICE=5");
+  for (int i = 1; i <= kEntries; ++i) {
+    const std::wstring code = i < kEntries ? L"NUT" + std::to_wstring(i) : L"BOLT";
+    company.Record(L"PriceData", {{L"TYPE", std::int16_t{83}},
+                                  {L"EXT_REF", L"ABC"},
+                                  {L"STOCK_CODE", code},
+                                  {L"VALUE", 4.0}});
+  }
+  const auto bind = [](const Context& context) {
+    const auto products = std::make_shared<products::Products>(context.environment);
+    products->context().workspace = context.workspace;
+    return [products](std::wstring*) {
+      if (products->GetSpecialPrice(L"BOLT", L"ABC") != 4)
+        throw Error(kErrorFailed, L"wrong price");
+    };
+  };
+  return Bench(company.Build()).CompareMember(L"Products.GetSpecialPrice, 1,000 entries", bind);
+}
+
 // ---- Lists ----
 
 using Dialog = std::unique_ptr<dialogs::SelectDialog>;
@@ -217,9 +242,11 @@ const std::vector<PagedDialog>& PagedDialogs() {
 constexpr std::int32_t kPage = 20;
 
 // Two pages in turn, so that neither is there already.
+constexpr std::int32_t kTops[] = {50'001, 1};
+
 std::size_t ShowPages(dialogs::ListModel& list) {
   std::size_t rows = 0;
-  for (const std::int32_t top : {500'001, 1}) {
+  for (const std::int32_t top : kTops) {
     list.ScrollTo(top);
     rows += list.rows().size();
   }
@@ -254,6 +281,60 @@ bool ComparePages(const PagedDialog& paged) {
          rows > 0;
 }
 
+// Pages of products with their rows, as a host would write them.
+class StockPagesByHand {
+ public:
+  explicit StockPagesByHand(engine::Workspace& workspace)
+      : index_(workspace.CreateIndex(L"StockIndex")),
+        data_(workspace.CreateDataFile(L"StockData")) {
+    index_->Open(engine::Mode::kRead);
+    data_->Open(engine::Mode::kRead);
+    fields_ = data_->GetFields();
+    code_ = fields_->Item(L"STOCK_CODE");
+    description_ = fields_->Item(L"DESCRIPTION");
+    deleted_ = fields_->Item(L"DELETED_FLAG");
+  }
+
+  std::size_t Load(std::int32_t first, std::int32_t count) {
+    std::vector<dialogs::Row> rows;
+    rows.reserve(static_cast<std::size_t>(count));
+    index_->MoveTo(first);
+    for (std::int32_t position = first; position < first + count; ++position) {
+      if (data_->Read(index_->RecordNumber()) && !deleted_->GetValue().ToBoolean()) {
+        std::wstring text = code_->GetValue().ToText();
+        text += L'\t';
+        text += description_->GetValue().ToText();
+        rows.push_back({position, std::move(text), dialogs::kDefaultColor});
+      }
+      if (!index_->MoveNext()) break;
+    }
+    return rows.size();
+  }
+
+ private:
+  std::unique_ptr<engine::IndexObject> index_;
+  std::unique_ptr<engine::DataFileObject> data_;
+  std::unique_ptr<engine::Fields> fields_;
+  std::unique_ptr<engine::Field> code_, description_, deleted_;
+};
+
+bool CompareStockPages() {
+  constexpr std::int32_t kRecords = 1'000'000;
+  Bench bench(simulator::Simulator::OpenSynthetic(0, kRecords));
+  StockPagesByHand by_hand(*bench.context().workspace);
+  dialogs::ProductDialog dialog(bench.context(), {.product_info = false});
+  dialog.Load(kRecords);
+  dialog.list().SetPageSize(kPage);
+  std::size_t rows = 0;
+  return bench.Compare(
+             L"frmFastSelectProduct, pages of rows",
+             [&] {
+               for (const std::int32_t top : kTops) rows += by_hand.Load(top, kPage);
+             },
+             [&] { rows += ShowPages(dialog.list()); }) &&
+         rows > 0;
+}
+
 // A page of the host's product information, from its recordset.
 std::size_t InfoPageByHand(database::RecordsetObject& recordset, std::int32_t first,
                            std::int32_t count) {
@@ -271,7 +352,6 @@ std::size_t InfoPageByHand(database::RecordsetObject& recordset, std::int32_t fi
 }
 
 bool CompareInfoPages() {
-  constexpr std::int32_t kTops[] = {50'001, 1};
   const auto database =
       std::make_shared<host_database::OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
   database->Execute(
@@ -293,12 +373,7 @@ bool CompareInfoPages() {
              [&] {
                for (const std::int32_t top : kTops) rows += InfoPageByHand(*recordset, top, kPage);
              },
-             [&] {
-               for (const std::int32_t top : kTops) {
-                 dialog.info_list().ScrollTo(top);
-                 rows += dialog.info_list().rows().size();
-               }
-             }) &&
+             [&] { rows += ShowPages(dialog.info_list()); }) &&
          rows > 0;
 }
 
@@ -448,7 +523,9 @@ int main() {
   try {
     PrintComparisonHeader();
     bool met = AskEveryMember();
+    met &= WalkPriceList();
     for (const PagedDialog& paged : PagedDialogs()) met &= ComparePages(paged);
+    met &= CompareStockPages();
     met &= CompareInfoPages();
     met &= OpenWholeLists();
     PrintExceptions();

@@ -341,10 +341,13 @@ int main(int count, char**) {
   CoInitialize(nullptr);
   int result = 1;
   try {
-    const bool only_loads = count > 1;
-    result = only_loads                                               ? PrintLoading()
-             : CompareMembers() & MeasureTheRest() & MeasureLoading() ? 0
-                                                                      : 1;
+    if (count > 1) {
+      result = PrintLoading();
+    } else {
+      const bool met = CompareMembers();
+      const bool measured = MeasureTheRest();
+      result = MeasureLoading() && measured && met ? 0 : 1;
+    }
   } catch (const ard::Error& error) {
     std::printf("%s\n", ard::ToUtf8(error.text()).c_str());
   }

@@ -7,13 +7,15 @@ namespace {
 
 HastyUser* current = nullptr;
 
+using Visit = std::function<bool(HWND)>;
+
+BOOL CALLBACK VisitVisible(HWND window, LPARAM visit) {
+  return !IsWindowVisible(window) || (*reinterpret_cast<const Visit*>(visit))(window);
+}
+
 // From the topmost window down, until `visit` has had enough.
-void VisitWindows(const std::function<bool(HWND)>& visit) {
-  const auto call = [](HWND window, LPARAM parameter) -> BOOL {
-    if (!IsWindowVisible(window)) return TRUE;
-    return (*reinterpret_cast<const std::function<bool(HWND)>*>(parameter))(window);
-  };
-  EnumThreadWindows(GetCurrentThreadId(), call, reinterpret_cast<LPARAM>(&visit));
+void VisitWindows(const Visit& visit) {
+  EnumThreadWindows(GetCurrentThreadId(), VisitVisible, reinterpret_cast<LPARAM>(&visit));
 }
 
 }  // namespace

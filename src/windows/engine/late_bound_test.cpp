@@ -212,7 +212,7 @@ TEST_F(LateBoundTest, ARecordHandedInWorksLikeOneOfTheWorkspace) {
 }
 
 TEST_F(LateBoundTest, TextsOfAnyLengthArrive) {
-  for (const std::size_t length : {0, 1, 1000}) {
+  for (const std::size_t length : {0U, 1U, 1000U}) {
     std::wstring text(length, L'x');
     if (length > 1) text[1] = L'\0';
     seam->record->SetExtraText(text);
