@@ -68,7 +68,7 @@ struct Measured {
   Comparison times{};  // of the bare sequence, and of the library
   double script = 0;
   std::int64_t bare_operations = 0;
-  std::int64_t library_operations = 0;
+  std::int64_t dll_operations = 0;
 
   // With one operation or none, a ratio says nothing.
   bool is_compared() const { return bare_operations > 1; }
@@ -80,7 +80,7 @@ struct Measured {
   }
   double target() const { return exception() ? exception()->target : kTargetRatio; }
   bool is_fast_enough() const { return !is_compared() || times.ratio() <= target(); }
-  bool is_met() const { return is_fast_enough() && bare_operations == library_operations; }
+  bool is_met() const { return is_fast_enough() && bare_operations == dll_operations; }
 };
 
 template <class Bare, class Library>
@@ -109,7 +109,7 @@ class MembersBench {
     Measured measured;
     measured.name = member.name;
     measured.bare_operations = OperationsOf(recorded_, by_hand);
-    measured.library_operations = OperationsOf(plain_, by_library);
+    measured.dll_operations = OperationsOf(plain_, by_library);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
       const Comparison times = CompareBriefly(by_hand, by_library);
       if (attempt == 0 || times.ratio() < measured.times.ratio()) measured.times = times;
@@ -187,7 +187,7 @@ bool Print(const std::vector<Measured>& members) {
       std::printf("%7s %7s ", "", "");
     }
     std::printf("%4" PRId64 " and %2" PRId64 " %12.0f %9.1f%s\n", member.bare_operations,
-                member.library_operations, member.script, member.script / member.times.ours,
+                member.dll_operations, member.script, member.script / member.times.ours,
                 member.is_met() ? "" : "   MISSED");
     met &= member.is_met();
   }
