@@ -32,7 +32,6 @@ using windows::testing::AutomationCall;
 using windows::testing::MembersWorld;
 
 constexpr double kTargetRatio = 1.15;
-constexpr int kAttempts = 5;  // what else runs only adds to a time
 constexpr int kDllBatches = 101;
 constexpr int kScriptBatches = 5;
 constexpr double kScriptBatchTime = 20e6;  // nanoseconds
@@ -79,21 +78,9 @@ struct Measured {
     return found == std::end(kExceptions) ? nullptr : found;
   }
   double target() const { return exception() ? exception()->target : kTargetRatio; }
-  bool is_fast_enough() const { return !is_compared() || times.ratio() <= target(); }
-  bool is_met() const { return is_fast_enough() && bare_operations == dll_operations; }
+  double limit() const { return is_compared() ? target() : kNoTarget; }
+  bool is_met() const { return times.ratio() <= limit() && bare_operations == dll_operations; }
 };
-
-template <class Bare, class Library>
-Comparison CompareBriefly(Bare&& bare, Library&& library) {
-  const int calls = BatchSize(library);
-  std::vector<double> bare_times;
-  std::vector<double> library_times;
-  for (int i = 0; i < kDllBatches; ++i) {
-    bare_times.push_back(Time(calls, bare) / calls);
-    library_times.push_back(Time(calls, library) / calls);
-  }
-  return {Median(bare_times), Median(library_times)};
-}
 
 class MembersBench {
  public:
@@ -110,11 +97,7 @@ class MembersBench {
     measured.name = member.name;
     measured.bare_operations = OperationsOf(recorded_, by_hand);
     measured.dll_operations = OperationsOf(plain_, by_library);
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-      const Comparison times = CompareBriefly(by_hand, by_library);
-      if (attempt == 0 || times.ratio() < measured.times.ratio()) measured.times = times;
-      if (measured.is_fast_enough()) break;
-    }
+    measured.times = CompareWithin(measured.limit(), by_hand, by_library, kDllBatches);
     measured.script = TimeByName(bare);
     return measured;
   }

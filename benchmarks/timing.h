@@ -50,11 +50,11 @@ struct Comparison {
 };
 
 template <class HandWritten, class Library>
-Comparison Compare(HandWritten&& hand_written, Library&& library) {
+Comparison Compare(HandWritten&& hand_written, Library&& library, int batches = kBatches) {
   const int calls = BatchSize(library);
   std::vector<double> by_hand;
   std::vector<double> by_library;
-  for (int i = 0; i < kBatches; ++i) {
+  for (int i = 0; i < batches; ++i) {
     by_hand.push_back(Time(calls, hand_written) / calls);
     by_library.push_back(Time(calls, library) / calls);
   }
@@ -64,11 +64,12 @@ Comparison Compare(HandWritten&& hand_written, Library&& library) {
 // The same, again and again while the ratio is above `target`, a few times at most: what else the
 // machine does only adds. Gives the least.
 template <class HandWritten, class Library>
-Comparison CompareWithin(double target, HandWritten&& hand_written, Library&& library) {
+Comparison CompareWithin(double target, HandWritten&& hand_written, Library&& library,
+                         int batches = kBatches) {
   constexpr int kTimes = 4;
-  Comparison least = Compare(hand_written, library);
+  Comparison least = Compare(hand_written, library, batches);
   for (int i = 1; i < kTimes && least.ratio() > target; ++i) {
-    const Comparison next = Compare(hand_written, library);
+    const Comparison next = Compare(hand_written, library, batches);
     if (next.ratio() < least.ratio()) least = next;
   }
   return least;
