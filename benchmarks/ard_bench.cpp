@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "accounts/customers.h"
+#include "accounts/nominal_bank.h"
 #include "benchmarks/timing.h"
 #include "dialogs/fast_select.h"
 #include "dialogs/product_dialog.h"
@@ -18,6 +19,7 @@
 #include "frame/error.h"
 #include "frame/text.h"
 #include "host_database/odbc_connection.h"
+#include "orders/orders.h"
 #include "products/products.h"
 #include "simulator/testing/company_builder.h"
 #include "testing/members.h"
@@ -224,11 +226,11 @@ PagedDialog Paged(const dialogs::FastSelectForm& form) {
 
 const std::vector<PagedDialog>& PagedDialogs() {
   static const std::vector<PagedDialog> dialogs = {
-      Paged(dialogs::kFastSelectCust),
-      Paged(dialogs::kFastSelectSupp),
-      Paged(dialogs::kFastSelectNom),
-      Paged(dialogs::kFastSelectSop),
-      Paged(dialogs::kFastSelectPop),
+      Paged(accounts::kSalesLedger.list),
+      Paged(accounts::kPurchaseLedger.list),
+      Paged(accounts::kNominalList),
+      Paged(orders::kSalesOrderBook.list),
+      Paged(orders::kPurchaseOrderBook.list),
       {L"frmFastSelectProduct",
        [](const Context& context, std::int32_t records) {
          return Load(std::make_unique<dialogs::ProductDialog>(
@@ -263,7 +265,7 @@ bool ComparePages(const PagedDialog& paged) {
   bench.Record(bare, [&](const Context& context) {
     const Dialog dialog = paged.open(context, kRecords);
     dialog->list().SetPageSize(kPage);
-    ShowPages(dialog->list());  // the fields are taken with the first page
+    ShowPages(dialog->list());
     opened = bare.steps.size();
     ShowPages(dialog->list());
     shown = bare.steps.size();
@@ -289,10 +291,6 @@ class StockPagesByHand {
         data_(workspace.CreateDataFile(L"StockData")) {
     index_->Open(engine::Mode::kRead);
     data_->Open(engine::Mode::kRead);
-    fields_ = data_->GetFields();
-    code_ = fields_->Item(L"STOCK_CODE");
-    description_ = fields_->Item(L"DESCRIPTION");
-    deleted_ = fields_->Item(L"DELETED_FLAG");
   }
 
   std::size_t Load(std::int32_t first, std::int32_t count) {
@@ -300,11 +298,14 @@ class StockPagesByHand {
     rows.reserve(static_cast<std::size_t>(count));
     index_->MoveTo(first);
     for (std::int32_t position = first; position < first + count; ++position) {
-      if (data_->Read(index_->RecordNumber()) && !deleted_->GetValue().ToBoolean()) {
-        std::wstring text = code_->GetValue().ToText();
-        text += L'\t';
-        text += description_->GetValue().ToText();
-        rows.push_back({position, std::move(text), dialogs::kDefaultColor});
+      if (data_->Read(index_->RecordNumber())) {
+        const std::unique_ptr<engine::Fields> fields = data_->GetFields();
+        if (!fields->Item(L"DELETED_FLAG")->GetValue().ToBoolean()) {
+          std::wstring text = fields->Item(L"STOCK_CODE")->GetValue().ToText();
+          text += L'\t';
+          text += fields->Item(L"DESCRIPTION")->GetValue().ToText();
+          rows.push_back({position, std::move(text), dialogs::kDefaultColor});
+        }
       }
       if (!index_->MoveNext()) break;
     }
@@ -314,8 +315,6 @@ class StockPagesByHand {
  private:
   std::unique_ptr<engine::IndexObject> index_;
   std::unique_ptr<engine::DataFileObject> data_;
-  std::unique_ptr<engine::Fields> fields_;
-  std::unique_ptr<engine::Field> code_, description_, deleted_;
 };
 
 bool CompareStockPages() {

@@ -36,6 +36,7 @@ class Fixture {
     }
     environment_.Obey(engine_->faults());
     faulty_ = input_.OneIn(4);
+    engine_->SnapshotFields(input_.OneIn(2));
   }
 
   void Run() {

@@ -17,6 +17,7 @@ void CurrentRecord::Attach(Table* table) {
 
 void CurrentRecord::MoveTo(std::int32_t record) {
   record_ = record;
+  ++state_;
   set_.clear();
 }
 

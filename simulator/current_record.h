@@ -19,8 +19,14 @@ class CurrentRecord {
   // Forgets what has been set. Record 0 is a blank record that is not stored.
   void MoveTo(std::int32_t record);
   // Stands on the blank record, with what has been set.
-  void Leave() { record_ = 0; }
+  void Leave() {
+    record_ = 0;
+    ++state_;
+  }
   std::int32_t record() const { return record_; }
+  // Changes whenever another record may have become current, and when the record is to be edited.
+  std::int64_t state() const { return state_; }
+  void BeginEdit() { ++state_; }
 
   // What has been set, else what the table holds now; text is padded to the length of its field.
   Value Get(std::size_t column) const;
@@ -36,6 +42,7 @@ class CurrentRecord {
 
   Table* table_ = nullptr;
   std::int32_t record_ = 0;
+  std::int64_t state_ = 0;
   std::map<std::size_t, Value> set_;  // by column
 };
 

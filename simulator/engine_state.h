@@ -22,6 +22,7 @@ struct EngineState {
   std::unique_ptr<Company> company;
   FaultPlan faults;
   Counters counters;
+  bool snapshot_fields = false;
   std::int64_t operations = 0;
   std::int64_t records_read = 0;
   Error last_error{0, L""};

@@ -10,8 +10,9 @@
 
 namespace ard::simulator {
 
-// They share `record` with the object that they come from. Once that has been closed or released,
-// their operations throw Error.
+// They share `record` with the object that they come from, and follow it; snapshots hold the record
+// that was current when the collection was taken, and what is set on them later is lost. Once the
+// object has been closed or released, their operations throw Error.
 std::unique_ptr<engine::Fields> MakeFields(std::shared_ptr<EngineState> state,
                                            std::shared_ptr<CurrentRecord> record);
 

@@ -63,6 +63,7 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
       Existing();
       if (current_->record() == 0) throw Error(kErrorFailed, L"There is no record to edit.");
       editing_ = Editing::kThisRecord;
+      current_->BeginEdit();
     });
   }
 

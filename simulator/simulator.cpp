@@ -28,6 +28,7 @@ std::unique_ptr<engine::EngineError> Simulator::LastError() {
   return state_->Run([&] { return MakeLastError(state_); });
 }
 
+void Simulator::SnapshotFields(bool snapshot) { state_->snapshot_fields = snapshot; }
 Counters Simulator::counters() const { return state_->counters; }
 FaultPlan& Simulator::faults() { return state_->faults; }
 std::int64_t Simulator::operations() const { return state_->operations; }

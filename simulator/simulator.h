@@ -47,6 +47,10 @@ class Simulator : public engine::Engine {
   // The error of the last operation that failed; number 0 and no text when none has.
   std::unique_ptr<engine::EngineError> LastError() override;
 
+  // Whether collections of fields that are taken from now on, and their fields, hold the record
+  // that is current then, instead of following their object to another one.
+  void SnapshotFields(bool snapshot);
+
   Counters counters() const;
   FaultPlan& faults();
 

@@ -1,7 +1,8 @@
 // The fault sweep: every member is run with its n-th operation failing, for every n, and with all
 // from the n-th on failing; then the same with its allocations. Each time it has to give a neutral
 // or a described answer, to show no message that is not described, and to leave nothing open.
-// With nothing failing, it has to ask the engine for no more than it needs.
+// With nothing failing, it has to ask the engine for no more than it needs, and to answer the same
+// whether or not the engine's fields follow it from record to record.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -29,11 +30,12 @@ struct Sweep {
   std::int64_t runs = 0;
 };
 Sweep operations{"operations"};
+Sweep snapshots{"operations on snapshots"};
 Sweep allocations{"allocations"};
 
 class Report : public ::testing::Environment {
   void TearDown() override {
-    for (const Sweep& sweep : {operations, allocations}) {
+    for (const Sweep& sweep : {operations, snapshots, allocations}) {
       std::printf("swept in all: %d members and walks through handlers, %lld %s, %lld runs\n",
                   sweep.members, static_cast<long long>(sweep.counted), sweep.steps,
                   static_cast<long long>(sweep.runs));
@@ -46,8 +48,10 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
  protected:
   void RunAll(Sweep& sweep) {
     // The first run has tables to build that every other one finds.
-    Run(sweep, 0, false);
+    Run(operations, 0, false);
+    const std::wstring answer = answer_;
     const std::int64_t steps = Run(sweep, 0, false);
+    EXPECT_EQ(ToUtf8(answer_), ToUtf8(answer));
     std::int64_t runs = 2;
     for (std::int64_t n = 1; n <= steps && !HasFailure(); ++n) {
       Run(sweep, n, false);
@@ -67,6 +71,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     const Member& member = GetParam();
     static const auto database = MembersDatabase();
     RenewCompany();
+    engine_->SnapshotFields(&sweep == &snapshots);
     ScriptedEnvironment environment;
     if (member.script) environment.Answer(member.script);
     environment.AnswerInput(L"Asked");
@@ -81,11 +86,12 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     const Call call = member.bind(context);
 
     simulator::FaultPlan memory;
-    simulator::FaultPlan& plan = &sweep == &operations ? engine_->faults() : memory;
+    simulator::FaultPlan& plan = &sweep == &allocations ? memory : engine_->faults();
     engine_->faults().Reset();
     plan.FailFrom(fail_at, persist);
     const std::int64_t asked_before = engine_->operations();
-    std::wstring answer;
+    std::wstring& answer = answer_;
+    answer.clear();
     try {
       const AllocationsObey obey(&memory);
       call(&answer);
@@ -125,9 +131,11 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
 
   std::shared_ptr<simulator::Simulator> engine_;
   std::int64_t written_ = 0;
+  std::wstring answer_;  // of the last run
 };
 
 TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) { RunAll(operations); }
+TEST_P(FaultSweepTest, DoesTheSameWithSnapshotsOfFields) { RunAll(snapshots); }
 TEST_P(FaultSweepTest, FailsCleanlyWhenMemoryRunsOut) { RunAll(allocations); }
 
 // The letters and digits of the member's name.

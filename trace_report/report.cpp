@@ -86,6 +86,10 @@ bool Report::AddEntry(const std::vector<std::string_view>& cells) {
     ++messages_[Joined(cells[2], ": ", cells[3])];
     return true;
   }
+  if (kind == "note" && cells.size() == 4) {
+    ++notes_[Joined(cells[2], "  ", cells[3])];
+    return true;
+  }
   if (cells.size() != 5) return false;
   if (kind == "call") {
     const std::optional<double> microseconds = DurationOf(cells[3]);
@@ -133,6 +137,7 @@ std::string Report::ToText() const {
     }
   };
   add("Failed steps", failures_);
+  add("Notes", notes_);
   add("Messages shown", messages_);
   if (!unread_.empty()) text += "\nNot an entry of a trace\n";
   for (const std::string& line : unread_) text += Joined("  ", line, "\n");

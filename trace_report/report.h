@@ -46,6 +46,7 @@ class Report {
   std::map<std::string, Calls, std::less<>> calls_;  // by member
   std::vector<Call> slowest_;
   Counts failures_;
+  Counts notes_;
   Counts messages_;
   std::vector<std::string> unread_;
 };

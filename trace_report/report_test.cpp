@@ -36,9 +36,10 @@ TEST(ReportTest, SumsUpWhatTheTraceWrites) {
   for (int skip = 0; skip < 2; ++skip) {
     trace.Skipped({L"SalesRecord", L"Fields", L"NAME"}, kErrorUnknownName, L"No such field.");
   }
+  trace.Noted({L"Pricing", L"CreateRecordObject"}, L"The engine offers none.");
   trace.Shown(L"Orders \u00e9", L"Account is on hold.");
   EXPECT_EQ(WithoutTimes(report.ToText()),
-            "17 entries\n"
+            "18 entries\n"
             "\n"
             "Calls\n"
             "   count    total ms     mean us  member\n"

@@ -197,6 +197,7 @@ void CreateRecordObject(WorkspaceTarget& self, Call& call) {
     call.Return(Automation<RecordTarget>::Create(kRecordMembers, {live, std::move(record)}));
   } else if (name == L"Pricing") {
     auto pricing = self.workspace->CreatePricing();
+    if (!pricing) throw Error(kErrorUnknownName, L"The engine has no object Pricing.");
     call.Return(Automation<PricingTarget>::Create(kPricingMembers, {live, std::move(pricing)}));
   } else {
     auto file = self.workspace->CreateDataFile(name);

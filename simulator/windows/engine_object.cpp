@@ -80,6 +80,8 @@ constexpr Member<EngineTarget> kEngineMembers[] = {
      }},
     {L"HoldExclusively", 111, kCall, 1,
      [](EngineTarget& self, Call& call) { self.simulator().HoldExclusively(call.Boolean(0)); }},
+    {L"SnapshotFields", 112, kCall, 1,
+     [](EngineTarget& self, Call& call) { self.simulator().SnapshotFields(call.Boolean(0)); }},
 };
 
 }  // namespace

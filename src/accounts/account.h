@@ -1,9 +1,11 @@
-// What the accounts of all ledgers have in common: they are found by ACCOUNT_REF, exactly as given.
+// What the accounts of all ledgers have in common: they are found by ACCOUNT_REF, exactly as given,
+// and listed with their names.
 #ifndef ARD_ACCOUNTS_ACCOUNT_H_
 #define ARD_ACCOUNTS_ACCOUNT_H_
 
 #include <string_view>
 
+#include "dialogs/indexed_file.h"
 #include "engine/handles.h"
 
 namespace ard::accounts {
@@ -11,6 +13,19 @@ namespace ard::accounts {
 inline bool FindAccount(engine::Record& account, std::wstring_view acc_ref) {
   return account.Set(L"ACCOUNT_REF", acc_ref) && account.Find(engine::Match::kExact);
 }
+
+// The credit-limit rule, for the current record of `account`. A limit of 0 means no limit, and the
+// balance is not asked for; a balance equal to the limit is not over it. Amounts are compared as
+// currency, so that the noise of a double puts no account over its limit.
+bool IsOverLimit(auto& account) {
+  Currency limit;
+  Currency balance;
+  return account.Get(L"CREDIT_LIMIT", limit) && limit > Currency{} &&
+         account.Get(L"BALANCE", balance) && balance > limit;
+}
+
+inline constexpr dialogs::FieldColumn kAccountColumns[] = {{L"A/C", 15, L"ACCOUNT_REF"},
+                                                           {L"Name", 60, L"NAME"}};
 
 }  // namespace ard::accounts
 

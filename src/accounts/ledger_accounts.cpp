@@ -14,18 +14,12 @@ void AddSentence(std::wstring& text, std::wstring_view sentence) {
   text += sentence;
 }
 
-bool IsRecordOverLimit(engine::Record& account) {
-  Currency balance;
-  Currency limit;
-  account.Get(L"CREDIT_LIMIT", limit);
-  account.Get(L"BALANCE", balance);
-  return dialogs::IsOverCreditLimit(balance, limit);
-}
-
-// What there is to warn of about an account; `found` tells whether `account` holds it.
+// What there is to warn of about an account, read in the order of the text; `found` tells whether
+// `account` holds it.
 struct Warnings {
-  Warnings(engine::Record& account, bool found, bool is_over_limit) : over_limit(is_over_limit) {
+  Warnings(engine::Record& account, bool found, auto&& is_over_limit) {
     if (found) account.Get(L"ACCOUNT_ON_HOLD", on_hold);
+    over_limit = is_over_limit();
     account.Get(L"TERMS_AGREED_FLAG", terms_agreed);
   }
 
@@ -39,14 +33,22 @@ struct Warnings {
   }
 
   bool on_hold = false;
-  bool over_limit;
+  bool over_limit = false;
   bool terms_agreed = false;
 };
 
 }  // namespace
 
-const Ledger kSalesLedger = {L"SalesRecord", dialogs::kFastSelectCust};
-const Ledger kPurchaseLedger = {L"PurchaseRecord", dialogs::kFastSelectSupp};
+const Ledger kSalesLedger = {
+    L"SalesRecord",
+    {L"frmFastSelectCust",
+     L"Select Customer",
+     {L"SalesData", L"SalesIndex", L"NO_OF_SALES", kAccountColumns, &IsOverLimit}}};
+const Ledger kPurchaseLedger = {
+    L"PurchaseRecord",
+    {L"frmFastSelectSupp",
+     L"Select Supplier",
+     {L"PurchaseData", L"PurchaseIndex", L"NO_OF_PURCHASE", kAccountColumns, &IsOverLimit}}};
 
 bool LedgerAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
   return Call<bool>(L"IsValid", [&](bool& valid) {
@@ -54,7 +56,7 @@ bool LedgerAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
     valid = FindAccount(account, acc_ref);
     // The warnings are worked out here as they are for a choice, and not shown: an account that
     // they speak of is valid all the same.
-    if (valid && Warnings(account, valid, IsRecordOverLimit(account)).any()) {
+    if (valid && Warnings(account, valid, [&] { return IsOverLimit(account); }).any()) {
       IsTermsWarningOn(context());
     }
   });
@@ -83,11 +85,8 @@ std::wstring LedgerAccounts::TextOf(std::wstring_view acc_ref, std::wstring_view
 }
 
 std::wstring LedgerAccounts::Pick(std::optional<std::wstring_view> criteria) const {
-  const std::optional<dialogs::Row> choice = dialogs::FastSelect(context(), ledger_.list, criteria);
-  if (!choice) return {};
-  std::wstring acc_ref(Trimmed(choice->Cell(1)));
-  WarnAboutChoice(*choice);
-  return acc_ref;
+  return dialogs::FastSelect(context(), ledger_.list, criteria,
+                             [&](const dialogs::Row& choice) { WarnAboutChoice(choice); });
 }
 
 void LedgerAccounts::WarnAboutChoice(const dialogs::Row& choice) const {
@@ -95,7 +94,7 @@ void LedgerAccounts::WarnAboutChoice(const dialogs::Row& choice) const {
   {
     engine::Record account(context(), ledger_.record);
     const bool found = FindAccount(account, choice.Cell(1));
-    text = Warnings(account, found, choice.color == dialogs::kRed).Text();
+    text = Warnings(account, found, [&] { return choice.color == dialogs::kRed; }).Text();
   }
   if (text.empty() || !IsTermsWarningOn(context())) return;
   context().ShowMessage(Icon::kExclamation, text, context().app_name);
@@ -104,10 +103,7 @@ void LedgerAccounts::WarnAboutChoice(const dialogs::Row& choice) const {
 bool IsTermsWarningOn(const Context& context) {
   bool on = false;
   engine::DataFile setup(context, L"SetupData");
-  if (setup.Open(Mode::kRead)) {
-    setup.Read(1);
-    setup.Get(L"TERMS_WARNING", on);
-  }
+  if (setup.Open(Mode::kRead) && setup.Read(1)) setup.Get(L"TERMS_WARNING", on);
   return on;
 }
 

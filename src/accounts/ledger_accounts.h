@@ -15,7 +15,7 @@ namespace ard::accounts {
 // What tells one ledger from the other.
 struct Ledger {
   std::wstring_view record;  // keyed by ACCOUNT_REF
-  const dialogs::FastSelectForm& list;
+  dialogs::FastSelectForm list;
 };
 
 extern const Ledger kSalesLedger;

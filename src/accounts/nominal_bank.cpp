@@ -9,9 +9,20 @@ namespace {
 
 constexpr wchar_t kSelectBank[] = L"Select Bank Account";
 constexpr std::wstring_view kReference = L"ACCOUNT_REF";
-constexpr dialogs::FieldColumn kBankColumns[] = {{L"A/C", 15, kReference}, {L"Name", 60, L"NAME"}};
 
 }  // namespace
+
+const dialogs::FastSelectForm kNominalList = {
+    L"frmFastSelectNom",
+    L"Select Nominal Code",
+    {L"NominalData", L"NominalIndex", L"NO_OF_NOMINAL", kAccountColumns},
+    dialogs::FastSelectForm::Ok::kPostingAccountsOnly};
+const dialogs::FastSelectForm kBankList = {
+    L"frmFastSelectBank",
+    kSelectBank,
+    {L"BankData", L"BankIndex", L"NO_OF_BANK", kAccountColumns},
+    dialogs::FastSelectForm::Ok::kAnyRow,
+    dialogs::FastSelectForm::Fill::kFirstTwelve};
 
 bool CodedAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
   return Call<bool>(L"IsValid", [&](bool& valid) {
@@ -25,8 +36,7 @@ std::wstring CodedAccounts::FastList() const noexcept {
 }
 
 std::wstring CodedAccounts::Pick(std::optional<std::wstring_view> criteria) const {
-  const std::optional<dialogs::Row> choice = dialogs::FastSelect(context(), list_, criteria);
-  return choice ? std::wstring(Trimmed(choice->Cell(1))) : std::wstring();
+  return dialogs::FastSelect(context(), list_, criteria);
 }
 
 std::wstring Nominal::List(std::wstring_view search_criteria) const noexcept {
@@ -42,7 +52,7 @@ std::wstring Bank::List(std::wstring_view search_criteria) const noexcept {
       banks.FindFirst(kReference, search_criteria);
       dialogs::Progress progress(context(), kSelectBank, banks.Count());
       // The first row is there before any test: the file stands on some account, found or not.
-      AddRecords(dialog, banks, kBankColumns, [&] {
+      AddRecords(dialog, banks, kAccountColumns, [&] {
         progress.Advance();
         return banks.FindNext(kReference, search_criteria);
       });

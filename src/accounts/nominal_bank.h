@@ -12,6 +12,9 @@
 
 namespace ard::accounts {
 
+extern const dialogs::FastSelectForm kNominalList;
+extern const dialogs::FastSelectForm kBankList;
+
 // What both have in common.
 class CodedAccounts : public PublicClass {
  public:
@@ -39,7 +42,7 @@ class CodedAccounts : public PublicClass {
 class Nominal : public CodedAccounts {
  public:
   explicit Nominal(Environment& environment)
-      : CodedAccounts(L"Nominal", environment, L"NominalRecord", dialogs::kFastSelectNom) {}
+      : CodedAccounts(L"Nominal", environment, L"NominalRecord", kNominalList) {}
 
   // As FastList, with the list positioned on the first code that matches `search_criteria`.
   std::wstring List(std::wstring_view search_criteria) const noexcept;
@@ -48,7 +51,7 @@ class Nominal : public CodedAccounts {
 class Bank : public CodedAccounts {
  public:
   explicit Bank(Environment& environment)
-      : CodedAccounts(L"Bank", environment, L"BankRecord", dialogs::kFastSelectBank) {}
+      : CodedAccounts(L"Bank", environment, L"BankRecord", kBankList) {}
 
   // The code, trimmed, that the user picks among the accounts that match `search_criteria` (a
   // trailing "*" matches any ending); "" when cancelled. When none matches, the list shows the

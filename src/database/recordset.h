@@ -18,19 +18,25 @@ namespace ard::database {
 
 class Recordset {
  public:
-  // Opens `command` on the host's connection.
+  // One that is still to be opened.
+  explicit Recordset(const Context& context) : context_(context) {}
   Recordset(const Context& context, std::wstring_view command, Cursor cursor,
             Lock lock = Lock::kReadOnly)
-      : trace_(context.trace()) {
-    Attempt(trace_, {kName, L"Open"}, [&] {
-      if (!context.database) throw Error(kErrorFailed, L"No database connection has been set.");
-      target_ = context.database->Open(command, cursor, lock);
-    });
+      : Recordset(context) {
+    Open(command, cursor, lock);
   }
   Recordset(const Recordset&) = delete;
   Recordset& operator=(const Recordset&) = delete;
   ~Recordset() {
     Do(L"Close", [](RecordsetObject& recordset) { recordset.Close(); });
+  }
+
+  // Opens `command` on the host's connection.
+  void Open(std::wstring_view command, Cursor cursor, Lock lock = Lock::kReadOnly) {
+    Attempt(context_.trace(), {kName, L"Open"}, [&] {
+      if (!context_.database) throw Error(kErrorFailed, L"No database connection has been set.");
+      target_ = context_.database->Open(command, cursor, lock);
+    });
   }
 
   bool is_open() const { return target_ != nullptr; }
@@ -89,7 +95,7 @@ class Recordset {
   template <std::size_t n, class Action>
   bool Do(const wchar_t (&operation)[n], Action&& action) {
     return target_ && Attempt(
-                          trace_,
+                          context_.trace(),
                           [&] {
                             return Step{kName, {operation, n - 1}};
                           },
@@ -102,7 +108,7 @@ class Recordset {
     return neutral;
   }
 
-  Trace& trace_;
+  const Context& context_;
   std::unique_ptr<RecordsetObject> target_;
 };
 

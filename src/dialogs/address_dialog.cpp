@@ -151,20 +151,18 @@ void AddressDialog::LoadList() {
   {
     const AddressFile& file = FileOf(kind_);
     engine::Record addresses(context_, file.record);
-    engine::Column<engine::Record> owner(addresses, L"ACCOUNT_REF");
-    engine::Column<engine::Record> description(addresses, L"DESCRIPTION");
-    engine::Column<engine::Record> default_ref(addresses, L"DEFAULT_REF");
     std::int32_t record = 0;
     // A new record object stands on the first record, and walks them in the order of their numbers.
     do {
       ++record;
       std::wstring text;
       if (file.by_account) {
-        if (!owner.Get(text) || !EqualsIgnoreCase(Trimmed(text), Trimmed(account_))) continue;
+        if (!addresses.Get(L"ACCOUNT_REF", text)) continue;
+        if (!EqualsIgnoreCase(Trimmed(text), Trimmed(account_))) continue;
       }
-      if (!description.Get(text)) continue;
+      if (!addresses.Get(L"DESCRIPTION", text)) continue;
       std::wstring marker;
-      default_ref.Get(marker);
+      addresses.Get(L"DEFAULT_REF", marker);
       const bool is_default = Trimmed(marker) == L"1";
       std::wstring row = Value(record).ToText();
       row.reserve(kRowLength);

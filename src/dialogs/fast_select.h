@@ -3,6 +3,7 @@
 #define ARD_DIALOGS_FAST_SELECT_H_
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,13 +26,6 @@ struct FastSelectForm {
   Ok ok = Ok::kAnyRow;
   Fill fill = Fill::kPaged;
 };
-
-extern const FastSelectForm kFastSelectCust;
-extern const FastSelectForm kFastSelectSupp;
-extern const FastSelectForm kFastSelectNom;
-extern const FastSelectForm kFastSelectBank;
-extern const FastSelectForm kFastSelectSop;
-extern const FastSelectForm kFastSelectPop;
 
 class FastSelectDialog : private RowSource, public SelectDialog {
  public:
@@ -57,10 +51,12 @@ class FastSelectDialog : private RowSource, public SelectDialog {
   IndexedFile file_;
 };
 
-// Shows the form modally. Returns the row that the user confirmed, nothing when they cancelled.
-// With `criteria`, the list is positioned on them first. Nothing is open when it returns.
-std::optional<Row> FastSelect(const Context& context, const FastSelectForm& form,
-                              std::optional<std::wstring_view> criteria = std::nullopt);
+// Shows the form modally. Returns the first cell, trimmed, of the row that the user confirmed; ""
+// when they cancelled. With `criteria`, the list is positioned on them first. `check` gets the
+// choice while the files are still open; nothing is open when this returns.
+std::wstring FastSelect(const Context& context, const FastSelectForm& form,
+                        std::optional<std::wstring_view> criteria = std::nullopt,
+                        const std::function<void(const Row&)>& check = {});
 
 }  // namespace ard::dialogs
 

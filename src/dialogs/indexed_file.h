@@ -28,12 +28,9 @@ struct ListedFile {
   std::wstring_view index_file;
   std::wstring_view count_field;         // of ControlData
   std::span<const FieldColumn> columns;  // the first one shows the key
-  bool red_rows = false;                 // for accounts over their credit limit
+  // Whether the file's current record has a red row; null when none has.
+  bool (*is_red)(engine::DataFile& data_file) = nullptr;
 };
-
-// A limit of 0 means no limit; a balance equal to the limit is not over it. Amounts are compared
-// as currency, so that the noise of a double never makes an account red.
-bool IsOverCreditLimit(Currency balance, Currency limit);
 
 // The number of records of the file by ControlData, in one read; 0 when it cannot be told.
 std::int32_t RecordCount(const Context& context, const ListedFile& file);
@@ -42,7 +39,7 @@ class IndexedFile : public RowSource {
  public:
   IndexedFile(const Context& context, const ListedFile& file);
 
-  // Opens both files; reads no record.
+  // Opens both files, and goes on whatever they answer; reads no record.
   void Open();
   void AddColumns(ListModel& list) const;
 
@@ -52,7 +49,7 @@ class IndexedFile : public RowSource {
   std::vector<std::wstring> FirstRows(std::int32_t count);
 
   // Makes the record with that key current in the data file; false when there is none.
-  bool ReadKey(std::wstring_view key);
+  bool ReadKey(std::wstring_view key) { return engine::ReadKey(index_file_, data_file_, key); }
   engine::DataFile& data_file() { return data_file_; }
 
   // Selects the first row whose key starts with the upper-cased character.
@@ -62,13 +59,9 @@ class IndexedFile : public RowSource {
   void PositionOn(std::wstring_view criteria, ListModel& list);
 
  private:
-  using Column = engine::Column<engine::DataFile>;
-
   std::wstring_view key_field() const { return file_.columns.front().field; }
-  bool ReadCurrentEntry();
   // Of the data file's current record.
   std::wstring RowText();
-  bool OverLimit();
   // The position in the list of that key; 0 when there is none.
   std::int32_t FindPosition(std::wstring_view key);
 
@@ -76,10 +69,6 @@ class IndexedFile : public RowSource {
   const ListedFile& file_;
   engine::DataFile data_file_;
   engine::Index index_file_;
-  std::vector<Column> columns_;
-  Column deleted_{data_file_, L"DELETED_FLAG"};
-  Column balance_{data_file_, L"BALANCE"};
-  Column credit_limit_{data_file_, L"CREDIT_LIMIT"};
 };
 
 }  // namespace ard::dialogs

@@ -42,7 +42,6 @@ ProductDialog::ProductDialog(const Context& context, const Options& options)
       info_list_(options.product_info ? static_cast<RowSource&>(info_.emplace(context))
                                       : static_cast<RowSource&>(no_rows_)) {
   stock_.AddColumns(stock_list());
-  if (info_) info_->AddColumns(info_list_);
   if (options.multiple) {
     stock_list().SetMultiple();
     info_list_.SetMultiple();
@@ -53,7 +52,9 @@ void ProductDialog::Load(std::int32_t row_count) {
   stock_.Open();
   stock_list().SetRowCount(row_count);
   stock_list().SelectFirst();
-  if (info_) info_list_.SetRowCount(info_->RecordCount());
+  if (!info_) return;
+  info_->Open(info_list_);
+  info_list_.SetRowCount(info_->RecordCount());
 }
 
 void ProductDialog::FilterBy(std::wstring_view criteria) {

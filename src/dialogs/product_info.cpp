@@ -12,15 +12,12 @@ std::wstring FormatDay(Date date) { return FormatIsoDate(date).substr(0, 10); }
 
 }  // namespace
 
-ProductInfo::ProductInfo(const Context& context, std::wstring_view query)
-    : recordset_(context, query, database::Cursor::kStatic) {
+void ProductInfo::Open(ListModel& list, std::wstring_view query) {
+  recordset_.Open(query, database::Cursor::kStatic);
   const std::int32_t count = recordset_.FieldCount();
   for (std::int32_t i = 0; i < count; ++i) {
     fields_.push_back({recordset_.FieldName(i), recordset_.GetFieldType(i)});
   }
-}
-
-void ProductInfo::AddColumns(ListModel& list) {
   if (fields_.empty()) {
     list.AddColumn(L"StockCode", kCodeWidth);
     list.AddColumn(L"Description", kTextWidth);

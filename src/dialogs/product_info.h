@@ -20,11 +20,11 @@ inline constexpr std::wstring_view kProductInfoQuery =
 // everything else as its text, nothing for Null.
 class ProductInfo : public RowSource {
  public:
-  // Opens the query as a static, read-only recordset. When it cannot be opened there are no rows.
-  explicit ProductInfo(const Context& context, std::wstring_view query = kProductInfoQuery);
+  explicit ProductInfo(const Context& context) : recordset_(context) {}
 
-  // The list's columns are the fields.
-  void AddColumns(ListModel& list);
+  // Opens the query as a static, read-only recordset, whose fields are the list's columns. When it
+  // cannot be opened there are no rows.
+  void Open(ListModel& list, std::wstring_view query = kProductInfoQuery);
   std::int32_t RecordCount() { return recordset_.RecordCount(); }
 
   void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;

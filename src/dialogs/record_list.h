@@ -6,7 +6,6 @@
 #include <span>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "dialogs/indexed_file.h"
 #include "dialogs/select_dialog.h"
@@ -20,20 +19,14 @@ namespace ard::dialogs {
 template <class Records, class Next>
 void AddRecords(SelectRecordDialog& dialog, Records& records, std::span<const FieldColumn> columns,
                 Next&& next) {
-  std::vector<engine::Column<Records>> fields;
-  fields.reserve(columns.size());
-  for (const FieldColumn& column : columns) {
-    dialog.list().AddColumn(column.header, column.width);
-    fields.emplace_back(records, column.field);
-  }
+  for (const FieldColumn& column : columns) dialog.list().AddColumn(column.header, column.width);
   do {
     std::wstring text;
-    if (!fields.front().Get(text)) continue;
-    Trim(text);
+    if (!records.Get(columns.front().field, text, engine::kTrimmed)) continue;
     text.reserve(kRowLength);
-    for (engine::Column<Records>& field : std::span(fields).subspan(1)) {
+    for (const FieldColumn& column : columns.subspan(1)) {
       std::wstring cell;
-      field.Get(cell);
+      records.Get(column.field, cell);
       text.append(1, L'\t').append(Trimmed(cell));
     }
     dialog.AddRow(std::move(text));

@@ -1,8 +1,8 @@
 // Guarded handles: the accounts engine for class code. A handle owns one engine object; a step
 // that fails is skipped and noted in the trace, and gives the neutral answer: Boolean operations
 // answer false, numbers 0, and Get leaves its output alone. When the object could not be created,
-// every step is skipped in silence (the failed creation has been noted). Destroying a handle
-// closes what it opened and releases its engine object, on every path.
+// or the file refused to open, every step is skipped in silence (the failure has been noted).
+// Destroying a handle closes what it opened and releases its engine object, on every path.
 #ifndef ARD_ENGINE_HANDLES_H_
 #define ARD_ENGINE_HANDLES_H_
 
@@ -62,15 +62,16 @@ class Handle {
       : trace_(trace), name_(name), target_(std::move(target)) {}
   ~Handle() = default;
 
+  // Runs a step, unless there is nothing to run it on.
+  template <class Describe, class Action>
+  [[gnu::always_inline]] bool Run(Describe&& describe, Action&& action) {
+    return target_ && usable_ && Attempt(trace_, describe, [&] { action(*target_); });
+  }
+
   // Operations are literals: their lengths are not counted at every call.
   template <std::size_t n, class Action>
   bool Do(const wchar_t (&operation)[n], Action&& action) {
-    return target_ && Attempt(
-                          trace_,
-                          [&] {
-                            return Step{name_, {operation, n - 1}};
-                          },
-                          [&] { action(*target_); });
+    return Run([&] { return Step{name_, {operation, n - 1}}; }, action);
   }
 
   // Runs a step that has an answer; gives the neutral one when it fails.
@@ -84,10 +85,44 @@ class Handle {
   Trace& trace_;
   std::wstring_view name_;
   std::unique_ptr<Target> target_;
+  bool usable_ = true;  // whether steps make sense: a file has to be open
 };
 
-// A handle of an object with fields. The fields collection is taken once and kept: it follows the
-// object's current record.
+// A file, or an index: to be opened before anything else is asked of it, and closed on destruction
+// when it has been.
+template <class Base>
+class Openable : public Base {
+ public:
+  bool Open(Mode mode) {
+    this->usable_ = true;
+    open_ = this->template Ask<bool>(L"Open", [&](auto& file) { return file.Open(mode); });
+    return this->usable_ = open_;
+  }
+  // Goes on with the file whatever it answered.
+  void OpenUntested(Mode mode) {
+    Open(mode);
+    this->usable_ = true;
+  }
+  void Close() {
+    if (std::exchange(open_, false)) this->Do(L"Close", [](auto& file) { file.Close(); });
+    this->usable_ = false;
+  }
+
+ protected:
+  template <class Create>
+  Openable(const Context& context, std::wstring_view name, Create create)
+      : Base(context, name, create) {
+    this->usable_ = false;
+  }
+  ~Openable() { Close(); }
+
+ private:
+  bool open_ = false;
+};
+
+// A handle of an object with fields: those of its current record. Nothing says that a collection or
+// a field follows the record, so both are taken anew for each; between two operations that may
+// change the record, the collection is taken once.
 template <class Target>
 class FieldsHandle : public Handle<Target> {
  public:
@@ -122,17 +157,28 @@ class FieldsHandle : public Handle<Target> {
   }
 
   // The field itself, by its name or by its position from 1; throws when it fails. It must not
-  // outlive the handle.
+  // outlive the record's being current.
   std::unique_ptr<Field> Item(auto field) { return Collection().Item(field); }
-
-  Trace& trace() { return this->trace_; }
-  std::wstring_view name() const { return this->name_; }
 
  protected:
   using Handle<Target>::Handle;
 
   // The collection has to go before the object it belongs to.
   ~FieldsHandle() { fields_.reset(); }
+
+  // An operation that may change the current record.
+  template <std::size_t n, class Action>
+  bool Move(const wchar_t (&operation)[n], Action&& action) {
+    fields_.reset();
+    return this->Do(operation, action);
+  }
+  // The same for one that tells whether it has.
+  template <std::size_t n, class Action>
+  bool AskToMove(const wchar_t (&operation)[n], Action&& action) {
+    bool moved = false;
+    Move(operation, [&](Target& target) { moved = action(target); });
+    return moved;
+  }
 
  private:
   Fields& Collection() {
@@ -142,15 +188,14 @@ class FieldsHandle : public Handle<Target> {
 
   template <class Action>
   bool WithField(std::wstring_view field, Action&& action) {
-    return this->target_ && Attempt(
-                                this->trace_,
-                                [&] {
-                                  return Step{this->name_, kFields, field};
-                                },
-                                [&] {
-                                  const std::unique_ptr<Field> item = Item(field);
-                                  action(*item);
-                                });
+    return this->Run(
+        [&] {
+          return Step{this->name_, kFields, field};
+        },
+        [&](Target&) {
+          const std::unique_ptr<Field> item = Item(field);
+          action(*item);
+        });
   }
 
   std::unique_ptr<Fields> fields_;
@@ -159,17 +204,13 @@ class FieldsHandle : public Handle<Target> {
 }  // namespace internal
 
 // A data file: numbered records, from 1, with a current one.
-class DataFile : public internal::FieldsHandle<DataFileObject> {
+class DataFile : public internal::Openable<internal::FieldsHandle<DataFileObject>> {
  public:
   DataFile(const Context& context, std::wstring_view name)
-      : FieldsHandle(context, name, &Workspace::CreateDataFile) {}
-  ~DataFile() { Close(); }
+      : Openable(context, name, &Workspace::CreateDataFile) {}
 
-  bool Open(Mode mode) {
-    return open_ = Ask<bool>(L"Open", [&](DataFileObject& file) { return file.Open(mode); });
-  }
   bool Read(std::int32_t record) {
-    return Ask<bool>(L"Read", [&](DataFileObject& file) { return file.Read(record); });
+    return AskToMove(L"Read", [&](DataFileObject& file) { return file.Read(record); });
   }
   std::int32_t Count() {
     std::int32_t count = 0;
@@ -186,22 +227,15 @@ class DataFile : public internal::FieldsHandle<DataFileObject> {
   }
   // For who has to know the difference: false when the search failed, and so tells nothing.
   bool FindFirst(std::wstring_view field, const Value& value, bool& found) {
-    return Do(L"FindFirst", [&](DataFileObject& file) { found = file.FindFirst(field, value); });
+    return Move(L"FindFirst", [&](DataFileObject& file) { found = file.FindFirst(field, value); });
   }
   bool FindNext(std::wstring_view field, const Value& value) {
-    return Ask<bool>(L"FindNext",
+    return AskToMove(L"FindNext",
                      [&](DataFileObject& file) { return file.FindNext(field, value); });
   }
   bool Write(std::int32_t record) {
     return Ask<bool>(L"Write", [&](DataFileObject& file) { return file.Write(record); });
   }
-  void Close() {
-    if (!std::exchange(open_, false)) return;
-    Do(L"Close", [](DataFileObject& file) { file.Close(); });
-  }
-
- private:
-  bool open_ = false;
 };
 
 // A keyed record: set its key field, then Find.
@@ -214,22 +248,27 @@ class Record : public internal::FieldsHandle<RecordObject> {
       : FieldsHandle(context.trace(), name, std::move(record)) {}
 
   bool Find(Match match) {
-    return Ask<bool>(L"Find", [&](RecordObject& record) { return record.Find(match); });
+    return AskToMove(L"Find", [&](RecordObject& record) { return record.Find(match); });
   }
   bool MoveFirst() {
-    return Do(L"MoveFirst", [](RecordObject& record) { record.MoveFirst(); });
+    return Move(L"MoveFirst", [](RecordObject& record) { record.MoveFirst(); });
   }
   bool MoveNext() {
-    return Ask<bool>(L"MoveNext", [](RecordObject& record) { return record.MoveNext(); });
+    return AskToMove(L"MoveNext", [](RecordObject& record) { return record.MoveNext(); });
   }
   bool AddNew() {
-    return Do(L"AddNew", [](RecordObject& record) { record.AddNew(); });
+    return Move(L"AddNew", [](RecordObject& record) { record.AddNew(); });
   }
   bool Edit() {
-    return Do(L"Edit", [](RecordObject& record) { record.Edit(); });
+    return Move(L"Edit", [](RecordObject& record) { record.Edit(); });
   }
   bool Update() {
-    return Ask<bool>(L"Update", [](RecordObject& record) { return record.Update(); });
+    bool stored = false;
+    // Nobody else tells of a save that the engine refuses.
+    if (Do(L"Update", [&](RecordObject& record) { stored = record.Update(); }) && !stored) {
+      trace_.Noted({name_, L"Update"}, L"The engine has not stored the record.");
+    }
+    return stored;
   }
   bool SetExtraText(std::wstring_view text) {
     return Do(L"ExtraText", [&](RecordObject& record) { record.SetExtraText(text); });
@@ -239,6 +278,7 @@ class Record : public internal::FieldsHandle<RecordObject> {
     return Ask<std::unique_ptr<TransactionsObject>>(
         L"Transactions", [](RecordObject& record) { return record.Transactions(); });
   }
+  Trace& trace() { return trace_; }
 };
 
 // The stock transactions of a stock record, which must outlive it.
@@ -251,10 +291,10 @@ class Transactions : public internal::FieldsHandle<TransactionsObject> {
     return Ask<std::int32_t>(L"Count", [](TransactionsObject& list) { return list.Count(); });
   }
   bool MoveFirst() {
-    return Do(L"MoveFirst", [](TransactionsObject& list) { list.MoveFirst(); });
+    return Move(L"MoveFirst", [](TransactionsObject& list) { list.MoveFirst(); });
   }
   bool MoveNext() {
-    return Ask<bool>(L"MoveNext", [](TransactionsObject& list) { return list.MoveNext(); });
+    return AskToMove(L"MoveNext", [](TransactionsObject& list) { return list.MoveNext(); });
   }
 };
 
@@ -262,8 +302,11 @@ class Transactions : public internal::FieldsHandle<TransactionsObject> {
 class Pricing : public internal::Handle<PricingObject> {
  public:
   explicit Pricing(const Context& context)
-      : Handle(context, L"Pricing",
-               [](Workspace& workspace, std::wstring_view) { return workspace.CreatePricing(); }) {}
+      : Handle(context, L"Pricing", [&](Workspace& workspace, std::wstring_view name) {
+          std::unique_ptr<PricingObject> service = workspace.CreatePricing();
+          if (!service) context.trace().Noted({name, kCreate}, L"The engine offers none.");
+          return service;
+        }) {}
 
   double CustomerUnitPrice(std::wstring_view acc_ref, std::wstring_view stock_code) {
     return Ask<double>(L"CustomerUnitPrice", [&](PricingObject& pricing) {
@@ -277,30 +320,26 @@ class Pricing : public internal::Handle<PricingObject> {
   }
 };
 
-// An index: the entries of a data file in key order, from position 1. Closed on destruction when
-// Open succeeded.
-class Index : public internal::Handle<IndexObject> {
+// An index: the entries of a data file in key order, from position 1.
+class Index : public internal::Openable<internal::Handle<IndexObject>> {
  public:
   Index(const Context& context, std::wstring_view name)
-      : Handle(context, name, &Workspace::CreateIndex) {}
-  ~Index() { Close(); }
+      : Openable(context, name, &Workspace::CreateIndex) {}
 
-  bool Open(Mode mode) {
-    return open_ = Ask<bool>(L"Open", [&](IndexObject& index) { return index.Open(mode); });
-  }
   bool SetKey(const Value& key) {
     return Do(L"Key", [&](IndexObject& index) { index.SetKey(key); });
   }
   bool Find(Match match) {
     return Ask<bool>(L"Find", [&](IndexObject& index) { return index.Find(match); });
   }
-  // 0 when the step fails: no entry has that position or record number.
+  // Positions the index on the entry with that key; false when there is none.
+  bool FindKey(const Value& key) { return SetKey(key) && Find(Match::kExact); }
+  // 0 when the step fails: no entry has that position.
   std::int32_t Position() {
     return Ask<std::int32_t>(L"Position", [](IndexObject& index) { return index.Position(); });
   }
-  std::int32_t RecordNumber() {
-    return Ask<std::int32_t>(L"RecordNumber",
-                             [](IndexObject& index) { return index.RecordNumber(); });
+  bool RecordNumber(std::int32_t& record) {
+    return Do(L"RecordNumber", [&](IndexObject& index) { record = index.RecordNumber(); });
   }
   bool MoveTo(std::int32_t position) {
     return Do(L"MoveTo", [&](IndexObject& index) { index.MoveTo(position); });
@@ -311,40 +350,19 @@ class Index : public internal::Handle<IndexObject> {
   bool MoveNext() {
     return Ask<bool>(L"MoveNext", [](IndexObject& index) { return index.MoveNext(); });
   }
-  void Close() {
-    if (!std::exchange(open_, false)) return;
-    Do(L"Close", [](IndexObject& index) { index.Close(); });
-  }
-
- private:
-  bool open_ = false;
 };
 
-// A field that is read on many records: the field object is taken at the first read and kept. It
-// must not outlive `Owner`, the handle of an object with fields.
-template <class Owner>
-class Column {
- public:
-  Column(Owner& owner, std::wstring_view field) : owner_(owner), name_(field) {}
+// Makes the record at which the index stands the current one of its data file.
+inline bool ReadEntry(Index& index, DataFile& data) {
+  std::int32_t record = 0;
+  return index.RecordNumber(record) && data.Read(record);
+}
 
-  template <class T>
-  bool Get(T& out) {
-    return owner_.exists() && Attempt(
-                                  owner_.trace(),
-                                  [&] {
-                                    return Step{owner_.name(), kFields, name_};
-                                  },
-                                  [&] {
-                                    if (!item_) item_ = owner_.Item(name_);
-                                    Convert(item_->GetValue(), out);
-                                  });
-  }
-
- private:
-  Owner& owner_;
-  std::wstring_view name_;
-  std::unique_ptr<Field> item_;
-};
+// The look-up through an index: makes the record with that key current; false when there is none,
+// or when it cannot be read.
+inline bool ReadKey(Index& index, DataFile& data, const Value& key) {
+  return index.FindKey(key) && ReadEntry(index, data);
+}
 
 // What the engine says of its last error; what it does not say stays as it is.
 inline void ReadLastError(const Context& context, std::wstring& number, std::wstring& text) {

@@ -10,28 +10,23 @@ constexpr std::wstring_view kStation = L"STATION_NAME";
 
 }  // namespace
 
-LogonQueue::LogonQueue(const Context& context)
-    : queue_(context, kQueue),
-      name_of_(queue_, kName),
-      empty_flag_(queue_, kEmptyFlag),
-      station_of_(queue_, kStation) {
+LogonQueue::LogonQueue(const Context& context) : queue_(context, kQueue) {
   if (queue_.Open(Mode::kRead)) slots_ = queue_.Count();
 }
 
 bool LogonQueue::Next() {
   while (slot_ < slots_) {
-    if (!queue_.Read(++slot_) || !name_of_.Get(name_)) continue;
+    if (!queue_.Read(++slot_) || !queue_.Get(kName, name_)) continue;
     bool empty = true;
     const bool named = name_.find_first_not_of(L' ') != std::wstring::npos;
-    if (named && empty_flag_.Get(empty) && !empty) return true;
+    if (named && queue_.Get(kEmptyFlag, empty) && !empty) return true;
   }
   return false;
 }
 
 std::wstring LogonQueue::Station() {
   std::wstring station;
-  station_of_.Get(station);
-  Trim(station);
+  queue_.Get(kStation, station, kTrimmed);
   return station;
 }
 

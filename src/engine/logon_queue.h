@@ -24,9 +24,6 @@ class LogonQueue {
 
  private:
   DataFile queue_;
-  Column<DataFile> name_of_;
-  Column<DataFile> empty_flag_;
-  Column<DataFile> station_of_;
   std::int32_t slots_ = 0;
   std::int32_t slot_ = 0;
   std::wstring name_;

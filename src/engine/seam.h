@@ -28,8 +28,9 @@ class Field {
   virtual void SetValue(const Value& value) = 0;
 };
 
-// The fields of whatever record is current in the object they came from: the collection and its
-// fields stay valid, and follow the current record, for as long as that object lives.
+// The fields of the record that is current in the object they came from. Whether the collection and
+// its fields follow that object to another record is the engine's matter: they are to be taken
+// anew.
 class Fields {
  public:
   virtual ~Fields() = default;
@@ -109,7 +110,7 @@ class Workspace {
   virtual std::unique_ptr<DataFileObject> CreateDataFile(std::wstring_view name) = 0;
   virtual std::unique_ptr<RecordObject> CreateRecord(std::wstring_view name) = 0;
   virtual std::unique_ptr<IndexObject> CreateIndex(std::wstring_view name) = 0;
-  // Throws when the engine has no pricing service.
+  // Null when the engine has no pricing service: most have none, and that is no failure.
   virtual std::unique_ptr<PricingObject> CreatePricing() = 0;
   virtual bool Connect(std::wstring_view data_path, std::wstring_view user,
                        std::wstring_view password, std::wstring_view unique_id) = 0;

@@ -102,6 +102,7 @@ std::optional<Decimal> ToDecimal(double number) {
 }
 
 double ExactSum(double a, double b) {
+  if (a == 0 || b == 0) return a + b;
   const std::optional<Decimal> x = ToDecimal(a);
   const std::optional<Decimal> y = ToDecimal(b);
   if (!x || !y) return a + b;

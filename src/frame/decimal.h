@@ -20,8 +20,11 @@ std::optional<Decimal> ToDecimal(double number);
 
 // The sum of the two decimals, to the nearest double. Numbers that are no decimals in the sense of
 // ToDecimal, or so far apart that no digit of one meets a digit of the other, are added as doubles.
+// Adding 0 changes nothing.
 double ExactSum(double a, double b);
 inline double ExactDifference(double a, double b) { return ExactSum(a, -b); }
+// Whether the decimal of `a` is that of `b` or more; false when either is not a number.
+inline bool AtLeast(double a, double b) { return ExactDifference(a, b) >= 0; }
 
 // The number with so many places, at least 0, rounded half away from zero on its decimal digits.
 // There is always a point, 1 with no places is "1.", and never a minus before zero. What is no

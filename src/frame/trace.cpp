@@ -42,6 +42,13 @@ std::string Cell(std::wstring_view text) {
   return cell;
 }
 
+// StockRecord.Fields("NAME")
+std::string Cell(const Step& step) {
+  std::string cell = Cell(step.object) + '.' + Cell(step.operation);
+  if (!step.detail.empty()) cell += "(\"" + Cell(step.detail) + "\")";
+  return cell;
+}
+
 }  // namespace
 
 void Trace::Attach(Sink sink) {
@@ -69,11 +76,18 @@ void Trace::Skipped(const Step& step, std::int32_t number, std::wstring_view tex
   try {
     char code[16];
     std::snprintf(code, sizeof code, "0x%08X", static_cast<unsigned>(number));
-    std::string line = Now() + "\tskip\t" + Cell(step.object) + '.' + Cell(step.operation);
-    if (!step.detail.empty()) line += "(\"" + Cell(step.detail) + "\")";
-    Write(line + '\t' + code + '\t' + Cell(text));
+    Write(Now() + "\tskip\t" + Cell(step) + '\t' + code + '\t' + Cell(text));
   } catch (...) {
     // A line that cannot be written is lost: the trace never disturbs the call it describes.
+  }
+}
+
+void Trace::Noted(const Step& step, std::wstring_view text) noexcept {
+  if (!on_) return;
+  try {
+    Write(Now() + "\tnote\t" + Cell(step) + '\t' + Cell(text));
+  } catch (...) {
+    // As above.
   }
 }
 

@@ -1,6 +1,7 @@
 // The trace: errors are swallowed by contract, so this is where they can be seen. When a sink is
-// attached, every public call is recorded with its duration and result type, and every skipped
-// step with its number and text. Off, it costs one test. Passwords and field values never go in.
+// attached, every public call is recorded with its duration and result type, every skipped step
+// with its number and text, and what else decided something. Off, it costs one test. Passwords and
+// field values never go in.
 #ifndef ARD_FRAME_TRACE_H_
 #define ARD_FRAME_TRACE_H_
 
@@ -13,7 +14,7 @@
 
 namespace ard {
 
-// What a step did, put together only when it has failed: SalesRecord.Fields("NAME").
+// What a step did, put together only when there is something to tell: SalesRecord.Fields("NAME").
 struct Step {
   std::wstring_view object;
   std::wstring_view operation;
@@ -36,6 +37,9 @@ class Trace {
   // Call it only inside a catch block.
   void SkippedByException(const Step& step) noexcept;
   void Skipped(const Step& step, std::int32_t number, std::wstring_view text) noexcept;
+
+  // Notes what came of a step that has not failed.
+  void Noted(const Step& step, std::wstring_view text) noexcept;
 
   void Called(std::wstring_view object, std::wstring_view member, std::wstring_view result_type,
               std::chrono::steady_clock::duration duration) noexcept;

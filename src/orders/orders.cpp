@@ -9,10 +9,21 @@ namespace {
 
 constexpr int kListWidth = 7040;  // twips
 
+constexpr dialogs::FieldColumn kSalesColumns[] = {
+    {L"S.Order No.", 12, L"ORDER_NUMBER"}, {L"A/C", 15, L"ACCOUNT_REF"}, {L"Name", 45, L"NAME"}};
+constexpr dialogs::FieldColumn kPurchaseColumns[] = {
+    {L"P.Order No.", 12, L"ORDER_NUMBER"}, {L"A/C", 15, L"ACCOUNT_REF"}, {L"Name", 45, L"NAME"}};
+
 }  // namespace
 
-const OrderBook kSalesOrderBook = {L"SopRecord", dialogs::kFastSelectSop};
-const OrderBook kPurchaseOrderBook = {L"PopRecord", dialogs::kFastSelectPop};
+const OrderBook kSalesOrderBook = {L"SopRecord",
+                                   {L"frmFastSelectSop",
+                                    L"Select Sales Order",
+                                    {L"SopData", L"SopIndex", L"NO_OF_SOP", kSalesColumns}}};
+const OrderBook kPurchaseOrderBook = {L"PopRecord",
+                                      {L"frmFastSelectPop",
+                                       L"Select Purchase Order",
+                                       {L"PopData", L"PopIndex", L"NO_OF_POP", kPurchaseColumns}}};
 
 bool Orders::Find(engine::Record& order, std::int32_t number) const {
   return order.Set(L"ORDER_NUMBER", number) && order.Find(engine::Match::kExact);
@@ -38,8 +49,7 @@ std::int32_t Orders::List() const noexcept {
 
 std::wstring Orders::FastList() const noexcept {
   return Call<std::wstring>(L"FastList", [&](std::wstring& number) {
-    const std::optional<dialogs::Row> choice = dialogs::FastSelect(context(), book_.list);
-    if (choice) number = Trimmed(choice->Cell(1));
+    number = dialogs::FastSelect(context(), book_.list);
   });
 }
 

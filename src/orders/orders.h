@@ -16,7 +16,7 @@ namespace ard::orders {
 // What tells one kind of order from the other.
 struct OrderBook {
   std::wstring_view record;  // keyed by ORDER_NUMBER
-  const dialogs::FastSelectForm& list;
+  dialogs::FastSelectForm list;
 };
 
 // What both have in common.

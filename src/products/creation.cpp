@@ -1,4 +1,4 @@
-#include <array>
+#include <cmath>
 #include <cwchar>
 #include <iterator>
 #include <string>
@@ -82,8 +82,8 @@ void FillNewRecord(engine::Record& stock, engine::DataFile* setup) {
 void NotePostSave(const Context& context) {
   const std::wstring generation = engine::EngineVersion(context).substr(0, 2);
   if (std::wcstol(generation.c_str(), nullptr, 10) > 9) {
-    context.trace().Skipped({L"Products", L"PostSave"}, kErrorFailed,
-                            L"This library does not have the engine's post-save service.");
+    context.trace().Noted({L"Products", L"PostSave"},
+                          L"This library does not have the engine's post-save service.");
   }
 }
 
@@ -162,8 +162,7 @@ std::wstring Products::CreateNewProduct(std::wstring_view prod_code,
 
     {
       engine::DataFile setup(context(), L"SetupData");
-      setup.Open(Mode::kRead);
-      setup.Read(1);
+      if (!setup.Open(Mode::kRead) || !setup.Read(1)) setup.Close();
       if (!stock.AddNew()) return;
       FillNewRecord(stock, &setup);
     }
@@ -211,9 +210,9 @@ bool Products::UpdateAllocQty(std::wstring_view prod_code, double qty) const noe
     double in_stock = 0;
     double so_far = 0;
     if (!stock.Get(L"QTY_IN_STOCK", in_stock) || !stock.Get(L"QTY_ALLOCATED", so_far)) return;
-    if (ExactDifference(in_stock, so_far) < qty) return;
-    if (!stock.Edit()) return;
-    stock.Set(L"QTY_ALLOCATED", ExactSum(so_far, qty));
+    const double sum = ExactSum(so_far, qty);
+    if (!AtLeast(ExactDifference(in_stock, so_far), qty) || !std::isfinite(sum)) return;
+    if (!stock.Edit() || !stock.Set(L"QTY_ALLOCATED", sum)) return;
     stock.Update();
     allocated = true;
   });

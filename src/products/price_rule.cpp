@@ -28,7 +28,9 @@ constexpr Rule kRules[] = {
 double ApplyPriceRule(const BasePrices& prices, engine::Record& entry) {
   std::int16_t type = 0;
   double value = 0;
-  if (!entry.Get(L"Discount_Type", type) || !entry.Get(L"Value", value)) return 0;
+  if (!entry.Get(L"Discount_Type", type) || !entry.Get(L"Value", value)) {
+    return prices.selling;
+  }
   if (type < 0 || static_cast<std::size_t>(type) >= std::size(kRules)) return 0;
   return kRules[type](prices, value);
 }

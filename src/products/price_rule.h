@@ -12,7 +12,8 @@ struct BasePrices {
 };
 
 // The price by the current entry of `entry`, a PriceRecord: its Discount_Type says how its Value
-// works on the prices. 0 for an unknown type, or when the entry cannot be read.
+// works on the prices. 0 for an unknown type; an entry that cannot be read leaves the selling
+// price.
 double ApplyPriceRule(const BasePrices& prices, engine::Record& entry);
 
 }  // namespace ard::products

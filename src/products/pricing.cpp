@@ -18,32 +18,33 @@ constexpr std::size_t kReferenceLength = 8;
 
 bool IsReceipt(std::int16_t type) { return type == 1 || type == 3 || type == 5 || type == 7; }
 
-// Sums are exact, so that nothing is left of 0.1 and 0.2 less 0.3.
+// Nothing is rounded. Whether something is left, of a receipt and in all, is asked of the exact
+// decimals, so that the noise of 0.1 and 0.2 less 0.3 is never divided by.
 double AveragePrice(engine::Record& stock) {
   engine::Transactions transactions(stock);
-  engine::Column type_of(transactions, L"Type");
-  engine::Column quantity_of(transactions, L"QUANTITY");
-  engine::Column used_of(transactions, L"QTY_USED");
-  engine::Column cost_of(transactions, L"COST_PRICE");
   double total_quantity = 0;
   double total_cost = 0;
+  double left = 0;
   transactions.MoveFirst();
   const std::int32_t count = transactions.Count();
-  for (std::int32_t i = 1; i <= count; ++i) {
+  for (std::int32_t i = 1; i <= count; ++i, transactions.MoveNext()) {
     std::int16_t type = 0;
     double quantity = 0;
     double used = 0;
-    if (type_of.Get(type) && IsReceipt(type) && quantity_of.Get(quantity) && used_of.Get(used)) {
-      const double remaining = ExactDifference(quantity, used);
-      double cost = 0;
-      if (remaining != 0) {
-        total_quantity = ExactSum(total_quantity, remaining);
-        if (cost_of.Get(cost)) total_cost = ExactSum(total_cost, cost * remaining);
-      }
+    if (!transactions.Get(L"Type", type) || !IsReceipt(type) ||
+        !transactions.Get(L"QUANTITY", quantity) || !transactions.Get(L"QTY_USED", used)) {
+      continue;
     }
-    if (i < count) transactions.MoveNext();
+    const double exact = ExactDifference(quantity, used);
+    if (exact == 0) continue;
+    const double remaining = quantity - used;
+    left = ExactSum(left, exact);
+    total_quantity += remaining;
+    double cost = 0;
+    if (transactions.Get(L"COST_PRICE", cost)) total_cost += cost * remaining;
   }
-  return total_cost != 0 && total_quantity != 0 ? total_cost / total_quantity : 0;
+  if (left == 0 || total_quantity == 0) return 0;
+  return total_cost / total_quantity;
 }
 
 double CostPrice(const Context& context, std::wstring_view stock_code, bool use_average) {
@@ -55,25 +56,30 @@ double CostPrice(const Context& context, std::wstring_view stock_code, bool use_
   return price;
 }
 
-// The price list of one customer, looked up when it is first asked for.
+// Prices are looked up as keys are: without regard to case and to the blanks around them.
+bool IsSameKey(std::wstring_view a, std::wstring_view b) {
+  return EqualsIgnoreCase(Trimmed(a), Trimmed(b));
+}
+
+// The price list of one customer, who is looked up when it is first asked for.
 class PriceListOf {
  public:
   PriceListOf(const Context& context, std::wstring_view acc_ref)
-      : context_(context), acc_ref_(acc_ref) {}
+      : customer_(context, L"SalesRecord"), acc_ref_(acc_ref) {}
 
-  // Whether the customer exists and has that price list.
-  bool Is(std::wstring_view price_list) {
+  // Whether the customer exists and has the price list of that entry.
+  bool HasListOf(engine::Record& entry) {
     if (!looked_up_) {
       looked_up_ = true;
-      engine::Record customer(context_, L"SalesRecord");
-      found_ = customer.Set(L"ACCOUNT_REF", acc_ref_) && customer.Find(Match::kExact) &&
-               customer.Get(L"Price_List_Ref", price_list_, engine::kTrimmed);
+      found_ = customer_.Set(L"ACCOUNT_REF", acc_ref_) && customer_.Find(Match::kExact) &&
+               customer_.Get(L"Price_List_Ref", price_list_);
     }
-    return found_ && price_list_ == price_list;
+    std::wstring reference;
+    return found_ && entry.Get(L"Ext_Ref", reference) && IsSameKey(reference, price_list_);
   }
 
  private:
-  const Context& context_;
+  engine::Record customer_;
   std::wstring_view acc_ref_;
   bool looked_up_ = false;
   bool found_ = false;
@@ -85,19 +91,16 @@ class PriceListOf {
 double PriceListPrice(const Context& context, const BasePrices& prices,
                       std::wstring_view stock_code, std::wstring_view acc_ref) {
   engine::Record entry(context, L"PriceRecord");
-  PriceListOf customer_price_list(context, acc_ref);
-  if (!entry.exists()) return prices.selling;
-  engine::Column code_of(entry, L"Stock_Code");
-  engine::Column type_of(entry, L"Type");
-  engine::Column reference_of(entry, L"Ext_Ref");
+  PriceListOf customer(context, acc_ref);
   std::wstring code;
   std::wstring reference;
   do {
     std::int16_t type = 0;
-    if (!code_of.Get(code) || Trimmed(code) != stock_code) continue;
-    if (!type_of.Get(type) || !reference_of.Get(reference)) continue;
-    const bool applies = type == kOneCustomer ? Trimmed(reference) == acc_ref
-                                              : customer_price_list.Is(Trimmed(reference));
+    if (!entry.Get(L"Stock_Code", code) || !IsSameKey(code, stock_code)) continue;
+    if (!entry.Get(L"Type", type)) continue;
+    const bool applies = type == kOneCustomer
+                             ? entry.Get(L"Ext_Ref", reference) && IsSameKey(reference, acc_ref)
+                             : customer.HasListOf(entry);
     if (applies) return ApplyPriceRule(prices, entry);
   } while (entry.MoveNext());
   return prices.selling;
@@ -107,16 +110,12 @@ double StoredSupplierPrice(const Context& context, std::wstring_view stock_code,
                            std::wstring_view padded_ref) {
   double price = 0;
   engine::Index index(context, L"PriceIndex");
+  engine::DataFile data(context, L"PriceData");  // closed before the index
   index.Open(Mode::kRead);
-  std::wstring key = L"U";
-  key += padded_ref;
-  key += stock_code;
-  if (!index.SetKey(key) || !index.Find(Match::kExact)) return price;
-  const std::int32_t record = index.RecordNumber();
-  if (record == 0) return price;
-  engine::DataFile data(context, L"PriceData");
   data.Open(Mode::kRead);
-  if (data.Read(record)) data.Get(L"STORED_PRICE", price);
+  std::wstring key = L"U";
+  key.append(padded_ref).append(stock_code);
+  if (engine::ReadKey(index, data, key)) data.Get(L"STORED_PRICE", price);
   return price;
 }
 

@@ -22,11 +22,7 @@ void Products::SetShowSpecialProds(bool show) noexcept {
 }
 
 bool Products::IsValid(std::wstring_view prod_ref) const noexcept {
-  return Call<bool>(L"IsValid", [&](bool& valid) {
-    engine::Index index(context(), L"StockIndex");
-    index.Open(engine::Mode::kQuery);
-    valid = index.SetKey(prod_ref) && index.Find(engine::Match::kExact);
-  });
+  return Call<bool>(L"IsValid", [&](bool& valid) { valid = StockFiles(context()).Has(prod_ref); });
 }
 
 std::wstring Products::GetDesc(std::wstring_view product_ref) const noexcept {

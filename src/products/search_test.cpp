@@ -252,9 +252,9 @@ TEST_F(SearchTest, WithoutADatabaseTheStockListStillWorks) {
 }
 
 TEST_F(SearchTest, CellsShowTheirValueByTheTypeOfTheField) {
-  dialogs::ProductInfo info(products_.context(), L"SELECT * FROM ProdInfoStockFields");
+  dialogs::ProductInfo info(products_.context());
   ListModel list(info);
-  info.AddColumns(list);
+  info.Open(list, L"SELECT * FROM ProdInfoStockFields");
   list.SetRowCount(info.RecordCount());
   EXPECT_EQ(list.columns()[3].header, L"Reviewed");
   EXPECT_EQ(Shown(list), (Texts{L"AB1|Zinc|Yes|2006-10-13|0.5", L"AB2|Brass|No||",

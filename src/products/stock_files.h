@@ -23,9 +23,9 @@ class StockFiles {
 
   // Makes the record of the stock code, taken exactly as given, current. False when there is none,
   // or when it cannot be read.
-  bool Find(std::wstring_view stock_code) {
-    return index_.SetKey(stock_code) && index_.Find(engine::Match::kExact) && Read();
-  }
+  bool Find(std::wstring_view stock_code) { return engine::ReadKey(index_, data_, stock_code); }
+  // Whether the code is in the index; no record is read.
+  bool Has(std::wstring_view stock_code) { return index_.FindKey(stock_code); }
 
   // Reads a field of the current record.
   template <class T>
@@ -34,11 +34,6 @@ class StockFiles {
   }
 
  private:
-  bool Read() {
-    const std::int32_t record = index_.RecordNumber();
-    return record != 0 && data_.Read(record);
-  }
-
   engine::Index index_;
   engine::DataFile data_;
 };

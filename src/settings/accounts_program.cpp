@@ -45,8 +45,10 @@ class AddInList {
   // False when the user has aborted.
   bool Register(const TextArray& check_items, std::wstring_view long_path,
                 std::wstring_view narrative, std::wstring_view bitmap, std::wstring_view exe_name) {
-    std::wstring short_path;
-    Try(L"ShortPath", [&] { short_path = machine().ShortPath(long_path); });
+    // A path that has no short form, since it does not exist yet, is written as it is.
+    std::wstring short_path(long_path);
+    Attempt(context_.trace(), {L"Environment", L"ShortPath"},
+            [&] { short_path = machine().ShortPath(long_path); });
     std::wstring entry(narrative);
     for (const std::wstring_view part : {std::wstring_view(short_path), bitmap, exe_name}) {
       entry.append(L",").append(part);

@@ -4,7 +4,6 @@
 
 #include "engine/handles.h"
 #include "frame/decimal.h"
-#include "frame/error.h"
 #include "frame/numbered_text.h"
 #include "settings/general.h"
 
@@ -24,13 +23,12 @@ void ListNames(const Context& context, std::wstring_view data_file, const TextAr
   DataFile file(context, data_file);
   if (!file.Open(Mode::kQuery)) return;
   using Counter = std::numeric_limits<std::int16_t>;
-  engine::Column name_of(file, L"NAME");
   NumberedText label(L"", L"   ");
   const std::int64_t last = std::min<std::int64_t>(list.upper_bound(), Counter::max());
   for (std::int64_t n = std::max<std::int64_t>(list.lower_bound, Counter::min()); n <= last; ++n) {
     file.Read(static_cast<std::int32_t>(n));
     std::wstring name;
-    if (!name_of.Get(name)) continue;
+    if (!file.Get(L"NAME", name)) continue;
     list.Find(n)->assign(label.With(static_cast<std::int16_t>(n))).append(Trimmed(name));
   }
 }
@@ -44,19 +42,11 @@ void MakeFormat(std::int16_t decimals, std::wstring& format) {
   format = std::move(whole);
 }
 
-// A text that is no number stays what it is.
-std::wstring FormattedRate(const std::wstring& rate) {
-  try {
-    return FormatFixed(Value(rate).ToDouble(), kRateDecimals);
-  } catch (const Error&) {
-    return rate;
-  }
-}
-
 // A tax code's line in the list, to be filled from its rate.
 struct TaxLine {
   std::int16_t code;
   std::wstring& text;
+  Trace& trace;
 };
 
 void Convert(Value&& value, TaxLine& line) {
@@ -70,7 +60,13 @@ void Convert(Value&& value, TaxLine& line) {
     line.text = label;
     AppendFixed(line.text, *rate, kRateDecimals);
   } else {
-    line.text = std::wstring(label) + FormattedRate(std::move(value).ToText());
+    // A text that is no number stays what it is.
+    std::wstring text = std::move(value).ToText();
+    double number = 0;
+    if (Attempt(line.trace, {L"General", L"FormatRate"}, [&] { Convert(Value(text), number); })) {
+      text = FormatFixed(number, kRateDecimals);
+    }
+    line.text = std::wstring(label) + text;
   }
 }
 
@@ -124,7 +120,7 @@ void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
     for (std::int16_t code = 0; code < kTaxCodes; ++code) {
       std::wstring* const element = tax_code_list.Find(code);
       if (!element) continue;
-      TaxLine line{code, *element};
+      TaxLine line{code, *element, context().trace()};
       taxes.Get(field.With(code), line);
     }
   });

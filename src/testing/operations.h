@@ -13,7 +13,7 @@ namespace needed {
 inline constexpr int kOpen = 2;    // CreateRecordObject, Open
 inline constexpr int kClose = 1;   // Close
 inline constexpr int kRead = 1;    // Read
-inline constexpr int kFields = 1;  // Fields, once for each object
+inline constexpr int kFields = 1;  // Fields, once for each record
 inline constexpr int kItem = 1;    // Fields("NAME")
 inline constexpr int kValue = 1;   // Value
 inline constexpr int kField = kItem + kValue;
@@ -22,19 +22,21 @@ inline constexpr int kMove = 1;    // MoveFirst, MoveNext
 inline constexpr int kCount = 1;   // Count
 inline constexpr int kCreate = 1;  // CreateRecordObject
 
-// A record by its key, and a single-record file such as SetupData.
-inline constexpr int kFound = kCreate + kFields + kField + kFind;
+// A record by its key, of which nothing is read yet; one whose fields are read; a single-record
+// file such as SetupData.
+inline constexpr int kLooked = kCreate + kFields + kField + kFind;
+inline constexpr int kFound = kLooked + kFields;
 inline constexpr int kSingle = kOpen + kRead + kFields + kClose;
 // A product by the index, then by its number in the data file; Key =, Find, RecordNumber, Read.
 inline constexpr int kProduct = 2 * kOpen + 4 + kFields + 2 * kClose;
-// An index that does not have the key.
-inline constexpr int kNotInIndex = kOpen + 1 + kFind + kClose;
+// An index and its data file, for a key that is not in it.
+inline constexpr int kNotInIndex = 2 * kOpen + 1 + kFind + 2 * kClose;
 // The pricing service, which is not there.
 inline constexpr int kNoService = kCreate;
 
-// Three transactions, of which two are receipts: Transactions; MoveFirst, Count, MoveNext twice;
-// the type of each, and quantity, used and cost of the receipts.
-inline constexpr int kAverage = kCreate + kFields + 3 * kMove + kCount + 4 * kItem + 9 * kValue;
+// Three transactions, of which two are receipts: Transactions; MoveFirst, Count, MoveNext from
+// each; the type of each, and quantity, used and cost of the receipts.
+inline constexpr int kAverage = kCreate + 4 * kMove + kCount + 3 * kFields + 9 * kField;
 
 // The fields of StockData and of AccessData, and how many of StockData's are of a type that has a
 // blank value.
@@ -51,7 +53,7 @@ struct Member {
 inline constexpr Member kMembers[] = {
     // Limit, balance, on hold and terms; whether there are to be warnings.
     {L"Customers.IsValid", kFound + 4 * kField + kSingle + kField},
-    {L"Customers.IsValid, unknown", kFound},
+    {L"Customers.IsValid, unknown", kLooked},
     {L"Customers.GetName", kFound + kField},
     {L"Customers.GetContact", kFound + kField},
     // The account's rate and type; the thresholds from level 10 down to the one reached, its rate.
@@ -60,8 +62,8 @@ inline constexpr Member kMembers[] = {
     {L"Suppliers.IsValid", kFound + 4 * kField + kSingle + kField},
     {L"Suppliers.GetName", kFound + kField},
     {L"Suppliers.GetDiscPercent", kFound + kField},
-    {L"Nominal.IsValid", kFound},
-    {L"Bank.IsValid", kFound},
+    {L"Nominal.IsValid", kLooked},
+    {L"Bank.IsValid", kLooked},
     {L"CustomerRecord.Read and all properties", kFound + 18 * kField},
     {L"SupplierRecord.Read and all properties", kFound + 5 * kField},
 
@@ -72,8 +74,8 @@ inline constexpr Member kMembers[] = {
     {L"PurchaseOrders.IsValid", kFound + kField},
 
     // An array of four, and one of two; twelve tax codes.
-    {L"General.GetCategories", kOpen + 4 * kRead + kFields + kItem + 4 * kValue + kClose},
-    {L"General.GetDepartments", kOpen + 2 * kRead + kFields + kItem + 2 * kValue + kClose},
+    {L"General.GetCategories", kOpen + 4 * (kRead + kFields + kField) + kClose},
+    {L"General.GetDepartments", kOpen + 2 * (kRead + kFields + kField) + kClose},
     {L"General.GetDPSettings", kSingle + 2 * kField},
     {L"General.GetTaxCodes", kSingle + 12 * kField},
     {L"General.GetVatRate", kSingle + kField},
@@ -84,10 +86,9 @@ inline constexpr Member kMembers[] = {
     {L"General.IsArdExclusive", 0},
     {L"General.CreateAccountsShortcut", 0},
     // Three slots, whose names and flags are read; the station of one.
-    {L"General.GetNumActiveUsers",
-     kOpen + kCount + kFields + 2 * kItem + 3 * (kRead + 2 * kValue) + kClose},
+    {L"General.GetNumActiveUsers", kOpen + kCount + 3 * (kRead + kFields + 2 * kField) + kClose},
     {L"General.GetNumActiveUsersInclDet",
-     kOpen + kCount + kFields + 2 * kItem + 3 * (kRead + 2 * kValue) + kField + kClose},
+     kOpen + kCount + 3 * (kRead + kFields + 2 * kField) + kField + kClose},
 
     {L"Products.IsValid", kNotInIndex},
     {L"Products.GetDesc", kProduct + kField},
@@ -107,12 +108,13 @@ inline constexpr Member kMembers[] = {
     {L"Products.GetSupplierOnOrder", kProduct + 3 * kField},
     {L"Products.IsMemberOfCategory", kProduct + kField},
     {L"Products.GetSellPrice", kProduct + kField},
-    {L"Products.GetCostPrice", kFound + kAverage},
-    {L"Products.GetAveragePrice", kFound + kAverage},  // the host finds the record
-    // Both prices; two entries of the price list: code, type and reference, the customer's own list
-    // for the first, the rule of the second.
-    {L"Products.GetSpecialPrice", kNoService + kFound + 2 * kField + kCreate + kFields + 3 * kItem +
-                                      2 * 3 * kValue + kMove + kFound + kField + 2 * kField},
+    {L"Products.GetCostPrice", kLooked + kAverage},
+    {L"Products.GetAveragePrice", kLooked + kAverage},  // the host finds the record
+    // Both prices; two entries of the price list, with their codes and types: the customer's own list
+    // and the reference of the first, the reference and the rule of the second.
+    {L"Products.GetSpecialPrice", kNoService + kFound + 2 * kField + kCreate + 2 * kFields +
+                                      2 * 2 * kField + kMove + kFound + kField + kField +
+                                      3 * kField},
     // No price is kept: the cost price, the supplier's currency, its rate.
     {L"Products.GetSupplierPrice",
      kNoService + kNotInIndex + kFound + kField + kFound + kField + kSingle + kField},
@@ -131,10 +133,10 @@ inline constexpr Member kMembers[] = {
     {L"Messaging.PoAccess, denied", kOpen + kFind + kFields + kField + kClose},
     {L"Messaging.PoAccess", kOpen + kFind + kFields + kField + kClose},
     // A name tells how long they are kept; found at once; the right.
-    {L"cAccessRights.IsUserAllowedAccess", kOpen + kFields + kField + kFind + kField + kClose},
+    {L"cAccessRights.IsUserAllowedAccess", kOpen + kFields + kField + kFind + kFields + kField + kClose},
     // Not found in three ways, then read one after the other.
     {L"cAccessRights.IsValid",
-     kOpen + kFields + kField + 3 * kFind + kCount + 3 * (kRead + kValue) + kClose},
+     kOpen + kFields + kField + 3 * kFind + kCount + 3 * (kRead + kFields + kField) + kClose},
     // Not there; opened anew, each field, its type and blank value, the name, Write.
     {L"cAccessRights.AddUser", kOpen + kFind + kClose + kOpen + kFields + kCount +
                                    3 * kAccessFields + kField + kCount + 1 + kClose},

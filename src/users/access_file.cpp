@@ -16,9 +16,8 @@ constexpr std::int32_t kNoAccess = 1;
 bool IsManager(std::wstring_view user) { return EqualsIgnoreCase(Trimmed(user), L"MANAGER"); }
 
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
-  engine::Column name_of(access, kName);
   std::wstring stored;
-  name_of.Get(stored);
+  access.Get(kName, stored);
   const auto finds = [&](std::wstring name) {
     if (name.size() < stored.size()) name.resize(stored.size(), L' ');
     return access.FindFirst(kName, std::move(name));
@@ -26,7 +25,7 @@ bool FindUser(engine::DataFile& access, std::wstring_view user) {
   if (finds(UpperCase(user)) || finds(LowerCase(user)) || finds(std::wstring(user))) return true;
   const std::int32_t count = access.Count();
   for (std::int32_t record = 1; record <= count; ++record) {
-    if (access.Read(record) && name_of.Get(stored) &&
+    if (access.Read(record) && access.Get(kName, stored) &&
         EqualsIgnoreCase(Trimmed(stored), Trimmed(user))) {
       return true;
     }

@@ -55,20 +55,8 @@ constexpr std::int32_t kStateClosed = 0;
 
 // What is looked up once for a connection and everything opened on it.
 struct LookedUp {
-  DISPID Id(const LateBound& object, Name name) {
-    DISPID& id = ids[name];
-    if (id == DISPID_UNKNOWN) id = object.LookUp(kNameTexts[name]);
-    return id;
-  }
-
-  static std::array<DISPID, kNames> NoIds() {
-    std::array<DISPID, kNames> none;
-    none.fill(DISPID_UNKNOWN);
-    return none;
-  }
-
   std::optional<CLSID> recordset_class;
-  std::array<DISPID, kNames> ids = NoIds();
+  NamedIds<kNameTexts> ids;
 };
 using LookedUpPtr = std::shared_ptr<LookedUp>;
 
@@ -89,7 +77,7 @@ class Named {
   void Put(Name name, const auto& value) const { object_.Put(Id(name), value); }
 
  private:
-  DISPID Id(Name name) const { return looked_up_->Id(object_, name); }
+  DISPID Id(Name name) const { return looked_up_->ids.Get(object_, name); }
 
   LateBound object_;
   LookedUpPtr looked_up_;

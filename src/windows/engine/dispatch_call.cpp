@@ -7,16 +7,6 @@ namespace {
 
 constexpr LCID kLocale = LOCALE_USER_DEFAULT;
 
-// Throws what a server says about a failing call of its own.
-[[noreturn]] void ThrowException(EXCEPINFO& info) {
-  if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
-  const Bstr source = Bstr::Adopt(info.bstrSource);
-  const Bstr description = Bstr::Adopt(info.bstrDescription);
-  const Bstr help_file = Bstr::Adopt(info.bstrHelpFile);
-  const std::int32_t code = info.scode != 0 ? static_cast<std::int32_t>(info.scode) : info.wCode;
-  throw Error(code, std::wstring(description.view()));
-}
-
 }  // namespace
 
 DISPID LateBound::LookUp(const wchar_t* name) const {
@@ -27,14 +17,28 @@ DISPID LateBound::LookUp(const wchar_t* name) const {
   return id;
 }
 
-void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const {
-  EXCEPINFO exception{};
+LateBound::ExceptionInfo::~ExceptionInfo() {
+  SysFreeString(bstrSource);
+  SysFreeString(bstrDescription);
+  SysFreeString(bstrHelpFile);
+}
+
+HRESULT LateBound::TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result,
+                               ExceptionInfo& exception) const {
   UINT wrong_argument = 0;
-  const HRESULT outcome = object_->Invoke(id, IID_NULL, kLocale, flags, &parameters, result,
-                                          &exception, &wrong_argument);
+  return object_->Invoke(id, IID_NULL, kLocale, flags, &parameters, result, &exception,
+                         &wrong_argument);
+}
+
+void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const {
+  ExceptionInfo info;
+  const HRESULT outcome = TryToInvoke(id, flags, parameters, result, info);
   if (SUCCEEDED(outcome)) return;
-  if (outcome == DISP_E_EXCEPTION) ThrowException(exception);
-  throw SystemError(outcome);
+  if (outcome != DISP_E_EXCEPTION) throw SystemError(outcome);
+  if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
+  const std::int32_t code = info.scode != 0 ? static_cast<std::int32_t>(info.scode) : info.wCode;
+  const UINT length = info.bstrDescription ? SysStringLen(info.bstrDescription) : 0;
+  throw Error(code, std::wstring(length ? info.bstrDescription : L"", length));
 }
 
 }  // namespace ard::windows

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -85,6 +86,19 @@ class LateBound {
     return ToDispatch(Ask(id, arguments...));
   }
 
+  // The object that a member gives; null when it gives none, or fails.
+  ComPtr<IDispatch> AskForObject(DISPID id, const auto&... arguments) const {
+    auto list = Reversed(arguments...);
+    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
+    ScopedVariant result;
+    ExceptionInfo exception;
+    const HRESULT outcome =
+        TryToInvoke(id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, &result, exception);
+    const bool is_object = result.vt == VT_DISPATCH || result.vt == VT_UNKNOWN;
+    if (FAILED(outcome) || !is_object || !result.punkVal) return {};
+    return ToDispatch(std::move(result));
+  }
+
   // Calls a member that has none.
   template <class... Arguments>
   void Do(DISPID id, const Arguments&... arguments) const {
@@ -106,9 +120,34 @@ class LateBound {
   DISPID LookUp(const wchar_t* name) const;
 
  private:
+  // What a server says about a failing call of its own.
+  struct ExceptionInfo : EXCEPINFO {
+    ExceptionInfo() : EXCEPINFO{} {}
+    ~ExceptionInfo();
+  };
+
+  HRESULT TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result,
+                      ExceptionInfo& exception) const;
   void Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const;
 
   ComPtr<IDispatch> object_;
+};
+
+// The ids of the members of one type of object that are looked up by name: each when it is first
+// asked for. `kNames` is the array of their names.
+template <const auto& kNames>
+class NamedIds {
+ public:
+  NamedIds() { ids_.fill(DISPID_UNKNOWN); }
+
+  DISPID Get(const LateBound& object, std::size_t member) {
+    DISPID& id = ids_[member];
+    if (id == DISPID_UNKNOWN) id = object.LookUp(kNames[member]);
+    return id;
+  }
+
+ private:
+  std::array<DISPID, std::size(kNames)> ids_;
 };
 
 }  // namespace ard::windows

@@ -1,6 +1,5 @@
 #include "windows/engine/late_bound.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -15,21 +14,8 @@ namespace {
 using engine::Match;
 using engine::Mode;
 
-// The ids of the members that are looked up by name, as far as they are known, for one type of
-// object and the fields that it has.
-class NamedIds {
- public:
-  NamedIds() { ids_.fill(DISPID_UNKNOWN); }
-
-  DISPID Get(const LateBound& object, NamedMember member) {
-    DISPID& id = ids_[member];
-    if (id == DISPID_UNKNOWN) id = object.LookUp(kMemberNames[member]);
-    return id;
-  }
-
- private:
-  std::array<DISPID, kNamedMembers> ids_;
-};
+// Of one type of object, and of the fields that it has.
+using EngineIds = NamedIds<kMemberNames>;
 
 // What a workspace and everything created through it share, until the last of them is gone (or a
 // record that the host has handed in, and what comes from it): the ids that are known, and the
@@ -46,10 +32,10 @@ class Session {
     if (--references_ == 0) delete this;
   }
 
-  NamedIds data_file_ids;
-  NamedIds record_ids;
-  NamedIds transactions_ids;
-  NamedIds pricing_ids;
+  EngineIds data_file_ids;
+  EngineIds record_ids;
+  EngineIds transactions_ids;
+  EngineIds pricing_ids;
 
   // Memory for one wrapper, which holds a reference to the session until it is given back.
   void* Take() {
@@ -108,7 +94,7 @@ std::unique_ptr<Wrapped> Wrap(Session& session, ComPtr<IDispatch> object, Argume
 
 class LateField : public Wrapper<engine::Field> {
  public:
-  LateField(Session& session, ComPtr<IDispatch> object, NamedIds& ids)
+  LateField(Session& session, ComPtr<IDispatch> object, EngineIds& ids)
       : Wrapper(session, std::move(object)), ids_(ids) {}
 
   std::wstring Name() override { return object_.AskText(ids_.Get(object_, kFieldName)); }
@@ -117,12 +103,12 @@ class LateField : public Wrapper<engine::Field> {
   void SetValue(const Value& value) override { object_.Put(ids_.Get(object_, kFieldValue), value); }
 
  private:
-  NamedIds& ids_;
+  EngineIds& ids_;
 };
 
 class LateFields : public Wrapper<engine::Fields> {
  public:
-  LateFields(Session& session, ComPtr<IDispatch> object, NamedIds& ids)
+  LateFields(Session& session, ComPtr<IDispatch> object, EngineIds& ids)
       : Wrapper(session, std::move(object)), ids_(ids) {}
 
   std::unique_ptr<engine::Field> Item(std::wstring_view name) override {
@@ -135,7 +121,7 @@ class LateFields : public Wrapper<engine::Fields> {
   std::int32_t Count() override { return object_.AskLong(ids_.Get(object_, kFieldsCount)); }
 
  private:
-  NamedIds& ids_;
+  EngineIds& ids_;
 };
 
 class LateDataFile : public Wrapper<engine::DataFileObject> {
@@ -241,7 +227,9 @@ class LateWorkspace : public engine::Workspace {
     return Wrap<LateIndex>(*session_.get(), Create(name));
   }
   std::unique_ptr<engine::PricingObject> CreatePricing() override {
-    return Wrap<LatePricing>(*session_.get(), Create(L"Pricing"));
+    ComPtr<IDispatch> service =
+        object_.AskForObject(WorkspaceId::kCreateRecordObject, std::wstring_view(L"Pricing"));
+    return service ? Wrap<LatePricing>(*session_.get(), std::move(service)) : nullptr;
   }
   bool Connect(std::wstring_view data_path, std::wstring_view user, std::wstring_view password,
                std::wstring_view unique_id) override {
