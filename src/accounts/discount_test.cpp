@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "accounts/customers.h"
 #include "testing/company_test.h"
 
@@ -18,7 +20,8 @@ TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
     company.Customer(L"TYPE" + std::to_wstring(type),
                      {{L"DISCOUNT_TYPE", type}, {L"DISCOUNT_RATE", 5.1}});
   }
-  company
+  company.Customer(L"THIRD", {{L"DISCOUNT_RATE", 100.0 / 3}})
+      .Customer(L"SINGLE", {{L"DISCOUNT_RATE", double{12.35f}}})
       // A higher level may ask for less, or give less.
       .Setup(
           L"SALES_AMOUNT_SOLD_1=1000|SALES_ADD_DISC_1=40|SALES_AMOUNT_SOLD_3=435|"
@@ -48,7 +51,11 @@ TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
       {L"TYPE4", L"BOLT", 100, 1, 12.1, L"5.10,7.00,,7.90,Table C"},
       {L"TYPE4", L"BOLT", 60, 1, 25.1, L"5.10,20.00,,-5.10,Table C"},
       {L"TYPE6", L"BOLT", 100, 1, 5.1, L"5.10,,,14.90,Table E"},
+      {L"TYPE2", L"BOLT", std::nan(""), 1, 5.1, L"5.10,,,14.90,Table A"},
       {L"?", L"BOLT", 100, 1, 0, L",,,20.00,"},
+      // What is not added stays what it is.
+      {L"THIRD", L"BOLT", 1, 1, 100.0 / 3, L"33.33,,,-13.33,"},
+      {L"SINGLE", L"BOLT", 1, 1, 12.350000381469727, L"12.35,,,7.65,"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(customers_.GetDiscPercent(c.acc_ref, c.product, c.quantity, c.price), c.percentage)

@@ -38,6 +38,11 @@ std::int32_t RecordCount(const Context& context, const ListedFile& file);
 class IndexedFile : public RowSource {
  public:
   IndexedFile(const Context& context, const ListedFile& file);
+  // The data file goes first.
+  ~IndexedFile() override {
+    data_file_.Close();
+    index_file_.Close();
+  }
 
   // Opens both files, and goes on whatever they answer; reads no record.
   void Open();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 namespace ard {
 namespace {
@@ -15,6 +16,7 @@ TEST(Decimal, DifferencesAreThoseOfTheWrittenNumbers) {
       {0.3, 0.1, 0.2},
       {0.1 + 0.2, 0.3, 0},  // the noise is behind the fifteenth digit
       {1.0 / 3, 0.3, 0.033333333333333},
+      {1.0 / 3, 0, 1.0 / 3},
       {742893.282994773, -479.969600195727, 743373.252594968727},  // rounded once
       // Beyond decimals, and too far apart for them.
       {1e300, 1e299, 1e300 - 1e299},
@@ -23,6 +25,19 @@ TEST(Decimal, DifferencesAreThoseOfTheWrittenNumbers) {
   for (const auto& c : cases) {
     EXPECT_EQ(ExactDifference(c.a, c.b), c.difference) << c.a << " - " << c.b;
     EXPECT_EQ(ExactSum(-c.a, c.b), -c.difference) << c.a << " - " << c.b;
+  }
+}
+
+TEST(Decimal, ComparesTheWrittenNumbers) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double third = ExactDifference(1.0 / 3, 0.1);
+  for (const auto& [a, b, at_least] : {std::tuple(0.3, 0.1 + 0.2, true),
+                                       {0.1 + 0.2, 0.3, true},
+                                       {0.3, 0.300000000000001, false},
+                                       {third, 1.0 / 3 - 0.1, true},
+                                       {nan, 1.0, false},
+                                       {1.0, nan, false}}) {
+    EXPECT_EQ(AtLeast(a, b), at_least) << a << " " << b;
   }
 }
 

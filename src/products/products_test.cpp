@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <utility>
 
@@ -143,6 +144,19 @@ TEST_F(ProductsTest, AnEntryWorksOnThePricesByItsType) {
   }
 }
 
+// The last operations are those of the entry's type and value.
+TEST_F(ProductsTest, AnEntryThatCannotBeReadLeavesTheSellingPrice) {
+  CompanyBuilder builder;
+  AddPrice(AddBolt(builder), kOneCustomer, L"ABC", 0, 4);
+  Open(builder);
+  EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 4);
+  const std::int64_t operations = engine_->operations();
+  for (const int before_last : {0, 2}) {
+    engine_->faults().FailFrom(operations - before_last, false);
+    EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 50) << before_last;
+  }
+}
+
 TEST_F(ProductsTest, TheFirstEntryInRecordOrderThatAppliesGivesThePrice) {
   CompanyBuilder builder;
   AddBolt(builder).Customer(L"ABC", L"PRICE_LIST_REF=TRADE").Customer(L"OTHER");
@@ -154,10 +168,12 @@ TEST_F(ProductsTest, TheFirstEntryInRecordOrderThatAppliesGivesThePrice) {
   AddPrice(builder, kOneCustomer, L"ABC", 5, 6, L"UNKNOWN");
   AddPrice(builder, kOneCustomer, L"ABC", 1, 7, L"LOST");
   Open(builder);
-  for (const auto& [acc_ref, price] : {std::pair(L"ABC", 4), {L"XYZ", 3}, {L"OTHER", 50}}) {
+  for (const auto& [acc_ref, price] :
+       {std::pair(L"ABC", 4), {L" xyz ", 3}, {L"XYZ", 3}, {L"OTHER", 50}}) {
     EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", acc_ref), price) << acc_ref;
   }
-  EXPECT_EQ(products_.GetSpecialPrice(L"UNKNOWN", L"ABC"), 6);  // by its value alone
+  EXPECT_EQ(products_.GetSpecialPrice(L"unknown ", L"abc"), 6);  // as the engine matches keys
+  EXPECT_EQ(products_.GetSpecialPrice(L"UNKNOWN", L"ABC"), 6);   // by its value alone
   EXPECT_EQ(products_.GetSpecialPrice(L"LOST", L"ABC"), 0);
   EXPECT_EQ(products_.GetSpecialPrice(L"NOWHERE", L"ABC"), 0);
 }
@@ -172,7 +188,7 @@ TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
                                              {L"QTY_USED", used},
                                              {L"COST_PRICE", cost}});
   };
-  for (const wchar_t* code : {L"MIXED", L"USED", L"RETURNED", L"NONE"}) {
+  for (const wchar_t* code : {L"MIXED", L"USED", L"RETURNED", L"THIRD", L"NONE"}) {
     builder.Product(code, L"LAST_PURCHASE_PRICE=9");
   }
   transaction(L"MIXED", 1, 15, 5, 2);
@@ -182,11 +198,16 @@ TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
   transaction(L"MIXED", 7, 8, 8, 70);
   transaction(L"USED", 1, 10, 10, 2);
   transaction(L"USED", 3, 5, 5, 2);
+  transaction(L"THIRD", 1, 3, 0, 1.0 / 3);
   for (const double quantity : {0.1, 0.2, -0.3}) transaction(L"RETURNED", 1, quantity, 0, 2);
   Open(builder);
   EXPECT_EQ(products_.GetCostPrice(L"MIXED", false), 9);
-  for (const auto& [code, price] :
-       {std::pair(L"MIXED", 2.75), {L"USED", 9}, {L"RETURNED", 9}, {L"NONE", 9}, {L"UNKNOWN", 0}}) {
+  for (const auto& [code, price] : {std::pair(L"MIXED", 2.75),
+                                    {L"USED", 9},
+                                    {L"RETURNED", 9},
+                                    {L"THIRD", 1.0 / 3},
+                                    {L"NONE", 9},
+                                    {L"UNKNOWN", 0}}) {
     EXPECT_EQ(products_.GetCostPrice(code, true), price) << code;
   }
   EXPECT_EQ(products_.GetAveragePrice(Find(L"MIXED")), 2.75);
@@ -267,6 +288,7 @@ TEST_F(ProductsTest, NewRecordsAreFilledByTypeAndTold) {
   std::string trace;
   environment_.trace().Attach([&](std::string_view line) { trace.append(line).append("\n"); });
   EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
+  EXPECT_EQ(trace.find("stored"), std::string::npos) << trace;
   const Texts& asked = recording_.operations;
   for (const wchar_t* once :
        {L"StockRecord.ExtraText = \"\"", L"StockRecord.Update", L"Workspace.Version"}) {
@@ -277,6 +299,11 @@ TEST_F(ProductsTest, NewRecordsAreFilledByTypeAndTold) {
     EXPECT_EQ(operation.find(L"False"), std::wstring::npos) << operation;
   }
   EXPECT_NE(trace.find("PostSave"), std::string::npos) << trace;
+  // The code is taken.
+  EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
+  EXPECT_NE(trace.find("StockRecord.Update\tThe engine has not stored the record."),
+            std::string::npos)
+      << trace;
 }
 
 TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {
@@ -363,6 +390,7 @@ TEST_F(ProductsTest, AllocationNeedsFreeStock) {
   CompanyBuilder builder;
   builder.Product(L"TEN", L"QTY_IN_STOCK=10|QTY_ALLOCATED=7")
       .Product(L"FREE", L"IGNORE_STK_LVL_FLAG=True|QTY_ALLOCATED=1")
+      .Product(L"THIRDS", {{L"QTY_IN_STOCK", 100.0 / 3}})
       .Product(L"TENTHS", L"QTY_IN_STOCK=0.3|QTY_ALLOCATED=0.2");
   Open(builder);
   const struct {
@@ -370,10 +398,17 @@ TEST_F(ProductsTest, AllocationNeedsFreeStock) {
     double quantity;
     bool made;
     const wchar_t* allocated;
-  } cases[] = {{L"TEN", 3.5, false, L"7"},    {L"TEN", 3, true, L"10"},
-               {L"TEN", 0.5, false, L"10"},   {L"TEN", -4, true, L"6"},
-               {L"FREE", 50, true, L"1"},     {L"NONE", 1, false, L"?"},
-               {L"TENTHS", 0.1, true, L"0.3"}};
+  } cases[] = {{L"TEN", 3.5, false, L"7"},
+               {L"TEN", 3, true, L"10"},
+               {L"TEN", 0.5, false, L"10"},
+               {L"TEN", -4, true, L"6"},
+               {L"FREE", 50, true, L"1"},
+               {L"NONE", 1, false, L"?"},
+               {L"TENTHS", 0.1, true, L"0.3"},
+               {L"TEN", std::nan(""), false, L"6"},
+               {L"TEN", -HUGE_VAL, false, L"6"},
+               {L"TEN", HUGE_VAL, false, L"6"},
+               {L"THIRDS", 100.0 / 3, true, L"33.3333333333333"}};
   for (const auto& c : cases) {
     EXPECT_EQ(products_.UpdateAllocQty(c.code, c.quantity), c.made) << c.code << c.quantity;
     EXPECT_EQ(Stored(c.code, {L"QTY_ALLOCATED"}), c.allocated) << c.code << c.quantity;

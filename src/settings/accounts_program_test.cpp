@@ -107,6 +107,13 @@ TEST_F(AccountsProgramTest, AStepThatFailsIsPutToTheUser) {
   EXPECT_EQ(Entries(1), Texts{entry_});
 }
 
+TEST_F(AccountsProgramTest, APathWithoutAShortFormIsWrittenAsItIs) {
+  machine().has_short_paths = false;
+  EXPECT_TRUE(Add());
+  EXPECT_EQ(Entries(1), Texts{L"Manufacturing,C:\\Program Files\\Manuf,manuf.bmp,manuf.exe"});
+  EXPECT_EQ(environment_.TakeMessages(), Texts{});
+}
+
 TEST_F(AccountsProgramTest, ReadsTheSettingsOfTheKeys) {
   const struct {
     const wchar_t* value;

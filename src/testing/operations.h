@@ -110,7 +110,8 @@ inline constexpr Member kMembers[] = {
     {L"Products.GetSellPrice", kProduct + kField},
     {L"Products.GetCostPrice", kLooked + kAverage},
     {L"Products.GetAveragePrice", kLooked + kAverage},  // the host finds the record
-    // Both prices; two entries of the price list, with their codes and types: the customer's own list
+    // Both prices; two entries of the price list, with their codes and types: the customer's own
+    // list
     // and the reference of the first, the reference and the rule of the second.
     {L"Products.GetSpecialPrice", kNoService + kFound + 2 * kField + kCreate + 2 * kFields +
                                       2 * 2 * kField + kMove + kFound + kField + kField +
@@ -133,7 +134,8 @@ inline constexpr Member kMembers[] = {
     {L"Messaging.PoAccess, denied", kOpen + kFind + kFields + kField + kClose},
     {L"Messaging.PoAccess", kOpen + kFind + kFields + kField + kClose},
     // A name tells how long they are kept; found at once; the right.
-    {L"cAccessRights.IsUserAllowedAccess", kOpen + kFields + kField + kFind + kFields + kField + kClose},
+    {L"cAccessRights.IsUserAllowedAccess",
+     kOpen + kFields + kField + kFind + kFields + kField + kClose},
     // Not found in three ways, then read one after the other.
     {L"cAccessRights.IsValid",
      kOpen + kFields + kField + 3 * kFind + kCount + 3 * (kRead + kFields + kField) + kClose},

@@ -101,7 +101,9 @@ class Recorder : public T {
   // The same, recorded under another path.
   template <class Wrapper>
   std::unique_ptr<Wrapper> MakeAt(std::wstring path, const std::wstring& call, auto action) {
-    auto made = std::make_unique<Wrapper>(Note(call, action), std::move(path), recording_);
+    auto object = Note(call, action);
+    if (!object) return nullptr;
+    auto made = std::make_unique<Wrapper>(std::move(object), std::move(path), recording_);
     recording_.steps.back() = [slot = slot_, made = made->slot(), action](
                                   engine::Workspace& workspace, ReplayedObjects& objects) {
       objects.Put(made, action(Replayed<T>(workspace, objects, slot)));
