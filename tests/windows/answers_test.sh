@@ -183,12 +183,13 @@ for_script >"$FOLDER/script.vbs"
 
 (cd "$FOLDER/prompt" && for_prompt | "$PROMPT" company company.db) >"$FOLDER/raw.txt" || true
 cd "$FOLDER/script"
-wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/script.vbs" >"$FOLDER/output.txt" 2>&1 </dev/null &
+wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/script.vbs" >"$FOLDER/output.txt" 2>"$FOLDER/errors.txt" </dev/null &
 HOST=$!
 work_dialogs || {
   STATUS=1
   kill "$HOST" 2>/dev/null || true
 }
+# What Wine itself complains of is no answer; it is shown when something is wrong.
 wait "$HOST" || STATUS=1
 for side in prompt script; do
   sqlite3 "$FOLDER/$side/company.db" .dump >"$FOLDER/$side/company.sql"
@@ -204,4 +205,5 @@ grep -q 'AddIn1=Host,.*,host.bmp,host.exe' "$INI" || {
   STATUS=1
 }
 if ((STATUS == 0)); then say "$(grep -c '^?' "$FOLDER/questions.txt") passed, 0 failed"; fi
+((STATUS == 0)) || cat "$FOLDER/errors.txt"
 exit "$STATUS"
