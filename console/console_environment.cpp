@@ -90,11 +90,9 @@ constexpr Command kProductCommands[] = {
 using dialogs::LogonDialog;
 using dialogs::UserListDialog;
 
-constexpr std::wstring_view kPassword = L"password";
-
 constexpr CommandOn<LogonDialog> kLogonCommands[] = {
     {L"name", "TEXT", [](LogonDialog& d, std::wstring_view text) { d.NameChange(text); }},
-    {kPassword, "TEXT", [](LogonDialog& d, std::wstring_view text) { d.PasswordChange(text); }},
+    {L"password", "TEXT", [](LogonDialog& d, std::wstring_view text) { d.PasswordChange(text); }},
     {L"remember", "  ticks the box, or not",
      [](LogonDialog& d, std::wstring_view) { d.RememberClick(!d.remember()); }},
     {L"ok", "", [](LogonDialog& d, std::wstring_view) { d.Ok(); }},
@@ -198,6 +196,17 @@ std::wstring SettingKey(std::wstring_view application, std::wstring_view section
 }
 
 }  // namespace
+
+std::wstring WithoutPassword(std::wstring_view line) {
+  const std::wstring upper = UpperCase(line);
+  std::size_t end = line.size();
+  for (const std::wstring_view word : {L"PASSWORD", L"LOGONUSER", L"PASSLOGGED"}) {
+    const std::size_t found = upper.find(word);
+    if (found != std::wstring::npos) end = std::min(end, found + word.size());
+  }
+  std::wstring repeated(line.substr(0, end));
+  return end < line.size() ? repeated + L"..." : repeated;
+}
 
 void ConsoleEnvironment::ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) {
   out_ << (icon == Icon::kStop ? "[stop] " : "[!] ") << ToUtf8(title) << ": ";
@@ -363,7 +372,7 @@ bool ConsoleEnvironment::ReadLine(std::wstring& line) {
   if (!std::getline(in_, bytes)) return false;
   if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
   line = FromUtf8(bytes);
-  if (echo_) out_ << (Split(line).first == kPassword ? "password ..." : bytes) << '\n';
+  if (echo_) out_ << ToUtf8(WithoutPassword(line)) << '\n';
   return true;
 }
 
@@ -416,7 +425,8 @@ void ConsoleEnvironment::Handle(SelectDialog& dialog, ProductDialog* products,
   } catch (const Error&) {
     // Told below.
   }
-  if (input != L"?") out_ << "There is no command \"" << ToUtf8(input) << "\" here.\n";
+  if (input != L"?")
+    out_ << "There is no command \"" << ToUtf8(WithoutPassword(input)) << "\" here.\n";
   out_ << "  an empty line  Enter: OK when a row is selected\n"
           "  a character    that key: type-ahead\n";
   WriteHelp(out_, kCommands);

@@ -15,6 +15,9 @@
 
 namespace ard::console {
 
+// What may be repeated of a line of input: nothing from where a password may follow.
+std::wstring WithoutPassword(std::wstring_view line);
+
 class ConsoleEnvironment : public Environment {
  public:
   // Both streams carry UTF-8 and must outlive the environment.

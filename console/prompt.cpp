@@ -129,7 +129,7 @@ bool Prompt::Run(bool interactive) {
       out_ << Help();
       continue;
     }
-    if (!interactive) out_ << ToUtf8(command) << '\n';
+    if (!interactive) out_ << ToUtf8(WithoutPassword(command)) << '\n';
     try {
       const std::wstring answer = Evaluate(command);
       if (!answer.empty()) out_ << ToUtf8(answer) << '\n';

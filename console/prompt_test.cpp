@@ -57,6 +57,20 @@ TEST_F(PromptTest, NamesWhatIsWrongAndWhere) {
   }
 }
 
+TEST_F(PromptTest, RepeatsNoPassword) {
+  std::string output =
+      Run("? Messaging.LogonUser(\"BOB\", \"Secret\")\nmessaging . PASSLOGGED = \"Secret\"\n"
+          "? Customers.FastList\n PASSWORD Secret\n  password Secret\ncancel\n");
+  output += Run("Password Secret", false);
+  EXPECT_EQ(output.find("Secret"), std::string::npos) << output;
+  for (const char* repeated :
+       {"? Messaging.LogonUser...\n", "\nmessaging . PASSLOGGED...\n", "(? helps)  PASSWORD...\n",
+        "There is no command \"PASSWORD...\" here.\n", "(? helps)   password...\n",
+        "\"\"\nPassword...\n"}) {
+    EXPECT_NE(output.find(repeated), std::string::npos) << repeated << output;
+  }
+}
+
 TEST_F(PromptTest, ShowsADialogAsTextAndObeysItsCommands) {
   const std::string output = Run("? Customers.FastList()\nb\nnonsense\ndown\npgup\nselect 2\n\n");
   EXPECT_NE(output.find("--- Select Customer ---"), std::string::npos);

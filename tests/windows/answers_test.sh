@@ -76,7 +76,7 @@ engine.Open "company"
 Set connection = CreateObject("ADODB.Connection")
 connection.Open "Driver=SQLite3;Database=company.db"
 VBS
-  local class line expression
+  local class line expression repeated
   for class in $(published | sed -E 's/^[a-z]+ ([A-Za-z]+)\..*/\1/' | sort -u); do
     printf 'Dim %s\nSet %s = CreateObject("ArdObjects100.%s")\nPrepare %s\n' \
       "$class" "$class" "$class" "$class"
@@ -84,7 +84,9 @@ VBS
   while IFS= read -r line; do
     if [[ "$line" == $'\t'* ]]; then continue; fi
     expression="${line%%$'\t'*}"
-    printf 'WScript.Echo "%s"\n' "${expression//\"/\"\"}"
+    # The prompt does not repeat what may be a password.
+    repeated="$(sed -E 's/(LogonUser|PassLogged).+/\1.../' <<<"$expression")"
+    printf 'WScript.Echo "%s"\n' "${repeated//\"/\"\"}"
     case "$line" in
       *$'\t'*) printf 'a = Empty: b = Empty: c = Empty: d = Empty\n%s\nTell\n' "${line#*$'\t'}" ;;
       '? '*) printf 'Result %s\nTell\n' "${expression#\? }" ;;
