@@ -143,17 +143,19 @@ class FieldsHandle : public Handle<Target> {
   }
 
   // Calls `action(position, field)` for each field, from position 1 to the count of fields. A field
-  // for which a step fails is skipped.
+  // for which a step fails is skipped; returns whether none was.
   template <class Action>
-  void ForEachField(Action&& action) {
+  bool ForEachField(Action&& action) {
     std::int32_t count = 0;
-    this->Do(L"Fields.Count", [&](Target&) { count = Collection().Count(); });
+    bool all = this->Do(L"Fields.Count", [&](Target&) { count = Collection().Count(); });
     for (std::int32_t position = 1; position <= count; ++position) {
-      Attempt(this->trace_, {this->name_, kFields, L"by position"}, [&] {
+      const bool done = Attempt(this->trace_, {this->name_, kFields, L"by position"}, [&] {
         const std::unique_ptr<Field> item = Item(position);
         action(position, *item);
       });
+      all = all && done;
     }
+    return all;
   }
 
   // The field itself, by its name or by its position from 1; throws when it fails. It must not

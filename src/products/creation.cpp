@@ -3,6 +3,7 @@
 #include <iterator>
 #include <string>
 
+#include "engine/blank_value.h"
 #include "frame/decimal.h"
 #include "frame/text.h"
 #include "products/products.h"
@@ -11,36 +12,8 @@
 namespace ard::products {
 namespace {
 
+using engine::FieldType;
 using engine::Mode;
-
-// Field types, in ODBC's numbering.
-constexpr std::int32_t kLong = 4;
-constexpr std::int32_t kInteger = 5;
-constexpr std::int32_t kDouble = 8;
-constexpr std::int32_t kDate = 9;
-constexpr std::int32_t kText = 12;
-constexpr std::int32_t kByte = -6;
-
-// What a field of a new record is filled with; nothing for the types that are left alone. A date
-// gets the number 1, which the engine stores as the day after day zero.
-Value BlankValue(std::int32_t type) {
-  switch (type) {
-    case kDate:
-      return std::int16_t{1};
-    case kDouble:
-      return 0.0;
-    case kLong:
-      return std::int32_t{0};
-    case kInteger:
-      return std::int16_t{0};
-    case kText:
-      return L"";
-    case kByte:
-      return std::uint8_t{0};
-    default:
-      return {};
-  }
-}
 
 // The fields of a new product that start with a value of the company's set-up.
 struct Default {
@@ -49,13 +22,15 @@ struct Default {
   std::wstring_view setup_field;
 };
 constexpr Default kDefaults[] = {
-    {kInteger, L"STOCK_CAT", L"STOCK_CATEGORY"}, {kInteger, L"DEPT_NUMBER", L"STOCK_DEPARTMENT"},
-    {kInteger, L"TAX_CODE", L"STOCK_TAXCODE"},   {kText, L"NOMINAL_CODE", L"STOCK_NOMINAL"},
-    {kText, L"UNIT_OF_SALE", L"STOCK_UNITS"},
+    {FieldType::kInteger, L"STOCK_CAT", L"STOCK_CATEGORY"},
+    {FieldType::kInteger, L"DEPT_NUMBER", L"STOCK_DEPARTMENT"},
+    {FieldType::kInteger, L"TAX_CODE", L"STOCK_TAXCODE"},
+    {FieldType::kText, L"NOMINAL_CODE", L"STOCK_NOMINAL"},
+    {FieldType::kText, L"UNIT_OF_SALE", L"STOCK_UNITS"},
 };
 
 const Default* DefaultFor(std::int32_t type, engine::Field& field) {
-  if (type != kInteger && type != kText) return nullptr;
+  if (type != FieldType::kInteger && type != FieldType::kText) return nullptr;
   const std::wstring name = field.Name();
   for (const Default& entry : kDefaults) {
     if (entry.type == type && EqualsIgnoreCase(entry.stock_field, name)) return &entry;
@@ -68,7 +43,7 @@ const Default* DefaultFor(std::int32_t type, engine::Field& field) {
 void FillNewRecord(engine::Record& stock, engine::DataFile* setup) {
   stock.ForEachField([&](std::int32_t, engine::Field& field) {
     const std::int32_t type = field.Type();
-    Value value = BlankValue(type);
+    Value value = engine::BlankValue(type);
     if (value.is_empty()) return;
     const Default* entry = setup ? DefaultFor(type, field) : nullptr;
     // A default that cannot be read leaves its field as the engine has made it.

@@ -15,9 +15,13 @@ constexpr std::int32_t kNoAccess = 1;
 
 bool IsManager(std::wstring_view user) { return EqualsIgnoreCase(Trimmed(user), L"MANAGER"); }
 
+bool IsUserName(std::wstring_view user) {
+  return !Trimmed(user).empty() && user.find(L'*') == std::wstring_view::npos;
+}
+
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
   std::wstring stored;
-  access.Get(kName, stored);
+  if (!IsUserName(user) || !access.Get(kName, stored)) return false;
   const auto finds = [&](std::wstring name) {
     if (name.size() < stored.size()) name.resize(stored.size(), L' ');
     return access.FindFirst(kName, std::move(name));

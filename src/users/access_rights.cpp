@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "dialogs/select_dialog.h"
+#include "engine/blank_value.h"
 #include "frame/text.h"
 #include "users/access_file.h"
 
@@ -24,12 +25,13 @@ constexpr std::wstring_view kRefusal =
 
 constexpr int kNameWidth = 40;
 
-constexpr std::int32_t kText = 12;  // of the field types, in ODBC's numbering
-
-// Blanks all fields of the record to be written.
-void BlankFields(DataFile& access) {
-  access.ForEachField([](std::int32_t, engine::Field& field) {
-    field.SetValue(field.Type() == kText ? Value(L"") : Value(std::int16_t{0}));
+// Blanks all fields of the record to be written, and returns whether it has: they held somebody
+// else's. Types without a blank value of their own are taken for numbers.
+bool BlankFields(DataFile& access) {
+  return access.ForEachField([](std::int32_t, engine::Field& field) {
+    Value blank = engine::BlankValue(field.Type());
+    if (blank.is_empty()) blank = std::int16_t{0};
+    field.SetValue(blank);
   });
 }
 
@@ -54,6 +56,7 @@ bool AccessRights::IsUserAllowedAccess(std::wstring_view user_name, Access optio
 
 bool AccessRights::AddUser(std::wstring_view user_name) const noexcept {
   return Call<bool>(L"AddUser", [&](bool& added) {
+    if (!IsUserName(user_name)) return;
     {
       DataFile access(context(), kAccessData);
       bool exists = false;
@@ -62,8 +65,7 @@ bool AccessRights::AddUser(std::wstring_view user_name) const noexcept {
       if (exists) return;
     }
     DataFile access(context(), kAccessData);
-    if (!access.Open(Mode::kAppend)) return;
-    BlankFields(access);
+    if (!access.Open(Mode::kAppend) || !BlankFields(access)) return;
     std::int32_t count = 0;
     added = access.Set(L"Name", user_name) && access.Count(count) && access.Write(count + 1);
   });

@@ -22,7 +22,7 @@ class AccessRightsTest : public testing::CompanyTest {
                                      {fields[kind], 1},
                                      {fields[(kind + 1) % 8], 2}});
     }
-    company.Record(L"AccessData", L"NAME= Odd One");
+    company.Record(L"AccessData", L"NAME= Odd One").Record(L"AccessData", {});
     OpenRecorded(company);
   }
   void OpenRecorded(CompanyBuilder& company) {
@@ -53,9 +53,7 @@ TEST_F(AccessRightsTest, ExplainsARefusalToUsersWhenAskedTo) {
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"NOBODY", Access::kNominalRecord, true));
   EXPECT_EQ(environment_.TakeMessages(), Texts{});
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"USER2", Access::kNominalRecord, true));
-  EXPECT_EQ(environment_.TakeMessages(),
-            Texts{L"! Manufacturing: You do not have the access rights to Drill To the selected "
-                  L"option.\r\nPlease consult your Administrator."});
+  EXPECT_EQ(environment_.TakeMessages().size(), 1u);
 }
 
 TEST_F(AccessRightsTest, TheManagerMayDoEverythingWithoutBeingAUser) {
@@ -80,25 +78,56 @@ TEST_F(AccessRightsTest, LooksForTheNameInThreeWaysAndThenAmongAll) {
                              L"AccessData.FindFirst(\"NAME\", \"odd one" + pad + L"\")",
                              L"AccessData.FindFirst(\"NAME\", \"odd one" + pad + L"\")"}));
   EXPECT_TRUE(rights_.IsValid(L"user3"));
-  for (const wchar_t* nobody :
-       {L"USER", L"USER*", L"", L"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"}) {
+  for (const std::wstring& nobody : {std::wstring(L"USER"), std::wstring(31, L'x')}) {
     EXPECT_FALSE(rights_.IsValid(nobody)) << nobody;
   }
 }
 
-TEST_F(AccessRightsTest, AddsAUserOnceWithEveryRight) {
+// There is a record without a name, and a pattern matches others.
+TEST_F(AccessRightsTest, BlanksAndPatternsAreNobody) {
   const simulator::Table& access = *engine_->company().Find(L"AccessData");
-  EXPECT_TRUE(rights_.AddUser(L"user1"));
-  EXPECT_TRUE(rights_.AddUser(L"Newcomer"));
-  ASSERT_EQ(access.size(), 10);
-  for (std::size_t column = 0; column < access.columns().size(); ++column) {
-    const Value cell = access.Cell(10, column);
-    const std::wstring& name = access.columns()[column].name;
-    EXPECT_EQ(cell.ToText(), name == L"NAME" ? L"Newcomer" : name == L"PASSWORD" ? L"" : L"0");
+  for (const std::wstring& nobody :
+       {std::wstring(), std::wstring(L"  "), std::wstring(L"*"), std::wstring(L"USER*"),
+        L"USER" + std::wstring(26, L'*'), std::wstring(L"MANAGER*")}) {
+    EXPECT_FALSE(rights_.IsValid(nobody)) << nobody;
+    EXPECT_FALSE(rights_.IsUserAllowedAccess(nobody, Access::kBankRecord)) << nobody;
+    EXPECT_FALSE(rights_.AddUser(nobody)) << nobody;
   }
-  EXPECT_TRUE(rights_.IsUserAllowedAccess(L"NEWCOMER", Access::kCustomerRecord));
-  EXPECT_FALSE(rights_.AddUser(std::wstring(31, L'x'))) << "the engine refuses it";
   EXPECT_EQ(access.size(), 10);
+  // Nor is a user found as long as it cannot be told how their name is padded.
+  engine_->faults().FailFrom(5, false);  // the value of NAME, once the file is open
+  EXPECT_FALSE(rights_.IsValid(L"USER1"));
+}
+
+// Whatever fails: not with anything of the first user's.
+TEST_F(AccessRightsTest, AddsAUserOnceWithEveryFieldBlank) {
+  simulator::Company& company = engine_->company();
+  company.Parse(L"AccessData",
+                "NAME:text(30)\tPASSWORD:text(9)\tBANK_RECORD:integer8\tA:integer16\tB:long\t"
+                "C:double\tD:currency\tE:date\tF:boolean\n"
+                "ANN\tSecret\t1\t1\t1\t1\t1\t2026-11-21\tyes\n",
+                "AccessData.table");
+  const simulator::Table& access = *company.Find(L"AccessData");
+  EXPECT_TRUE(rights_.AddUser(L"ann"));
+  EXPECT_FALSE(rights_.AddUser(std::wstring(31, L'x'))) << "the engine refuses it";
+  EXPECT_EQ(access.size(), 1);
+  std::wstring user;
+  bool failed = true;
+  for (std::int64_t n = 1; failed; ++n) {
+    const std::int32_t before = access.size();
+    user = L"User " + std::to_wstring(n);
+    engine_->faults().FailFrom(n, false);
+    const bool added = rights_.AddUser(user);
+    failed = engine_->faults().failed() > 0;
+    EXPECT_EQ(access.size(), before + added) << n;
+    std::wstring record;
+    for (std::size_t column = 1; column < access.columns().size(); ++column) {
+      record += L"|" + access.Cell(access.size(), column).ToText();
+    }
+    EXPECT_TRUE(!added || record == L"||0|0|0|0|0|1899-12-31|False") << n << ToUtf8(record);
+  }
+  engine_->faults().Reset();
+  EXPECT_TRUE(rights_.IsUserAllowedAccess(user, Access::kBankRecord));
 }
 
 }  // namespace
