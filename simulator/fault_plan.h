@@ -42,6 +42,8 @@ class FaultPlan {
   // Operations asked, and how many of them failed, since the count started.
   std::int64_t operations() const { return operations_; }
   std::int64_t failed() const { return failed_; }
+  // Whether all operations fail from some point on.
+  bool persists() const { return persist_; }
 
  private:
   std::int64_t crash_at_ = 0;

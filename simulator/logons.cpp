@@ -24,7 +24,7 @@ Value CellOf(const Table& table, std::int32_t record, std::wstring_view column) 
 
 std::optional<Error> Logons::Connect(std::wstring_view user, std::wstring_view password) {
   const std::optional<std::wstring> right = PasswordOf(user);
-  const bool vouched_for = by_windows_ && EqualsIgnoreCase(Trimmed(user), user_);
+  const bool vouched_for = by_windows_ && trusts_windows_ && EqualsIgnoreCase(Trimmed(user), user_);
   if (!right || (*right != Trimmed(password) && !vouched_for)) return kWrongUser;
   return Enter(user, vouched_for);
 }
@@ -69,9 +69,9 @@ std::optional<Error> Logons::Enter(std::wstring_view user, bool by_windows) {
 }
 
 void Logons::Leave() {
-  if (slot_ != 0) StoreSlot(std::exchange(slot_, 0), L"");
   user_.clear();
   by_windows_ = false;
+  if (slot_ != 0) StoreSlot(std::exchange(slot_, 0), L"");
 }
 
 std::int32_t Logons::FreeSlot(const Table& queue) const {

@@ -19,11 +19,12 @@ class Logons {
 
   // Logs a user on, in place of the one before: into a slot of the logon queue, where the company
   // has one. Users are the manager and everybody in AccessData; a PASSWORD there has to be given to
-  // the letter, but not by who is logged on by the Windows account of that name. What is wrong
-  // otherwise.
+  // the letter, but not by who is logged on by the Windows account of that name, as long as that is
+  // trusted. What is wrong otherwise.
   std::optional<Error> Connect(std::wstring_view user, std::wstring_view password);
   std::optional<Error> ConnectNT(std::wstring_view account);
   void Disconnect();
+  void TrustWindows(bool trust) { trusts_windows_ = trust; }
 
   const std::wstring& user() const { return user_; }
   std::int64_t disconnects() const { return disconnects_; }
@@ -41,6 +42,7 @@ class Logons {
   Company& company_;
   std::wstring user_;
   bool by_windows_ = false;
+  bool trusts_windows_ = true;
   std::int32_t slot_ = 0;  // the record in the logon queue; 0 for none
   std::int64_t disconnects_ = 0;
   std::optional<HeldFile> held_;

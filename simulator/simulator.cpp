@@ -35,6 +35,7 @@ std::int64_t Simulator::operations() const { return state_->operations; }
 std::int64_t Simulator::records_read() const { return state_->records_read; }
 const std::wstring& Simulator::user() const { return state_->logons.user(); }
 std::int64_t Simulator::disconnects() const { return state_->logons.disconnects(); }
+void Simulator::TrustWindows(bool trust) { state_->logons.TrustWindows(trust); }
 void Simulator::HoldExclusively(bool hold) { state_->logons.HoldExclusively(hold); }
 Company& Simulator::company() { return *state_->company; }
 

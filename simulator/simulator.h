@@ -62,6 +62,9 @@ class Simulator : public engine::Engine {
   // to log off.
   const std::wstring& user() const;
   std::int64_t disconnects() const;
+  // Whether who is logged on by their Windows account may Connect without the password: yes, until
+  // told otherwise.
+  void TrustWindows(bool trust);
   // Holds the company's "queue.dta" as a single-user copy of the accounts program does, or lets go
   // of it. Throws Error when the company has no such file, or it is open already.
   void HoldExclusively(bool hold);

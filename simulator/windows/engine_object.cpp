@@ -82,6 +82,8 @@ constexpr Member<EngineTarget> kEngineMembers[] = {
      [](EngineTarget& self, Call& call) { self.simulator().HoldExclusively(call.Boolean(0)); }},
     {L"SnapshotFields", 112, kCall, 1,
      [](EngineTarget& self, Call& call) { self.simulator().SnapshotFields(call.Boolean(0)); }},
+    {L"TrustWindows", 113, kCall, 1,
+     [](EngineTarget& self, Call& call) { self.simulator().TrustWindows(call.Boolean(0)); }},
 };
 
 }  // namespace

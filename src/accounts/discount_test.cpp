@@ -50,6 +50,7 @@ TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
       {L"TYPE3", L"BOLT", 5, 1, 7.6, L"5.10,2.50,,12.40,Table B"},
       {L"TYPE4", L"BOLT", 100, 1, 12.1, L"5.10,7.00,,7.90,Table C"},
       {L"TYPE4", L"BOLT", 60, 1, 25.1, L"5.10,20.00,,-5.10,Table C"},
+      {L"TYPE5", L"BOLT", 100, 1, 5.1, L"5.10,,,14.90,Table D"},
       {L"TYPE6", L"BOLT", 100, 1, 5.1, L"5.10,,,14.90,Table E"},
       {L"TYPE2", L"BOLT", std::nan(""), 1, 5.1, L"5.10,,,14.90,Table A"},
       {L"?", L"BOLT", 100, 1, 0, L",,,20.00,"},

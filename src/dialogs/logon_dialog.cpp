@@ -23,8 +23,7 @@ LogonDialog::LogonDialog(const Context& context, Form kind, Logon logon)
       name_(asks_name() ? std::wstring_view() : kManager),
       focus_(asks_name() ? Box::kName : Box::kPassword) {}
 
-void LogonDialog::Remember(std::wstring_view name) {
-  remember_ = true;
+void LogonDialog::SetName(std::wstring_view name) {
   name_ = name;
   if (!Trimmed(name_).empty()) focus_ = Box::kPassword;
 }

@@ -3,6 +3,7 @@
 #ifndef ARD_DIALOGS_LOGON_DIALOG_H_
 #define ARD_DIALOGS_LOGON_DIALOG_H_
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -25,10 +26,11 @@ class LogonDialog {
   LogonDialog& operator=(const LogonDialog&) = delete;
 
   // Before the dialog is shown: the company that its heading names, where the help pages are, and
-  // what the last logon is remembered by.
+  // what is kept of the last logon.
   void SetCompany(std::wstring_view company) { company_ = company; }
   void SetProgPath(std::wstring_view prog_path) { prog_path_ = prog_path; }
-  void Remember(std::wstring_view name);
+  void SetRemembered(std::int16_t remembered) { remembered_ = remembered; }
+  void SetName(std::wstring_view name);
 
   // The published name of the form, and the window's caption.
   std::wstring_view form() const;
@@ -43,7 +45,9 @@ class LogonDialog {
 
   const std::wstring& name() const { return name_; }
   const std::wstring& password() const { return password_; }
-  bool remember() const { return remember_; }
+  // The box holds a number, and is ticked at 1.
+  std::int16_t remembered() const { return remembered_; }
+  bool remember() const { return remembered_ == 1; }
   // The box that has the focus, or is to get it.
   Box focus() const { return focus_; }
 
@@ -55,7 +59,9 @@ class LogonDialog {
   // The handlers.
   void NameChange(std::wstring_view text) { name_ = text; }
   void PasswordChange(std::wstring_view text) { password_ = text; }
-  void RememberClick(bool ticked) { remember_ = ticked; }
+  void RememberClick(bool ticked) {
+    if (ticked != remember()) remembered_ = ticked;
+  }
   void Ok();
   void Cancel() { visible_ = false; }
   void CloseBox() { Cancel(); }
@@ -71,7 +77,7 @@ class LogonDialog {
   std::wstring prog_path_;
   std::wstring name_;
   std::wstring password_;
-  bool remember_ = false;
+  std::int16_t remembered_ = 0;
   Box focus_;
   bool visible_ = true;
   bool result_ = false;

@@ -181,6 +181,11 @@ bool AddToFullIniFile(const General& general, const Context& context) {
   return general.AddEntryToIniFile({0, items}, L"C:\\Host", L"Host", L"host.bmp", L"host.exe");
 }
 
+bool AddToReadOnlyIniFile(const General& general, const Context& context) {
+  Scripted(context).machine().ini_files_read_only = true;
+  return general.AddEntryToIniFile({0, {}}, L"C:\\Host", L"Host", L"host.bmp", L"host.exe");
+}
+
 std::wstring WriteShortcut(const General& general, const Context& context) {
   Scripted(context).machine().settings = {{L"LauncherFolder", L"Launcher"},
                                           {L"LauncherFile", L"start.exe"},
@@ -231,9 +236,7 @@ bool LogOnByDialog(Messaging& messaging, const Context& context) {
     dialog.Ok();
   });
   messaging.session().use_acc_rights = true;
-  const bool logged_on = messaging.CheckForLogon();
-  if (!logged_on) messaging.LogoffUser();
-  return logged_on;
+  return messaging.CheckForLogon();
 }
 
 bool LogOnByWindows(Messaging& messaging, const Context& context) {
@@ -243,13 +246,25 @@ bool LogOnByWindows(Messaging& messaging, const Context& context) {
   return messaging.CheckForLogon(true);
 }
 
-std::wstring LogOn(Messaging& messaging, const Context&) {
-  messaging.session().use_acc_rights = true;
-  std::wstring answers;
-  for (const wchar_t* user : {L"ANN", L"EVE", L"NOBODY"}) {
-    answers += messaging.LogonUser(user, L"x") ? L"y" : L"n";
-  }
-  return answers;
+// Windows vouches for ANN, the engine asks for her password all the same.
+bool LogOnByWindowsInVain(Messaging& messaging, const Context& context) {
+  dynamic_cast<simulator::Simulator&>(*context.engine).TrustWindows(false);
+  return LogOnByWindows(messaging, context);
+}
+
+bool LogOnToHeldData(Messaging& messaging, const Context& context) {
+  Scripted(context).machine().held_files.insert(L"\\queue.dta");
+  return messaging.CheckForLogon();
+}
+
+// By name and password, as a host does it that has an access table.
+Way LogsOn(const wchar_t* user, const wchar_t* password) {
+  return Does<Messaging>(
+      [=](Messaging& messaging, const Context&) {
+        messaging.session().use_acc_rights = true;
+        return messaging.LogonUser(user, password);
+      },
+      {user, password});
 }
 
 class WithoutUsers : public Messaging {
@@ -647,6 +662,8 @@ const std::vector<Member>& Members() {
 
       // A host's would stay in the machine's own file.
       {L"General.AddEntryToIniFile", Natively<General>(AddToFullIniFile), nullptr, yes_no, true},
+      {L"General.AddEntryToIniFile, read-only", Natively<General>(AddToReadOnlyIniFile), nullptr,
+       yes_no, true},
       {L"General.IsF12Hide", Calls(&General::IsF12Hide), nullptr, OneOf({L"False"})},
       {L"General.GetF11Program", Calls(&General::GetF11Program), nullptr, OneOf({L"CONTROL.EXE"})},
       {L"General.IsArdExclusive", Calls(&General::IsArdExclusive, L"C:\\Data"), nullptr, yes_no},
@@ -666,9 +683,15 @@ const std::vector<Member>& Members() {
        nullptr, yes_no, true},
       {L"Messaging.CheckForLogon, frmCompanyPassword",
        Natively<WithoutUsers>(LogOnByCompanyPassword), nullptr, yes_no, true},
-      // Nobody but Ann, whatever fails. A host asks only for her.
-      {L"Messaging.LogonUser", Does<Messaging>(LogOn, {L"ANN", L"x"}), nullptr,
-       OneOf({L"ynn", L"nnn", L"True", L"False"}), true},
+      {L"Messaging.CheckForLogon, Windows account refused",
+       Natively<Messaging>(LogOnByWindowsInVain), nullptr, OneOf({L"False"}), true},
+      {L"Messaging.CheckForLogon, held", Natively<Messaging>(LogOnToHeldData), nullptr,
+       OneOf({L"False"}), true},
+      // Nobody but Ann, whatever fails.
+      {L"Messaging.LogonUser", LogsOn(L"ANN", L"x"), nullptr, yes_no, true},
+      {L"Messaging.LogonUser, not in the table", LogsOn(L"EVE", L""), nullptr, OneOf({L"False"}),
+       true},
+      {L"Messaging.LogonUser, refused", LogsOn(L"NOBODY", L""), nullptr, OneOf({L"False"}), true},
       {L"Messaging.LogoffUser", Calls(&Messaging::LogoffUser), nullptr, OneOf({L"True"})},
       {L"Messaging.PoAccess, denied", Calls(&Messaging::PoAccess, L"EVE"), nullptr,
        OneOf({L"False"})},

@@ -128,8 +128,10 @@ inline constexpr Member kMembers[] = {
     // Whether stock is kept, in stock, allocated: too little is there.
     {L"Products.UpdateAllocQty", kFound + 3 * kField},
 
-    // Connect once; twice Connect in vain, LastError, its number and text.
-    {L"Messaging.LogonUser", 1 + 2 * 4},
+    // Connect; and Disconnect; in vain, and LastError, its number and text.
+    {L"Messaging.LogonUser", 1},
+    {L"Messaging.LogonUser, not in the table", 2},
+    {L"Messaging.LogonUser, refused", 4},
     {L"Messaging.LogoffUser", 1},
     {L"Messaging.PoAccess, denied", kOpen + kFind + kFields + kField + kClose},
     {L"Messaging.PoAccess", kOpen + kFind + kFields + kField + kClose},

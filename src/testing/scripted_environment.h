@@ -103,7 +103,9 @@ class ScriptedEnvironment : public Environment {
     }
     return texts;
   }
-  int dialogs_shown() const { return dialogs_shown_; }
+  int dialogs_shown() const { return static_cast<int>(captions_.size()); }
+  // Those of the dialogs shown, as "caption: what else names it".
+  const std::vector<std::wstring>& captions() const { return captions_; }
 
   void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) override {
     Step();
@@ -234,7 +236,7 @@ class ScriptedEnvironment : public Environment {
   template <class Dialog>
   void Present(Dialog& dialog, std::deque<std::function<void(Dialog&)>>& scripts) {
     Step();
-    ++dialogs_shown_;
+    captions_.push_back(std::wstring(dialog.caption()) + L":" + Heading(dialog));
     if (!scripts.empty()) {
       const std::function<void(Dialog&)> script = std::move(scripts.front());
       scripts.pop_front();
@@ -250,6 +252,20 @@ class ScriptedEnvironment : public Environment {
     }
     if (dialog.visible()) dialog.CloseBox();
   }
+
+  // The columns of a list, the welcome of a logon, the table of a breakdown.
+  static std::wstring Heading(dialogs::SelectDialog& dialog) {
+    std::wstring columns;
+    for (const dialogs::Column& column : dialog.list().columns()) columns += L"|" + column.header;
+    return columns;
+  }
+  static std::wstring Heading(const dialogs::LogonDialog& dialog) {
+    return L" " + dialog.welcome();
+  }
+  static std::wstring Heading(const dialogs::DiscountBreakdown& dialog) {
+    return L" " + std::wstring(dialog.table());
+  }
+  static std::wstring Heading(const auto&) { return {}; }
 
   static std::wstring SettingKey(std::wstring_view application, std::wstring_view section,
                                  std::wstring_view name) {
@@ -270,7 +286,7 @@ class ScriptedEnvironment : public Environment {
   std::vector<std::wstring> progress_;
   std::vector<Message> messages_;
   std::size_t taken_ = 0;
-  int dialogs_shown_ = 0;
+  std::vector<std::wstring> captions_;
 };
 
 }  // namespace ard::testing

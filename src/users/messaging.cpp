@@ -17,33 +17,23 @@ using dialogs::LogonDialog;
 
 constexpr std::wstring_view kRemember = L"RememberLogonName";
 constexpr std::wstring_view kLogonName = L"LogonName";
-constexpr std::wstring_view kTicked = L"1";
 
 std::wstring ExclusiveText(const std::wstring& app_name) {
   const std::wstring app(Trimmed(app_name));
   return L"Ardenic is currently running and is a single-user version.\r\n\r\nIn order to run " +
          app + L", you will need to do one of the following:\r\n\r\n(a) Close Ardenic and run " +
-         app + L" again.\r\n\r\n(b) Turn access rights off and then run " + app +
+         app + L" again.\r\n(b) Turn access rights off and then run " + app +
          L" again. (Recommended)\r\n\r\n" + app +
          L" will now close to allow you carry out one of the above actions.";
 }
 
-// Whether a setting stands for yes; what is no Boolean does not.
-bool IsYes(std::wstring_view setting) {
-  try {
-    return Value(setting).ToBoolean();
-  } catch (const Error&) {
-    return false;
-  }
-}
-
-// Whether a setting is the number 1.
-bool IsTicked(std::wstring_view setting) {
-  try {
-    return Value(setting).ToInteger() == 1;
-  } catch (const Error&) {
-    return false;
-  }
+// A setting as a number or a Boolean; 0 or False when it is no such thing.
+template <class T>
+T SettingAs(const Context& context, std::wstring_view section, std::wstring_view name) {
+  T setting{};
+  Attempt(context.trace(), {L"Environment", L"GetSetting", name},
+          [&] { Convert(Value(UserSetting(context, section, name, L"0")), setting); });
+  return setting;
 }
 
 void ShowDialog(const Context& context, LogonDialog& dialog) {
@@ -60,35 +50,53 @@ bool IsCtrlDown(const Context& context) {
 
 }  // namespace
 
+bool Messaging::UseAccRights() const noexcept {
+  return Call<bool>(L"UseAccRights", [&](bool& use) { use = session_.use_acc_rights; });
+}
+
+void Messaging::SetUseAccRights(bool use) noexcept {
+  Run(L"UseAccRights", [&] { session_.use_acc_rights = use; });
+}
+
 bool Messaging::CheckForLogon(bool check_nt_account) noexcept {
   return Call<bool>(L"CheckForLogon", [&](bool& logged_on) {
     if (settings::General(context().environment).IsArdExclusive(session_.ard_data_path)) {
       ShowMessage(ExclusiveText(context().app_name));
       return;
     }
-    logged_on = CheckUserAccess() ? LogonByDialog(check_nt_account) : LogonByCompanyPassword();
+    engine::Logon logon = NewLogon();
+    logged_on =
+        CheckUserAccess() ? LogonByDialog(logon, check_nt_account) : LogonByCompanyPassword(logon);
+    if (logged_on) logon.Confirm();
   });
 }
 
 bool Messaging::LogonUser(std::wstring_view user_name, std::wstring_view password) noexcept {
-  return Call<bool>(L"LogonUser", [&](bool& logged_on) {
+  engine::Logon logon = NewLogon();
+  const bool logged_on = LogOn(logon, user_name, password);
+  if (logged_on) logon.Confirm();
+  return logged_on;
+}
+
+bool Messaging::LogOn(engine::Logon& logon, std::wstring_view user_name,
+                      std::wstring_view password) noexcept {
+  const bool logged_on = Call<bool>(L"LogonUser", [&](bool& allowed) {
     session_.user_logged = Trimmed(user_name);
     session_.pass_logged = Trimmed(password);
-    if (!Connect(session_.user_logged, session_.pass_logged)) return;
-    if (session_.use_acc_rights && !IsManager(user_name) && !IsInAccessTable(user_name)) {
-      ShowMessage(std::wstring(Trimmed(user_name)) + L" is not allowed access to " +
-                  std::wstring(Trimmed(context().app_name)) + L".");
-      Disconnect();
-      return;
-    }
-    logged_on = true;
+    if (!logon.Connect(user_name, password)) return TellRefusal();
+    allowed = !session_.use_acc_rights || IsManager(user_name) || IsInAccessTable(user_name);
+    if (allowed) return;
+    ShowMessage(std::wstring(Trimmed(user_name)) + L" is not allowed access to " +
+                std::wstring(Trimmed(context().app_name)) + L".");
   });
+  if (!logged_on) logon.Undo();
+  return logged_on;
 }
 
 bool Messaging::LogoffUser() const noexcept {
   return Call<bool>(L"LogoffUser", [&](bool& done) {
     done = true;
-    Disconnect();
+    engine::Disconnect(context().trace(), context().workspace.get());
   });
 }
 
@@ -110,19 +118,24 @@ bool Messaging::PoAccess(std::wstring_view user_name) const noexcept {
   });
 }
 
-bool Messaging::LogonByDialog(bool check_nt_account) {
+engine::Logon Messaging::NewLogon() const noexcept {
+  return {context(), session_.ard_data_path, session_.unique_id};
+}
+
+bool Messaging::LogonByDialog(engine::Logon& logon, bool check_nt_account) {
   LogonDialog dialog(context(), LogonDialog::Form::kUserDetails,
-                     [this](const std::wstring& name, const std::wstring& password) {
-                       return LogonUser(name, password);
+                     [&](const std::wstring& name, const std::wstring& password) {
+                       return LogOn(logon, name, password);
                      });
   dialog.SetCompany(session_.company_name);
   dialog.SetProgPath(session_.prog_path);
-  if (IsTicked(UserSetting(context(), LogonSection(), kRemember, L"0"))) {
-    dialog.Remember(UserSetting(context(), LogonSection(), kLogonName, L""));
+  dialog.SetRemembered(SettingAs<std::int16_t>(context(), LogonSection(), kRemember));
+  if (dialog.remember()) {
+    dialog.SetName(UserSetting(context(), LogonSection(), kLogonName, L""));
   }
 
   std::wstring domain_user;
-  if (check_nt_account && !IsCtrlDown(context())) domain_user = AttemptDomainUserLogon();
+  if (check_nt_account && !IsCtrlDown(context())) domain_user = AttemptDomainUserLogon(logon);
   if (Trimmed(domain_user).empty()) {
     ShowDialog(context(), dialog);
   } else {
@@ -131,45 +144,33 @@ bool Messaging::LogonByDialog(bool check_nt_account) {
   }
   if (!dialog.result()) return false;
 
-  SaveLogonSetting(kRemember, dialog.remember() ? kTicked : L"0");
+  SaveLogonSetting(kRemember, std::to_wstring(dialog.remembered()));
   if (dialog.remember()) SaveLogonSetting(kLogonName, dialog.name());
   return true;
 }
 
-bool Messaging::LogonByCompanyPassword() {
+bool Messaging::LogonByCompanyPassword(engine::Logon& logon) {
   const std::wstring password = GetPassword();
-  if (Trimmed(password).empty()) return LogonUser(L"MANAGER", password);
+  if (Trimmed(password).empty()) return LogOn(logon, L"MANAGER", password);
   LogonDialog dialog(context(), LogonDialog::Form::kCompanyPassword,
-                     [this](const std::wstring& name, const std::wstring& entered) {
-                       return LogonUser(name, entered);
+                     [&](const std::wstring& name, const std::wstring& entered) {
+                       return LogOn(logon, name, entered);
                      });
   ShowDialog(context(), dialog);
   return dialog.result();
 }
 
-std::wstring Messaging::AttemptDomainUserLogon() {
-  if (!IsYes(UserSetting(context(), L"Company", L"AttemptDomainUserLogon", L"0"))) return {};
+std::wstring Messaging::AttemptDomainUserLogon(engine::Logon& logon) {
+  if (!SettingAs<bool>(context(), L"Company", L"AttemptDomainUserLogon")) return {};
   std::wstring name;
   Attempt(context().trace(), {L"Environment", L"AccountName"},
           [&] { name = context().environment.AccountName(); });
-  if (Trimmed(name).empty()) return {};
-  bool connected = false;
-  Attempt(context().trace(), {L"Workspace", L"ConnectNT"}, [&] {
-    if (!context().workspace) throw Error(kErrorFailed, L"No workspace has been set.");
-    connected = context().workspace->ConnectNT(Trimmed(session_.ard_data_path), Trimmed(name), L"",
-                                               Trimmed(session_.unique_id));
-  });
-  return connected ? name : std::wstring();
+  if (Trimmed(name).empty() || !logon.ConnectNT(name)) return {};
+  return name;
 }
 
-bool Messaging::Connect(std::wstring_view user, std::wstring_view password) {
-  bool connected = false;
-  Attempt(context().trace(), {L"Workspace", L"Connect"}, [&] {
-    if (!context().workspace) throw Error(kErrorFailed, L"No workspace has been set.");
-    connected = context().workspace->Connect(Trimmed(session_.ard_data_path), user, password,
-                                             Trimmed(session_.unique_id));
-  });
-  if (connected || !context().workspace) return connected;
+void Messaging::TellRefusal() const {
+  if (!context().workspace) return;
   std::wstring number;
   std::wstring text;
   engine::ReadLastError(context(), number, text);
@@ -177,7 +178,6 @@ bool Messaging::Connect(std::wstring_view user, std::wstring_view password) {
       L"Could not logon to Ardenic.  The following error was returned by the Ardenic "
       L"program:\r\n\r\n" +
       number + L"\r\n" + text);
-  return false;
 }
 
 bool Messaging::IsInAccessTable(std::wstring_view user_name) const {
@@ -185,13 +185,6 @@ bool Messaging::IsInAccessTable(std::wstring_view user_name) const {
   query.append(user_name).append(L"'");
   database::Recordset users(context(), query, database::Cursor::kForwardOnly);
   return !(users.Bof() && users.Eof());
-}
-
-void Messaging::Disconnect() const {
-  Attempt(context().trace(), {L"Workspace", L"Disconnect"}, [&] {
-    if (!context().workspace) throw Error(kErrorFailed, L"No workspace has been set.");
-    context().workspace->Disconnect();
-  });
 }
 
 std::wstring Messaging::LogonSection() const { return L"Options\\Logon\\" + session_.company_name; }

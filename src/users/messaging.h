@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "engine/logon.h"
 #include "frame/public_class.h"
 
 namespace ard::users {
@@ -27,6 +28,9 @@ class Messaging : public PublicClass {
   virtual ~Messaging() = default;
 
   Session& session() { return session_; }
+  // As published.
+  bool UseAccRights() const noexcept;
+  void SetUseAccRights(bool use) noexcept;
 
   // The whole logon: refuses when the accounts data is held exclusively, then asks the user for
   // name and password; with `check_nt_account`, and if the user's settings say so, who is logged on
@@ -47,14 +51,18 @@ class Messaging : public PublicClass {
   bool PoAccess(std::wstring_view user_name) const noexcept;
 
  private:
-  bool LogonByDialog(bool check_nt_account);
-  bool LogonByCompanyPassword();
+  engine::Logon NewLogon() const noexcept;
+  // These leave it to the caller to confirm the logon. The first undoes one that it refuses.
+  bool LogOn(engine::Logon& logon, std::wstring_view user_name,
+             std::wstring_view password) noexcept;
+  bool LogonByDialog(engine::Logon& logon, bool check_nt_account);
+  bool LogonByCompanyPassword(engine::Logon& logon);
   // Logs on who is logged on to Windows; "" when that is switched off or does not succeed.
-  std::wstring AttemptDomainUserLogon();
-  bool Connect(std::wstring_view user, std::wstring_view password);
+  std::wstring AttemptDomainUserLogon(engine::Logon& logon);
+  // Tells the user why the engine has not logged them on.
+  void TellRefusal() const;
   // Whether the host's access table has the user, put to it as given.
   bool IsInAccessTable(std::wstring_view user_name) const;
-  void Disconnect() const;
 
   // The settings that remember the last logon to this company.
   std::wstring LogonSection() const;

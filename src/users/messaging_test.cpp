@@ -12,9 +12,10 @@ using host_database::OdbcConnection;
 using simulator::CompanyBuilder;
 using testing::Texts;
 
-constexpr const wchar_t* kRefused =
+const std::wstring kToldOfError =
     L"!  Manufacturing : Could not logon to Ardenic.  The following error was returned by the "
-    L"Ardenic program:\r\n\r\n1101\r\nThe user name or the password is wrong.";
+    L"Ardenic program:\r\n\r\n";
+const std::wstring kRefused = kToldOfError + L"1101\r\nThe user name or the password is wrong.";
 constexpr const wchar_t* kEveNotAllowed =
     L"!  Manufacturing : Eve is not allowed access to Manufacturing.";
 constexpr const wchar_t* kRemembered = L"Host|Options\\Logon\\Acme|RememberLogonName";
@@ -80,12 +81,12 @@ TEST_F(MessagingTest, TheEngineHasItsSay) {
 TEST_F(MessagingTest, AFailingLogonSaysWhatTheEngineSays) {
   engine_->faults().FailFrom(1, false);
   EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
-  EXPECT_NE(environment_.TakeMessages().at(0).find(
-                L"program:\r\n\r\n-2147467259\r\nThe operation failed"),
-            std::wstring::npos);
+  EXPECT_EQ(environment_.TakeMessages(),
+            Texts{kToldOfError + L"-2147467259\r\nThe operation failed as requested."});
+  EXPECT_EQ(engine_->disconnects(), 1) << "it may have logged her on";
   engine_->faults().FailFrom(1, true);
   EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
-  EXPECT_TRUE(environment_.TakeMessages().at(0).ends_with(L"program:\r\n\r\n\r\n"));
+  EXPECT_EQ(environment_.TakeMessages(), Texts{kToldOfError + L"\r\n"});
 }
 
 // Nobody gets in whom the host's table does not have, for whatever reason.
@@ -120,16 +121,16 @@ TEST_F(MessagingTest, TheAccessTableHasTheLastWord) {
 TEST_F(MessagingTest, DataHeldExclusivelyIsNotForUs) {
   environment_.machine().held_files.insert(L"C:\\Data \\queue.dta");
   EXPECT_FALSE(messaging_.CheckForLogon(true));
-  EXPECT_TRUE(environment_.TakeMessages().at(0).starts_with(
-      L"!  Manufacturing : Ardenic is currently running and is a single-user version.\r\n\r\n"));
+  EXPECT_EQ(environment_.TakeMessages().size(), 1u);
   EXPECT_EQ(environment_.dialogs_shown(), 0);
   EXPECT_EQ(recording_.operations, Texts{});
 }
 
 TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
-  messaging_.session().use_acc_rights = true;
   std::string trace;
   environment_.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
+  messaging_.SetUseAccRights(true);
+  EXPECT_TRUE(messaging_.UseAccRights());
   environment_.AnswerLogon([&](LogonDialog& dialog) {
     EXPECT_EQ(dialog.welcome(), L"Welcome to  Manufacturing .");
     EXPECT_EQ(dialog.company(), L"Acme");
@@ -152,7 +153,9 @@ TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
   EXPECT_EQ(environment_.settings()[kRemembered], L"1");
   EXPECT_EQ(environment_.settings()[kName], L"BOB");
   EXPECT_EQ(messaging_.session().pass_logged, L"Secret");
-  EXPECT_NE(trace.find("Messaging.LogonUser"), std::string::npos);
+  for (const char* call : {"\tcall\tMessaging.LogonUser\t", "\tcall\tMessaging.UseAccRights\t"}) {
+    EXPECT_NE(trace.find(call), std::string::npos) << call;
+  }
   EXPECT_NE(trace.find("\tmessage\t Manufacturing \tYou must enter a user name.\n"),
             std::string::npos);
   EXPECT_EQ(trace.find("ecret"), std::string::npos);
@@ -181,8 +184,15 @@ TEST_F(MessagingTest, RemembersTheLastLogonOfEachCompany) {
   messaging_.session().company_name = L"Acme";
   log_on(true, L"ANN", false);
   log_on(false, L"", false);
-  environment_.settings() = {{kRemembered, L"nonsense"}, {kName, L"EVE"}};
-  log_on(false, L"", false);
+  // The box holds a number, which stays until it is ticked.
+  for (const auto& [stored, kept] : {std::pair(L"2", L"2"), {L"-1", L"-1"}, {L"nonsense", L"0"}}) {
+    environment_.settings() = {{kRemembered, stored}, {kName, L"EVE"}};
+    log_on(false, L"", false);
+    EXPECT_EQ(environment_.settings()[kRemembered], kept);
+    EXPECT_EQ(environment_.settings()[kName], L"EVE");
+  }
+  log_on(false, L"", true);
+  EXPECT_EQ(environment_.settings()[kRemembered], L"1");
 }
 
 TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
@@ -194,6 +204,7 @@ TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
     const wchar_t* account;
     bool use_acc_rights, logged_on;
     int dialogs;
+    bool trusted = true;
   } cases[] = {
       {"all as it should be", true, L"True", false, L"Bob", true, true, 0},
       {"not asked", false, L"1", false, L"Bob", true, false, 1},
@@ -203,6 +214,7 @@ TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
       {"no user", true, L"1", false, L"Mallory", true, false, 1},
       {"not in the table", true, L"1", false, L"Eve", true, false, 0},
       {"no table", true, L"1", false, L"Eve", false, true, 0},
+      {"asked for his password", true, L"1", false, L"Bob", true, false, 0, false},
   };
   database_->Execute(L"INSERT INTO AccessRights VALUES (3, 'Bob')");
   for (const auto& c : cases) {
@@ -211,13 +223,19 @@ TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
     environment_.machine().ctrl_down = c.ctrl;
     environment_.machine().account_name = c.account;
     messaging_.session().use_acc_rights = c.use_acc_rights;
+    engine_->TrustWindows(c.trusted);
+    recording_.operations.clear();
     const int before = environment_.dialogs_shown();
     EXPECT_EQ(messaging_.CheckForLogon(c.asked), c.logged_on);
     EXPECT_EQ(environment_.dialogs_shown() - before, c.dialogs);
     EXPECT_EQ(engine_->user().empty(), !c.logged_on);
-    messaging_.LogoffUser();
+    if (c.trusted) messaging_.LogoffUser();
   }
-  EXPECT_EQ(environment_.TakeMessages(), Texts{kEveNotAllowed});
+  EXPECT_EQ(
+      recording_.operations,
+      (Texts{L"Workspace.ConnectNT(\"C:\\Data\", \"Bob\", \"\", \"id\")",
+             L"Workspace.Connect(\"C:\\Data\", \"Bob\", \"\", \"id\")", L"Workspace.Disconnect"}));
+  EXPECT_EQ(environment_.TakeMessages(), (Texts{kEveNotAllowed, kRefused}));
 }
 
 // What a company without users would be asked.
@@ -254,6 +272,7 @@ TEST_F(MessagingTest, PurchaseOrdersAreForThoseWhoAreNotDeniedThem) {
       .Record(L"AccessData", L"NAME=BOB|POP=2");
   Open(company, messaging_);
   for (const auto& [user, access] : {std::pair(L"ann", false),  // the first that begins so
+                                     {L"", false},              // so do all
                                      {L"BOB", true},
                                      {L"NOBODY", true}}) {
     EXPECT_EQ(messaging_.PoAccess(user), access) << user;

@@ -44,7 +44,7 @@ TEST_F(UsersWindowTest, TheLogonShowsWhatItsFormHasAndHidesThePassword) {
     context_.app_name = c.app;
     LogonDialog dialog(context_, c.form, [](const auto&, const auto&) { return true; });
     dialog.SetCompany(L"Acme & Sons");
-    dialog.Remember(L"Ann");
+    dialog.SetName(L"Ann");
     Show(c.title, dialog, [&](HWND window) {
       EXPECT_EQ(Texts(window), L"[Welcome to " + context_.app_name + L".]" + c.texts);
       EXPECT_TRUE(GetWindowLongW(FocusWindow(), GWL_STYLE) & ES_PASSWORD);

@@ -44,11 +44,10 @@ class MessagingObject final : public Base {
     return Get(L"UniqueID", &Session::unique_id, value);
   }
   HRESULT STDMETHODCALLTYPE put_UseAccRights(VARIANT_BOOL value) override {
-    return Perform(
-        [&](Portable& portable) { portable.session().use_acc_rights = value != VARIANT_FALSE; });
+    return Perform([&](Portable& portable) { portable.SetUseAccRights(value != VARIANT_FALSE); });
   }
   HRESULT STDMETHODCALLTYPE get_UseAccRights(VARIANT_BOOL* value) override {
-    return Call(value, [](Portable& portable) { return portable.session().use_acc_rights; });
+    return Call(value, &Portable::UseAccRights);
   }
   HRESULT STDMETHODCALLTYPE put_ProgPath(BSTR value) override {
     return Put(L"ProgPath", &Session::prog_path, value);
