@@ -64,6 +64,9 @@ TEST(ReportTest, SumsUpWhatTheTraceWrites) {
             "       2  0x80020006  SalesRecord.Fields(\"NAME\")  No such field.\n"
             "       1  0x80004005  Setup.Open  \n"
             "\n"
+            "Notes\n"
+            "       1  Pricing.CreateRecordObject  The engine offers none.\n"
+            "\n"
             "Messages shown\n"
             "       1  Orders \xC3\xA9: Account is on hold.\n");
 }
