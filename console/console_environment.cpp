@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "dialogs/address_dialog.h"
-#include "dialogs/discount_breakdown.h"
+#include "dialogs/fields_dialog.h"
 #include "dialogs/logon_dialog.h"
 #include "dialogs/product_dialog.h"
 #include "dialogs/user_list_dialog.h"
@@ -114,17 +114,12 @@ constexpr CommandOn<UserListDialog> kUserListCommands[] = {
     {L"close", "", [](UserListDialog& d, std::wstring_view) { d.CloseBox(); }},
 };
 
-using dialogs::AddressDetails;
 using dialogs::AddressDialog;
 using dialogs::AddressKind;
-using dialogs::DiscountBreakdown;
+using dialogs::FieldsDialog;
 
-constexpr CommandOn<DiscountBreakdown> kBreakdownCommands[] = {
-    {L"close", "", [](DiscountBreakdown& d, std::wstring_view) { d.CloseClick(); }},
-};
-
-constexpr CommandOn<AddressDetails> kDetailsCommands[] = {
-    {L"close", "", [](AddressDetails& d, std::wstring_view) { d.CloseClick(); }},
+constexpr CommandOn<FieldsDialog> kFieldsCommands[] = {
+    {L"close", "", [](FieldsDialog& d, std::wstring_view) { d.CloseClick(); }},
 };
 
 constexpr CommandOn<AddressDialog> kAddressCommands[] = {
@@ -288,20 +283,6 @@ void ConsoleEnvironment::Show(UserListDialog& dialog) {
       kUserListCommands);
 }
 
-void ConsoleEnvironment::Show(DiscountBreakdown& dialog) {
-  Obey(
-      dialog,
-      [&] {
-        if (!dialog.table().empty()) out_ << ToUtf8(dialog.table()) << '\n';
-        for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
-          const auto element = static_cast<DiscountBreakdown::Element>(i);
-          out_ << ToUtf8(DiscountBreakdown::Label(element)) << ": " << ToUtf8(dialog.Text(element))
-               << '\n';
-        }
-      },
-      kBreakdownCommands);
-}
-
 void ConsoleEnvironment::Show(AddressDialog& dialog) {
   dialog.list().SetPageSize(kPageSize);
   Obey(
@@ -319,15 +300,15 @@ void ConsoleEnvironment::Show(AddressDialog& dialog) {
       kAddressCommands);
 }
 
-void ConsoleEnvironment::Show(AddressDetails& dialog) {
+void ConsoleEnvironment::Show(FieldsDialog& dialog) {
   Obey(
       dialog,
       [&] {
-        for (const AddressDetails::Line& line : dialog.lines()) {
+        for (const FieldsDialog::Line& line : dialog.lines()) {
           out_ << ToUtf8(line.label) << ": " << ToUtf8(line.text) << '\n';
         }
       },
-      kDetailsCommands);
+      kFieldsCommands);
 }
 
 std::unique_ptr<ProgressDisplay> ConsoleEnvironment::ShowProgress(std::wstring_view title,

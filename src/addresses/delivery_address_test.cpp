@@ -5,7 +5,6 @@
 namespace ard::addresses {
 namespace {
 
-using dialogs::AddressDetails;
 using dialogs::AddressDialog;
 using dialogs::AddressKind;
 using dialogs::SelectDialog;
@@ -118,8 +117,8 @@ TEST_F(DeliveryAddressTest, FollowsTheKindAndTheAccountEntered) {
 
 TEST_F(DeliveryAddressTest, WithoutArgumentsTheCompanysAddressesAndTheirDetailsAreShown) {
   std::wstring shown;
-  environment_.AnswerDetails([&](AddressDetails& details) {
-    for (const AddressDetails::Line& line : details.lines()) {
+  environment_.AnswerFields([&](dialogs::FieldsDialog& details) {
+    for (const auto& line : details.lines()) {
       if (!line.text.empty()) shown += line.label + L"=" + line.text + L"|";
     }
   });

@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <utility>
+#include <vector>
 
+#include "dialogs/show.h"
 #include "frame/text.h"
 
 namespace ard::dialogs {
@@ -63,6 +65,22 @@ constexpr DetailsLine kDetailsLines[] = {
     {L"E-mail", &A::email},
 };
 
+// With the company's captions, where it has any.
+std::vector<FieldsDialog::Line> LinesOf(const Context& context, const Address& address) {
+  std::vector<FieldsDialog::Line> lines;
+  engine::DataFile setup(context, L"SetupData");
+  const bool captions = setup.Open(engine::Mode::kRead) && setup.Read(1);
+  for (const DetailsLine& line : kDetailsLines) {
+    std::wstring label;
+    if (captions && line.prompt != 0) {
+      setup.Get(L"ADDRESS_PROMPT_" + std::to_wstring(line.prompt), label, engine::kTrimmed);
+    }
+    if (label.empty()) label = line.label;
+    lines.push_back({std::move(label), std::wstring(Trimmed(address.*line.member))});
+  }
+  return lines;
+}
+
 }  // namespace
 
 std::span<const engine::FieldProperty<Address>> AddressProperties() { return kProperties; }
@@ -74,18 +92,9 @@ bool ReadAddress(const Context& context, AddressKind kind, std::int32_t record, 
   return true;
 }
 
-AddressDetails::AddressDetails(const Context& context, const Address& address) {
-  engine::DataFile setup(context, L"SetupData");
-  const bool captions = setup.Open(engine::Mode::kRead) && setup.Read(1);
-  for (const DetailsLine& line : kDetailsLines) {
-    std::wstring label;
-    if (captions && line.prompt != 0) {
-      setup.Get(L"ADDRESS_PROMPT_" + std::to_wstring(line.prompt), label, engine::kTrimmed);
-    }
-    if (label.empty()) label = line.label;
-    lines_.push_back({std::move(label), std::wstring(Trimmed(address.*line.member))});
-  }
-}
+AddressDetails::AddressDetails(const Context& context, const Address& address)
+    : FieldsDialog(L"frmDelAddressDetails", L"Delivery Address Details", LinesOf(context, address),
+                   /*numeric=*/false) {}
 
 AddressDialog::AddressDialog(const Context& context, AddressOwners& owners)
     : SelectDialog(L"frmDelAddresses", L"Delivery Addresses", *this),
@@ -129,7 +138,7 @@ void AddressDialog::DetailsClick() {
   Address address;
   ReadAddress(context_, kind_, selected_record(), address);
   AddressDetails details(context_, address);
-  Attempt(context_.trace(), {details.form(), L"Show"}, [&] { context_.environment.Show(details); });
+  Show(context_, details);
 }
 
 void AddressDialog::ShowAccount(std::wstring_view account) {

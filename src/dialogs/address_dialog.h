@@ -7,8 +7,8 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "dialogs/fields_dialog.h"
 #include "dialogs/select_dialog.h"
 #include "engine/field_table.h"
 #include "frame/context.h"
@@ -43,28 +43,10 @@ class AddressOwners {
 };
 
 // frmDelAddressDetails, view-only.
-class AddressDetails {
+class AddressDetails : public FieldsDialog {
  public:
-  struct Line {
-    std::wstring label;
-    std::wstring text;
-  };
-
   // Reads the company's captions of the address lines.
   AddressDetails(const Context& context, const Address& address);
-
-  std::wstring_view form() const { return L"frmDelAddressDetails"; }
-  std::wstring_view caption() const { return L"Delivery Address Details"; }
-  const std::vector<Line>& lines() const { return lines_; }
-
-  // True until the button, or the close box, has closed the dialog.
-  bool visible() const { return visible_; }
-  void CloseClick() { visible_ = false; }
-  void CloseBox() { CloseClick(); }
-
- private:
-  std::vector<Line> lines_;
-  bool visible_ = true;
 };
 
 class AddressDialog : private RowsInMemory, public SelectDialog {

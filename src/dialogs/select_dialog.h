@@ -4,12 +4,14 @@
 #ifndef ARD_DIALOGS_SELECT_DIALOG_H_
 #define ARD_DIALOGS_SELECT_DIALOG_H_
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "dialogs/list_model.h"
+#include "frame/context.h"
 
 namespace ard::dialogs {
 
@@ -87,6 +89,9 @@ class SelectRecordDialog : private RowsInMemory, public SelectDialog {
  private:
   int width_;
 };
+
+// Shows the dialog. Returns the row that the user confirmed, nothing when they cancelled.
+std::optional<Row> ChooseRow(const Context& context, SelectDialog& dialog);
 
 }  // namespace ard::dialogs
 

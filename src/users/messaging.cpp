@@ -4,6 +4,7 @@
 
 #include "database/recordset.h"
 #include "dialogs/logon_dialog.h"
+#include "dialogs/show.h"
 #include "engine/handles.h"
 #include "frame/text.h"
 #include "frame/user_settings.h"
@@ -44,10 +45,6 @@ bool IsTicked(std::wstring_view setting) {
   } catch (const Error&) {
     return false;
   }
-}
-
-void ShowDialog(const Context& context, LogonDialog& dialog) {
-  Attempt(context.trace(), {dialog.form(), L"Show"}, [&] { context.environment.Show(dialog); });
 }
 
 // A key that cannot be asked for counts as held: then the user is asked who they are.
@@ -124,7 +121,7 @@ bool Messaging::LogonByDialog(bool check_nt_account) {
   std::wstring domain_user;
   if (check_nt_account && !IsCtrlDown(context())) domain_user = AttemptDomainUserLogon();
   if (Trimmed(domain_user).empty()) {
-    ShowDialog(context(), dialog);
+    Show(context(), dialog);
   } else {
     dialog.NameChange(domain_user);
     dialog.Ok();
@@ -143,7 +140,7 @@ bool Messaging::LogonByCompanyPassword() {
                      [this](const std::wstring& name, const std::wstring& entered) {
                        return LogonUser(name, entered);
                      });
-  ShowDialog(context(), dialog);
+  Show(context(), dialog);
   return dialog.result();
 }
 
