@@ -50,6 +50,8 @@ constexpr Command kCommands[] = {
     {L"end", "", [](const Target& t, std::wstring_view) { t.dialog.list().End(); }},
     {L"select", "N  the row at position N",
      [](const Target& t, std::wstring_view n) { t.dialog.list().SelectItem(Number(n)); }},
+    {L"toggle", "  the row at the cursor, in or, where several can be picked, out",
+     [](const Target& t, std::wstring_view) { t.dialog.list().Toggle(); }},
     {L"ok", "",
      [](const Target& t, std::wstring_view) {
        if (t.dialog.ok_enabled()) t.dialog.Ok();
@@ -83,8 +85,6 @@ constexpr Command kProductCommands[] = {
      [](const Target& t, std::wstring_view) { t.dialog.list().LineDown(dialogs::Pick::kExtend); }},
     {L"skip", "  a row, leaving what is picked",
      [](const Target& t, std::wstring_view) { t.dialog.list().LineDown(dialogs::Pick::kNone); }},
-    {L"toggle", "  the row at the cursor in or out",
-     [](const Target& t, std::wstring_view) { t.dialog.list().Toggle(); }},
 };
 
 using dialogs::LogonDialog;

@@ -23,7 +23,7 @@ void FastSelectDialog::Load(std::int32_t row_count) {
     row_count = filled_.count();
   }
   list().SetRowCount(row_count);
-  list().SelectItem(1);
+  if (spec_.fill == FastSelectForm::Fill::kPaged) list().SelectFirst();
 }
 
 bool FastSelectDialog::Accepts(const Row& row) {

@@ -9,7 +9,7 @@ namespace ard::dialogs {
 
 void SelectDialog::KeyPress(wchar_t key) {
   if (key == kEnterKey) return DoubleClick();
-  TypeAhead(key);
+  if (key != L' ' || !list().SelectCursor()) TypeAhead(key);
 }
 
 void SelectDialog::DoubleClick() {

@@ -78,8 +78,6 @@ void WindowsEnvironment::Show(dialogs::SelectDialog& dialog) {
 }
 
 void WindowsEnvironment::Show(dialogs::ProductDialog& dialog) {
-  // With one page, it is like any other selection dialog.
-  if (!dialog.has_product_info()) return Show(static_cast<dialogs::SelectDialog&>(dialog));
   ProductWindow window(dialog);
   Run(window);
 }
