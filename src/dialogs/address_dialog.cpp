@@ -42,6 +42,10 @@ constexpr AddressFile kFiles[] = {{L"SalesDeliveryRecord", L"SalesDeliveryData",
                                   {L"CompanyDeliveryRecord", L"CompanyDeliveryData", false}};
 constexpr std::wstring_view kKindNames[] = {L"Sales", L"Purchase", L"Company"};
 
+bool IsSameAccount(std::wstring_view a, std::wstring_view b) {
+  return EqualsIgnoreCase(Trimmed(a), Trimmed(b));
+}
+
 const AddressFile& FileOf(AddressKind kind) { return kFiles[static_cast<std::size_t>(kind)]; }
 
 // The lines of the details; `prompt` is the number of the company's caption for the line, 0 when
@@ -113,20 +117,28 @@ std::int32_t AddressDialog::selected_record() {
 }
 
 void AddressDialog::KindChange(AddressKind kind) {
+  // The record numbers listed were those of another file.
+  ForgetAccount();
   kind_ = kind;
   account_.clear();
-  account_name_.clear();
-  // The record numbers listed were those of another file.
-  Clear();
-  list().SetRowCount(0);
+  entry_pending_ = false;
   if (kind == AddressKind::kCompany) LoadList();
 }
 
+void AddressDialog::AccountChange(std::wstring_view account) {
+  if (!IsSameAccount(account, account_)) {
+    ForgetAccount();
+    entry_pending_ = true;
+  }
+  account_ = account;
+}
+
 void AddressDialog::AccountEntered() {
+  entry_pending_ = false;
   if (!account_enabled() || Trimmed(account_).empty()) return;
-  if (!owners_.IsValid(kind_, account_)) return Search();
-  account_name_ = owners_.GetName(kind_, account_);
-  LoadList();
+  if (owners_.IsValid(kind_, account_)) return ListAccount();
+  ForgetAccount();
+  Search();
 }
 
 void AddressDialog::LookUpClick() {
@@ -147,15 +159,30 @@ void AddressDialog::ShowAccount(std::wstring_view account) {
 }
 
 void AddressDialog::Search() {
-  std::wstring found = owners_.Search(kind_, account_);
+  const std::wstring found = owners_.Search(kind_, account_);
   if (found.empty()) return;
-  account_ = std::move(found);
+  AccountChange(found);
+  ListAccount();
+}
+
+void AddressDialog::ListAccount() {
+  entry_pending_ = false;
   account_name_ = owners_.GetName(kind_, account_);
   LoadList();
 }
 
-void AddressDialog::LoadList() {
+void AddressDialog::ForgetAccount() {
+  ClearList();
+  account_name_.clear();
+}
+
+void AddressDialog::ClearList() {
   Clear();
+  list().SetRowCount(0);
+}
+
+void AddressDialog::LoadList() {
+  ClearList();
   std::int32_t preferred = 1;
   {
     const AddressFile& file = FileOf(kind_);
@@ -166,8 +193,7 @@ void AddressDialog::LoadList() {
       ++record;
       std::wstring text;
       if (file.by_account) {
-        if (!addresses.Get(L"ACCOUNT_REF", text)) continue;
-        if (!EqualsIgnoreCase(Trimmed(text), Trimmed(account_))) continue;
+        if (!addresses.Get(L"ACCOUNT_REF", text) || !IsSameAccount(text, account_)) continue;
       }
       if (!addresses.Get(L"DESCRIPTION", text)) continue;
       std::wstring marker;
