@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "dialogs/address_dialog.h"
-#include "dialogs/discount_breakdown.h"
+#include "dialogs/fields_dialog.h"
 #include "dialogs/logon_dialog.h"
 #include "dialogs/product_dialog.h"
 #include "dialogs/user_list_dialog.h"
@@ -50,6 +50,8 @@ constexpr Command kCommands[] = {
     {L"end", "", [](const Target& t, std::wstring_view) { t.dialog.list().End(); }},
     {L"select", "N  the row at position N",
      [](const Target& t, std::wstring_view n) { t.dialog.list().SelectItem(Number(n)); }},
+    {L"toggle", "  the row at the cursor, in or, where several can be picked, out",
+     [](const Target& t, std::wstring_view) { t.dialog.list().Toggle(); }},
     {L"ok", "",
      [](const Target& t, std::wstring_view) {
        if (t.dialog.ok_enabled()) t.dialog.Ok();
@@ -83,8 +85,6 @@ constexpr Command kProductCommands[] = {
      [](const Target& t, std::wstring_view) { t.dialog.list().LineDown(dialogs::Pick::kExtend); }},
     {L"skip", "  a row, leaving what is picked",
      [](const Target& t, std::wstring_view) { t.dialog.list().LineDown(dialogs::Pick::kNone); }},
-    {L"toggle", "  the row at the cursor in or out",
-     [](const Target& t, std::wstring_view) { t.dialog.list().Toggle(); }},
 };
 
 using dialogs::LogonDialog;
@@ -112,17 +112,12 @@ constexpr CommandOn<UserListDialog> kUserListCommands[] = {
     {L"close", "", [](UserListDialog& d, std::wstring_view) { d.CloseBox(); }},
 };
 
-using dialogs::AddressDetails;
 using dialogs::AddressDialog;
 using dialogs::AddressKind;
-using dialogs::DiscountBreakdown;
+using dialogs::FieldsDialog;
 
-constexpr CommandOn<DiscountBreakdown> kBreakdownCommands[] = {
-    {L"close", "", [](DiscountBreakdown& d, std::wstring_view) { d.CloseClick(); }},
-};
-
-constexpr CommandOn<AddressDetails> kDetailsCommands[] = {
-    {L"close", "", [](AddressDetails& d, std::wstring_view) { d.CloseClick(); }},
+constexpr CommandOn<FieldsDialog> kFieldsCommands[] = {
+    {L"close", "", [](FieldsDialog& d, std::wstring_view) { d.CloseClick(); }},
 };
 
 constexpr CommandOn<AddressDialog> kAddressCommands[] = {
@@ -297,20 +292,6 @@ void ConsoleEnvironment::Show(UserListDialog& dialog) {
       kUserListCommands);
 }
 
-void ConsoleEnvironment::Show(DiscountBreakdown& dialog) {
-  Obey(
-      dialog,
-      [&] {
-        if (!dialog.table().empty()) out_ << ToUtf8(dialog.table()) << '\n';
-        for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
-          const auto element = static_cast<DiscountBreakdown::Element>(i);
-          out_ << ToUtf8(DiscountBreakdown::Label(element)) << ": " << ToUtf8(dialog.Text(element))
-               << '\n';
-        }
-      },
-      kBreakdownCommands);
-}
-
 void ConsoleEnvironment::Show(AddressDialog& dialog) {
   dialog.list().SetPageSize(kPageSize);
   Obey(
@@ -328,15 +309,15 @@ void ConsoleEnvironment::Show(AddressDialog& dialog) {
       kAddressCommands);
 }
 
-void ConsoleEnvironment::Show(AddressDetails& dialog) {
+void ConsoleEnvironment::Show(FieldsDialog& dialog) {
   Obey(
       dialog,
       [&] {
-        for (const AddressDetails::Line& line : dialog.lines()) {
+        for (const FieldsDialog::Line& line : dialog.lines()) {
           out_ << ToUtf8(line.label) << ": " << ToUtf8(line.text) << '\n';
         }
       },
-      kDetailsCommands);
+      kFieldsCommands);
 }
 
 std::unique_ptr<ProgressDisplay> ConsoleEnvironment::ShowProgress(std::wstring_view title,

@@ -38,9 +38,8 @@ class ConsoleEnvironment : public Environment {
   // Boxes are filled by commands, such as "name ann". A password is not repeated.
   void Show(dialogs::LogonDialog& dialog) override;
   void Show(dialogs::UserListDialog& dialog) override;
-  void Show(dialogs::DiscountBreakdown& dialog) override;
   void Show(dialogs::AddressDialog& dialog) override;
-  void Show(dialogs::AddressDetails& dialog) override;
+  void Show(dialogs::FieldsDialog& dialog) override;
 
   // A dot for each step.
   std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,

@@ -308,9 +308,13 @@ class Fixture {
     };
     selects(contents.at, "the list is positioned");
     const std::size_t last = contents.entries.size();
-    const bool has_keys = contents.at != 0 || last == 0;
+    const bool has_keys = dialog.form() != L"frmSelectRecord";
     for (int events = input_.UpTo(10); events > 0; --events) {
       const std::size_t before = selected();
+      std::size_t cursor = 1;
+      while (cursor < last && !list.IsCursor({static_cast<std::int32_t>(cursor), {}})) ++cursor;
+      // A key press looks at so many positions at least.
+      const std::size_t pages = std::min(last, 2 * static_cast<std::size_t>(list.page_size()));
       switch (input_.UpTo(11)) {
         case 0: {
           const std::size_t position = input_.UpTo(last + 1);
@@ -322,16 +326,22 @@ class Fixture {
           const wchar_t key = kAlphabet[input_.UpTo(kAlphabet.size() - 1)];
           dialog.KeyPress(key);
           const std::size_t found = contents.Find({key, L'*'});
-          selects(has_keys && found != 0 ? found : before, "type-ahead");
+          if (key == L' ' && before == 0 && contents.IsLive(cursor)) {
+            selects(cursor, "the space bar picks");
+          } else {
+            selects(has_keys && found != 0 ? found : before, "type-ahead");
+          }
           break;
         }
         case 2:
           list.LineDown();
-          if (before > 0 && contents.IsLive(before + 1)) selects(before + 1, "the next line");
+          if (contents.IsLive(cursor + 1)) selects(cursor + 1, "the next line");
+          if (cursor == last) selects(last, "the last line");
           break;
         case 3:
           list.LineUp();
-          if (before > 1 && contents.IsLive(before - 1)) selects(before - 1, "the line before");
+          if (contents.IsLive(cursor - 1)) selects(cursor - 1, "the line before");
+          if (cursor == 1) selects(1, "the first line");
           break;
         case 4:
           list.PageDown();
@@ -343,11 +353,11 @@ class Fixture {
           break;
         case 6:
           list.Home();
-          if (contents.IsLive(1)) selects(1, "the first");
+          selects(contents.FirstLive(1, pages), "the first");
           break;
         case 7:
           list.End();
-          if (contents.IsLive(last)) selects(last, "the last");
+          selects(contents.FirstLive(last, last - pages + 1), "the last");
           break;
         case 8: {
           const std::size_t index = input_.UpTo(list.rows().size());
@@ -374,6 +384,7 @@ class Fixture {
           if (refused) ++messages;
         }
       }
+      Require(dialog.ok_enabled() == (selected() != 0), "OK is for a row that is selected");
       if (!faulty_) CheckPage(list, contents, reddens);
     }
     dialog.CloseBox();

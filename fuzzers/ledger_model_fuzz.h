@@ -163,10 +163,10 @@ struct Entry {
   bool live;
 };
 
-// What a list of accounts holds, and where it is positioned: from 1, 0 for nowhere.
+// What a list of accounts holds, and the position selected at first: from 1, 0 for none.
 struct ListContents {
   std::vector<Entry> entries;
-  std::size_t at = 1;
+  std::size_t at = 0;
 
   // In the order of the index.
   ListContents(const Ledger& ledger, bool with_deleted) {
@@ -176,7 +176,7 @@ struct ListContents {
     std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
       return UpperCase(a.account->ref) < UpperCase(b.account->ref);
     });
-    if (entries.empty()) at = 0;
+    if (!with_deleted) at = FirstLive(1, entries.size());
   }
   template <class Predicate>
   std::size_t FindIf(Predicate predicate) const {
@@ -199,6 +199,11 @@ struct ListContents {
   }
   bool IsLive(std::size_t position) const {
     return position >= 1 && position <= entries.size() && entries[position - 1].live;
+  }
+  // The first on the way from one position to the other, 0 when there is none.
+  std::size_t FirstLive(std::size_t from, std::size_t to) const {
+    while (from != to && !IsLive(from)) from < to ? ++from : --from;
+    return IsLive(from) ? from : 0;
   }
 };
 

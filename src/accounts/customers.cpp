@@ -2,6 +2,7 @@
 
 #include "accounts/discount.h"
 #include "dialogs/discount_breakdown.h"
+#include "dialogs/show.h"
 #include "frame/decimal.h"
 
 namespace ard::accounts {
@@ -22,15 +23,15 @@ void Customers::ShowDiscBDown(std::wstring_view acc_ref, std::wstring_view prod_
                               double unit_price, double disc_on_screen,
                               std::int16_t qty_dp) const noexcept {
   Run(L"ShowDiscBDown", [&] {
-    using Element = dialogs::DiscountBreakdown::Element;
     const Discount discount = CalculateDiscount(context(), acc_ref, {prod_code, qty, unit_price});
-    dialogs::DiscountBreakdown dialog(qty_dp, discount.table);
-    dialog.Set(Element::kAccount, discount.account_rate);
-    dialog.Set(Element::kQuantity, discount.quantity_rate);
-    dialog.Set(Element::kValue, discount.value_rate);
-    dialog.Set(Element::kUnexplained, ExactDifference(disc_on_screen, discount.Total()));
-    Attempt(context().trace(), {dialog.form(), L"Show"},
-            [&] { context().environment.Show(dialog); });
+    dialogs::DiscountBreakdown dialog(
+        discount.table,
+        {.account = discount.account_rate,
+         .quantity = discount.quantity_rate,
+         .value = discount.value_rate,
+         .unexplained = ExactDifference(disc_on_screen, discount.Total())},
+        qty_dp);
+    Show(context(), dialog);
   });
 }
 

@@ -6,7 +6,6 @@
 namespace ard::accounts {
 namespace {
 
-using dialogs::DiscountBreakdown;
 using simulator::CompanyBuilder;
 
 class DiscountTest : public testing::CompanyTest {
@@ -62,11 +61,10 @@ TEST_F(DiscountTest, AddsTheLevelReachedToTheAccountsRate) {
     EXPECT_EQ(customers_.GetDiscPercent(c.acc_ref, c.product, c.quantity, c.price), c.percentage)
         << c.fields.c_str();
     std::wstring fields;
-    environment_.AnswerBreakdown([&](DiscountBreakdown& dialog) {
-      for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
-        fields += dialog.Text(static_cast<DiscountBreakdown::Element>(i)) + L',';
-      }
-      fields += dialog.table();
+    environment_.AnswerFields([&](dialogs::FieldsDialog& dialog) {
+      const auto& lines = dialog.lines();
+      for (std::size_t i = 1; i < lines.size(); ++i) fields += lines[i].text + L',';
+      fields += lines[0].text;
     });
     customers_.ShowDiscBDown(c.acc_ref, c.product, c.quantity, c.price, 20, 2);
     EXPECT_EQ(fields, c.fields);

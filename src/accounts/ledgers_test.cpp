@@ -73,6 +73,17 @@ TEST_F(LedgersTest, BankListsShowTwelveOrThoseThatMatch) {
   EXPECT_EQ(bank_.FastList(), L"1202");  // a deleted one
   EXPECT_EQ(std::count(listed_.begin(), listed_.end(), L'|'), 12);
 
+  // Neither list has a row selected, so that there is nothing to confirm yet.
+  for (int list = 0; list < 2; ++list) {
+    environment_.Answer([](dialogs::SelectDialog& dialog) {
+      EXPECT_FALSE(dialog.ok_enabled());
+      dialog.KeyPress(dialogs::kEnterKey);
+      EXPECT_TRUE(dialog.visible());
+      dialog.KeyPress(L' ');
+      dialog.KeyPress(dialogs::kEnterKey);
+    });
+    EXPECT_EQ(list == 0 ? bank_.FastList() : bank_.List(L"12*"), L"1201");
+  }
   Choose(2);
   EXPECT_EQ(bank_.List(L"121*"), L"1211");
   EXPECT_EQ(listed_,
@@ -82,7 +93,8 @@ TEST_F(LedgersTest, BankListsShowTwelveOrThoseThatMatch) {
   EXPECT_EQ(bank_.List(L"9*"), L"1214");  // none matches: the record on which the file stands
   EXPECT_EQ(listed_, L"SelectBankAccount:A/C|1214\tBank14");
   EXPECT_EQ(environment_.progress(),
-            (Texts{L"Select Bank Account: 5/14", L"Select Bank Account: 1/14"}));
+            (Texts{L"Select Bank Account: 14/14", L"Select Bank Account: 5/14",
+                   L"Select Bank Account: 1/14"}));
 }
 
 TEST_F(LedgersTest, RecordsKeepWhatTheyHaveRead) {

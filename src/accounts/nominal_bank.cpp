@@ -57,7 +57,7 @@ std::wstring Bank::List(std::wstring_view search_criteria) const noexcept {
         return banks.FindNext(kReference, search_criteria);
       });
     }
-    const std::optional<dialogs::Row> choice = Show(context(), dialog);
+    const std::optional<dialogs::Row> choice = ChooseRow(context(), dialog);
     if (choice) code = Trimmed(choice->Cell(1));
   });
 }

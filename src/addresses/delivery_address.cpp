@@ -4,6 +4,7 @@
 
 #include "accounts/customers.h"
 #include "accounts/suppliers.h"
+#include "dialogs/show.h"
 #include "frame/text.h"
 
 namespace ard::addresses {
@@ -66,8 +67,7 @@ bool DeliveryAddress::GetAddress(std::wstring_view acc_ref, std::wstring_view ac
     if (const std::optional<AddressKind> kind = KindOf(type)) dialog.KindChange(*kind);
     if (!Trimmed(acc_ref).empty()) dialog.ShowAccount(acc_ref);
     if (!Trimmed(acc_name).empty()) dialog.ShowAccountName(acc_name);
-    Attempt(context().trace(), {dialog.form(), L"Show"},
-            [&] { context().environment.Show(dialog); });
+    Show(context(), dialog);
     picked = dialog.result();
     if (picked) ReadAddress(context(), dialog.kind(), dialog.selected_record(), address_);
   });

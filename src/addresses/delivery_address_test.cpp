@@ -5,7 +5,6 @@
 namespace ard::addresses {
 namespace {
 
-using dialogs::AddressDetails;
 using dialogs::AddressDialog;
 using dialogs::AddressKind;
 using dialogs::SelectDialog;
@@ -89,6 +88,16 @@ TEST_F(DeliveryAddressTest, FollowsTheKindAndTheAccountEntered) {
     EXPECT_EQ(Shown(dialog), L"ABC,");
     dialog.AccountEntered();
     EXPECT_EQ(Shown(dialog), L"ABC,ABC Ltd|2\tYard\t|>3\tShop\tYes");
+    dialog.AccountChange(L"abc ");  // the same account
+    EXPECT_EQ(Shown(dialog), L"abc ,ABC Ltd|2\tYard\t|>3\tShop\tYes");
+    for (const wchar_t* typed : {L"AB", L"ABC"}) {
+      dialog.AccountChange(typed);
+      EXPECT_EQ(Shown(dialog), std::wstring(typed) + L",");
+      EXPECT_FALSE(dialog.ok_enabled());
+      EXPECT_FALSE(dialog.details_enabled());
+    }
+    dialog.AccountEntered();
+    EXPECT_EQ(Shown(dialog), L"ABC,ABC Ltd|2\tYard\t|>3\tShop\tYes");
     dialog.KindChange(AddressKind::kPurchase);
     EXPECT_EQ(Shown(dialog), L",");
     dialog.AccountChange(L"A");
@@ -110,6 +119,9 @@ TEST_F(DeliveryAddressTest, FollowsTheKindAndTheAccountEntered) {
     EXPECT_EQ(Shown(dialog), L"ABC,ABC Ltd|2\tYard\t|>3\tShop\tYes");
     dialog.LookUpClick();  // cancelled
     EXPECT_EQ(Shown(dialog), L"ABC,ABC Ltd|2\tYard\t|>3\tShop\tYes");
+    dialog.AccountChange(L"?");
+    dialog.AccountEntered();  // a search, and that cancelled
+    EXPECT_EQ(Shown(dialog), L"?,");
     dialog.CloseBox();
   });
   environment_.Answer(confirm);
@@ -118,8 +130,8 @@ TEST_F(DeliveryAddressTest, FollowsTheKindAndTheAccountEntered) {
 
 TEST_F(DeliveryAddressTest, WithoutArgumentsTheCompanysAddressesAndTheirDetailsAreShown) {
   std::wstring shown;
-  environment_.AnswerDetails([&](AddressDetails& details) {
-    for (const AddressDetails::Line& line : details.lines()) {
+  environment_.AnswerFields([&](dialogs::FieldsDialog& details) {
+    for (const auto& line : details.lines()) {
       if (!line.text.empty()) shown += line.label + L"=" + line.text + L"|";
     }
   });

@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <utility>
+#include <vector>
 
+#include "dialogs/show.h"
 #include "frame/text.h"
 
 namespace ard::dialogs {
@@ -40,6 +42,10 @@ constexpr AddressFile kFiles[] = {{L"SalesDeliveryRecord", L"SalesDeliveryData",
                                   {L"CompanyDeliveryRecord", L"CompanyDeliveryData", false}};
 constexpr std::wstring_view kKindNames[] = {L"Sales", L"Purchase", L"Company"};
 
+bool IsSameAccount(std::wstring_view a, std::wstring_view b) {
+  return EqualsIgnoreCase(Trimmed(a), Trimmed(b));
+}
+
 const AddressFile& FileOf(AddressKind kind) { return kFiles[static_cast<std::size_t>(kind)]; }
 
 // The lines of the details; `prompt` is the number of the company's caption for the line, 0 when
@@ -63,6 +69,22 @@ constexpr DetailsLine kDetailsLines[] = {
     {L"E-mail", &A::email},
 };
 
+// With the company's captions, where it has any.
+std::vector<FieldsDialog::Line> LinesOf(const Context& context, const Address& address) {
+  std::vector<FieldsDialog::Line> lines;
+  engine::DataFile setup(context, L"SetupData");
+  const bool captions = setup.Open(engine::Mode::kRead) && setup.Read(1);
+  for (const DetailsLine& line : kDetailsLines) {
+    std::wstring label;
+    if (captions && line.prompt != 0) {
+      setup.Get(L"ADDRESS_PROMPT_" + std::to_wstring(line.prompt), label, engine::kTrimmed);
+    }
+    if (label.empty()) label = line.label;
+    lines.push_back({std::move(label), std::wstring(Trimmed(address.*line.member))});
+  }
+  return lines;
+}
+
 }  // namespace
 
 std::span<const engine::FieldProperty<Address>> AddressProperties() { return kProperties; }
@@ -74,18 +96,9 @@ bool ReadAddress(const Context& context, AddressKind kind, std::int32_t record, 
   return true;
 }
 
-AddressDetails::AddressDetails(const Context& context, const Address& address) {
-  engine::DataFile setup(context, L"SetupData");
-  const bool captions = setup.Open(engine::Mode::kRead) && setup.Read(1);
-  for (const DetailsLine& line : kDetailsLines) {
-    std::wstring label;
-    if (captions && line.prompt != 0) {
-      setup.Get(L"ADDRESS_PROMPT_" + std::to_wstring(line.prompt), label, engine::kTrimmed);
-    }
-    if (label.empty()) label = line.label;
-    lines_.push_back({std::move(label), std::wstring(Trimmed(address.*line.member))});
-  }
-}
+AddressDetails::AddressDetails(const Context& context, const Address& address)
+    : FieldsDialog(L"frmDelAddressDetails", L"Delivery Address Details", LinesOf(context, address),
+                   /*numeric=*/false) {}
 
 AddressDialog::AddressDialog(const Context& context, AddressOwners& owners)
     : SelectDialog(L"frmDelAddresses", L"Delivery Addresses", *this),
@@ -104,20 +117,28 @@ std::int32_t AddressDialog::selected_record() {
 }
 
 void AddressDialog::KindChange(AddressKind kind) {
+  // The record numbers listed were those of another file.
+  ForgetAccount();
   kind_ = kind;
   account_.clear();
-  account_name_.clear();
-  // The record numbers listed were those of another file.
-  Clear();
-  list().SetRowCount(0);
+  entry_pending_ = false;
   if (kind == AddressKind::kCompany) LoadList();
 }
 
+void AddressDialog::AccountChange(std::wstring_view account) {
+  if (!IsSameAccount(account, account_)) {
+    ForgetAccount();
+    entry_pending_ = true;
+  }
+  account_ = account;
+}
+
 void AddressDialog::AccountEntered() {
+  entry_pending_ = false;
   if (!account_enabled() || Trimmed(account_).empty()) return;
-  if (!owners_.IsValid(kind_, account_)) return Search();
-  account_name_ = owners_.GetName(kind_, account_);
-  LoadList();
+  if (owners_.IsValid(kind_, account_)) return ListAccount();
+  ForgetAccount();
+  Search();
 }
 
 void AddressDialog::LookUpClick() {
@@ -129,7 +150,7 @@ void AddressDialog::DetailsClick() {
   Address address;
   ReadAddress(context_, kind_, selected_record(), address);
   AddressDetails details(context_, address);
-  Attempt(context_.trace(), {details.form(), L"Show"}, [&] { context_.environment.Show(details); });
+  Show(context_, details);
 }
 
 void AddressDialog::ShowAccount(std::wstring_view account) {
@@ -138,15 +159,30 @@ void AddressDialog::ShowAccount(std::wstring_view account) {
 }
 
 void AddressDialog::Search() {
-  std::wstring found = owners_.Search(kind_, account_);
+  const std::wstring found = owners_.Search(kind_, account_);
   if (found.empty()) return;
-  account_ = std::move(found);
+  AccountChange(found);
+  ListAccount();
+}
+
+void AddressDialog::ListAccount() {
+  entry_pending_ = false;
   account_name_ = owners_.GetName(kind_, account_);
   LoadList();
 }
 
-void AddressDialog::LoadList() {
+void AddressDialog::ForgetAccount() {
+  ClearList();
+  account_name_.clear();
+}
+
+void AddressDialog::ClearList() {
   Clear();
+  list().SetRowCount(0);
+}
+
+void AddressDialog::LoadList() {
+  ClearList();
   std::int32_t preferred = 1;
   {
     const AddressFile& file = FileOf(kind_);
@@ -157,8 +193,7 @@ void AddressDialog::LoadList() {
       ++record;
       std::wstring text;
       if (file.by_account) {
-        if (!addresses.Get(L"ACCOUNT_REF", text)) continue;
-        if (!EqualsIgnoreCase(Trimmed(text), Trimmed(account_))) continue;
+        if (!addresses.Get(L"ACCOUNT_REF", text) || !IsSameAccount(text, account_)) continue;
       }
       if (!addresses.Get(L"DESCRIPTION", text)) continue;
       std::wstring marker;

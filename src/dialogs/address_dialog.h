@@ -7,8 +7,8 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "dialogs/fields_dialog.h"
 #include "dialogs/select_dialog.h"
 #include "engine/field_table.h"
 #include "frame/context.h"
@@ -43,28 +43,10 @@ class AddressOwners {
 };
 
 // frmDelAddressDetails, view-only.
-class AddressDetails {
+class AddressDetails : public FieldsDialog {
  public:
-  struct Line {
-    std::wstring label;
-    std::wstring text;
-  };
-
   // Reads the company's captions of the address lines.
   AddressDetails(const Context& context, const Address& address);
-
-  std::wstring_view form() const { return L"frmDelAddressDetails"; }
-  std::wstring_view caption() const { return L"Delivery Address Details"; }
-  const std::vector<Line>& lines() const { return lines_; }
-
-  // True until the button, or the close box, has closed the dialog.
-  bool visible() const { return visible_; }
-  void CloseClick() { visible_ = false; }
-  void CloseBox() { CloseClick(); }
-
- private:
-  std::vector<Line> lines_;
-  bool visible_ = true;
 };
 
 class AddressDialog : private RowsInMemory, public SelectDialog {
@@ -84,8 +66,11 @@ class AddressDialog : private RowsInMemory, public SelectDialog {
 
   // The handlers. Another kind starts over: no account, and for the company its addresses.
   void KindChange(AddressKind kind);
-  // The user types; nothing happens before the entry is complete.
-  void AccountChange(std::wstring_view account) { account_ = account; }
+  // The user types. The addresses shown are those of the account in the field, and so go as soon as
+  // that is another one; nothing else happens before the entry is complete.
+  void AccountChange(std::wstring_view account);
+  // Whether another account has been typed, and not been acted on yet.
+  bool entry_pending() const { return entry_pending_; }
   // The entry is complete: shows the account's addresses, or lets the user search for one.
   void AccountEntered();
   // The look-up button of the account field.
@@ -98,13 +83,19 @@ class AddressDialog : private RowsInMemory, public SelectDialog {
 
  private:
   void Search();
+  // Shows the name and the addresses of the account in the field.
+  void ListAccount();
+  // Shows neither.
+  void ForgetAccount();
   void LoadList();
+  void ClearList();
 
   const Context& context_;
   AddressOwners& owners_;
   AddressKind kind_ = AddressKind::kSales;
   std::wstring account_;
   std::wstring account_name_;
+  bool entry_pending_ = false;
 };
 
 }  // namespace ard::dialogs

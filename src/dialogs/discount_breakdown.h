@@ -3,58 +3,39 @@
 #define ARD_DIALOGS_DISCOUNT_BREAKDOWN_H_
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "dialogs/fields_dialog.h"
 #include "frame/decimal.h"
 
 namespace ard::dialogs {
 
-class DiscountBreakdown {
+class DiscountBreakdown : public FieldsDialog {
  public:
-  // The numeric fields, in their order.
-  enum class Element : std::size_t { kAccount, kQuantity, kValue, kUnexplained };
-  static constexpr std::size_t kElements = 4;
+  // In percent; a discount that does not apply shows nothing.
+  struct Rates {
+    std::optional<double> account, quantity, value, unexplained;
+  };
 
-  // `decimals` are those of all fields; `table` names the quantity table, "" for none.
-  DiscountBreakdown(int decimals, std::wstring_view table)
-      : decimals_(std::max(decimals, 0)), table_(table) {}
-
-  std::wstring_view form() const { return L"frmDiscountBDown"; }
-  std::wstring_view caption() const { return L"Discount Breakdown"; }
-  std::wstring_view table() const { return table_; }
-
-  // The label beside a field.
-  static std::wstring_view Label(Element element) {
-    constexpr std::wstring_view kLabels[kElements] = {L"Account discount %", L"Quantity discount %",
-                                                      L"Value discount %", L"Not explained %"};
-    return kLabels[static_cast<std::size_t>(element)];
-  }
-  void Set(Element element, std::optional<double> value) {
-    values_[static_cast<std::size_t>(element)] = value;
-  }
-  // What a field shows; a discount that does not apply shows nothing.
-  std::wstring Text(Element element) const {
-    const std::optional<double>& value = values_[static_cast<std::size_t>(element)];
-    if (!value) return {};
-    std::wstring text = FormatFixed(*value, decimals_);
-    if (decimals_ == 0) text.pop_back();  // the point
-    return text;
-  }
-
-  // True until the button, or the close box, has closed the dialog.
-  bool visible() const { return visible_; }
-  void CloseClick() { visible_ = false; }
-  void CloseBox() { CloseClick(); }
+  // `table` names the table of quantity discounts, "" for none; `decimals` are those of all rates.
+  DiscountBreakdown(std::wstring_view table, const Rates& rates, int decimals)
+      : FieldsDialog(L"frmDiscountBDown", L"Discount Breakdown",
+                     {{L"Quantity discounts", std::wstring(table)},
+                      {L"Account discount %", Text(rates.account, decimals)},
+                      {L"Quantity discount %", Text(rates.quantity, decimals)},
+                      {L"Value discount %", Text(rates.value, decimals)},
+                      {L"Not explained %", Text(rates.unexplained, decimals)}},
+                     /*numeric=*/true) {}
 
  private:
-  int decimals_;
-  std::wstring_view table_;
-  std::array<std::optional<double>, kElements> values_;
-  bool visible_ = true;
+  static std::wstring Text(std::optional<double> rate, int decimals) {
+    std::wstring text;
+    if (rate) text = FormatFixed(*rate, std::max(decimals, 0));
+    if (text.ends_with(L'.')) text.pop_back();
+    return text;
+  }
 };
 
 }  // namespace ard::dialogs

@@ -1,7 +1,5 @@
 #include "dialogs/fast_select.h"
 
-#include "dialogs/record_list.h"
-
 namespace ard::dialogs {
 namespace {
 
@@ -25,7 +23,7 @@ void FastSelectDialog::Load(std::int32_t row_count) {
     row_count = filled_.count();
   }
   list().SetRowCount(row_count);
-  list().SelectItem(1);
+  if (spec_.fill == FastSelectForm::Fill::kPaged) list().SelectFirst();
 }
 
 bool FastSelectDialog::Accepts(const Row& row) {
@@ -51,7 +49,7 @@ std::wstring FastSelect(const Context& context, const FastSelectForm& form,
   FastSelectDialog dialog(context, form);
   dialog.Load(row_count);
   if (criteria) dialog.PositionOn(*criteria);
-  const std::optional<Row> choice = Show(context, dialog);
+  const std::optional<Row> choice = ChooseRow(context, dialog);
   if (!choice) return {};
   std::wstring key(Trimmed(choice->Cell(1)));
   if (check) Attempt(context.trace(), {form.name, L"Check"}, [&] { check(*choice); });

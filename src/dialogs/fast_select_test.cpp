@@ -116,8 +116,10 @@ TEST(SelectRecordTest, ShowsTheRowsThatItWasGiven) {
   SelectRecordDialog dialog(L"Select Bank Account");
   EXPECT_FALSE(dialog.ok_enabled());
   for (const auto* row : {L"1200\tCurrent", L"1210\tDeposit"}) dialog.AddRow(row);
-  dialog.list().SelectItem(2);
-  dialog.KeyPress(L'1');  // no type-ahead here
+  dialog.KeyPress(L' ');
+  EXPECT_EQ(dialog.list().selected()->Cell(2), L"Current");
+  dialog.list().LineDown();
+  for (const wchar_t key : {L'1', L' '}) dialog.KeyPress(key);  // no type-ahead here
   EXPECT_EQ(dialog.list().selected()->Cell(2), L"Deposit");
   dialog.DoubleClick();
   EXPECT_TRUE(dialog.result());

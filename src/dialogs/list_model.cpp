@@ -31,12 +31,10 @@ void ListModel::SetRowCount(std::int32_t count) {
   // Some below the largest number, so that positions after the last one are numbers too.
   row_count_ = std::clamp(count, 0, std::numeric_limits<std::int32_t>::max() - 8);
   top_ = 1;
-  cursor_ = 0;
-  loaded_ = false;
-  resolved_ = true;
-  selected_.reset();
+  cursor_ = anchor_ = 1 - source_.ExtraRows(1);
+  loaded_ = resolved_ = opening_ = false;
   picked_.clear();
-  anchor_ = 0;
+  has_selection_.reset();
 }
 
 void ListModel::SetPageSize(std::int32_t size) {
@@ -50,6 +48,7 @@ void ListModel::SetPageSize(std::int32_t size) {
 }
 
 const std::vector<Row>& ListModel::rows() {
+  Open();
   Load();
   return rows_;
 }
@@ -61,10 +60,15 @@ void ListModel::SelectItem(std::int32_t position) {
 }
 
 void ListModel::SelectFirst() {
-  if (row_count_ == 0) return;
-  const std::int32_t extra = source_.ExtraRows(1);
-  MoveTo(extra > 0 ? -extra : 1);
+  SetRowCount(row_count_);
   Mark(Pick::kOnly);
+  opening_ = true;
+}
+
+bool ListModel::SelectCursor() {
+  if (selected() || !AtCursor()) return false;
+  Mark(Pick::kOnly);
+  return true;
 }
 
 void ListModel::SelectRow(std::size_t index, Pick pick) {
@@ -74,25 +78,15 @@ void ListModel::SelectRow(std::size_t index, Pick pick) {
 }
 
 const std::optional<Row>& ListModel::selected() {
-  if (!resolved_) {
-    BringIntoView(cursor_);
-    Load();
-  }
-  return selected_;
-}
-
-bool ListModel::IsSelected(const Row& row) {
-  if (!multiple_) return IsCursor(row);
-  return std::any_of(picked_.begin(), picked_.end(),
-                     [&](const Range& range) { return range.Contains(row.position); });
+  static const std::optional<Row> kNone;
+  Open();
+  return IsPicked(cursor_) ? AtCursor() : kNone;
 }
 
 bool ListModel::HasSelection() {
   if (!multiple_) return selected().has_value();
-  // A selection of the cursor alone may be that of a deleted entry.
-  const bool cursor_alone =
-      picked_.size() == 1 && picked_[0].from == cursor_ && picked_[0].to == cursor_;
-  return cursor_alone ? selected().has_value() : !picked_.empty();
+  if (!has_selection_) has_selection_ = FindSelection();
+  return *has_selection_;
 }
 
 std::vector<Row> ListModel::SelectedRows() {
@@ -101,19 +95,12 @@ std::vector<Row> ListModel::SelectedRows() {
     if (selected()) result.push_back(*selected());
     return result;
   }
-  constexpr std::int32_t kChunk = 64;
-  std::vector<Row> chunk;
+  Open();
   for (const Range& range : picked_) {
-    // Extra rows come with the page that starts at the first position.
-    for (std::int32_t first = std::max(range.from, 1);; first += kChunk) {
-      const std::int32_t last = std::min(range.to, first + kChunk - 1);
-      chunk.clear();
-      source_.LoadPage(first, std::max(last, first), chunk);
-      for (Row& row : chunk) {
-        if (range.Contains(row.position)) result.push_back(std::move(row));
-      }
-      if (last >= range.to) break;
-    }
+    Read(range, [&](Row& row) {
+      result.push_back(std::move(row));
+      return true;
+    });
   }
   return result;
 }
@@ -129,64 +116,39 @@ void ListModel::ScrollBy(std::int32_t rows) {
       static_cast<std::int32_t>(std::clamp<std::int64_t>(std::int64_t{top_} + rows, 1, LastTop())));
 }
 
-void ListModel::LineUp(Pick pick) {
-  MoveUp();
-  Mark(pick);
-}
+void ListModel::LineUp(Pick pick) { Press(&ListModel::MoveUp, pick); }
+void ListModel::LineDown(Pick pick) { Press(&ListModel::MoveDown, pick); }
+void ListModel::PageUp(Pick pick) { Press(&ListModel::MovePageUp, pick); }
+void ListModel::PageDown(Pick pick) { Press(&ListModel::MovePageDown, pick); }
+void ListModel::Home(Pick pick) { Press(&ListModel::MoveHome, pick); }
+void ListModel::End(Pick pick) { Press(&ListModel::MoveEnd, pick); }
 
-void ListModel::LineDown(Pick pick) {
-  MoveDown();
-  Mark(pick);
-}
-
-void ListModel::PageUp(Pick pick) {
-  if (row_count_ > 0) MovePageUp();
-  Mark(pick);
-}
-
-void ListModel::PageDown(Pick pick) {
-  if (row_count_ > 0) MovePageDown();
-  Mark(pick);
-}
-
-void ListModel::Home(Pick pick) {
-  if (row_count_ > 0) MoveHome();
-  Mark(pick);
-}
-
-void ListModel::End(Pick pick) {
-  if (row_count_ > 0) MoveEnd();
+void ListModel::Press(void (ListModel::*move)(), Pick pick) {
+  if (row_count_ == 0) return;
+  Open();
+  (this->*move)();
   Mark(pick);
 }
 
 void ListModel::MoveUp() {
-  BringIntoView(cursor_ == 0 ? 1 : cursor_);
+  BringIntoView(cursor_);
   if (SelectLastUpTo(cursor_ - 1) || top_ <= 1) return;
   const std::int32_t target = top_ - 1;
   SetTop(target);
-  if (SelectLastUpTo(target)) return;
-  // A deleted entry: look for the next live one a page at a time, one page a key press.
-  SetTop(target - page_size_ + 1);
-  if (!SelectLastUpTo(target)) MoveTo(top_);
+  if (!SelectLastUpTo(target)) SeekUp(target);
 }
 
 void ListModel::MoveDown() {
-  if (cursor_ != 0) BringIntoView(cursor_);
-  // Without a cursor, the first row comes first, whichever it is.
-  if (SelectFirstFrom(cursor_ == 0 ? std::numeric_limits<std::int32_t>::min() : cursor_ + 1)) {
-    return;
-  }
+  BringIntoView(cursor_);
+  if (SelectFirstFrom(cursor_ + 1)) return;
   const std::int32_t target = top_ + Reach(top_);
   if (target > row_count_) return;
   SetTop(top_ + 1);
-  if (SelectFirstFrom(target)) return;
-  // As in MoveUp.
-  SetTop(target);
-  if (!SelectFirstFrom(target)) MoveTo(std::min(top_ + Reach(top_) - 1, row_count_));
+  if (!SelectFirstFrom(target)) SeekDown(target);
 }
 
 void ListModel::MovePageUp() {
-  if (cursor_ != 0) BringIntoView(cursor_);
+  BringIntoView(cursor_);
   // First to the top of the page shown, then a page further.
   if (!rows().empty() && rows_.front().position < cursor_) return MoveToRow(0);
   SetTop(top_ - page_size_);
@@ -195,7 +157,7 @@ void ListModel::MovePageUp() {
 }
 
 void ListModel::MovePageDown() {
-  if (cursor_ != 0) BringIntoView(cursor_);
+  BringIntoView(cursor_);
   if (!rows().empty() && rows_.back().position > cursor_) return MoveToRow(rows_.size() - 1);
   SetTop(top_ + Reach(top_));
   const std::int32_t last = std::min(top_ + Reach(top_) - 1, row_count_);
@@ -204,40 +166,54 @@ void ListModel::MovePageDown() {
 
 void ListModel::MoveHome() {
   SetTop(1);
-  if (rows().empty()) return MoveTo(1);
+  if (rows().empty()) return SeekDown(top_ + Reach(top_));
   MoveToRow(0);
 }
 
 void ListModel::MoveEnd() {
   SetTop(LastTop());
-  if (!SelectLastUpTo(row_count_)) MoveTo(row_count_);
+  if (!SelectLastUpTo(row_count_)) SeekUp(top_ - 1);
+}
+
+void ListModel::SeekUp(std::int32_t target) {
+  SetTop(target - page_size_ + 1);
+  if (!SelectLastUpTo(target)) MoveTo(top_);
+}
+
+void ListModel::SeekDown(std::int32_t target) {
+  SetTop(target);
+  if (!SelectFirstFrom(target)) MoveTo(std::min(top_ + Reach(top_) - 1, row_count_));
 }
 
 void ListModel::MoveTo(std::int32_t position) {
   cursor_ = position;
-  resolved_ = false;
+  resolved_ = opening_ = false;
   BringIntoView(position);
 }
 
 void ListModel::MoveToRow(std::size_t index) {
-  selected_ = Row(rows_[index]);
-  cursor_ = selected_->position;
+  at_cursor_ = Row(rows_[index]);
+  cursor_ = at_cursor_->position;
   resolved_ = true;
 }
 
+void ListModel::Open() {
+  if (std::exchange(opening_, false)) Home();
+}
+
 void ListModel::Mark(Pick pick) {
-  if (!multiple_ || cursor_ == 0) return;
-  switch (pick) {
+  if (row_count_ == 0) return;
+  has_selection_.reset();
+  switch (multiple_ ? pick : Pick::kOnly) {
     case Pick::kOnly:
       anchor_ = cursor_;
       picked_ = {{cursor_, cursor_}};
       break;
     case Pick::kExtend:
-      if (anchor_ == 0) anchor_ = cursor_;
       picked_ = {{std::min(anchor_, cursor_), std::max(anchor_, cursor_)}};
       break;
     case Pick::kToggle:
-      if (selected()) ToggleCursor();
+      if (AtCursor()) ToggleCursor();
       break;
     case Pick::kNone:
       break;
@@ -259,13 +235,49 @@ void ListModel::ToggleCursor() {
   if (range.from < cursor_) picked_.insert(place, {range.from, cursor_ - 1});
 }
 
+bool ListModel::IsPicked(std::int32_t position) const {
+  return std::any_of(picked_.begin(), picked_.end(),
+                     [&](const Range& range) { return range.Contains(position); });
+}
+
+bool ListModel::FindSelection() {
+  // What is shown need not be read for it.
+  if (selected()) return true;
+  for (const Row& row : rows()) {
+    if (IsSelected(row)) return true;
+  }
+  return std::any_of(picked_.begin(), picked_.end(), [&](const Range& range) {
+    const bool is_shown = IsInView(range.from) && IsInView(range.to);
+    return !is_shown && !Read(range, [](const Row&) { return false; });
+  });
+}
+
+template <class Take>
+bool ListModel::Read(const Range& range, Take take) {
+  constexpr std::int32_t kMost = 64;  // at a time
+  std::vector<Row> rows;
+  Range rest = range;
+  for (std::int32_t count = 1;; count = std::min(2 * count, kMost)) {
+    // Extra rows come with the page that starts at the first position.
+    const std::int32_t first = std::max(rest.from, 1);
+    const std::int32_t last = rest.to - first < count ? rest.to : first + count - 1;
+    rows.clear();
+    source_.LoadPage(first, std::max(last, first), rows);
+    for (Row& row : rows) {
+      if (rest.Contains(row.position) && !take(row)) return false;
+    }
+    if (last >= rest.to) return true;
+    rest.from = last + 1;
+  }
+}
+
 std::int32_t ListModel::Reach(std::int32_t top) const {
   return std::max(page_size_ - source_.ExtraRows(top), 1);
 }
 
 bool ListModel::IsInView(std::int32_t position) const {
   if (position > 0) return position >= top_ && position - top_ < Reach(top_);
-  return position < 0 && -position <= source_.ExtraRows(top_);
+  return position > -source_.ExtraRows(top_);
 }
 
 std::int32_t ListModel::TopToEndWith(std::int32_t position) const {
@@ -297,8 +309,17 @@ void ListModel::Load() {
   if (resolved_ || !IsInView(cursor_)) return;
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const Row& r) { return r.position == cursor_; });
-  selected_ = row == rows_.end() ? std::nullopt : std::optional(*row);
+  at_cursor_ = row == rows_.end() ? std::nullopt : std::optional(*row);
   resolved_ = true;
+}
+
+const std::optional<Row>& ListModel::AtCursor() {
+  Open();
+  if (!resolved_) {
+    BringIntoView(cursor_);
+    Load();
+  }
+  return at_cursor_;
 }
 
 bool ListModel::SelectFirstFrom(std::int32_t position) {

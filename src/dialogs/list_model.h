@@ -34,7 +34,7 @@ struct Column {
 inline constexpr std::size_t kRowLength = 80;
 
 struct Row {
-  std::int32_t position = 0;  // from 1, in the order of the list; below 0 for an extra row
+  std::int32_t position = 0;  // from 1, in the order of the list; up to 0 for an extra row
   std::wstring text;          // the cells, separated by TABs
   Color color = kDefaultColor;
 
@@ -49,13 +49,13 @@ class RowSource {
   // at `first`. Rows that cannot be read are left out.
   virtual void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) = 0;
   // How many extra rows, beyond the positions, stand on top of a page that starts at `first`. Their
-  // positions are negative and end with -1; the page at 1 has all of them, the one at 2 all but
-  // the first, and so on.
+  // own positions end with 0, so that none is left out before 1; the page at 1 has all of them, the
+  // one at 2 all but the first, and so on.
   virtual std::int32_t ExtraRows(std::int32_t) const { return 0; }
 };
 
 // What moving the cursor does to the selection of a list with multiple selection. In one with
-// single selection, the row at the cursor is what is selected.
+// single selection, each selects the row at the cursor alone.
 enum class Pick {
   kOnly,    // the row at the cursor, and no other (a plain key or click)
   kExtend,  // all rows from the last one picked alone to the cursor (with Shift)
@@ -77,7 +77,8 @@ class ListModel {
   void SetMultiple() { multiple_ = true; }
   bool multiple() const { return multiple_; }
 
-  // Sets the number of positions and starts over: cursor on none, page from the top, unread.
+  // Sets the number of positions and starts over: the cursor on the first row, nothing selected,
+  // the page from the top, unread.
   void SetRowCount(std::int32_t count);
   std::int32_t row_count() const { return row_count_; }
 
@@ -94,17 +95,22 @@ class ListModel {
   // Makes item `position` the selected one and brings it into view. A position outside the list
   // is ignored; when its entry is deleted, nothing is selected.
   void SelectItem(std::int32_t position);
-  // The same for the first row of all, an extra row if there is one.
+  // Starts over with the first row of all selected, an extra row if there is one. When the first
+  // page comes to be read, deleted entries are stepped over, as by Home.
   void SelectFirst();
+  // Selects the row at the cursor. False when there is none, or it is selected.
+  bool SelectCursor();
   // Moves the cursor to row `index` (from 0) of the page shown.
   void SelectRow(std::size_t index, Pick pick = Pick::kOnly);
   // Takes the row at the cursor in or out of a multiple selection.
   void Toggle() { Mark(Pick::kToggle); }
 
-  // The row at the cursor, also while another page is shown.
+  // The row at the cursor, if it is selected; also while another page is shown.
   const std::optional<Row>& selected();
-  bool IsCursor(const Row& row) { return selected() && selected()->position == row.position; }
-  bool IsSelected(const Row& row);
+  bool IsCursor(const Row& row) const { return row.position == cursor_; }
+  bool IsSelected(const Row& row) const { return IsPicked(row.position); }
+  // Whether any row is selected: one that is there, not only positions of deleted entries. Of a
+  // multiple selection, no more is read than it takes to come upon the first such row.
   bool HasSelection();
   // All selected rows in the order of the list, read from the source.
   std::vector<Row> SelectedRows();
@@ -113,7 +119,7 @@ class ListModel {
   void ScrollTo(std::int32_t top);
   void ScrollBy(std::int32_t rows);
 
-  // Cursor keys.
+  // Cursor keys. They step over deleted entries; where there are too many, some on each press.
   void LineUp(Pick pick = Pick::kOnly);
   void LineDown(Pick pick = Pick::kOnly);
   void PageUp(Pick pick = Pick::kOnly);
@@ -129,6 +135,8 @@ class ListModel {
     bool Contains(std::int32_t position) const { return from <= position && position <= to; }
   };
 
+  // Makes what `move` does of the cursor the selection.
+  void Press(void (ListModel::*move)(), Pick pick);
   void MoveUp();
   void MoveDown();
   void MovePageUp();
@@ -138,10 +146,20 @@ class ListModel {
   // Puts the cursor on a position whose row is still to be read.
   void MoveTo(std::int32_t position);
   void MoveToRow(std::size_t index);
+  // Look for a row on one more page, which ends or begins with `target`.
+  void SeekUp(std::int32_t target);
+  void SeekDown(std::int32_t target);
+  // Before anything is read: does what SelectFirst has left to do.
+  void Open();
 
   // Updates a multiple selection after a move of the cursor.
   void Mark(Pick pick);
   void ToggleCursor();
+  bool IsPicked(std::int32_t position) const;
+  bool FindSelection();
+  // Hands the rows of the range to `take` until it returns false; whether it never did.
+  template <class Take>
+  bool Read(const Range& range, Take take);
 
   // How many positions the page at `top` shows: as many rows as are not taken by extra rows.
   std::int32_t Reach(std::int32_t top) const;
@@ -151,6 +169,7 @@ class ListModel {
   void BringIntoView(std::int32_t position);
   void SetTop(std::int32_t top);
   void Load();
+  const std::optional<Row>& AtCursor();
   bool SelectFirstFrom(std::int32_t position);
   bool SelectLastUpTo(std::int32_t position);
 
@@ -163,13 +182,15 @@ class ListModel {
   std::int32_t top_ = 1;
   std::vector<Row> rows_;
   bool loaded_ = false;
-  std::int32_t cursor_ = 0;      // the position last moved to, whether or not it yields a row
-  bool resolved_ = true;         // whether selected_ is the row at cursor_
-  std::optional<Row> selected_;  // the row at the cursor
+  std::int32_t cursor_ = 1;       // the position last moved to, whether or not it yields a row
+  bool resolved_ = false;         // whether at_cursor_ is the row at cursor_
+  std::optional<Row> at_cursor_;  // the row at the cursor
+  bool opening_ = false;          // the first row is to be selected
 
   bool multiple_ = false;
-  std::vector<Range> picked_;  // ascending, without overlap
-  std::int32_t anchor_ = 0;    // the position last picked alone
+  std::vector<Range> picked_;          // what is selected: ascending, without overlap
+  std::int32_t anchor_ = 1;            // the position last picked alone
+  std::optional<bool> has_selection_;  // of a multiple selection, once it has been found out
 };
 
 }  // namespace ard::dialogs

@@ -20,15 +20,24 @@ class NumberedRows : public RowSource {
  public:
   void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override {
     pages.push_back({first, last});
+    for (std::int32_t extra_row = 1 - ExtraRows(first); extra_row <= 0; ++extra_row) {
+      rows.push_back({extra_row, L"extra", 0});
+    }
     for (std::int32_t position = first; position <= last; ++position) {
+      ++positions_read;
       if (!deleted.contains(position)) rows.push_back({position, std::to_wstring(position), 0});
       if (out_of_memory) throw std::bad_alloc();
     }
   }
+  std::int32_t ExtraRows(std::int32_t first) const override {
+    return std::max(extra + 1 - first, 0);
+  }
 
   std::set<std::int32_t> deleted;
+  std::int32_t extra = 0;
   bool out_of_memory = false;
   std::vector<std::pair<std::int32_t, std::int32_t>> pages;
+  std::int64_t positions_read = 0;
 };
 
 class ListModelTest : public ::testing::Test {
@@ -38,11 +47,12 @@ class ListModelTest : public ::testing::Test {
     list_.SetRowCount(count);
   }
   std::int32_t Selected() { return list_.selected() ? list_.selected()->position : 0; }
-  std::vector<std::int32_t> Shown() {
+  static std::vector<std::int32_t> PositionsOf(const std::vector<Row>& rows) {
     std::vector<std::int32_t> positions;
-    for (const Row& row : list_.rows()) positions.push_back(row.position);
+    for (const Row& row : rows) positions.push_back(row.position);
     return positions;
   }
+  std::vector<std::int32_t> Shown() { return PositionsOf(list_.rows()); }
 
   // Presses keys, one after another: what is selected after each, and where the page starts.
   struct Stroke {
@@ -91,17 +101,6 @@ TEST_F(ListModelTest, APageThatMemoryRanOutInIsReadAgain) {
   EXPECT_EQ(Selected(), 12);
 }
 
-TEST_F(ListModelTest, APageComesUpShortWhereEntriesAreDeleted) {
-  source_.deleted = {1, 3, 4};
-  Start(6, 5);
-  EXPECT_EQ(Shown(), (Positions{2, 5}));
-  // 3 is deleted, 7 not in the list.
-  for (const auto& [item, selected] : {std::pair(3, 0), {5, 5}, {7, 5}}) {
-    list_.SelectItem(item);
-    EXPECT_EQ(Selected(), selected);
-  }
-}
-
 TEST_F(ListModelTest, SelectingAnItemScrollsJustEnough) {
   Start(100, 10);
   for (const auto& [item, top] :
@@ -124,8 +123,7 @@ TEST_F(ListModelTest, TheSelectionSurvivesScrolling) {
 
 TEST_F(ListModelTest, CursorKeys) {
   Start(25, 10);
-  Press({{kUp, 0, 1},
-         {kDown, 1, 1},
+  Press({{kUp, 1, 1},
          {kPageDown, 10, 1},
          {kPageDown, 20, 11},
          {kPageDown, 25, 16},
@@ -139,6 +137,72 @@ TEST_F(ListModelTest, CursorKeys) {
   Start(30, 10);
   list_.SelectItem(10);
   Press({{kDown, 14, 11}, {kUp, 10, 10}});
+}
+
+// The cursor stands on the first row, as in any list view, and whatever moves it selects.
+TEST_F(ListModelTest, NothingIsSelectedBeforeAKeyIsPressed) {
+  const struct {
+    void (ListModel::*key)(Pick);
+    std::int32_t selected;
+  } cases[] = {{kUp, 1}, {kDown, 2}, {kPageUp, 1}, {kPageDown, 10}, {kHome, 1}, {kEnd, 25}};
+  for (const auto& c : cases) {
+    for (const std::int32_t count : {25, 1}) {
+      Start(count, 10);
+      EXPECT_TRUE(list_.IsCursor(list_.rows()[0]));
+      EXPECT_FALSE(list_.IsSelected(list_.rows()[0]));
+      EXPECT_FALSE(list_.HasSelection());
+      EXPECT_EQ(Selected(), 0);
+      (list_.*c.key)(Pick::kOnly);
+      EXPECT_EQ(Selected(), std::min(c.selected, count));
+      EXPECT_TRUE(list_.HasSelection());
+    }
+  }
+  Start(25, 10);
+  EXPECT_TRUE(list_.SelectCursor());
+  EXPECT_EQ(Selected(), 1);
+  EXPECT_FALSE(list_.SelectCursor());
+}
+
+TEST_F(ListModelTest, OpeningHomeAndEndStepOverDeletedEntries) {
+  using Pages = std::vector<std::pair<std::int32_t, std::int32_t>>;
+  const Pages both_ways = {{1, 10}, {11, 20}, {21, 30}, {11, 20}, {1, 10}, {11, 20}};
+  for (int position = 1; position <= 30; ++position) source_.deleted.insert(position);
+  for (const std::int32_t live : {0, 14}) {
+    source_.deleted.erase(live);
+    source_.pages.clear();
+    Start(30, 10);
+    list_.SelectFirst();
+    EXPECT_EQ(source_.pages, Pages());  // nothing is read before the first page
+    EXPECT_EQ(Shown(), live ? Positions{live} : Positions());
+    EXPECT_EQ(Selected(), live);
+    EXPECT_EQ(list_.HasSelection(), live != 0);
+    Press({{kEnd, live, 11}, {kHome, live, 11}});
+    EXPECT_EQ(source_.pages, both_ways);
+  }
+}
+
+// Only as much is read as it takes to come upon a live row, and that but once.
+TEST_F(ListModelTest, WhetherAnyRowIsSelectedIsFoundOutInBoundedSteps) {
+  for (std::int32_t position = 2; position < 5000; ++position) source_.deleted.insert(position);
+  list_.SetMultiple();
+  Start(10'000'000, 10);
+  list_.SelectFirst();
+  list_.End(Pick::kExtend);
+  const auto read_for = [&](bool expected) {
+    const std::int64_t before = source_.positions_read;
+    EXPECT_EQ(list_.HasSelection(), expected);
+    return source_.positions_read - before;
+  };
+  EXPECT_EQ(read_for(true), 0);  // all of the list: the row at the cursor will do
+  list_.Toggle();
+  EXPECT_EQ(read_for(true), 0);  // and now another one of the page shown
+  for (const auto& [to, found] : {std::pair(4000, false), {8000, true}}) {
+    list_.SelectItem(to);
+    list_.Home(Pick::kExtend);
+    list_.Toggle();
+    EXPECT_NEAR(static_cast<double>(read_for(found)), to < 5000 ? to : 5000, 64);
+    EXPECT_EQ(read_for(found), 0);
+  }
 }
 
 // Everything deleted but the ends: each key press reads a few pages, and gets there.
@@ -170,78 +234,84 @@ TEST_F(ListModelTest, HugeLists) {
 // Whatever the user does, the page shown is the right one, and what is picked is what a plain set
 // of positions would hold.
 TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
-  list_.SetMultiple();
   std::mt19937 random(20061013);
   const auto upto = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-  for (int round = 0; round < 100; ++round) {
+  for (int round = 0; round < 150; ++round) {
     source_.deleted.clear();
-    const std::int32_t count = upto(round % 2 ? 60 : 200);
-    for (int i = 0; i < count / 3; ++i) source_.deleted.insert(1 + upto(count));
-    Start(count, 1 + upto(15));
+    source_.extra = round % 2 ? 3 : 0;
+    const std::int32_t count = upto(round % 3 ? 60 : 200);
+    for (int i = upto(2 * count + 1); i > 0; --i) source_.deleted.insert(1 + upto(count));
+    ListModel list(source_);
+    const bool multiple = round % 4 != 0;
+    if (multiple) list.SetMultiple();
+    list.SetRowCount(count);
+    const std::int32_t first = 1 - source_.extra;
+    const auto is_live = [&](std::int32_t p) { return count > 0 && !source_.deleted.contains(p); };
     std::set<std::int32_t> expected;
-    std::int32_t anchor = 0;
+    std::int32_t anchor = first;
     for (int step = 0; step < 150; ++step) {
       Pick pick = static_cast<Pick>(upto(4));
       const std::int32_t item = upto(count + 10) - 5;
       const std::size_t row = static_cast<std::size_t>(upto(16));
       bool moved = true;
-      switch (upto(8)) {
+      switch (upto(9)) {
         case 0:
           moved = item >= 1 && item <= count;
           pick = Pick::kOnly;
-          list_.SelectItem(item);
+          list.SelectItem(item);
           break;
         case 1:
-          moved = row < list_.rows().size();
-          list_.SelectRow(row, pick);
+          moved = row < list.rows().size();
+          list.SelectRow(row, pick);
           break;
         case 2:
           moved = false;
-          list_.ScrollBy(upto(41) - 20);
+          list.ScrollBy(upto(41) - 20);
           break;
         case 3:
           moved = false;
-          list_.SetPageSize(upto(20));
+          list.SetPageSize(upto(20));
+          break;
+        case 4:
+          pick = Pick::kOnly;
+          list.SelectFirst();
           break;
         default:
-          (list_.*kKeys[upto(std::size(kKeys))])(pick);
+          (list.*kKeys[upto(std::size(kKeys))])(pick);
       }
-      ASSERT_GE(list_.top(), 1);
-      ASSERT_LE(list_.top(), std::max(1, count - list_.page_size() + 1));
+      const Positions shown = PositionsOf(list.rows());
+      const auto reach = [&](std::int32_t top) {
+        return std::max(list.page_size() - source_.ExtraRows(top), 1);
+      };
+      const std::int32_t top = list.top();
+      // The page above would show the last row, too.
+      ASSERT_TRUE(top == 1 || (top > 1 && top - 1 + reach(top - 1) <= count));
       Positions page;
-      for (std::int32_t p = list_.top(); p < list_.top() + list_.page_size() && p <= count; ++p) {
-        if (!source_.deleted.contains(p)) page.push_back(p);
-      }
-      ASSERT_EQ(Shown(), page);
+      for (std::int32_t p = 1 - source_.ExtraRows(top); p <= 0; ++p) page.push_back(p);
+      for (std::int32_t p = top; p < top + reach(top); ++p) page.push_back(p);
+      std::erase_if(page, [&](std::int32_t p) { return !is_live(p) || p > count; });
+      ASSERT_EQ(shown, page);
 
-      const std::int32_t cursor = Selected();
-      ASSERT_FALSE(source_.deleted.contains(cursor));
-      ASSERT_LE(cursor, count);
-      if (cursor == 0) {  // it stands on a deleted entry: start over from a known state
-        list_.SetRowCount(count);
-        expected.clear();
-        anchor = 0;
-        continue;
-      }
-      if (moved) {
-        if (pick == Pick::kOnly) expected = {cursor};
-        if (pick == Pick::kToggle && !expected.erase(cursor)) expected.insert(cursor);
-        const bool anchors = pick == Pick::kOnly || pick == Pick::kToggle;
-        if (anchors || (pick == Pick::kExtend && anchor == 0)) anchor = cursor;
-        if (pick == Pick::kExtend) {
-          expected.clear();
+      std::int32_t cursor = first;
+      while (!list.IsCursor({cursor, L"", 0})) ASSERT_LE(++cursor, count);
+      if (moved && count > 0) {
+        if (!multiple) pick = Pick::kOnly;
+        if (pick == Pick::kExtend || pick == Pick::kOnly) expected.clear();
+        if (pick == Pick::kOnly || (pick == Pick::kToggle && is_live(cursor))) anchor = cursor;
+        if (pick == Pick::kToggle && is_live(cursor)) {
+          if (!expected.erase(cursor)) expected.insert(cursor);
+        } else if (pick == Pick::kOnly || pick == Pick::kExtend) {
           for (std::int32_t p = std::min(anchor, cursor); p <= std::max(anchor, cursor); ++p) {
-            if (!source_.deleted.contains(p)) expected.insert(p);
+            if (is_live(p)) expected.insert(p);
           }
         }
       }
-      Positions picked;
-      for (const Row& picked_row : list_.SelectedRows()) picked.push_back(picked_row.position);
-      ASSERT_EQ(picked, Positions(expected.begin(), expected.end()));  // in the order of the list
-      // Of a stretch, deleted entries alone may be left.
-      ASSERT_TRUE(list_.HasSelection() || expected.empty());
-      for (const Row& shown : list_.rows()) {
-        ASSERT_EQ(list_.IsSelected(shown), expected.contains(shown.position));
+      ASSERT_EQ(list.HasSelection(), !expected.empty());
+      ASSERT_EQ(list.selected().has_value(), expected.contains(cursor));
+      // In the order of the list.
+      ASSERT_EQ(PositionsOf(list.SelectedRows()), Positions(expected.begin(), expected.end()));
+      for (const Row& shown_row : list.rows()) {
+        ASSERT_EQ(list.IsSelected(shown_row), expected.contains(shown_row.position));
       }
     }
   }

@@ -104,7 +104,6 @@ void ProductDialog::ColumnClick(std::size_t index) {
                               ? SortOrder::kDescending
                               : SortOrder::kAscending;
   if (info_->Sort(index, order)) info_list_.ShowSort(index, order);
-  info_list_.SetRowCount(info_list_.row_count());
   info_list_.SelectFirst();
 }
 
@@ -114,7 +113,7 @@ void ProductDialog::TypeAhead(wchar_t key) {
 
 void ProductDialog::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
   for (std::int32_t row = kSpecialRowCount - ExtraRows(first); row < kSpecialRowCount; ++row) {
-    rows.push_back({row - kSpecialRowCount, kSpecialRows[row], kSpecialColor});
+    rows.push_back({row - kSpecialRowCount + 1, kSpecialRows[row], kSpecialColor});
   }
   stock_.LoadPage(first, last, rows);
 }

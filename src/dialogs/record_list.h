@@ -2,7 +2,6 @@
 #ifndef ARD_DIALOGS_RECORD_LIST_H_
 #define ARD_DIALOGS_RECORD_LIST_H_
 
-#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -31,13 +30,6 @@ void AddRecords(SelectRecordDialog& dialog, Records& records, std::span<const Fi
     }
     dialog.AddRow(std::move(text));
   } while (next());
-}
-
-// Shows the dialog modally. Returns the row that the user confirmed, nothing when they cancelled.
-inline std::optional<Row> Show(const Context& context, SelectDialog& dialog) {
-  Attempt(context.trace(), {dialog.form(), L"Show"}, [&] { context.environment.Show(dialog); });
-  if (!dialog.result()) return std::nullopt;
-  return dialog.list().selected();
 }
 
 }  // namespace ard::dialogs

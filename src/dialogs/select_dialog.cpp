@@ -3,11 +3,13 @@
 #include <cstddef>
 #include <utility>
 
+#include "dialogs/show.h"
+
 namespace ard::dialogs {
 
 void SelectDialog::KeyPress(wchar_t key) {
   if (key == kEnterKey) return DoubleClick();
-  TypeAhead(key);
+  if (key != L' ' || !list().SelectCursor()) TypeAhead(key);
 }
 
 void SelectDialog::DoubleClick() {
@@ -37,6 +39,11 @@ void RowsInMemory::LoadPage(std::int32_t first, std::int32_t last, std::vector<R
 void SelectRecordDialog::AddRow(std::wstring text) {
   Add(std::move(text));
   list().SetRowCount(count());
+}
+
+std::optional<Row> ChooseRow(const Context& context, SelectDialog& dialog) {
+  Show(context, dialog);
+  return dialog.result() ? dialog.list().selected() : std::nullopt;
 }
 
 }  // namespace ard::dialogs

@@ -4,12 +4,14 @@
 #ifndef ARD_DIALOGS_SELECT_DIALOG_H_
 #define ARD_DIALOGS_SELECT_DIALOG_H_
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "dialogs/list_model.h"
+#include "frame/context.h"
 
 namespace ard::dialogs {
 
@@ -26,6 +28,8 @@ class SelectDialog {
   const std::wstring& caption() const { return caption_; }
   // The width that the window is to have, in twips; 0 for one that suits the columns.
   virtual int width() const { return 0; }
+  // Whether it opens in the middle of the screen, rather than of its owner.
+  virtual bool on_screen() const { return false; }
   // The list that the commands work on.
   virtual ListModel& list() { return list_; }
 
@@ -35,8 +39,9 @@ class SelectDialog {
   bool result() const { return result_; }
   bool ok_enabled() { return list().HasSelection(); }
 
-  // The handlers. `key` is a character code: Enter acts as OK when a row is selected, any other
-  // character as the form's type-ahead.
+  // The handlers. `key` is a character code: Enter acts as OK when a row is selected, a blank
+  // selects the row at the cursor when that is not selected yet, any other character is the form's
+  // type-ahead.
   void KeyPress(wchar_t key);
   void DoubleClick();
   void Ok();
@@ -81,12 +86,16 @@ class SelectRecordDialog : private RowsInMemory, public SelectDialog {
       : SelectDialog(L"frmSelectRecord", std::move(caption), *this), width_(width) {}
 
   int width() const override { return width_; }
+  bool on_screen() const override { return true; }
 
   void AddRow(std::wstring text);
 
  private:
   int width_;
 };
+
+// Shows the dialog. Returns the row that the user confirmed, nothing when they cancelled.
+std::optional<Row> ChooseRow(const Context& context, SelectDialog& dialog);
 
 }  // namespace ard::dialogs
 

@@ -14,9 +14,8 @@
 namespace ard {
 
 namespace dialogs {
-class AddressDetails;
 class AddressDialog;
-class DiscountBreakdown;
+class FieldsDialog;
 class LogonDialog;
 class ProductDialog;
 class SelectDialog;
@@ -63,9 +62,8 @@ class Environment {
   virtual void Show(dialogs::ProductDialog& dialog) = 0;
   virtual void Show(dialogs::LogonDialog& dialog) = 0;
   virtual void Show(dialogs::UserListDialog& dialog) = 0;
-  virtual void Show(dialogs::DiscountBreakdown& dialog) = 0;
   virtual void Show(dialogs::AddressDialog& dialog) = 0;
-  virtual void Show(dialogs::AddressDetails& dialog) = 0;
+  virtual void Show(dialogs::FieldsDialog& dialog) = 0;
 
   // A modal question with the exclamation icon and the buttons Abort, Retry and Ignore.
   virtual Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) = 0;

@@ -42,7 +42,7 @@ std::int32_t Orders::List() const noexcept {
       AddRecords(dialog, orders, book_.list.file.columns, [&] { return orders.MoveNext(); });
     }
     dialog.list().SelectItem(1);
-    const std::optional<dialogs::Row> choice = Show(context(), dialog);
+    const std::optional<dialogs::Row> choice = ChooseRow(context(), dialog);
     if (choice) number = Value(choice->Cell(1)).ToLong();
   });
 }

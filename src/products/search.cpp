@@ -3,6 +3,7 @@
 #include <string>
 
 #include "dialogs/product_dialog.h"
+#include "dialogs/show.h"
 #include "frame/text.h"
 #include "frame/user_settings.h"
 #include "products/products.h"
@@ -42,7 +43,7 @@ std::vector<dialogs::Row> PickProducts(const Context& context,
     if (options.product_info && !blank) dialog.FilterBy(*criteria);
     if (!options.multiple || !criteria->empty()) dialog.PositionOn(std::wstring(*criteria) + L'*');
   }
-  Attempt(context.trace(), {dialog.form(), L"Show"}, [&] { context.environment.Show(dialog); });
+  Show(context, dialog);
   if (!dialog.result()) return {};
   SaveUserSetting(context, kSection, kField,
                   std::to_wstring(static_cast<int>(dialog.search_field())));

@@ -225,8 +225,18 @@ TEST_F(SearchTest, SeveralProductsComeInTheOrderOfTheList) {
     dialog.Ok();
   });
   EXPECT_EQ(products_.ListMultipleSelect(L""), L";A1;B2;C3;");
+  products_.SetShowSpecialProds(true);
   Answer([](ProductDialog& dialog) {
-    dialog.list().Toggle();
+    ListModel& list = dialog.list();
+    list.SelectRow(2);
+    list.LineDown(Pick::kExtend);
+    std::wstring picked;
+    for (const Row& row : list.SelectedRows()) picked += row.Cell(1);
+    EXPECT_EQ(Trimmed(picked), L"S3 A1");
+    list.Toggle();
+    list.LineUp(Pick::kNone);
+    EXPECT_TRUE(dialog.ok_enabled());
+    list.Toggle();
     EXPECT_FALSE(dialog.ok_enabled());
     dialog.Ok();
     EXPECT_TRUE(dialog.visible());

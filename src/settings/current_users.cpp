@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "dialogs/show.h"
 #include "dialogs/user_list_dialog.h"
 #include "engine/logon_queue.h"
 #include "frame/text.h"
@@ -39,8 +40,7 @@ std::int16_t General::GetNumActiveUsersInclDet(std::wstring& user_name,
 void General::ShowUserList(bool manager) const noexcept {
   Run(L"ShowUserList", [&] {
     dialogs::UserListDialog dialog(context(), manager);
-    Attempt(context().trace(), {dialog.form(), L"Show"},
-            [&] { context().environment.Show(dialog); });
+    Show(context(), dialog);
   });
 }
 

@@ -36,7 +36,6 @@ using addresses::DelAddType;
 using addresses::DeliveryAddress;
 using dialogs::AddressDialog;
 using dialogs::AddressKind;
-using dialogs::DiscountBreakdown;
 using dialogs::LogonDialog;
 using dialogs::Pick;
 using dialogs::ProductDialog;
@@ -312,10 +311,8 @@ std::tuple<std::int16_t, std::int16_t, std::wstring, std::wstring> Decimals(cons
 
 std::wstring Breakdown(const Customers& customers, const Context& context) {
   std::wstring shown;
-  Scripted(context).AnswerBreakdown([&](DiscountBreakdown& dialog) {
-    for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
-      shown += dialog.Text(static_cast<DiscountBreakdown::Element>(i)) + L"|";
-    }
+  Scripted(context).AnswerFields([&](dialogs::FieldsDialog& dialog) {
+    for (std::size_t i = 1; i < dialog.lines().size(); ++i) shown += dialog.lines()[i].text + L"|";
     dialog.CloseClick();
   });
   customers.ShowDiscBDown(L"ABC001", L"BOLT", 10, 1, 20, 0);

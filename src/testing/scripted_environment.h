@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "dialogs/address_dialog.h"
-#include "dialogs/discount_breakdown.h"
+#include "dialogs/fields_dialog.h"
 #include "dialogs/logon_dialog.h"
 #include "dialogs/product_dialog.h"
 #include "dialogs/user_list_dialog.h"
@@ -58,12 +58,9 @@ class ScriptedEnvironment : public Environment {
       script(dynamic_cast<dialogs::AddressDialog&>(dialog));
     });
   }
-  // The same for the dialogs that only show something.
-  void AnswerBreakdown(std::function<void(dialogs::DiscountBreakdown&)> script) {
-    breakdown_scripts_.push_back(std::move(script));
-  }
-  void AnswerDetails(std::function<void(dialogs::AddressDetails&)> script) {
-    details_scripts_.push_back(std::move(script));
+  // The same for a dialog that only shows something.
+  void AnswerFields(std::function<void(dialogs::FieldsDialog&)> script) {
+    fields_scripts_.push_back(std::move(script));
   }
   // The progress displays, as "title: done/maximum".
   const std::vector<std::wstring>& progress() const { return progress_; }
@@ -200,8 +197,7 @@ class ScriptedEnvironment : public Environment {
   void Show(dialogs::AddressDialog& dialog) override {
     Show(static_cast<dialogs::SelectDialog&>(dialog));
   }
-  void Show(dialogs::DiscountBreakdown& dialog) override { Present(dialog, breakdown_scripts_); }
-  void Show(dialogs::AddressDetails& dialog) override { Present(dialog, details_scripts_); }
+  void Show(dialogs::FieldsDialog& dialog) override { Present(dialog, fields_scripts_); }
 
  private:
   void Step() const {
@@ -281,8 +277,7 @@ class ScriptedEnvironment : public Environment {
   std::deque<std::function<void(dialogs::LogonDialog&)>> logon_scripts_;
   std::deque<std::function<void(dialogs::UserListDialog&)>> user_list_scripts_;
   std::deque<std::function<Choice()>> choices_;
-  std::deque<std::function<void(dialogs::DiscountBreakdown&)>> breakdown_scripts_;
-  std::deque<std::function<void(dialogs::AddressDetails&)>> details_scripts_;
+  std::deque<std::function<void(dialogs::FieldsDialog&)>> fields_scripts_;
   std::vector<std::wstring> progress_;
   std::vector<Message> messages_;
   std::size_t taken_ = 0;

@@ -92,9 +92,8 @@ std::wstring AccessRights::List() const noexcept {
       }
     }
     dialog.list().SelectItem(1);
-    Attempt(context().trace(), {dialog.form(), L"Show"},
-            [&] { context().environment.Show(dialog); });
-    if (dialog.result()) name = Trimmed(dialog.list().selected()->Cell(1));
+    const std::optional<dialogs::Row> choice = ChooseRow(context(), dialog);
+    if (choice) name = Trimmed(choice->Cell(1));
   });
 }
 

@@ -4,6 +4,7 @@
 
 #include "database/recordset.h"
 #include "dialogs/logon_dialog.h"
+#include "dialogs/show.h"
 #include "engine/handles.h"
 #include "frame/text.h"
 #include "frame/user_settings.h"
@@ -34,10 +35,6 @@ T SettingAs(const Context& context, std::wstring_view section, std::wstring_view
   Attempt(context.trace(), {L"Environment", L"GetSetting", name},
           [&] { Convert(Value(UserSetting(context, section, name, L"0")), setting); });
   return setting;
-}
-
-void ShowDialog(const Context& context, LogonDialog& dialog) {
-  Attempt(context.trace(), {dialog.form(), L"Show"}, [&] { context.environment.Show(dialog); });
 }
 
 // A key that cannot be asked for counts as held: then the user is asked who they are.
@@ -137,7 +134,7 @@ bool Messaging::LogonByDialog(engine::Logon& logon, bool check_nt_account) {
   std::wstring domain_user;
   if (check_nt_account && !IsCtrlDown(context())) domain_user = AttemptDomainUserLogon(logon);
   if (Trimmed(domain_user).empty()) {
-    ShowDialog(context(), dialog);
+    Show(context(), dialog);
   } else {
     dialog.NameChange(domain_user);
     dialog.Ok();
@@ -156,7 +153,7 @@ bool Messaging::LogonByCompanyPassword(engine::Logon& logon) {
                      [&](const std::wstring& name, const std::wstring& entered) {
                        return LogOn(logon, name, entered);
                      });
-  ShowDialog(context(), dialog);
+  Show(context(), dialog);
   return dialog.result();
 }
 

@@ -183,6 +183,7 @@ TEST_F(DialogTest, EveryWayOutEndsAsItShould) {
       {"Esc", false, keys(L"{Esc}")},
       {"Alt+F4", false, keys(L"{Alt+F4}")},
       {"double-click", true, [](const View& v) { Click(v.RowPoint(2), 2); }},
+      {"double-click below the rows", true, [](const View& v) { Click(v.RowPoint(v.rows()), 2); }},
       {"click on OK", true, [](const View& v) { Click(MiddleOf(v.ok)); }},
       {"click on Cancel", false, [](const View& v) { Click(MiddleOf(v.cancel)); }},
       {"close box", false,
@@ -221,6 +222,7 @@ TEST_F(DialogTest, ClickSelectsAndBlankSpaceDoesNot) {
     ClickOn(view.RowPoint(3));
     EXPECT_EQ(view.Selected(), L"4");
     ClickOn(view.RowPoint(8));
+    ClickOn(view.HeaderPoint(0), 2);
     EXPECT_EQ(view.Selected(), L"4");
     Keys(L"{Up}");
     EXPECT_EQ(view.Selected(), L"3");
@@ -229,6 +231,29 @@ TEST_F(DialogTest, ClickSelectsAndBlankSpaceDoesNot) {
     Keys(L"{Enter}");
   });
   EXPECT_TRUE(dialog.result());
+  EXPECT_EQ(dialog.list().selected()->position, 2);
+}
+
+TEST_F(DialogTest, TheSimpleListOpensMidScreenWithTheCursorOnARowNotSelected) {
+  dialogs::SelectRecordDialog dialog(kTitle);
+  dialog.list().AddColumn(L"A/C", 15);
+  for (const wchar_t* row : {L"1", L"2"}) dialog.AddRow(row);
+  WindowTest::Show(kTitle, dialog, [&](HWND window) {
+    const View view(window);
+    RECT work = {};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    EXPECT_NEAR(MiddleOf(window).x, (work.left + work.right) / 2, 1);
+    EXPECT_NEAR(MiddleOf(window).y, (work.top + work.bottom) / 2, 1);
+    EXPECT_EQ(SendMessageW(view.list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED), 0);
+    ClickOn(view.RowPoint(3), 2);
+    Keys(L"{Enter}");
+    EXPECT_EQ(view.Selected(), L"");
+    EXPECT_FALSE(IsWindowEnabled(view.ok));
+    Keys(L"{Space}");
+    EXPECT_EQ(view.Selected(), L"1");
+    Keys(L"{Down}{Enter}");
+    ExpectClosed(window);
+  });
   EXPECT_EQ(dialog.list().selected()->position, 2);
 }
 

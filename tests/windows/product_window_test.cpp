@@ -161,6 +161,20 @@ TEST_F(ProductWindowTest, TabsSwitchByKeysAndMouse) {
   });
 }
 
+TEST_F(ProductWindowTest, WithoutProductInformationThereIsOneTab) {
+  const auto dialog = Load({.product_info = false});
+  Show(*dialog, [&](const View& view) {
+    const HWND tabs = Descendant(view.dialog, WC_TABCONTROLW);
+    EXPECT_EQ(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0), 1);
+    EXPECT_EQ(Descendant(view.dialog, WC_EDITW), nullptr);
+    Keys(L"{Shift+Tab}{Right}{Ctrl+Tab}");
+    EXPECT_EQ(FocusWindow(), tabs);
+    Keys(L"{Tab}{Down}{Enter}");
+    ExpectClosed(view.dialog);
+  });
+  EXPECT_EQ(Selected(*dialog), L"P02");
+}
+
 TEST_F(ProductWindowTest, AHeaderSortsBothWaysAndShowsIt) {
   const auto dialog = Load({}, 2);
   Show(*dialog, [&](const View& view) {

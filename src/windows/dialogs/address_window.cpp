@@ -13,8 +13,7 @@ namespace {
 
 enum ControlId { kKind = 200, kAccount, kLookUp, kDetails };
 
-// The account box has lost the focus; posted, for no window may be shown while it does.
-constexpr UINT kAccountLeft = WM_APP + 1;
+constexpr wchar_t kDetailsText[] = L"&Details...";
 
 // In dialog units.
 constexpr int kLabelWidth = 36;
@@ -39,7 +38,7 @@ void AddressWindow::CreateBody(HINSTANCE module) {
   look_up_ = AddButton(kLookUp, L"&Look up...");
   name_ = add(WC_STATICW, L"", SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS);
   SelectWindow::CreateBody(module);
-  details_ = AddButton(kDetails, L"&Details...");
+  details_ = AddButton(kDetails, kDetailsText);
   for (const std::wstring_view kind : dialogs::AddressDialog::kind_names()) {
     SendMessageW(kind_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(kind.data()));
   }
@@ -93,9 +92,7 @@ void AddressWindow::Changed() {
 
 void AddressWindow::Command(int id) {
   if (id == kLookUp) {
-    entry_pending_ = false;
-    list().Do([&] { dialog_.LookUpClick(); });
-    RefreshHeading();
+    Do([&] { dialog_.LookUpClick(); });
   } else if (id == kDetails) {
     dialog_.DetailsClick();
   } else {
@@ -105,50 +102,43 @@ void AddressWindow::Command(int id) {
 
 // Not left to the default button: a disabled one takes no Enter.
 bool AddressWindow::HandleKey(HWND control, WPARAM key) {
-  if (control != account_ || key != VK_RETURN || !entry_pending_) return false;
+  if (control != account_ || key != VK_RETURN || dialog_.ok_enabled()) return false;
   AccountEntered();
   if (dialog_.ok_enabled()) list().Enter();
   return true;
 }
 
+void AddressWindow::Handled(const MSG& message) {
+  if (!dialog_.entry_pending()) return;
+  const HWND focus = GetFocus();
+  const bool goes_on = focus != account_ && focus != look_up_ && IsChild(handle(), focus) &&
+                       GetDlgCtrlID(focus) != IDCANCEL;
+  // Its letter comes next, which a disabled button would not take either.
+  const bool details = message.message == WM_SYSKEYDOWN && message.wParam == kDetailsText[1];
+  if (goes_on || details) AccountEntered();
+}
+
 std::optional<LRESULT> AddressWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == kAccountLeft) {
-    const HWND focus = GetFocus();
-    const bool goes_on = focus != account_ && focus != look_up_ && IsChild(handle(), focus) &&
-                         GetDlgCtrlID(focus) != IDCANCEL;
-    if (goes_on && entry_pending_) AccountEntered();
-    return 0;
-  }
+  // A click on a button that is disabled until the entry has been acted on.
+  if (message == WM_LBUTTONDOWN && dialog_.entry_pending()) AccountEntered();
   if (message != WM_COMMAND) return SelectWindow::Handle(message, wparam, lparam);
   const int id = LOWORD(wparam);
   const int code = HIWORD(wparam);
   if (id == kKind && code == CBN_SELCHANGE) {
-    KindChange();
+    const LRESULT entry = SendMessageW(kind_, CB_GETCURSEL, 0, 0);
+    Do([&] { dialog_.KindChange(static_cast<dialogs::AddressKind>(entry)); });
   } else if (id == kAccount && code == EN_CHANGE) {
     const std::wstring text = TextOf(account_);
     // It is the dialog's own text that RefreshHeading shows.
-    if (text != dialog_.account()) {
-      dialog_.AccountChange(text);
-      entry_pending_ = true;
-    }
-  } else if (id == kAccount && code == EN_KILLFOCUS) {
-    PostMessageW(handle(), kAccountLeft, 0, 0);
+    if (text != dialog_.account()) Do([&] { dialog_.AccountChange(text); });
   } else {
     return SelectWindow::Handle(message, wparam, lparam);
   }
   return 0;
 }
 
-void AddressWindow::AccountEntered() {
-  entry_pending_ = false;
-  list().Do([&] { dialog_.AccountEntered(); });
-  RefreshHeading();
-}
-
-void AddressWindow::KindChange() {
-  entry_pending_ = false;
-  const LRESULT entry = SendMessageW(kind_, CB_GETCURSEL, 0, 0);
-  list().Do([&] { dialog_.KindChange(static_cast<dialogs::AddressKind>(entry)); });
+void AddressWindow::Do(const std::function<void()>& handler) {
+  list().Do(handler);
   RefreshHeading();
 }
 

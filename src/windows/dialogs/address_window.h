@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <optional>
 
 #include "dialogs/address_dialog.h"
@@ -26,12 +27,16 @@ class AddressWindow : public SelectWindow {
   HWND InitialFocus() const override;
   void Command(int id) override;
   bool HandleKey(HWND control, WPARAM key) override;
+  void Handled(const MSG& message) override;
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   // The entry of an account is complete when Enter is pressed in its box, and when the user goes on
   // to another control but those that make it pointless.
-  void AccountEntered();
-  void KindChange();
+  void AccountEntered() {
+    Do([this] { dialog_.AccountEntered(); });
+  }
+  // Calls a handler of the dialog, and shows what comes of it.
+  void Do(const std::function<void()>& handler);
   void RefreshHeading();
 
   dialogs::AddressDialog& dialog_;
@@ -42,7 +47,6 @@ class AddressWindow : public SelectWindow {
   HWND look_up_ = nullptr;
   HWND name_ = nullptr;
   HWND details_ = nullptr;
-  bool entry_pending_ = false;  // the box holds what has not been entered
 };
 
 }  // namespace ard::windows

@@ -19,31 +19,31 @@ constexpr int kLineHeight = kEditHeight + kGap;
 }  // namespace
 
 void FieldsWindow::CreateControls(HINSTANCE) {
-  const DWORD align = align_ == Align::kRight ? ES_RIGHT : ES_LEFT;
-  for (Field& field : fields_) {
+  const DWORD align = dialog_.numeric() ? ES_RIGHT : ES_LEFT;
+  for (const auto& [label, text] : dialog_.lines()) {
     // An ampersand in a label is one: the company may have written it.
-    field.label_control =
-        CreateControl(handle(), {WC_STATICW, field.label.c_str(), SS_NOPREFIX | SS_CENTERIMAGE});
-    field.text_control = CreateControl(
-        handle(), {WC_EDITW, field.text.c_str(), WS_TABSTOP | ES_AUTOHSCROLL | ES_READONLY | align,
-                   0, WS_EX_CLIENTEDGE});
+    fields_.push_back(
+        {CreateControl(handle(), {WC_STATICW, label.c_str(), SS_NOPREFIX | SS_CENTERIMAGE}),
+         CreateControl(handle(),
+                       {WC_EDITW, text.c_str(), WS_TABSTOP | ES_AUTOHSCROLL | ES_READONLY | align,
+                        0, WS_EX_CLIENTEDGE})});
   }
   close_ = AddButton(IDOK, L"Close");
 }
 
 int FieldsWindow::LabelWidth() const {
   LONG width = 0;
-  for (const Field& field : fields_) {
+  for (const dialogs::FieldsDialog::Line& line : dialog_.lines()) {
     // As TextSize measures, an ampersand would not count.
     std::wstring label;
-    for (const wchar_t c : field.label) label.append(c == L'&' ? 2 : 1, c);
+    for (const wchar_t c : line.label) label.append(c == L'&' ? 2 : 1, c);
     width = std::max(width, metrics().TextSize(label).cx);
   }
   return static_cast<int>(width) + metrics().X(kMargin);
 }
 
 SIZE FieldsWindow::InitialSize() const {
-  const int width = align_ == Align::kRight ? kNumberWidth : kTextWidth;
+  const int width = dialog_.numeric() ? kNumberWidth : kTextWidth;
   return {
       LabelWidth() + metrics().X(2 * kMargin + width),
       metrics().Y(3 * kMargin + kButtonHeight + static_cast<int>(fields_.size()) * kLineHeight)};
@@ -57,8 +57,8 @@ void FieldsWindow::Layout(SIZE client) {
   int top = kMargin;
   for (const Field& field : fields_) {
     const int y = metrics().Y(top);
-    Place(field.label_control, left, y, label_width, height);
-    Place(field.text_control, left + label_width, y, text_width, height);
+    Place(field.label, left, y, label_width, height);
+    Place(field.text, left + label_width, y, text_width, height);
     top += kLineHeight;
   }
   LayoutButtons(client, std::array{close_});

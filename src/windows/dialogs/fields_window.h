@@ -4,36 +4,26 @@
 
 #include <windows.h>
 
-#include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
+#include "dialogs/fields_dialog.h"
 #include "windows/dialogs/modal_window.h"
 
 namespace ard::windows {
 
 class FieldsWindow : public ModalWindow {
  public:
-  enum class Align { kLeft, kRight };
-
-  explicit FieldsWindow(std::wstring_view caption, Align align = Align::kLeft)
-      : ModalWindow(Border::kFixed), caption_(caption), align_(align) {}
-
-  // Before Run.
-  void Add(std::wstring_view label, std::wstring_view text) {
-    fields_.push_back({std::wstring(label), std::wstring(text)});
-  }
+  // `dialog` must outlive the window.
+  explicit FieldsWindow(const dialogs::FieldsDialog& dialog)
+      : ModalWindow(Border::kFixed), dialog_(dialog) {}
 
  private:
   struct Field {
-    std::wstring label;
-    std::wstring text;
-    HWND label_control = nullptr;
-    HWND text_control = nullptr;
+    HWND label;
+    HWND text;
   };
 
-  const wchar_t* Caption() const override { return caption_.c_str(); }
+  const wchar_t* Caption() const override { return dialog_.caption().data(); }
   void CreateControls(HINSTANCE module) override;
   SIZE InitialSize() const override;
   void Layout(SIZE client) override;
@@ -43,8 +33,7 @@ class FieldsWindow : public ModalWindow {
 
   int LabelWidth() const;
 
-  std::wstring caption_;
-  Align align_;
+  const dialogs::FieldsDialog& dialog_;
   std::vector<Field> fields_;
   HWND close_ = nullptr;
 };

@@ -97,7 +97,7 @@ void ModalWindow::Run(HINSTANCE module) {
   if (was_active && IsWindow(focus)) SetFocus(focus);
 }
 
-// Centred on the owner, or else on the work area, and never larger than that.
+// Centred on the owner or on the work area, and never larger than that.
 void ModalWindow::OpenNear(HWND owner) {
   const HMONITOR monitor = MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY);
   const RECT work = WorkAreaOf(monitor);
@@ -111,7 +111,7 @@ void ModalWindow::OpenNear(HWND owner) {
   const LONG width = std::min(initial.cx + frame.cx, work.right - work.left);
   const LONG height = std::min(initial.cy + frame.cy, work.bottom - work.top);
   RECT around = work;
-  if (IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
+  if (!OnScreen() && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
   const LONG x = around.left + (around.right - around.left - width) / 2;
   const LONG y = around.top + (around.bottom - around.top - height) / 2;
   Place(handle(), static_cast<int>(std::clamp(x, work.left, work.right - width)),
@@ -130,9 +130,14 @@ void ModalWindow::Loop() {
       if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
-    if (Translate(message)) continue;
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
+    if (!Translate(message)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    WithoutExceptions([&] {
+      Handled(message);
+      return LRESULT{};
+    });
   }
 }
 

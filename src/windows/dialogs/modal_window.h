@@ -39,6 +39,8 @@ class ModalWindow : protected DialogWindow {
   virtual void MetricsChanged() {}  // the controls have got their font
   virtual SIZE InitialSize() const = 0;
   virtual SIZE MinimumSize() const { return InitialSize(); }
+  // Whether it opens in the middle of the screen that shows its owner, not of the owner.
+  virtual bool OnScreen() const { return false; }
   virtual void Layout(SIZE client) = 0;
   virtual void Opened() {}  // the size is settled, the window about to be seen
   virtual HWND InitialFocus() const = 0;
@@ -47,6 +49,8 @@ class ModalWindow : protected DialogWindow {
   virtual void Wheel(int /*delta*/) {}  // turned over the window or one of its buttons
   // A key that `control` is about to get; whether it was one for the window as a whole.
   virtual bool HandleKey(HWND /*control*/, WPARAM /*key*/) { return false; }
+  // The loop has dealt with the message. Here, unlike in the midst of one, a window may be shown.
+  virtual void Handled(const MSG& /*message*/) {}
 
   // Ends Run, from within any handler.
   void Finish();

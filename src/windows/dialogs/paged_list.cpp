@@ -156,6 +156,8 @@ void PagedList::DrawSelection() {
     state.state = (model_.IsSelected(page_[i]) ? UINT{LVIS_SELECTED} : 0) |
                   (model_.IsCursor(page_[i]) ? UINT{LVIS_FOCUSED} : 0);
     if (state.state) Send(LVM_SETITEMSTATE, i, reinterpret_cast<LPARAM>(&state));
+    // Nothing else tells where the cursor stands.
+    if (state.state == LVIS_FOCUSED) ShowCursor();
   }
 }
 
@@ -397,16 +399,21 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
   }
 }
 
+void PagedList::ShowCursor() const {
+  Send(WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS));
+}
+
 bool PagedList::HandleKey(WPARAM key) {
-  if (key == VK_SPACE && model_.multiple()) {
-    Do([&] { model_.Toggle(); });
+  if (key == VK_SPACE) {
+    // In a list with single selection, it is the character that follows that counts.
+    if (model_.multiple()) Do([&] { model_.Toggle(); });
     return true;
   }
   const auto* entry = std::find_if(std::begin(kNavigationKeys), std::end(kNavigationKeys),
                                    [&](const NavigationKey& k) { return k.key == key; });
   if (entry == std::end(kNavigationKeys)) return false;
   // Whoever uses the keyboard needs to see the cursor.
-  Send(WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS));
+  ShowCursor();
   const Pick pick = PickWith(IsDown(VK_SHIFT), IsDown(VK_CONTROL), Pick::kNone);
   Do([&] { (model_.*entry->move)(pick); });
   return true;
@@ -422,13 +429,13 @@ void PagedList::Click(POINT point, WPARAM keys) {
 void PagedList::DoubleClick(POINT point, WPARAM keys) {
   // Rows that are picked one by one are not meant to confirm the choice.
   if (model_.multiple() && (keys & (MK_SHIFT | MK_CONTROL))) return Click(point, keys);
-  if (RowAt(point) >= 0) Do([&] { events_.double_click(); });
+  Do([&] { events_.double_click(); });
 }
 
 void PagedList::Enter() {
   SetFocus(list_);
   Do([&] {
-    if (!model_.selected()) model_.LineDown();
+    if (!model_.HasSelection()) model_.SelectCursor();
   });
 }
 

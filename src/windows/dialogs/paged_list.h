@@ -3,8 +3,10 @@
 // the whole row count. Everything that the user does goes to the model, and what the model then
 // shows and has selected is drawn.
 //
-// With multiple selection, Shift extends it, Ctrl with a click or the space bar takes a row in or
-// out, and arrow keys with Ctrl only move the cursor, as in any list view.
+// A double-click anywhere on it counts, below the rows, too: it stands for OK, and it is the
+// selection, not the pointer, that says which row is meant. With multiple selection, Shift extends
+// it, Ctrl with a click or the space bar takes a row in or out, and arrow keys with Ctrl only move
+// the cursor, as in any list view.
 #ifndef ARD_WINDOWS_DIALOGS_PAGED_LIST_H_
 #define ARD_WINDOWS_DIALOGS_PAGED_LIST_H_
 
@@ -51,7 +53,7 @@ class PagedList : private DialogWindow {
   void Refresh() {
     Do([] {});
   }
-  // Takes the focus, with the cursor on a row if there is one.
+  // Takes the focus, with a row selected if there is one.
   void Enter();
   void Wheel(int delta);
 
@@ -81,6 +83,7 @@ class PagedList : private DialogWindow {
   void LayoutList();
   void ChangeWidths(const std::function<void()>& change);
   void DrawSelection();
+  void ShowCursor() const;
   void DrawSortArrows() const;
   void DrawScrollBar() const;
   HWND Header() const;

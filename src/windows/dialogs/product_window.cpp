@@ -48,6 +48,7 @@ void ProductWindow::CreateBody(HINSTANCE module) {
     item.mask = TCIF_TEXT;
     item.pszText = const_cast<wchar_t*>(text);
     SendMessageW(tabs_, TCM_INSERTITEMW, std::size(kTabs), reinterpret_cast<LPARAM>(&item));
+    if (!dialog_.has_product_info()) break;  // its tab alone makes the second page
   }
   ShowPage();
 }
@@ -155,6 +156,7 @@ void ProductWindow::SortBy(std::size_t column) {
 
 void ProductWindow::SwitchTo(Tab tab) {
   dialog_.TabClick(tab);
+  if (dialog_.tab() != tab) return;
   ShowPage();
   LayoutClient();
   shown().Open();

@@ -1,6 +1,6 @@
-// ProductWindow: the window of the product dialog (dialogs/product_dialog.h) when it has a page of
-// product information: a tab strip with the stock list on the first page, a search and the list of
-// what it finds on the second. Without that page, the dialog is one list, shown by SelectWindow.
+// ProductWindow: the window of the product dialog (dialogs/product_dialog.h): a tab strip with the
+// stock list on the first page, a search and the list of what it finds on the second, unless the
+// dialog has no product information.
 //
 // Everything works by keyboard, too: Ctrl+Tab, Ctrl+PageDown and Ctrl+PageUp switch pages; on the
 // second, Enter in the search box searches, Down goes on to the list, and Ctrl+1, Ctrl+2 ... sort

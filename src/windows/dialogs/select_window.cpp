@@ -39,8 +39,9 @@ SIZE SelectWindow::InitialSize() const {
   SIZE size = SizeFor(kInitialRows);
   if (dialog_.width() > 0) {
     const int width = MulDiv(dialog_.width(), static_cast<int>(DpiOf(handle())), kTwipsPerInch);
-    size.cx = std::max(width - FrameOf(handle()).cx, MinimumSize().cx);
+    size.cx = width - FrameOf(handle()).cx;
   }
+  size.cx = std::max(size.cx, MinimumSize().cx);
   return size;
 }
 

@@ -38,6 +38,7 @@ class SelectWindow : public ModalWindow {
 
  private:
   const wchar_t* Caption() const override { return dialog_.caption().c_str(); }
+  bool OnScreen() const override { return dialog_.on_screen(); }
   void CreateControls(HINSTANCE module) override;
   SIZE InitialSize() const override;
   void Layout(SIZE client) override;

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "dialogs/address_dialog.h"
-#include "dialogs/discount_breakdown.h"
+#include "dialogs/fields_dialog.h"
 #include "dialogs/product_dialog.h"
 #include "windows/dialogs/activation_context.h"
 #include "windows/dialogs/address_window.h"
@@ -78,8 +78,6 @@ void WindowsEnvironment::Show(dialogs::SelectDialog& dialog) {
 }
 
 void WindowsEnvironment::Show(dialogs::ProductDialog& dialog) {
-  // With one page, it is like any other selection dialog.
-  if (!dialog.has_product_info()) return Show(static_cast<dialogs::SelectDialog&>(dialog));
   ProductWindow window(dialog);
   Run(window);
 }
@@ -94,27 +92,13 @@ void WindowsEnvironment::Show(dialogs::UserListDialog& dialog) {
   Run(window);
 }
 
-void WindowsEnvironment::Show(dialogs::DiscountBreakdown& dialog) {
-  using dialogs::DiscountBreakdown;
-  FieldsWindow window(dialog.caption(), FieldsWindow::Align::kRight);
-  window.Add(L"Quantity discounts", dialog.table());
-  for (std::size_t i = 0; i < DiscountBreakdown::kElements; ++i) {
-    const auto element = static_cast<DiscountBreakdown::Element>(i);
-    window.Add(DiscountBreakdown::Label(element), dialog.Text(element));
-  }
-  Run(window);
-  dialog.CloseClick();
-}
-
 void WindowsEnvironment::Show(dialogs::AddressDialog& dialog) {
   AddressWindow window(dialog);
   Run(window);
 }
 
-void WindowsEnvironment::Show(dialogs::AddressDetails& dialog) {
-  FieldsWindow window(dialog.caption());
-  for (const dialogs::AddressDetails::Line& line : dialog.lines())
-    window.Add(line.label, line.text);
+void WindowsEnvironment::Show(dialogs::FieldsDialog& dialog) {
+  FieldsWindow window(dialog);
   Run(window);
   dialog.CloseClick();
 }

@@ -27,9 +27,8 @@ class WindowsEnvironment : public Environment {
   void Show(dialogs::ProductDialog& dialog) override;
   void Show(dialogs::LogonDialog& dialog) override;
   void Show(dialogs::UserListDialog& dialog) override;
-  void Show(dialogs::DiscountBreakdown& dialog) override;
   void Show(dialogs::AddressDialog& dialog) override;
-  void Show(dialogs::AddressDetails& dialog) override;
+  void Show(dialogs::FieldsDialog& dialog) override;
   std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,
                                                 std::int32_t maximum) override;
   Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) override;
