@@ -10,7 +10,7 @@ namespace ard::testing {
 namespace {
 
 // Messages as "! title: text", with "x" for a stop; questions as "title: prompt"; dialogs as
-// "caption:|column|..." or "caption: text".
+// "caption:|column|...", "caption:|label=text|..." or "caption: text".
 const std::set<std::wstring> kTexts = {
     L"! Manufacturing: Account is on hold.\r\n\r\nAccount is over credit limit.\r\n\r\n"
     L"Terms have not been agreed with this account.",
@@ -36,9 +36,11 @@ const std::set<std::wstring> kTexts = {
 
     L"Company Password: Welcome to Manufacturing.",
     L"Logon: Welcome to Manufacturing.",
-    L"Delivery Address Details:",
+    L"Delivery Address Details:|Description=|Name=|Street=|Address 2=|Address 3=|Address 4=|"
+    L"Address 5=|Contact=|Telephone=|Fax=|E-mail=",
     L"Delivery Addresses:|No.|Description|Default",
-    L"Discount Breakdown: Table C",
+    L"Discount Breakdown:|Quantity discounts=Table C|Account discount %=5|Quantity discount %=8|"
+    L"Value discount %=|Not explained %=8",
     L"Select Bank Account:|A/C|Name",
     L"Select Customer:|A/C|Name",
     L"Select Nominal Code:|A/C|Name",

@@ -198,7 +198,7 @@ TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
   transaction(L"MIXED", 7, 8, 8, 70);
   transaction(L"USED", 1, 10, 10, 2);
   transaction(L"USED", 3, 5, 5, 2);
-  transaction(L"THIRD", 1, 3, 0, 1.0 / 3);
+  transaction(L"THIRD", 1, 1, 0, 1.0 / 3);
   for (const double quantity : {0.1, 0.2, -0.3}) transaction(L"RETURNED", 1, quantity, 0, 2);
   Open(builder);
   EXPECT_EQ(products_.GetCostPrice(L"MIXED", false), 9);

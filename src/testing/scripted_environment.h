@@ -249,7 +249,7 @@ class ScriptedEnvironment : public Environment {
     if (dialog.visible()) dialog.CloseBox();
   }
 
-  // The columns of a list, the welcome of a logon, the table of a breakdown.
+  // The columns of a list, the welcome of a logon, the lines of a dialog that has nothing else.
   static std::wstring Heading(dialogs::SelectDialog& dialog) {
     std::wstring columns;
     for (const dialogs::Column& column : dialog.list().columns()) columns += L"|" + column.header;
@@ -258,8 +258,10 @@ class ScriptedEnvironment : public Environment {
   static std::wstring Heading(const dialogs::LogonDialog& dialog) {
     return L" " + dialog.welcome();
   }
-  static std::wstring Heading(const dialogs::DiscountBreakdown& dialog) {
-    return L" " + std::wstring(dialog.table());
+  static std::wstring Heading(const dialogs::FieldsDialog& dialog) {
+    std::wstring lines;
+    for (const auto& [label, text] : dialog.lines()) lines += L"|" + label + L"=" + text;
+    return lines;
   }
   static std::wstring Heading(const auto&) { return {}; }
 
