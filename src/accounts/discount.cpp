@@ -34,7 +34,8 @@ std::optional<double> RateReached(auto& source, auto&& threshold_field, auto&& r
   for (std::int16_t level = kLevels; level >= 1; --level) {
     double threshold = 0;
     source.Get(threshold_field.With(level), threshold);
-    if (threshold <= 0 || ExactDifference(reached, threshold) < 0) continue;
+    // What is no number reaches none.
+    if (threshold <= 0 || !(ExactDifference(reached, threshold) >= 0)) continue;
     double rate = 0;
     if (!source.Get(rate_field.With(level), rate)) return std::nullopt;
     return rate;

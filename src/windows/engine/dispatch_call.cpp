@@ -1,5 +1,6 @@
 #include "windows/engine/dispatch_call.h"
 
+#include "windows/floating_point.h"
 #include "windows/system_error.h"
 
 namespace ard::windows {
@@ -32,6 +33,7 @@ void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* r
   UINT wrong_argument = 0;
   const HRESULT outcome = object_->Invoke(id, IID_NULL, kLocale, flags, &parameters, result,
                                           &exception, &wrong_argument);
+  FloatingPoint::Establish();
   if (SUCCEEDED(outcome)) return;
   if (outcome == DISP_E_EXCEPTION) ThrowException(exception);
   throw SystemError(outcome);
