@@ -1,5 +1,6 @@
 #include "windows/engine/dispatch_call.h"
 
+#include "windows/floating_point.h"
 #include "windows/system_error.h"
 
 namespace ard::windows {
@@ -26,8 +27,10 @@ LateBound::ExceptionInfo::~ExceptionInfo() {
 HRESULT LateBound::TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result,
                                ExceptionInfo& exception) const {
   UINT wrong_argument = 0;
-  return object_->Invoke(id, IID_NULL, kLocale, flags, &parameters, result, &exception,
-                         &wrong_argument);
+  const HRESULT outcome = object_->Invoke(id, IID_NULL, kLocale, flags, &parameters, result,
+                                          &exception, &wrong_argument);
+  FloatingPoint::Establish();
+  return outcome;
 }
 
 void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const {

@@ -19,6 +19,7 @@
 #include "frame/context.h"
 #include "frame/public_class.h"
 #include "windows/engine/com.h"
+#include "windows/floating_point.h"
 #include "windows/server/module.h"
 #include "windows/server/published_class.h"
 
@@ -85,7 +86,10 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
   ULONG STDMETHODCALLTYPE Release() final {
     const ULONG left = --references_;
-    if (left == 0) delete this;
+    if (left == 0) {
+      const FloatingPoint floating_point;
+      delete this;
+    }
     return left;
   }
 
@@ -125,11 +129,21 @@ class AutomationObject : public Interface, public IProvideClassInfo {
  protected:
   virtual ~AutomationObject() = default;
 
+  // What every procedure begins with.
+  class Entry {
+   public:
+    explicit Entry(Interface* object) : self_(object) {}
+
+   private:
+    FloatingPoint floating_point_;
+    ComPtr<Interface> self_;  // the host may let go of it while a dialog is shown
+  };
+
   // What a method of the portable class answers to the arguments, as the vtable hands it out.
   template <class Answer, class Method, class... Arguments>
   HRESULT Call(Answer* result, Method method, Arguments... arguments) {
     if (!result) return E_POINTER;
-    const ComPtr<Interface> self(this);  // the host may let go of it while a dialog is shown
+    const Entry entry(this);
     *result = ToAutomation(std::invoke(method, portable_, arguments...));
     return S_OK;
   }
@@ -137,7 +151,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   // The same for one without a result.
   template <class Method>
   HRESULT Perform(Method&& method) {
-    const ComPtr<Interface> self(this);
+    const Entry entry(this);
     std::invoke(method, portable_);
     return S_OK;
   }
@@ -147,6 +161,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   // The procedures of a property that is a text: a member of `owner`, or of the context.
   template <class Owner>
   HRESULT PutText(std::wstring_view name, Owner& owner, std::wstring Owner::*property, BSTR value) {
+    const Entry entry(this);
     portable_.template Call<std::wstring>(name,
                                           [&](std::wstring&) { owner.*property = View(value); });
     return S_OK;
@@ -155,6 +170,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   HRESULT GetText(std::wstring_view name, Owner& owner, std::wstring Owner::*property,
                   BSTR* value) {
     if (!value) return E_POINTER;
+    const Entry entry(this);
     *value = ToAutomation(portable_.template Call<std::wstring>(
         name, [&](std::wstring& result) { result = owner.*property; }));
     return S_OK;
@@ -172,7 +188,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   HRESULT PutObject(std::wstring_view name, ComPtr<IDispatch>& property, IDispatch* value,
                     std::shared_ptr<Seam> Context::*seam,
                     std::shared_ptr<Seam> (*wrap)(IDispatch* object)) {
-    const ComPtr<Interface> self(this);
+    const Entry entry(this);
     portable_.template Call<ComPtr<IDispatch>>(name, [&](ComPtr<IDispatch>&) {
       property = ComPtr(value);
       portable_.context().*seam = nullptr;
@@ -182,6 +198,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   }
   HRESULT GetObject(std::wstring_view name, const ComPtr<IDispatch>& property, IDispatch** value) {
     if (!value) return E_POINTER;
+    const Entry entry(this);
     *value = ToAutomation(portable_.template Call<ComPtr<IDispatch>>(
         name, [&](ComPtr<IDispatch>& result) { result = property; }));
     return S_OK;

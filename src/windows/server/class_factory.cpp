@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "windows/floating_point.h"
 #include "windows/server/module.h"
 
 namespace ard::windows {
@@ -20,6 +21,7 @@ class ClassFactory final : public ComObject<IClassFactory> {
     if (!object) return E_POINTER;
     *object = nullptr;
     if (outer) return CLASS_E_NOAGGREGATION;
+    const FloatingPoint floating_point;
     try {
       return HandOver(published_.create(published_), iid, object);
     } catch (const std::bad_alloc&) {

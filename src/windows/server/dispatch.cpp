@@ -1,5 +1,6 @@
 #include "windows/server/dispatch.h"
 
+#include "windows/floating_point.h"
 #include "windows/server/string_array.h"
 
 namespace ard::windows {
@@ -52,6 +53,7 @@ HRESULT Invoke(IDispatch* object, std::span<const Member> members, DISPID id, RE
   const Procedure* const procedure = FindProcedure(members, id, flags);
   if (!procedure) return DISP_E_MEMBERNOTFOUND;
 
+  const FloatingPoint floating_point;
   Arguments arguments;
   arguments.locale = locale;
   UINT ignored = 0;

@@ -1,0 +1,301 @@
+// The library in processes that make it hard for a guest: loaded and unloaded over and over, beside
+// other compilers' run-time libraries, with the processor's floating-point unit as hosts set it.
+//
+//   hostile_process_test <folder of the demo company>
+//
+// The simulated engine has to be registered.
+#include "tests/windows/host.h"
+
+// After windows.h.
+#include <gtest/gtest.h>
+#include <xmmintrin.h>
+
+#include <barrier>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <thread>
+#include <vector>
+
+#include "benchmarks/holdings.h"
+
+namespace ard::windows {
+namespace {
+
+using namespace testing;  // NOLINT(google-build-using-namespace): the host
+using benchmarks::Heaps;
+
+template <class Interface>
+ComPtr<Interface> Create(const Dll& library, REFCLSID class_id) {
+  ComPtr<IClassFactory> factory;
+  ComPtr<Interface> object;
+  library.Export<GetClassObject>("DllGetClassObject")(class_id, IID_IClassFactory,
+                                                      reinterpret_cast<void**>(factory.Receive()));
+  factory->CreateInstance(nullptr, __uuidof(Interface), reinterpret_cast<void**>(object.Receive()));
+  return object;
+}
+
+// Calls with steps that fail inside.
+void Fail(const Dll& library) {
+  ForeignObject engine;
+  engine.status = E_FAIL;
+  const ComPtr<_Customers> customers = Create<_Customers>(library, CLSID_Customers);
+  EXPECT_EQ(customers->putref_ArdWorkspace(&engine), S_OK);
+  Bstr name;
+  EXPECT_EQ(customers->GetName(Bstr(L"A").get(), name.Receive()), S_OK);
+  EXPECT_EQ(name.view(), L"");
+  double percent = 1;
+  EXPECT_EQ(customers->GetDiscPercent(Bstr(L"A").get(), Bstr(L"B").get(), 1, 1, &percent), S_OK);
+  EXPECT_EQ(percent, 0);
+}
+
+// One that takes the type library.
+void Describe(const Dll& library) {
+  ComPtr<ITypeInfo> info;
+  EXPECT_EQ(Create<_Customers>(library, CLSID_Customers)->GetTypeInfo(0, 0, info.Receive()), S_OK);
+}
+
+// ---- Other run-time libraries ----
+
+int Caught(const Dll& plugin) { return plugin.Export<int (*)(int)>("ThrowAndCatch")(7); }
+
+// Whichever comes first, and whichever goes first; and so does the simulated engine.
+TEST(BesideAPlugIn, BothThrowAndCatch) {
+  for (const bool plugin_first : {true, false}) {
+    for (const bool plugin_stays : {true, false}) {
+      std::optional<Dll> plugin, library;
+      if (plugin_first) plugin.emplace(L"foreign_plugin.dll");
+      library.emplace(LibraryPath());
+      if (!plugin_first) plugin.emplace(L"foreign_plugin.dll");
+      ASSERT_TRUE(*plugin);
+      Fail(*library);
+      EXPECT_EQ(LateBound(CreateObject(L"ArdSimulator.Engine")).Ask(L"Open", L"?").vt, VT_ERROR);
+      EXPECT_EQ(Caught(*plugin), 7);
+      (plugin_stays ? library : plugin).reset();
+      if (library) Fail(*library);
+      if (plugin) {
+        EXPECT_EQ(Caught(*plugin), 7);
+      }
+    }
+  }
+}
+
+// ---- Loaded and unloaded ----
+
+struct Process {
+  const char* name;
+  bool threads;
+  bool plugin;
+};
+
+class Cycles : public ::testing::TestWithParam<Process> {};
+
+DWORD NextTlsIndex() {
+  const DWORD index = TlsAlloc();
+  TlsFree(index);
+  return index;
+}
+
+// A service whose last apartment ends after each job: the library is unloaded each time.
+TEST_P(Cycles, LeaveNothing) {
+  constexpr int kWarmUp = 20;
+  constexpr int kCycles = 2000;
+  std::optional<Dll> plugin, library;
+  if (GetParam().plugin) plugin.emplace(L"foreign_plugin.dll");
+
+  // One thread lives through all cycles, and one for a single call.
+  const int threads = GetParam().threads ? 1 : 0;
+  std::barrier turn(1 + threads);
+  std::jthread other;
+  bool over = false;
+  if (threads) {
+    other = std::jthread([&] {
+      for (turn.arrive_and_wait(); !over; turn.arrive_and_wait()) {
+        Fail(*library);
+        turn.arrive_and_wait();
+      }
+    });
+  }
+  const auto run = [&](int cycles) {
+    for (int i = 0; i < cycles; ++i) {
+      library.emplace(LibraryPath());
+      if (threads) {
+        std::jthread([&] { Fail(*library); }).join();
+        turn.arrive_and_wait();
+        turn.arrive_and_wait();
+      }
+      Fail(*library);
+      if (i % 10 == 0) Describe(*library);
+      EXPECT_EQ(library->Export<NoArguments>("DllCanUnloadNow")(), S_OK);
+      library.reset();
+      ASSERT_EQ(GetModuleHandleW(LibraryPath().c_str()), nullptr);
+    }
+  };
+  run(kWarmUp);
+  const DWORD index = NextTlsIndex();
+  const auto [blocks, kilobytes] = Heaps();
+  const double handles = benchmarks::Handles();
+  run(kCycles);
+  EXPECT_EQ(NextTlsIndex(), index);
+  EXPECT_NEAR(Heaps().blocks, blocks, 20);
+  EXPECT_NEAR(Heaps().kilobytes, kilobytes, 20);
+  EXPECT_NEAR(benchmarks::Handles(), handles, 2);
+  over = true;
+  if (threads) turn.arrive_and_wait();
+}
+
+INSTANTIATE_TEST_SUITE_P(, Cycles,
+                         ::testing::Values(Process{"Alone", false, false},
+                                           Process{"WithThreads", true, false},
+                                           Process{"BesideAPlugIn", false, true}),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+// ---- The floating-point environment ----
+
+// Both units: what they are set to, and which exceptions they have noted.
+struct Units {
+  WORD control;
+  DWORD sse;
+  WORD noted = 0;
+
+  bool operator==(const Units&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const Units& units) {
+  return out << std::hex << units.control << ' ' << units.noted << ' ' << units.sse << std::dec;
+}
+
+Units Read() {
+  Units units = {};
+  asm volatile("fnstcw %0\n\tfnstsw %1" : "=m"(units.control), "=m"(units.noted));
+  units.noted &= 0x38FF;  // with the depth of the stack
+  units.sse = _mm_getcsr();
+  return units;
+}
+
+void Set(const Units& wanted) {
+  asm volatile("fnclex\n\tfldcw %0" : : "m"(wanted.control));
+  _mm_setcsr(wanted.sse);
+}
+
+constexpr Units kWindows = {0x027F, 0x1F80};
+constexpr Units kHosts[] = {
+    kWindows,
+    {0x037F, 0x1F81},           // 64 bits, and an exception noted
+    {0x1372, 0x1900},           // invalid operations, divisions by zero and overflow are raised
+    {0x0340, 0x0000},           // everything is
+    {0x007F, 0x1F80 | 0x8040},  // 24 bits; nothing small
+    {0x0A7F, 0x1F80 | 0x6000},  // rounded up; towards zero
+    {0x0740, 0x2000},           // rounded down, and everything is raised
+};
+
+// What a call answers to a host with these units, which have to be the same after it.
+template <class Call>
+auto In(const Units& host, Call&& call) {
+  const Units usual = Read();
+  Set(host);
+  auto answer = call();
+  const Units after = Read();
+  Set(usual);
+  EXPECT_EQ(after, host);
+  return answer;
+}
+
+TEST(FloatingPoint, IsWindowsOwnInsideAndTheHostsOutside) {
+  const LateBound engine(CreateObject(L"ArdSimulator.Engine"));
+  ASSERT_NE(engine.Ask(L"Open", company_folder).vt, VT_ERROR);
+  const ScopedVariant workspace = engine.Ask(L"Workspace");
+  for (const Units& host : kHosts) {
+    SCOPED_TRACE(&host - kHosts);
+    const auto library = In(host, [] { return std::make_unique<Dll>(LibraryPath()); });
+    const auto customers = In(host, [&] { return Create<_Customers>(*library, CLSID_Customers); });
+    const auto products = Create<_Products>(*library, CLSID_Products);
+    const auto record = Create<_CustomerRecord>(*library, CLSID_CustomerRecord);
+    In(host, [&] { return customers->putref_ArdWorkspace(workspace.pdispVal); });
+    products->putref_ArdWorkspace(workspace.pdispVal);
+
+    // A customer who gets 10 %, with 1, 2.5 or 5 more for lines of 500, 1,000 or 5,000.
+    const Bstr account(L"SMI001"), product(L"BOLT-M6X60");
+    const auto percent = [&](double quantity, double price) {
+      double answer = 0;
+      customers->GetDiscPercent(account.get(), product.get(), quantity, price, &answer);
+      return answer;
+    };
+    const struct {
+      double expected;
+      std::function<double()> call;
+    } cases[] = {
+        {15, [&] { return percent(1e308, 1e308); }},
+        {12.5, [&] { return percent(3, 333.4); }},
+        {10, [&] { return percent(1e-310, -1e-310); }},
+        {10, [&] { return percent(std::numeric_limits<double>::signaling_NaN(), 1); }},
+        {15,
+         [&] {
+           return LateBound(ComPtr<IDispatch>(customers.get()))
+               .Ask(L"GetDiscPercent", L"SMI001", L"X", L"1e308", L"1e308")
+               .dblVal;
+         }},
+        {DISP_E_OVERFLOW,
+         [&] {
+           return LateBound(ComPtr<IDispatch>(record.get())).Put(L"DueDays", Variant(L"1e308"));
+         }},
+        {0.176,
+         [&] {
+           double answer = 0;
+           products->GetSellPrice(product.get(), &answer);
+           return answer;
+         }},
+    };
+    for (const auto& c : cases) EXPECT_EQ(In(host, c.call), c.expected) << &c - cases;
+  }
+}
+
+// An engine that notes how it finds the units; its operations leave them as they should not be.
+class Meddler : public ForeignObject {
+ public:
+  std::vector<Units> seen;
+
+  ULONG STDMETHODCALLTYPE Release() override {
+    Note();
+    return ForeignObject::Release();
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    Note();
+    Set(kHosts[3]);
+    if (result) *result = Variant(this).Detach();
+    return S_OK;
+  }
+
+ private:
+  void Note() { seen.push_back({Read().control, _mm_getcsr() & ~_MM_EXCEPT_MASK}); }
+};
+
+TEST(FloatingPoint, IsWindowsOwnForTheEngine) {
+  const Dll library(LibraryPath());
+  Meddler engine;
+  auto customers = Create<_Customers>(library, CLSID_Customers);
+  Bstr name;
+  In(kHosts[5], [&] { return customers->putref_ArdWorkspace(&engine); });
+  In(kHosts[5], [&] { return customers->GetName(Bstr(L"A").get(), name.Receive()); });
+  In(kHosts[5], [&] { return customers->putref_ArdWorkspace(&engine); });
+  const std::size_t before = engine.seen.size();
+  In(kHosts[5], [&] { return customers = {}, true; });
+  EXPECT_GT(engine.seen.size(), before);
+  EXPECT_EQ(engine.seen, std::vector<Units>(engine.seen.size(), kWindows));
+}
+
+}  // namespace
+}  // namespace ard::windows
+
+int wmain(int count, wchar_t** arguments) {
+  ::testing::InitGoogleTest(&count, arguments);
+  ard::windows::testing::company_folder = arguments[1];
+  CoInitialize(nullptr);
+  // As a host with windows has them; so that it is the library alone that comes and goes.
+  for (const wchar_t* name : {L"comctl32", L"comdlg32", L"shell32", L"uxtheme"}) LoadLibraryW(name);
+  const int result = RUN_ALL_TESTS();
+  CoUninitialize();
+  return result;
+}
