@@ -39,7 +39,7 @@ std::wstring InterfaceKey(const PublishedClass& published) {
   return std::wstring(kClasses) + L"Interface\\" + Text(published.interface_id);
 }
 std::wstring ProgId(const PublishedClass& published) {
-  return std::wstring(L"ArdObjects100.") + published.name;
+  return std::wstring(L"ArdObjects100.") + published.table.class_name;
 }
 std::wstring LibraryKey() {
   return std::wstring(kClasses) + L"TypeLib\\" + Text(LIBID_ArdObjects100);
@@ -67,7 +67,7 @@ void AddClass(const PublishedClass& published, const std::wstring& dll,
       {key + L"\\ProgID", nullptr, prog_id},
       {key + L"\\TypeLib", nullptr, library},
       {key + L"\\Version", nullptr, kVersion},
-      {interface_key, nullptr, std::wstring(L"_") + published.name},
+      {interface_key, nullptr, std::wstring(L"_") + published.table.class_name},
       {interface_key + L"\\ProxyStubClsid32", nullptr, kMarshaler},
       {interface_key + L"\\TypeLib", nullptr, library},
       {interface_key + L"\\TypeLib", L"Version", kVersion},
