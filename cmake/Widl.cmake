@@ -1,14 +1,16 @@
 # Interface definitions.
 #
 # ard_widl(<target> <idl file> [OUT_DIR <dir>] [DEPENDS <imported idl file>...])
-#   From <name>.idl, generates <name>.h (interfaces), <name>_i.c (identifiers) and <name>.tlb (type
-#   library) in OUT_DIR (default: the current binary folder), and makes <target> a static library of
-#   the identifiers. Linking to it gives the header as a system header.
+#   From <name>.idl, generates what tools/type_library.py makes of it (<name>.h, <name>_i.c, <name>.tlb,
+#   <name>_names.h, <name>.manifest) in OUT_DIR (default: the current binary folder), and makes <target>
+#   a static library of the identifiers. Linking to it gives the headers as system headers. A copy of the
+#   manifest lands beside the programs.
 #
 # ard_embed_typelib(<target> <rc file> <widl target>)
-#   Adds the resource script to <target>. It finds the type library by its plain file name
-#   (`1 TYPELIB "<name>.tlb"`), and is compiled again when that changes.
+#   Adds the resource script to <target>. It finds the type library and the manifest by their plain file
+#   names (`1 TYPELIB "<name>.tlb"`), and is compiled again when they change.
 
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
 find_program(ARD_WIDL NAMES ${ARD_MINGW}-widl x86_64-w64-mingw32-widl widl REQUIRED)
 
 # MinGW has the headers of the system's interfaces but neither their definitions nor the type library
@@ -34,16 +36,19 @@ function(ard_widl target idl)
 
   # Pointer size decides the type library's system kind.
   math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+  set(tool ${PROJECT_SOURCE_DIR}/tools/type_library.py)
+  set(manifest ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}.manifest)
   file(MAKE_DIRECTORY ${arg_OUT_DIR})
   add_custom_command(
-    OUTPUT ${base}.h ${base}_i.c ${base}.tlb
-    COMMAND ${ARD_WIDL} --win${bits} -I ${idl_dir} -I ${ARD_WIDL_INCLUDE_DIR}
-            -L ${ARD_WIDL_TYPELIB_DIR} -h -H ${base}.h -u -U ${base}_i.c -t -T ${base}.tlb ${idl}
-    DEPENDS ${idl} ${arg_DEPENDS}
+    OUTPUT ${base}.h ${base}_i.c ${base}.tlb ${base}_names.h ${base}.manifest ${manifest}
+    COMMAND Python3::Interpreter ${tool} ${idl} ${arg_OUT_DIR} ${ARD_WIDL} --win${bits} -I ${idl_dir}
+            -I ${ARD_WIDL_INCLUDE_DIR} -L ${ARD_WIDL_TYPELIB_DIR}
+    COMMAND ${CMAKE_COMMAND} -E copy ${base}.manifest ${manifest}
+    DEPENDS ${tool} ${idl} ${arg_DEPENDS}
     COMMENT "Interfaces of ${name}.idl"
     VERBATIM)
 
-  add_library(${target} STATIC ${base}_i.c ${base}.h ${base}.tlb)
+  add_library(${target} STATIC ${base}_i.c ${base}.h ${base}_names.h ${base}.tlb)
   target_include_directories(${target} SYSTEM INTERFACE ${arg_OUT_DIR})
   set_target_properties(${target} PROPERTIES ARD_TYPELIB ${base}.tlb)
 endfunction()

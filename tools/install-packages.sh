@@ -4,11 +4,14 @@
 #   tools/install-packages.sh native    the native build and its tests
 #   tools/install-packages.sh all       that, and the Windows builds, Wine and a virtual display
 #
-# 32-bit Wine is wanted but not required: when it cannot be had, the reason is left in
-# build/wine32-unavailable.txt, and the 32-bit tests report themselves as skipped.
+# 32-bit Wine and Free Pascal are wanted but not required: when one cannot be had, the reason is left in
+# build/wine32-unavailable.txt or build/free-pascal-unavailable.txt, and its tests report themselves as
+# skipped.
 set -euo pipefail
 # shellcheck source=tools/console.sh
 source "$(dirname "${BASH_SOURCE[0]}")/console.sh"
+# shellcheck source=tools/free_pascal.sh
+source "$ROOT/tools/free_pascal.sh"
 
 NATIVE_PACKAGES=(
   cmake ninja-build ccache g++ googletest git ca-certificates
@@ -17,9 +20,10 @@ NATIVE_PACKAGES=(
 )
 
 WINDOWS_PACKAGES=(
-  # The builds. libwine-dev and libwine bring the IDL files and the type library that widl needs.
+  # The builds. libwine-dev and libwine bring the IDL files and the type library that widl needs; what widl
+  # leaves out is done in Python.
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools clang clang-format
-  libwine libwine-dev
+  libwine libwine-dev python3
   # The fuzzers.
   libclang-rt-dev
   # Running them.
@@ -39,7 +43,6 @@ WINE32_PACKAGES=(
   wine32:i386 wine64 libsqliteodbc:i386 libodbc2:i386 "${WINE_X_LIBRARIES[@]/%/:i386}"
 )
 
-WINE32_REASON="$BUILD/wine32-unavailable.txt"
 LOG="$LOGS/packages.log"
 
 # Prints those of the given packages that are not installed. A name without an architecture means
@@ -111,30 +114,36 @@ install_required() {
   fi
 }
 
-install_wine32() {
-  if [[ -z "$(missing "${WINE32_PACKAGES[@]}")" ]]; then
-    rm -f "$WINE32_REASON"
+# install_wanted WHAT REASON_FILE ATTEMPT PACKAGE...
+install_wanted() {
+  local what="$1" reason="$2" attempt="$3"
+  shift 3
+  if [[ -z "$(missing "$@")" ]]; then
+    rm -f "$reason"
     return
   fi
   # A failed attempt is not repeated on every run, but once a day.
-  if [[ -n "$(find "$WINE32_REASON" -mmin -1440 2>/dev/null)" ]]; then return; fi
+  if [[ -n "$(find "$reason" -mmin -1440 2>/dev/null)" ]]; then return; fi
 
-  say "Installing 32-bit Wine"
-  {
-    as_root dpkg --add-architecture i386 && refresh_indexes &&
-      { apt_install "${WINE32_PACKAGES[@]}" ||
-        apt_install_without_security "${WINE32_PACKAGES[@]}"; }
-  } >>"$LOG" 2>&1 || true
+  say "Installing $what"
+  "$attempt" "$@" >>"$LOG" 2>&1 || true
 
-  if [[ -z "$(missing "${WINE32_PACKAGES[@]}")" ]]; then
-    rm -f "$WINE32_REASON"
+  if [[ -z "$(missing "$@")" ]]; then
+    rm -f "$reason"
   else
     {
-      printf '32-bit Wine could not be installed: '
+      printf '%s could not be installed: ' "$what"
       grep -E '^E: |root or sudo' "$LOG" | tail -n 1 | sed 's/^E: //' || true
-    } >"$WINE32_REASON"
-    cat "$WINE32_REASON"
+    } >"$reason"
+    cat "$reason"
   fi
+}
+
+with_indexes() { refresh_indexes && apt_install "$@"; }
+
+for_i386() {
+  as_root dpkg --add-architecture i386 && refresh_indexes &&
+    { apt_install "$@" || apt_install_without_security "$@"; }
 }
 
 case "${1:-all}" in
@@ -142,7 +151,8 @@ case "${1:-all}" in
   all)
     : >"$LOG"
     install_required "${NATIVE_PACKAGES[@]}" "${WINDOWS_PACKAGES[@]}"
-    install_wine32
+    install_wanted "32-bit Wine" "$BUILD/wine32-unavailable.txt" for_i386 "${WINE32_PACKAGES[@]}"
+    install_wanted "Free Pascal" "$PASCAL_UNAVAILABLE" with_indexes "${PASCAL_PACKAGES[@]}"
     ;;
   *) die "usage: ${0##*/} [native|all]" ;;
 esac

@@ -34,8 +34,8 @@ class Recordset {
   // Opens `command` on the host's connection.
   void Open(std::wstring_view command, Cursor cursor, Lock lock = Lock::kReadOnly) {
     Attempt(context_.trace(), {kName, L"Open"}, [&] {
-      if (!context_.database) throw Error(kErrorFailed, L"No database connection has been set.");
-      target_ = context_.database->Open(command, cursor, lock);
+      target_ = Context::Held(context_.database, L"No database connection has been set.")
+                    ->Open(command, cursor, lock);
     });
   }
 

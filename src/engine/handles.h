@@ -53,8 +53,8 @@ class Handle {
           return Step{name, kCreate};
         },
         [&] {
-          if (!context.workspace) throw Error(kErrorFailed, L"No workspace has been set.");
-          target_ = std::invoke(create, *context.workspace, name);
+          target_ = std::invoke(
+              create, *Context::Held(context.workspace, L"No workspace has been set."), name);
         });
   }
   // Takes an object over that exists already; null when it does not.
@@ -369,8 +369,8 @@ inline bool ReadKey(Index& index, DataFile& data, const Value& key) {
 // What the engine says of its last error; what it does not say stays as it is.
 inline void ReadLastError(const Context& context, std::wstring& number, std::wstring& text) {
   Attempt(context.trace(), {L"Engine", L"LastError"}, [&] {
-    if (!context.engine) throw Error(kErrorFailed, L"No engine has been set.");
-    const std::unique_ptr<EngineError> error = context.engine->LastError();
+    const std::unique_ptr<EngineError> error =
+        Context::Held(context.engine, L"No engine has been set.")->LastError();
     Attempt(context.trace(), {L"Error", L"Number"},
             [&] { number = std::to_wstring(error->Number()); });
     Attempt(context.trace(), {L"Error", L"Text"}, [&] { text = error->Text(); });
@@ -381,7 +381,7 @@ inline void ReadLastError(const Context& context, std::wstring& number, std::wst
 inline std::wstring EngineVersion(const Context& context) {
   std::wstring version;
   Attempt(context.trace(), {L"Workspace", L"Version"}, [&] {
-    if (context.workspace) version = context.workspace->Version();
+    if (const auto workspace = context.workspace) version = workspace->Version();
   });
   return version;
 }

@@ -16,16 +16,14 @@ namespace ard::engine {
 
 // Runs a step of the host's workspace; returns whether it went through.
 template <class Action>
-bool OnWorkspace(Trace& trace, Workspace* workspace, std::wstring_view operation,
-                 Action&& action) noexcept {
-  return Attempt(trace, {L"Workspace", operation}, [&] {
-    if (!workspace) throw Error(kErrorFailed, L"No workspace has been set.");
-    action(*workspace);
-  });
+bool OnWorkspace(Trace& trace, const std::shared_ptr<Workspace>& workspace,
+                 std::wstring_view operation, Action&& action) noexcept {
+  return Attempt(trace, {L"Workspace", operation},
+                 [&] { action(*Context::Held(workspace, L"No workspace has been set.")); });
 }
 
 // Logs off whoever is logged on; returns whether the engine has done so.
-inline bool Disconnect(Trace& trace, Workspace* workspace) noexcept {
+inline bool Disconnect(Trace& trace, const std::shared_ptr<Workspace>& workspace) noexcept {
   return OnWorkspace(trace, workspace, L"Disconnect",
                      [](Workspace& target) { target.Disconnect(); });
 }
@@ -55,8 +53,8 @@ class Logon {
   // Logs off who has not been confirmed. An engine that fails to is asked once more.
   void Undo() noexcept {
     const std::shared_ptr<Workspace> workspace = std::exchange(unconfirmed_, nullptr);
-    if (!workspace || Disconnect(context_.trace(), workspace.get())) return;
-    Disconnect(context_.trace(), workspace.get());
+    if (!workspace || Disconnect(context_.trace(), workspace)) return;
+    Disconnect(context_.trace(), workspace);
   }
 
  private:
@@ -66,7 +64,7 @@ class Logon {
     const std::shared_ptr<Workspace> before = std::exchange(unconfirmed_, context_.workspace);
     bool accepted = false;
     const bool answered =
-        OnWorkspace(context_.trace(), unconfirmed_.get(), operation, [&](Workspace& workspace) {
+        OnWorkspace(context_.trace(), unconfirmed_, operation, [&](Workspace& workspace) {
           accepted = (workspace.*connect)(Trimmed(data_path_), Trimmed(user), Trimmed(password),
                                           Trimmed(unique_id_));
         });

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "frame/environment.h"
+#include "frame/error.h"
 
 namespace ard {
 
@@ -32,12 +33,21 @@ struct Context {
 
   Trace& trace() const { return environment.trace(); }
 
+  // One of these objects for the time of a step, in the middle of which the host may put another in
+  // its place. Throws Error when there is none.
+  template <class Seam>
+  static std::shared_ptr<Seam> Held(const std::shared_ptr<Seam>& property, const wchar_t* missing) {
+    if (!property) throw Error(kErrorFailed, missing);
+    return property;
+  }
+
   // Shows a message with an OK button; one that cannot be shown is skipped. Both go to the trace.
   void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) const noexcept {
-    if (Attempt(trace(), {L"Environment", L"ShowMessage"},
-                [&] { environment.ShowMessage(icon, text, title); })) {
-      trace().Shown(title, text);
-    }
+    Attempt(trace(), {L"Environment", L"ShowMessage"}, [&] {
+      const std::wstring held(title);  // while the message is shown, the host may change its name
+      environment.ShowMessage(icon, text, held);
+      trace().Shown(held, text);
+    });
   }
 };
 

@@ -93,7 +93,7 @@ bool Messaging::LogOn(engine::Logon& logon, std::wstring_view user_name,
 bool Messaging::LogoffUser() const noexcept {
   return Call<bool>(L"LogoffUser", [&](bool& done) {
     done = true;
-    engine::Disconnect(context().trace(), context().workspace.get());
+    engine::Disconnect(context().trace(), context().workspace);
   });
 }
 

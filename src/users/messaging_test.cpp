@@ -290,5 +290,24 @@ TEST_F(MessagingTest, WithoutAWorkspaceNobodyIsLoggedOn) {
   EXPECT_EQ(environment_.TakeMessages(), Texts{});
 }
 
+// A host may put another connection in place of the one that is called.
+TEST_F(MessagingTest, HoldsTheConnectionThatOpensARecordset) {
+  struct Replaced final : database::Connection {
+    Context& context;
+    std::shared_ptr<database::Connection> opened;
+    Replaced(Context& host, std::shared_ptr<database::Connection> connection)
+        : context(host), opened(std::move(connection)) {}
+    std::unique_ptr<database::RecordsetObject> Open(std::wstring_view command,
+                                                    database::Cursor cursor,
+                                                    database::Lock lock) override {
+      context.database = nullptr;
+      return opened->Open(command, cursor, lock);
+    }
+  };
+  messaging_.session().use_acc_rights = true;
+  messaging_.context().database = std::make_shared<Replaced>(messaging_.context(), database_);
+  EXPECT_TRUE(messaging_.LogonUser(L"ANN", L""));
+}
+
 }  // namespace
 }  // namespace ard::users

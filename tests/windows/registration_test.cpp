@@ -37,7 +37,8 @@ using Snapshot = std::map<std::wstring, std::wstring, IgnoreCase>;
 // Only these are looked into; there are thousands of others.
 bool HoldsOurKeys(const std::wstring& path) {
   static const std::set<std::wstring, IgnoreCase> kParents = {
-      kClassesKey + L"CLSID", kClassesKey + L"Interface", kClassesKey + L"TypeLib"};
+      kClassesKey + L"CLSID", kClassesKey + L"Interface", kClassesKey + L"TypeLib",
+      kClassesKey + L"AppID"};
   if (kParents.contains(path)) return true;
   const auto mentions = [&](const wchar_t* text) {
     return FindStringOrdinal(FIND_FROMSTART, path.c_str(), -1, text, -1, TRUE) >= 0;
@@ -142,20 +143,33 @@ TEST_F(Registration, IsCompleteAndLeavesNothing) {
       const std::wstring class_key = kClassesKey + L"CLSID\\" + identity.class_id;
       const std::wstring interface_key = kClassesKey + L"Interface\\" + identity.interface_id;
       const std::wstring prog_id = ProgId(identity);
+      const std::wstring about = after[class_key + L"@"];
+      EXPECT_TRUE(about.starts_with(L"Core Accounts: ")) << ToUtf8(about);
       const std::pair<std::wstring, std::wstring> values[] = {
+          {kClassesKey + prog_id + L"@", about},
           {kClassesKey + prog_id + L"\\CLSID@", identity.class_id},
+          {kClassesKey + prog_id + L"\\CurVer@", prog_id + L".1"},
+          {kClassesKey + prog_id + L".1@", about},
+          {kClassesKey + prog_id + L".1\\CLSID@", identity.class_id},
+          {class_key + L"@AppID", kLibraryId},
           {class_key + L"\\InprocServer32@", LibraryPath()},
           {class_key + L"\\InprocServer32@ThreadingModel", L"Apartment"},
           {class_key + L"\\ProgID@", prog_id},
+          {class_key + L"\\VersionIndependentProgID@", prog_id},
           {class_key + L"\\TypeLib@", kLibraryId},
           {interface_key + L"@", std::wstring(L"_") + identity.name},
           {interface_key + L"\\ProxyStubClsid32@", L"{00020424-0000-0000-C000-000000000046}"},
           {interface_key + L"\\TypeLib@", kLibraryId},
           {interface_key + L"\\TypeLib@Version", L"1.0"}};
       for (const auto& [name, value] : values) EXPECT_EQ(after[name], value) << ToUtf8(name);
+      EXPECT_TRUE(after.contains(class_key + L"\\Programmable"));
       EXPECT_FALSE(after.contains(class_key + L"\\Implemented Categories"));
     }
+    const std::wstring applications = kClassesKey + L"AppID\\";
+    EXPECT_EQ(after[applications + kLibraryId + L"@"], L"Core Accounts Integration");
+    EXPECT_EQ(after[applications + L"ArdObjects100.dll@AppID"], kLibraryId);
     EXPECT_EQ(after[kLibraryKey + L"\\1.0\\0\\" + kPlatform + L"@"], LibraryPath());
+    EXPECT_EQ(after[kLibraryKey + L"\\1.0\\HELPDIR@"] + L"\\ArdObjects100.dll", LibraryPath());
 
     ASSERT_EQ(Install(scope, true), S_OK) << "once more";
     ASSERT_EQ(Install(scope, false), S_OK);
@@ -197,15 +211,56 @@ TEST_F(Registration, LeavesTheOtherPlatformAlone) {
   EXPECT_FALSE(left.contains(kLibraryKey));
 }
 
-TEST_F(Registration, ThatFailsIsUndone) {
-  const HKEY root = HKEY_CURRENT_USER;
-  const Snapshot before = Classes(root, kOwnView);
-  // A lasting key cannot be made below one that lasts only until the next start of the system.
+// A copy of the library somewhere else.
+struct Copy {
+  Copy() { CopyFileW(LibraryPath().c_str(), path.c_str(), FALSE); }
+  ~Copy() { DeleteFileW(path.c_str()); }
+  HRESULT Install(bool install) const {
+    return Dll(path).Export<testing::Install>("DllInstall")(install, L"user");
+  }
+  const std::wstring path = LibraryPath() + L".copy.dll";
+};
+
+TEST_F(Registration, ThatFailsPutsBackWhatWasThere) {
+  const Scope& user = kScopes[1];
   const std::wstring obstacle = kClassesKey + L"CLSID\\" + kClasses[6].class_id;
-  Write(root, obstacle, kOwnView, L"in the way", REG_OPTION_VOLATILE);
-  EXPECT_EQ(Install(kScopes[1], true), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
-  RegDeleteTreeW(root, obstacle.c_str());
-  EXPECT_EQ(Difference(Classes(root, kOwnView), before), std::set<std::wstring>());
+  const Copy copy;
+  for (const bool registered : {false, true}) {
+    SCOPED_TRACE(registered);
+    ASSERT_EQ(copy.Install(registered), S_OK);
+    // A lasting key cannot be made below one that lasts only until the next start of the system.
+    RegDeleteTreeW(user.root, obstacle.c_str());
+    Write(user.root, obstacle, kOwnView, L"in the way", REG_OPTION_VOLATILE);
+    const Snapshot before = Classes(user.root, kOwnView);
+    EXPECT_EQ(Install(user, true), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+    EXPECT_EQ(Difference(Classes(user.root, kOwnView), before), std::set<std::wstring>());
+    RegDeleteTreeW(user.root, obstacle.c_str());
+    copy.Install(false);
+  }
+}
+
+TEST_F(Registration, BelongsToTheCopyThatCameLast) {
+  const Scope& user = kScopes[1];
+  const Snapshot before = Classes(user.root, kOwnView);
+  const Copy copy;
+  ASSERT_EQ(copy.Install(true), S_OK);
+  const Snapshot of_copy = Classes(user.root, kOwnView);
+  ASSERT_EQ(Install(user, true), S_OK) << "over the other";
+  const Snapshot registered = Classes(user.root, kOwnView);
+  EXPECT_EQ(Difference(of_copy, registered).size(), std::size(kClasses) + 1)
+      << "all paths but no more";
+  ASSERT_EQ(copy.Install(false), S_OK) << "nothing names it";
+  EXPECT_EQ(Difference(Classes(user.root, kOwnView), registered), std::set<std::wstring>());
+  // However the path is spelt.
+  wchar_t path[MAX_PATH] = {};
+  GetShortPathNameW(LibraryPath().c_str(), path, MAX_PATH);
+  ASSERT_NE(path, LibraryPath());
+  for (const auto& [key, value] : registered) {
+    if (value != LibraryPath()) continue;
+    Write(user.root, key.substr(0, key.find(L'@')), kOwnView, path);
+  }
+  ASSERT_EQ(Install(user, false), S_OK);
+  EXPECT_EQ(Difference(Classes(user.root, kOwnView), before), std::set<std::wstring>());
 }
 
 TEST_F(Registration, RefusesOtherArguments) {

@@ -45,6 +45,15 @@ std::wstring NameOf(ITypeInfo* info, MEMBERID member = MEMBERID_NIL) {
   return std::wstring(name.view());
 }
 
+// What development tools show of a type or a member is a sentence.
+void ExpectHelp(ITypeInfo* info, MEMBERID member = MEMBERID_NIL) {
+  Bstr help;
+  info->GetDocumentation(member, nullptr, help.Receive(), nullptr, nullptr);
+  const std::wstring_view text = help.view();
+  EXPECT_TRUE(text.size() > 5 && text.ends_with(L'.') && text.front() < L'a')
+      << ToUtf8(NameOf(info) + L"." + NameOf(info, member)) << ": " << ToUtf8(text);
+}
+
 // The type that `info` implements, or the other side of a dual interface (-1).
 ComPtr<ITypeInfo> Implemented(ITypeInfo* info, UINT index) {
   HREFTYPE reference = 0;
@@ -129,8 +138,10 @@ TEST_F(TypeLibrary, HoldsThePublishedTypesAndNoOther) {
   EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
   library_->ReleaseTLibAttr(attributes);
   Bstr name;
-  library_->GetDocumentation(-1, name.Receive(), nullptr, nullptr, nullptr);
+  Bstr help_file;
+  library_->GetDocumentation(-1, name.Receive(), nullptr, nullptr, help_file.Receive());
   EXPECT_EQ(name.view(), L"ArdObjects100");
+  EXPECT_TRUE(help_file.view().ends_with(L"ArdObjects100.chm"));
   EXPECT_EQ(library_->GetTypeInfoCount(), 2 * std::size(kClasses) + std::size(kEnumerations));
 }
 
@@ -139,6 +150,7 @@ TEST_F(TypeLibrary, EnumerationsCarryTheirOwnNamesAndIdentifiers) {
     const ComPtr<ITypeInfo> info = Find(enumeration.id);
     ASSERT_TRUE(info);
     EXPECT_EQ(NameOf(info.get()), enumeration.name);
+    ExpectHelp(info.get());
     const TYPEATTR attributes = AttributesOf(info.get());
     EXPECT_EQ(attributes.typekind, TKIND_ENUM);
     ASSERT_EQ(attributes.cVars, enumeration.members.size());
@@ -146,6 +158,7 @@ TEST_F(TypeLibrary, EnumerationsCarryTheirOwnNamesAndIdentifiers) {
       VARDESC* constant = nullptr;
       ASSERT_EQ(info->GetVarDesc(i, &constant), S_OK);
       EXPECT_EQ(NameOf(info.get(), constant->memid), enumeration.members[i]);
+      ExpectHelp(info.get(), constant->memid);
       EXPECT_EQ(constant->lpvarValue->vt, VT_I4);
       EXPECT_EQ(constant->lpvarValue->lVal, static_cast<LONG>(i));
       info->ReleaseVarDesc(constant);
@@ -183,6 +196,7 @@ TEST_F(TypeLibrary, InterfacesAreDualAndHaveTheirMembersInOrder) {
     ASSERT_TRUE(info) << "no vtable";
     attributes = AttributesOf(info.get());
     EXPECT_EQ(attributes.typekind, TKIND_INTERFACE);
+    ExpectHelp(dispatch.get());
 
     found += identity.name + std::wstring(L"\n");
     DISPID last_id = 0;
@@ -196,6 +210,7 @@ TEST_F(TypeLibrary, InterfacesAreDualAndHaveTheirMembersInOrder) {
       EXPECT_EQ(function->oVft, static_cast<SHORT>((7 + i) * sizeof(void*)));
       const std::wstring name = NameOf(info.get(), function->memid);
       EXPECT_EQ(function->memid, name == last_name ? last_id : last_id + 1);
+      ExpectHelp(info.get(), function->memid);
       last_id = function->memid;
       last_name = name;
       info->ReleaseFuncDesc(function);

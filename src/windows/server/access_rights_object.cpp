@@ -1,4 +1,5 @@
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 
 #include "users/access_rights.h"
 #include "windows/server/context_properties.h"
@@ -40,7 +41,7 @@ constexpr Member kMembers[] = {
     kAppName<_cAccessRights>,
     kArdWorkspace<_cAccessRights>,
     Method<&_cAccessRights::IsUserAllowedAccess,
-           Boolean(String, AccessArea, Optional<ByRef<Boolean>, VARIANT_FALSE>)>,
+           Boolean(String, AccessArea, Optional<ReadByRef<Boolean>, VARIANT_FALSE>)>,
     Method<&_cAccessRights::AddUser, Boolean(String)>,
     Method<&_cAccessRights::IsValid, Boolean(String)>,
     Method<&_cAccessRights::List, String()>,
@@ -48,7 +49,10 @@ constexpr Member kMembers[] = {
 
 }  // namespace
 
-const PublishedClass kcAccessRights = {L"cAccessRights", CLSID_cAccessRights, IID__cAccessRights,
-                                       kMembers, Create<AccessRightsObject>};
+const PublishedClass kcAccessRights = {{L"cAccessRights", kMembers, kcAccessRightsNames},
+                                       kcAccessRightsHelp,
+                                       CLSID_cAccessRights,
+                                       IID__cAccessRights,
+                                       Create<AccessRightsObject>};
 
 }  // namespace ard::windows

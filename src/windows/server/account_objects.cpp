@@ -1,5 +1,6 @@
 // Customers, Suppliers, Nominal and Bank.
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 
 #include "accounts/customers.h"
 #include "accounts/nominal_bank.h"
@@ -115,13 +116,25 @@ constexpr Member kCodedMembers[] = {
 
 }  // namespace
 
-const PublishedClass kCustomers = {L"Customers", CLSID_Customers, IID__Customers, kCustomersMembers,
+const PublishedClass kCustomers = {{L"Customers", kCustomersMembers, kCustomersNames},
+                                   kCustomersHelp,
+                                   CLSID_Customers,
+                                   IID__Customers,
                                    Create<CustomersObject>};
-const PublishedClass kSuppliers = {L"Suppliers", CLSID_Suppliers, IID__Suppliers, kSuppliersMembers,
+const PublishedClass kSuppliers = {{L"Suppliers", kSuppliersMembers, kSuppliersNames},
+                                   kSuppliersHelp,
+                                   CLSID_Suppliers,
+                                   IID__Suppliers,
                                    Create<SuppliersObject>};
-const PublishedClass kNominal = {L"Nominal", CLSID_Nominal, IID__Nominal, kCodedMembers<_Nominal>,
+const PublishedClass kNominal = {{L"Nominal", kCodedMembers<_Nominal>, kNominalNames},
+                                 kNominalHelp,
+                                 CLSID_Nominal,
+                                 IID__Nominal,
                                  Create<NominalObject>};
-const PublishedClass kBank = {L"Bank", CLSID_Bank, IID__Bank, kCodedMembers<_Bank>,
+const PublishedClass kBank = {{L"Bank", kCodedMembers<_Bank>, kBankNames},
+                              kBankHelp,
+                              CLSID_Bank,
+                              IID__Bank,
                               Create<BankObject>};
 
 }  // namespace ard::windows

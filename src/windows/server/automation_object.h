@@ -103,27 +103,25 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     if (!info) return E_POINTER;
     *info = nullptr;
     if (index != 0) return DISP_E_BADINDEX;
-    return HandOut(TypeInfo(), info);
+    return HandOut(FindTypeInfo(published_.interface_id), info);
   }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID,
                                           DISPID* ids) final {
-    if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-    if (!names || !ids) return E_POINTER;
-    const ComPtr<ITypeInfo>& info = TypeInfo();
-    return info ? info->GetIDsOfNames(names, count, ids) : TYPE_E_CANTLOADLIBRARY;
+    return windows::GetIDsOfNames(published_.table, reserved, names, count, ids);
   }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags,
                                    DISPPARAMS* parameters, VARIANT* result, EXCEPINFO*,
                                    UINT* failed) final {
-    return windows::Invoke(this, published_.members, id, reserved, locale, flags, parameters,
-                           result, failed);
+    const ComPtr<Interface> self(this);  // the host may let go of it in the middle
+    return windows::Invoke(this, published_.table, portable_.context().trace(), id, reserved,
+                           locale, flags, parameters, result, failed);
   }
 
   // IProvideClassInfo
   HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) final {
     if (!info) return E_POINTER;
     *info = nullptr;
-    return HandOut(runtime_->FindTypeInfo(published_.class_id), info);
+    return HandOut(FindTypeInfo(published_.class_id), info);
   }
 
  protected:
@@ -136,7 +134,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
 
    private:
     FloatingPoint floating_point_;
-    ComPtr<Interface> self_;  // the host may let go of it while a dialog is shown
+    ComPtr<Interface> self_;  // the host may let go of it in the middle
   };
 
   // What a method of the portable class answers to the arguments, as the vtable hands it out.
@@ -189,11 +187,11 @@ class AutomationObject : public Interface, public IProvideClassInfo {
                     std::shared_ptr<Seam> Context::*seam,
                     std::shared_ptr<Seam> (*wrap)(IDispatch* object)) {
     const Entry entry(this);
-    portable_.template Call<ComPtr<IDispatch>>(name, [&](ComPtr<IDispatch>&) {
-      property = ComPtr(value);
-      portable_.context().*seam = nullptr;
-      portable_.context().*seam = wrap(value);
-    });
+    // What was there goes last: it is the host's, and may come back to set the property anew.
+    ComPtr<IDispatch> last_value = std::exchange(property, ComPtr(value));
+    std::shared_ptr<Seam> last = std::exchange(portable_.context().*seam, nullptr);
+    portable_.template Call<ComPtr<IDispatch>>(
+        name, [&](ComPtr<IDispatch>&) { portable_.context().*seam = wrap(value); });
     return S_OK;
   }
   HRESULT GetObject(std::wstring_view name, const ComPtr<IDispatch>& property, IDispatch** value) {
@@ -216,17 +214,11 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     return *out ? S_OK : TYPE_E_CANTLOADLIBRARY;
   }
 
-  const ComPtr<ITypeInfo>& TypeInfo() {
-    if (!type_info_) type_info_ = runtime_->FindTypeInfo(published_.interface_id);
-    return type_info_;
-  }
-
   ModuleLock module_lock_;  // the last to go
   const PublishedClass& published_;
   std::atomic<ULONG> references_ = 1;
   std::shared_ptr<Runtime> runtime_ = Runtime::Get();
   Framed portable_;
-  ComPtr<ITypeInfo> type_info_;
 };
 
 template <class AutomationClass>

@@ -1,5 +1,6 @@
 #include "windows/server/class_factory.h"
 
+#include <atomic>
 #include <new>
 
 #include "windows/floating_point.h"
@@ -7,6 +8,8 @@
 
 namespace ard::windows {
 namespace {
+
+std::atomic<long> host_locks = 0;
 
 // Asks a new object, with one reference, for the interface that a host wants.
 HRESULT HandOver(IUnknown* created, REFIID iid, void** object) {
@@ -31,7 +34,15 @@ class ClassFactory final : public ComObject<IClassFactory> {
     }
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
-    lock ? LockModule() : UnlockModule();
+    if (lock) {
+      LockModule();
+      ++host_locks;
+      return S_OK;
+    }
+    // A lock that no host has made is not undone: that would undo an object's.
+    long locks = host_locks;
+    while (locks > 0 && !host_locks.compare_exchange_weak(locks, locks - 1)) continue;
+    if (locks > 0) UnlockModule();
     return S_OK;
   }
 

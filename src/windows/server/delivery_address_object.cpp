@@ -1,4 +1,5 @@
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 
 #include "addresses/delivery_address.h"
 #include "windows/server/context_properties.h"
@@ -14,9 +15,9 @@ struct AddressType : Long {};
 namespace internal {
 
 template <>
-class Parameter<ByRef<AddressType>> : public Parameter<ByRef<Long>> {
+class Parameter<ReadByRef<AddressType>> : public Parameter<ReadByRef<Long>> {
  public:
-  tbDelAddType* Get() { return reinterpret_cast<tbDelAddType*>(Parameter<ByRef<Long>>::Get()); }
+  tbDelAddType* Get() { return reinterpret_cast<tbDelAddType*>(Parameter<ReadByRef<Long>>::Get()); }
 };
 
 }  // namespace internal
@@ -112,14 +113,16 @@ constexpr Member kMembers[] = {
     ReadOnlyProperty<&_cDeliveryAddress::get_Address1, String>,
     ReadOnlyProperty<&_cDeliveryAddress::get_AccountRef, String>,
     Method<&_cDeliveryAddress::GetAddress,
-           Boolean(Optional<ByRef<String>, nullptr>, Optional<ByRef<String>, nullptr>,
-                   Optional<ByRef<AddressType>, LONG{tbDelAddCompany}>)>,
+           Boolean(Optional<ReadByRef<String>, nullptr>, Optional<ReadByRef<String>, nullptr>,
+                   Optional<ReadByRef<AddressType>, LONG{tbDelAddCompany}>)>,
 };
 
 }  // namespace
 
-const PublishedClass kcDeliveryAddress = {L"cDeliveryAddress", CLSID_cDeliveryAddress,
-                                          IID__cDeliveryAddress, kMembers,
+const PublishedClass kcDeliveryAddress = {{L"cDeliveryAddress", kMembers, kcDeliveryAddressNames},
+                                          kcDeliveryAddressHelp,
+                                          CLSID_cDeliveryAddress,
+                                          IID__cDeliveryAddress,
                                           Create<DeliveryAddressObject>};
 
 }  // namespace ard::windows

@@ -1,7 +1,12 @@
 #include "windows/server/dispatch.h"
 
+#include <dispex.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/text.h"
 #include "windows/floating_point.h"
-#include "windows/server/string_array.h"
 
 namespace ard::windows {
 namespace {
@@ -14,8 +19,12 @@ const Procedure* FindProcedure(std::span<const Member> members, DISPID id, WORD 
   return nullptr;
 }
 
-bool IsOmitted(const VARIANT* argument) {
-  return !argument || (argument->vt == VT_ERROR && argument->scode == DISP_E_PARAMNOTFOUND);
+// A host may hand on an argument that it has not been given itself.
+bool IsOmitted(VARIANT* argument) {
+  if (!argument) return true;
+  argument = internal::Referred(argument);
+  if ((argument->vt & ~VT_BYREF) != VT_ERROR) return false;
+  return (argument->vt & VT_BYREF ? *argument->pscode : argument->scode) == DISP_E_PARAMNOTFOUND;
 }
 
 // Gives each argument to its parameter. Arguments stand in reverse order, the named ones first.
@@ -44,13 +53,50 @@ HRESULT Bind(const Procedure& procedure, const DISPPARAMS& given, Arguments& arg
   return S_OK;
 }
 
+// Takes the first word off `text`.
+std::wstring_view TakeWord(std::wstring_view& text) {
+  const std::wstring_view word = text.substr(0, text.find(L' '));
+  text.remove_prefix(std::min(text.size(), word.size() + 1));
+  return word;
+}
+
+void NoteUnstored(Trace& trace, const DispatchTable& table, DISPID id, UINT parameter,
+                  HRESULT status) {
+  std::wstring_view names = table.names[static_cast<std::size_t>(id) - 1];
+  const std::wstring_view member = TakeWord(names);
+  for (UINT i = 0; i < parameter; ++i) TakeWord(names);
+  trace.Skipped({table.class_name, member, TakeWord(names)}, status,
+                L"The variable cannot hold it.");
+}
+
 }  // namespace
 
-HRESULT Invoke(IDispatch* object, std::span<const Member> members, DISPID id, REFIID reserved,
-               LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result, UINT* failed) {
+HRESULT GetIDsOfNames(const DispatchTable& table, REFIID reserved, LPOLESTR* names, UINT count,
+                      DISPID* ids) {
+  if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (!names || !ids) return E_POINTER;
+  std::fill_n(ids, count, DISPID_UNKNOWN);
+  for (std::size_t i = 0; count > 0 && i < table.names.size(); ++i) {
+    std::wstring_view known = table.names[i];
+    if (!EqualsIgnoreCase(TakeWord(known), names[0])) continue;
+    ids[0] = static_cast<DISPID>(i + 1);
+    for (DISPID parameter = 0; !known.empty(); ++parameter) {
+      const std::wstring_view name = TakeWord(known);
+      for (UINT n = 1; n < count; ++n) {
+        if (EqualsIgnoreCase(name, names[n])) ids[n] = parameter;
+      }
+    }
+    break;
+  }
+  return std::find(ids, ids + count, DISPID_UNKNOWN) == ids + count ? S_OK : DISP_E_UNKNOWNNAME;
+}
+
+HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, DISPID id,
+               REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+               UINT* failed) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!parameters) return E_POINTER;
-  const Procedure* const procedure = FindProcedure(members, id, flags);
+  const Procedure* const procedure = FindProcedure(table.members, id, flags);
   if (!procedure) return DISP_E_MEMBERNOTFOUND;
 
   const FloatingPoint floating_point;
@@ -66,6 +112,9 @@ HRESULT Invoke(IDispatch* object, std::span<const Member> members, DISPID id, RE
   status = procedure->call(object, arguments, answer, unfit);
   if (unfit < procedure->parameters) {
     argument = static_cast<UINT>(arguments.values[unfit] - parameters->rgvarg);
+  }
+  for (UINT i = 0; i < procedure->parameters; ++i) {
+    if (FAILED(arguments.stored[i])) NoteUnstored(trace, table, id, i, arguments.stored[i]);
   }
   if (SUCCEEDED(status) && result) *result = answer.Detach();
   return status;
@@ -92,6 +141,37 @@ HRESULT Convert(VARIANT*& argument, VARTYPE vt, LCID locale, VARIANT& converted)
 
 namespace {
 
+// What a variable of that type takes in memory; 0 for types that are not known.
+std::size_t SizeOf(int vt) {
+  switch (vt) {
+    case VT_I1:
+    case VT_UI1:
+      return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      return 2;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+      return 4;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+      return 8;
+    case VT_BSTR:
+      return sizeof(BSTR);
+    case VT_DECIMAL:
+      return sizeof(DECIMAL);
+    default:
+      return 0;
+  }
+}
+
 // Empty for what is no text.
 Bstr TextOf(VARIANT& value, LCID locale) {
   ScopedVariant text;
@@ -99,7 +179,78 @@ Bstr TextOf(VARIANT& value, LCID locale) {
   return Bstr::Adopt(text.Detach().bstrVal);
 }
 
+// A property of an object of the host's. With a value, it is put; one that is not there yet is made
+// then, as far as the object can.
+HRESULT AccessProperty(IDispatch* object, const wchar_t* name, LCID locale, VARIANT* value,
+                       VARIANT* result) {
+  auto* text = const_cast<LPOLESTR>(name);
+  DISPID id = DISPID_UNKNOWN;
+  HRESULT status = object->GetIDsOfNames(IID_NULL, &text, 1, locale, &id);
+  ComPtr<IDispatchEx> expandable;
+  if (FAILED(status) && value &&
+      SUCCEEDED(object->QueryInterface(__uuidof(IDispatchEx),
+                                       reinterpret_cast<void**>(expandable.Receive())))) {
+    const Bstr wanted = Bstr::Adopt(SysAllocString(name));
+    status = expandable->GetDispID(wanted.get(), fdexNameEnsure | fdexNameCaseSensitive, &id);
+  }
+  if (FAILED(status)) return status;
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS parameters = {value, value ? &put : nullptr, value ? 1u : 0u, value ? 1u : 0u};
+  return object->Invoke(id, IID_NULL, locale, value ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYGET,
+                        &parameters, result, nullptr, nullptr);
+}
+
+// The length of an array of JScript's, as far as elements are filled; none for another object.
+std::optional<ULONG> LengthOf(IDispatch* object, LCID locale) {
+  constexpr LONG kReachable = 0x8000;  // by a 16-bit index
+  ScopedVariant length;
+  if (!object || FAILED(AccessProperty(object, L"length", locale, nullptr, &length)) ||
+      FAILED(VariantChangeTypeEx(&length, &length, locale, 0, VT_I4)) || length.lVal < 0) {
+    return {};
+  }
+  return static_cast<ULONG>(std::min(length.lVal, kReachable));
+}
+
+// Puts a value into a variable of the caller's: a variant, or one of the type that it refers to.
+HRESULT Assign(VARIANT& variable, VARIANT& value, LCID locale) {
+  if (!(variable.vt & VT_BYREF)) {
+    std::swap(variable, value);
+    return S_OK;
+  }
+  const auto vt = static_cast<VARTYPE>(variable.vt & ~VT_BYREF);
+  const HRESULT status = VariantChangeTypeEx(&value, &value, locale, 0, vt);
+  if (FAILED(status)) return status;
+  if (vt == VT_BSTR) {
+    std::swap(*variable.pbstrVal, value.bstrVal);
+  } else if (vt == VT_DECIMAL) {
+    *variable.pdecVal = value.decVal;
+    variable.pdecVal->wReserved = 0;  // where a variant has its type
+  } else {
+    std::memcpy(variable.byref, &value.byref, SizeOf(vt));
+  }
+  return S_OK;
+}
+
 }  // namespace
+
+HRESULT OutputParameter::Load(VARIANT* argument, VARTYPE vt, LCID locale) {
+  locale_ = locale;
+  VARIANT* const source = Referred(argument);
+  const bool reference = source->vt & VT_BYREF;
+  if (source->vt == (VT_BYREF | vt)) {
+    output_ = source->byref;
+    return S_OK;
+  }
+  if (source->vt & VT_ARRAY) return DISP_E_TYPEMISMATCH;
+  if (reference && SizeOf(source->vt & ~VT_BYREF) == 0) return DISP_E_TYPEMISMATCH;
+  if (reference || source != argument) variable_ = source;
+  if (FAILED(VariantChangeTypeEx(&converted_, source, locale, 0, vt))) converted_.vt = vt;
+  return S_OK;
+}
+
+HRESULT OutputParameter::Store() {
+  return variable_ ? Assign(*variable_, converted_, locale_) : S_OK;
+}
 
 Parameter<StringArray>::~Parameter() {
   if (converted_) SafeArrayDestroy(converted_);
@@ -107,39 +258,60 @@ Parameter<StringArray>::~Parameter() {
 
 HRESULT Parameter<StringArray>::Load(VARIANT* argument, LCID locale) {
   argument = Referred(argument);
-  const VARTYPE type = argument->vt & ~VT_BYREF;
-  SAFEARRAY** const array = argument->vt & VT_BYREF ? argument->pparray : &argument->parray;
-  if (type == (VT_ARRAY | VT_BSTR)) {
-    strings_ = array;
-    return S_OK;
-  }
-  if (type != (VT_ARRAY | VT_VARIANT)) return DISP_E_TYPEMISMATCH;
   locale_ = locale;
-  variants_ = *array;
-  if (!variants_ || variants_->cDims != 1) return S_OK;
-  SAFEARRAYBOUND bounds = variants_->rgsabound[0];
+  const bool reference = argument->vt & VT_BYREF;
+  SAFEARRAYBOUND bounds = {};
+  switch (argument->vt & ~VT_BYREF) {
+    case VT_ARRAY | VT_BSTR:
+      strings_ = reference ? argument->pparray : &argument->parray;
+      return S_OK;
+    case VT_ARRAY | VT_VARIANT: {
+      SAFEARRAY* const array = reference ? *argument->pparray : argument->parray;
+      variants_.emplace(array);
+      if (!array || array->cDims != 1) return S_OK;
+      bounds = array->rgsabound[0];
+      break;
+    }
+    case VT_DISPATCH: {
+      object_ = ComPtr(reference ? *argument->ppdispVal : argument->pdispVal);
+      const std::optional<ULONG> length = LengthOf(object_.get(), locale);
+      if (!length) return DISP_E_TYPEMISMATCH;
+      bounds.cElements = *length;
+      break;
+    }
+    default:
+      return DISP_E_TYPEMISMATCH;
+  }
   converted_ = SafeArrayCreate(VT_BSTR, 1, &bounds);
   if (!converted_) return E_OUTOFMEMORY;
-  const ArrayElements<BSTR> strings(converted_);
-  BSTR* string = strings.begin();
-  for (VARIANT& variant : ArrayElements<VARIANT>(variants_)) {
-    *string++ = TextOf(variant, locale_).Detach();
-  }
+  ULONG index = 0;
+  for (BSTR& string : ArrayElements<BSTR>(converted_)) string = Element(index++).Detach();
   return S_OK;
 }
 
-void Parameter<StringArray>::Store() {
-  if (!converted_) return;
-  const ArrayElements<BSTR> strings(converted_);
-  BSTR* string = strings.begin();
-  for (VARIANT& variant : ArrayElements<VARIANT>(variants_)) {
-    if (View(*string) != TextOf(variant, locale_).view()) {
-      VariantClear(&variant);
-      variant.vt = VT_BSTR;
-      variant.bstrVal = std::exchange(*string, nullptr);
-    }
-    ++string;
+Bstr Parameter<StringArray>::Element(ULONG index) {
+  if (!object_) return TextOf(variants_->begin()[index], locale_);
+  ScopedVariant value;
+  AccessProperty(object_.get(), std::to_wstring(index).c_str(), locale_, nullptr, &value);
+  return TextOf(value, locale_);
+}
+
+HRESULT Parameter<StringArray>::Store() {
+  if (!converted_) return S_OK;
+  HRESULT status = S_OK;
+  ULONG index = 0;
+  for (BSTR& string : ArrayElements<BSTR>(converted_)) {
+    const ULONG at = index++;
+    if (View(string) == Element(at).view()) continue;
+    ScopedVariant text;
+    text.vt = VT_BSTR;
+    text.bstrVal = std::exchange(string, nullptr);
+    const HRESULT stored = object_ ? AccessProperty(object_.get(), std::to_wstring(at).c_str(),
+                                                    locale_, &text, nullptr)
+                                   : Assign(variants_->begin()[at], text, locale_);
+    if (FAILED(stored)) status = stored;
   }
+  return status;
 }
 
 }  // namespace internal

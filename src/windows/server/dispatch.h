@@ -6,7 +6,8 @@
 //
 // A member's id is its place in the table, from 1. The arguments are converted to what the vtable
 // takes. Script hosts pass their variables as references to variants, and that is good for every
-// kind of parameter: a variable passed for an output holds the output after the call.
+// kind of parameter: a variable passed for an output, of whatever type, holds the output after the
+// call.
 #ifndef ARD_WINDOWS_SERVER_DISPATCH_H_
 #define ARD_WINDOWS_SERVER_DISPATCH_H_
 
@@ -15,10 +16,14 @@
 #include <oaidl.h>
 
 #include <array>
+#include <optional>
 #include <span>
+#include <string_view>
 #include <tuple>
 
+#include "frame/trace.h"
 #include "windows/engine/com.h"
+#include "windows/server/string_array.h"
 
 namespace ard::windows {
 
@@ -62,8 +67,12 @@ struct ObjectReference {
 // A parameter passed by reference: an output.
 template <class T>
 struct ByRef {};
+// One passed by reference that the member only reads.
+template <class T>
+struct ReadByRef {};
 // An array of strings by reference, dimensioned by the caller and filled by the member, which never
-// resizes it. An array of variants, such as script hosts have, does as well.
+// resizes it. An array of variants does as well, and so does what JScript calls an array: an object
+// with a `length` and elements `0`, `1` and so on.
 struct StringArray {};
 // A parameter that may be left out: it is `default_value` then.
 template <class T, auto default_value>
@@ -75,13 +84,13 @@ inline constexpr UINT kMaxParameters = 8;
 struct Arguments {
   std::array<VARIANT*, kMaxParameters> values{};
   LCID locale = 0;
+  std::array<HRESULT, kMaxParameters> stored{};  // whether an output is in its variable
 };
 
 // One way to use a member.
 struct Procedure {
   // `failed` receives the parameter whose argument cannot be converted.
-  using Call = HRESULT(IDispatch* object, const Arguments& arguments, VARIANT& result,
-                       UINT& failed);
+  using Call = HRESULT(IDispatch* object, Arguments& arguments, VARIANT& result, UINT& failed);
 
   WORD flags = 0;  // DISPATCH_...
   UINT parameters = 0;
@@ -95,10 +104,24 @@ struct Member {
   Procedure put;
 };
 
-// IDispatch::Invoke for an object with these members. The host's own mistakes (no such member,
-// wrong number or type of arguments) are answered with the usual codes.
-HRESULT Invoke(IDispatch* object, std::span<const Member> members, DISPID id, REFIID reserved,
-               LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result, UINT* failed);
+// What a class can be asked late-bound.
+struct DispatchTable {
+  const wchar_t* class_name;
+  std::span<const Member> members;
+  // What each of them and its parameters are called: L"GetName AccRef".
+  std::span<const wchar_t* const> names;
+};
+
+// IDispatch::GetIDsOfNames. A parameter's id is its place, from 0.
+HRESULT GetIDsOfNames(const DispatchTable& table, REFIID reserved, LPOLESTR* names, UINT count,
+                      DISPID* ids);
+
+// IDispatch::Invoke. The host's own mistakes (no such member, wrong number or type of arguments)
+// are answered with the usual codes. An output that its variable cannot hold is noted in `trace`,
+// and the variable stays as it was.
+HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, DISPID id,
+               REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+               UINT* failed);
 
 namespace internal {
 
@@ -123,46 +146,54 @@ class Parameter {
   typename T::Type Get() {
     return value_->vt & VT_BYREF ? *static_cast<typename T::Type*>(value_->byref) : T::In(*value_);
   }
-  void Store() {}
+  HRESULT Store() { return S_OK; }
 
- private:
+ protected:
   VARIANT* value_ = nullptr;
   ScopedVariant converted_;
 };
 
-// An argument of exactly this type by reference is passed on. Any other is converted before the
-// call; when it is a variable of the caller's, that is replaced after it.
 template <class T>
-class Parameter<ByRef<T>> {
+class Parameter<ReadByRef<T>> : public Parameter<T> {
+ public:
+  typename T::Type* Get() {
+    VARIANT& value = *this->value_;
+    return value.vt & VT_BYREF ? static_cast<typename T::Type*>(value.byref) : &T::In(value);
+  }
+};
+
+// What an output of type `vt` goes to. A variable of exactly this type is passed on. Any other is
+// converted before the call, and starts neutral when it cannot be: what it has been used for before
+// is no reason to refuse it. The output is put there after the call.
+class OutputParameter {
+ protected:
+  HRESULT Load(VARIANT* argument, VARTYPE vt, LCID locale);
+  HRESULT Store();
+
+  void* output_ = nullptr;  // null for `converted_`
+  ScopedVariant converted_;
+
+ private:
+  LCID locale_ = 0;
+  VARIANT* variable_ = nullptr;
+};
+
+template <class T>
+class Parameter<ByRef<T>> : private OutputParameter {
  public:
   static constexpr bool kRequired = true;
 
   HRESULT Load(VARIANT* argument, LCID locale) {
-    VARIANT* const source = Referred(argument);
-    if (source->vt == (VT_BYREF | T::kVt)) {
-      output_ = static_cast<typename T::Type*>(source->byref);
-      return S_OK;
-    }
-    if (source->vt & VT_BYREF) return DISP_E_TYPEMISMATCH;
-    if (source != argument) variable_ = source;
-    output_ = &T::In(converted_);
-    return VariantChangeTypeEx(&converted_, source, locale, 0, T::kVt);
+    return OutputParameter::Load(argument, T::kVt, locale);
   }
-  typename T::Type* Get() { return output_; }
-  void Store() {
-    if (!variable_) return;
-    VariantClear(variable_);
-    *variable_ = converted_.Detach();
+  typename T::Type* Get() {
+    return output_ ? static_cast<typename T::Type*>(output_) : &T::In(converted_);
   }
-
- private:
-  typename T::Type* output_ = nullptr;
-  VARIANT* variable_ = nullptr;
-  ScopedVariant converted_;
+  using OutputParameter::Store;
 };
 
-// An array of variants becomes one of strings during the call; those that it has changed are put
-// back.
+// Anything but an array of strings becomes one during the call; the elements that it has changed
+// are put back.
 template <>
 class Parameter<StringArray> {
  public:
@@ -175,19 +206,26 @@ class Parameter<StringArray> {
 
   HRESULT Load(VARIANT* argument, LCID locale);
   SAFEARRAY** Get() { return strings_; }
-  void Store();
+  HRESULT Store();
 
  private:
+  // The text of an element of the caller's, empty for what is none.
+  Bstr Element(ULONG index);
+
   LCID locale_ = 0;
   SAFEARRAY** strings_ = &converted_;
-  SAFEARRAY* variants_ = nullptr;  // what `converted_` has been made of
   SAFEARRAY* converted_ = nullptr;
+  // What `converted_` has been made of: locked for the time of the call, or held.
+  std::optional<ArrayElements<VARIANT>> variants_;
+  ComPtr<IDispatch> object_;
 };
 
 template <class T>
 struct TypeOf : T {};
 template <class T>
 struct TypeOf<ByRef<T>> : T {};
+template <class T>
+struct TypeOf<ReadByRef<T>> : T {};
 
 template <class T, auto default_value>
 class Parameter<Optional<T, default_value>> : public Parameter<T> {
@@ -210,7 +248,7 @@ Class* ClassOf(HRESULT (STDMETHODCALLTYPE Class::*)(Types...));
 
 // Calls `member` with arguments of the kinds `Kinds`, and with more (where its result goes).
 template <auto member, class... Kinds, class... More>
-HRESULT CallMember(IDispatch* object, const Arguments& arguments, UINT& failed, More... more) {
+HRESULT CallMember(IDispatch* object, Arguments& arguments, UINT& failed, More... more) {
   using Interface = decltype(ClassOf(member));
   std::tuple<Parameter<Kinds>...> parameters;
   return std::apply(
@@ -225,7 +263,8 @@ HRESULT CallMember(IDispatch* object, const Arguments& arguments, UINT& failed, 
           return status;
         }
         status = (static_cast<Interface>(object)->*member)(parameter.Get()..., more...);
-        (parameter.Store(), ...);
+        HRESULT* stored = arguments.stored.data();
+        ((*stored++ = parameter.Store()), ...);
         return status;
       },
       parameters);
@@ -235,13 +274,13 @@ template <auto member, class Signature>
 struct Call;
 template <auto member, class... Kinds>
 struct Call<member, void(Kinds...)> {
-  static HRESULT Run(IDispatch* object, const Arguments& arguments, VARIANT&, UINT& failed) {
+  static HRESULT Run(IDispatch* object, Arguments& arguments, VARIANT&, UINT& failed) {
     return CallMember<member, Kinds...>(object, arguments, failed);
   }
 };
 template <auto member, class Result, class... Kinds>
 struct Call<member, Result(Kinds...)> {
-  static HRESULT Run(IDispatch* object, const Arguments& arguments, VARIANT& result, UINT& failed) {
+  static HRESULT Run(IDispatch* object, Arguments& arguments, VARIANT& result, UINT& failed) {
     auto& content = Result::In(result);
     content = {};
     const HRESULT status = CallMember<member, Kinds...>(object, arguments, failed, &content);

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "frame/text.h"
 #include "tests/windows/host.h"
 #include "windows/server/string_array.h"
 
@@ -57,9 +58,14 @@ struct Sample : testing::ForeignObject {
     return S_OK;
   }
   std::int32_t lower_bound = -1;
+  virtual HRESULT STDMETHODCALLTYPE Add(double* amount, double* result) {
+    *result = *amount + 1;
+    *amount = 0;
+    return S_OK;
+  }
 };
 
-enum : DISPID { kText = 1, kObject, kIsLonger, kChange, kMark };
+enum : DISPID { kText = 1, kObject, kIsLonger, kChange, kMark, kAdd };
 constexpr Member kMembers[] = {
     Property<&Sample::get_Text, &Sample::put_Text, String>,
     ObjectProperty<&Sample::get_Object, &Sample::putref_Object>,
@@ -67,7 +73,12 @@ constexpr Member kMembers[] = {
     Method<&Sample::Change,
            void(Double, ByRef<Double>, ByRef<String>, Optional<Boolean, VARIANT_TRUE>)>,
     Method<&Sample::Mark, void(StringArray)>,
+    Method<&Sample::Add, Double(ReadByRef<Double>)>,
 };
+constexpr const wchar_t* kNames[] = {
+    L"Text",       L"Object",    L"IsLonger a length", L"Change by amount name use",
+    L"Mark array", L"Add amount"};
+constexpr DispatchTable kTable = {L"Sample", kMembers, kNames};
 
 VARIANT Text(const wchar_t* text) { return testing::Variant(text).Detach(); }
 VARIANT Long(long value) { return testing::Variant(value).Detach(); }
@@ -98,14 +109,15 @@ class DispatchTest : public ::testing::Test {
                              static_cast<UINT>(names.size())};
     result_ = ScopedVariant();
     failed_ = kNone;
-    const HRESULT status = windows::Invoke(&sample_, kMembers, id, IID_NULL, LOCALE_NEUTRAL, flags,
-                                           &parameters, &result_, &failed_);
+    const HRESULT status = windows::Invoke(&sample_, kTable, trace_, id, IID_NULL, LOCALE_NEUTRAL,
+                                           flags, &parameters, &result_, &failed_);
     for (VARIANT& argument : arguments) VariantClear(&argument);
     return status;
   }
 
   static constexpr UINT kNone = 99;
   Sample sample_;
+  Trace trace_;
   ScopedVariant result_;
   UINT failed_ = kNone;
 };
@@ -146,12 +158,93 @@ TEST_F(DispatchTest, OutputsGoBackIntoVariables) {
   EXPECT_EQ(View(name.bstrVal), L"!!");
 }
 
+// A host's variable has the type that the host likes.
+TEST_F(DispatchTest, OutputsGoBackIntoVariablesOfOtherTypes) {
+  std::string lines;
+  trace_.Attach([&](std::string_view line) {
+    lines.append(line.substr(line.find('\t'))).append("\n");  // without its time
+  });
+  const auto change = [&](const VARIANT& variable, const wchar_t* by) {
+    EXPECT_EQ(Invoke(kChange, DISPATCH_METHOD, {Text(by), variable, Text(L"")}), S_OK) << lines;
+  };
+  struct Case {
+    VARTYPE vt;
+    const wchar_t* before;
+    const wchar_t* by;
+    const wchar_t* after;
+  };
+  const Case cases[] = {
+      {VT_I1, L"21", L"2", L"42"},
+      {VT_UI1, L"21", L"2", L"42"},
+      {VT_I2, L"21", L"2", L"42"},
+      {VT_UI2, L"21", L"2", L"42"},
+      {VT_I4, L"21", L"2", L"42"},
+      {VT_UI4, L"21", L"2", L"42"},
+      {VT_INT, L"21", L"2", L"42"},
+      {VT_UINT, L"21", L"2", L"42"},
+      {VT_I8, L"21", L"2", L"42"},
+      {VT_UI8, L"21", L"2", L"42"},
+      {VT_R4, L"0.5", L"2.5", L"1.25"},
+      {VT_DECIMAL, L"0.5", L"2.5", L"1.25"},
+      {VT_CY, L"0.5", L"2.5", L"1.25"},
+      {VT_BOOL, L"-1", L"2", L"-1"},
+      {VT_DATE, L"0.5", L"2.5", L"1.25"},
+      {VT_BSTR, L"0.5", L"2.5", L"1.25"},
+      {VT_BSTR, L"text", L"2", L"0"},
+      {VT_BSTR, L"", L"2", L"0"},
+      {VT_I4, L"5", L"0.5", L"2"},
+      {VT_I4, L"7", L"0.5", L"4"},  // half to even
+      // What does not fit leaves it as it was.
+      {VT_UI1, L"200", L"2", L"200"},
+      {VT_I2, L"-20000", L"2", L"-20000"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.vt) + " " + ToUtf8(c.before));
+    ScopedVariant number = testing::Variant(c.before);
+    if (c.vt != VT_BSTR) VariantChangeTypeEx(&number, &number, LOCALE_NEUTRAL, 0, VT_R8);
+    ScopedVariant variable;
+    ASSERT_EQ(VariantChangeTypeEx(&variable, &number, LOCALE_NEUTRAL, 0, c.vt), S_OK);
+    void* const content =
+        c.vt == VT_DECIMAL ? static_cast<void*>(&variable.decVal) : &variable.lVal;
+    change(Reference(c.vt, content), c.by);
+    variable.vt = c.vt;  // a decimal takes the whole of it
+    ScopedVariant now;
+    VariantChangeTypeEx(&now, &variable, LOCALE_NEUTRAL, 0, VT_R8);
+    VariantChangeTypeEx(&now, &now, LOCALE_NEUTRAL, 0, VT_BSTR);
+    EXPECT_EQ(View(now.bstrVal), c.after);
+  }
+  EXPECT_EQ(lines,
+            "\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n"
+            "\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n");
+
+  // A script's variable holds what it was used for before; it becomes a number.
+  Sample object;
+  for (VARIANT held : {Text(L""), Text(L"text"), Nothing(VT_NULL), Nothing(VT_EMPTY),
+                       Nothing(VT_DISPATCH), testing::Variant(&object).Detach()}) {
+    change(Reference(VT_VARIANT, &held), L"2");
+    EXPECT_EQ(held.vt, VT_R8);
+    EXPECT_EQ(held.dblVal, 0);
+  }
+  EXPECT_EQ(object.references, 1u);
+}
+
+TEST_F(DispatchTest, WhatIsOnlyReadStaysAsItWas) {
+  short number = 20;
+  ScopedVariant text = testing::Variant(L"20");
+  for (const VARIANT& variable : {Reference(VT_I2, &number), Reference(VT_VARIANT, &text)}) {
+    ASSERT_EQ(Invoke(kAdd, DISPATCH_METHOD, {variable}), S_OK);
+    EXPECT_EQ(result_.dblVal, 21);
+  }
+  EXPECT_EQ(number, 20);
+  EXPECT_EQ(text.vt, VT_BSTR);
+}
+
 TEST_F(DispatchTest, OutputsOfPlainValuesAreDropped) {
   VARIANT name = Text(L"a");
   VARIANT arguments[] = {name, Long(21), Long(2)};
   DISPPARAMS parameters = {arguments, nullptr, 3, 0};
-  ASSERT_EQ(windows::Invoke(&sample_, kMembers, kChange, IID_NULL, 0, DISPATCH_METHOD, &parameters,
-                            nullptr, nullptr),
+  ASSERT_EQ(windows::Invoke(&sample_, kTable, trace_, kChange, IID_NULL, 0, DISPATCH_METHOD,
+                            &parameters, nullptr, nullptr),
             S_OK);
   EXPECT_EQ(sample_.factor, 2);
   EXPECT_EQ(arguments[0].bstrVal, name.bstrVal);  // they are the caller's
@@ -203,8 +296,13 @@ TEST_F(DispatchTest, ArgumentsMayBeNamedOrOmitted) {
   EXPECT_EQ(result_.boolVal, VARIANT_TRUE);
   ASSERT_EQ(Invoke(kIsLonger, DISPATCH_METHOD, {Text(L"1234"), Long(4)}, {1}), S_OK);
   EXPECT_EQ(result_.boolVal, VARIANT_FALSE);
-  ASSERT_EQ(Invoke(kChange, DISPATCH_METHOD, {Long(2), Long(1), Text(L""), Omitted()}), S_OK);
-  EXPECT_TRUE(sample_.flag);
+  VARIANT omitted = Omitted();
+  for (const VARIANT& way :
+       {omitted, Reference(VT_VARIANT, &omitted), Reference(VT_ERROR, &omitted.scode)}) {
+    sample_.flag = false;
+    ASSERT_EQ(Invoke(kChange, DISPATCH_METHOD, {Long(2), Long(1), Text(L""), way}), S_OK);
+    EXPECT_TRUE(sample_.flag);
+  }
   ASSERT_EQ(Invoke(kChange, DISPATCH_METHOD, {Long(2), Long(0), Text(L""), Long(1)}, {3, 2, 1}),
             S_OK);
   EXPECT_FALSE(sample_.flag);
@@ -238,8 +336,10 @@ TEST_F(DispatchTest, PropertiesAreSetInEveryWay) {
 }
 
 TEST_F(DispatchTest, MistakesOfTheHostAreTold) {
-  short target = 0;
-  const VARIANT short_integer = Reference(VT_I2, &target);
+  IDispatch* target = nullptr;
+  const VARIANT object = Reference(VT_DISPATCH, &target);
+  VARIANT array = Nothing(VT_ARRAY | VT_VARIANT);
+  VARIANT omitted = Omitted();
   const WORD call = DISPATCH_METHOD;
   const WORD put = DISPATCH_PROPERTYPUT;
   struct Case {
@@ -253,7 +353,7 @@ TEST_F(DispatchTest, MistakesOfTheHostAreTold) {
   };
   const Case cases[] = {
       {"no member", 0, call, {}, {}, DISP_E_MEMBERNOTFOUND},
-      {"no member", kMark + 1, call, {}, {}, DISP_E_MEMBERNOTFOUND},
+      {"no member", kAdd + 1, call, {}, {}, DISP_E_MEMBERNOTFOUND},
       {"put a method", kIsLonger, put, {Long(1)}, {}, DISP_E_MEMBERNOTFOUND},
       {"call a property", kText, call, {}, {}, DISP_E_MEMBERNOTFOUND},
       {"refer to a text", kText, DISPATCH_PROPERTYPUTREF, {}, {}, DISP_E_MEMBERNOTFOUND},
@@ -267,7 +367,20 @@ TEST_F(DispatchTest, MistakesOfTheHostAreTold) {
       {"no text", kIsLonger, call, {Nothing(VT_NULL), Long(1)}, {}, DISP_E_TYPEMISMATCH, 1},
       {"too large", kIsLonger, call, {Long(1), Long(70000)}, {}, DISP_E_OVERFLOW, 0},
       {"no object", kObject, put, {Long(1)}, {}, DISP_E_TYPEMISMATCH, 0},
-      {"other type", kChange, call, {Long(1), short_integer, Long(1)}, {}, DISP_E_TYPEMISMATCH, 1},
+      {"object", kChange, call, {Long(1), object, Long(1)}, {}, DISP_E_TYPEMISMATCH, 1},
+      {"array",
+       kChange,
+       call,
+       {Long(1), Reference(VT_VARIANT, &array), Long(1)},
+       {},
+       DISP_E_TYPEMISMATCH,
+       1},
+      {"handed on",
+       kIsLonger,
+       call,
+       {Text(L"a"), Reference(VT_VARIANT, &omitted)},
+       {},
+       DISP_E_PARAMNOTOPTIONAL},
       {"no array", kMark, call, {Text(L"a")}, {}, DISP_E_TYPEMISMATCH, 0},
   };
   for (const Case& c : cases) {

@@ -1,4 +1,5 @@
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 
 #include "settings/general.h"
 #include "windows/server/context_properties.h"
@@ -117,7 +118,10 @@ constexpr Member kMembers[] = {
 
 }  // namespace
 
-const PublishedClass kGeneral = {L"General", CLSID_General, IID__General, kMembers,
+const PublishedClass kGeneral = {{L"General", kMembers, kGeneralNames},
+                                 kGeneralHelp,
+                                 CLSID_General,
+                                 IID__General,
                                  Create<GeneralObject>};
 
 }  // namespace ard::windows

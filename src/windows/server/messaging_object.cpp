@@ -2,6 +2,7 @@
 #include <windows.h>
 #undef LogonUser  // a macro of the system's, in the way of the published name
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 // clang-format on
 
 #include "users/messaging.h"
@@ -115,7 +116,10 @@ constexpr Member kMembers[] = {
 
 }  // namespace
 
-const PublishedClass kMessaging = {L"Messaging", CLSID_Messaging, IID__Messaging, kMembers,
+const PublishedClass kMessaging = {{L"Messaging", kMembers, kMessagingNames},
+                                   kMessagingHelp,
+                                   CLSID_Messaging,
+                                   IID__Messaging,
                                    Create<MessagingObject>};
 
 }  // namespace ard::windows

@@ -1,6 +1,7 @@
 #include "windows/server/module.h"
 
 #include <atomic>
+#include <mutex>
 
 // Where the linker has put the module.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -12,6 +13,9 @@ std::atomic<long> locks = 0;
 
 std::mutex runtime_mutex;
 std::weak_ptr<Runtime> shared_runtime;
+
+std::mutex type_library_mutex;
+ComPtr<ITypeLib> type_library;
 
 }  // namespace
 
@@ -44,13 +48,11 @@ std::shared_ptr<Runtime> Runtime::Get() {
   return runtime;
 }
 
-ComPtr<ITypeInfo> Runtime::FindTypeInfo(REFGUID id) {
-  const std::lock_guard lock(mutex_);
-  if (!type_library_) {
-    LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, type_library_.Receive());
-  }
+ComPtr<ITypeInfo> FindTypeInfo(REFGUID id) {
+  const std::lock_guard lock(type_library_mutex);
+  if (!type_library) LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, type_library.Receive());
   ComPtr<ITypeInfo> info;
-  if (type_library_) type_library_->GetTypeInfoOfGuid(id, info.Receive());
+  if (type_library) type_library->GetTypeInfoOfGuid(id, info.Receive());
   return info;
 }
 

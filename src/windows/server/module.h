@@ -7,7 +7,6 @@
 #include <oaidl.h>
 
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "windows/engine/com.h"
@@ -41,15 +40,13 @@ class Runtime {
 
   Environment& environment() { return environment_; }
 
-  // The description of an interface or class in the module's own type library; null when it cannot
-  // be loaded.
-  ComPtr<ITypeInfo> FindTypeInfo(REFGUID id);
-
  private:
   WindowsEnvironment environment_{ModuleInstance()};
-  std::mutex mutex_;
-  ComPtr<ITypeLib> type_library_;
 };
+
+// The description of an interface or class in the module's own type library; null when it cannot be
+// loaded. Loading takes long, so the library stays until the module goes.
+ComPtr<ITypeInfo> FindTypeInfo(REFGUID id);
 
 }  // namespace ard::windows
 

@@ -1,5 +1,6 @@
 // SalesOrders and PurchaseOrders.
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 
 #include "orders/orders.h"
 #include "windows/server/context_properties.h"
@@ -72,10 +73,15 @@ constexpr Member kPurchaseMembers[] = {
 
 }  // namespace
 
-const PublishedClass kSalesOrders = {L"SalesOrders", CLSID_SalesOrders, IID__SalesOrders,
-                                     kSalesMembers, Create<SalesOrdersObject>};
-const PublishedClass kPurchaseOrders = {L"PurchaseOrders", CLSID_PurchaseOrders,
-                                        IID__PurchaseOrders, kPurchaseMembers,
+const PublishedClass kSalesOrders = {{L"SalesOrders", kSalesMembers, kSalesOrdersNames},
+                                     kSalesOrdersHelp,
+                                     CLSID_SalesOrders,
+                                     IID__SalesOrders,
+                                     Create<SalesOrdersObject>};
+const PublishedClass kPurchaseOrders = {{L"PurchaseOrders", kPurchaseMembers, kPurchaseOrdersNames},
+                                        kPurchaseOrdersHelp,
+                                        CLSID_PurchaseOrders,
+                                        IID__PurchaseOrders,
                                         Create<PurchaseOrdersObject>};
 
 }  // namespace ard::windows

@@ -1,4 +1,5 @@
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 
 #include <memory>
 #include <utility>
@@ -174,7 +175,10 @@ constexpr Member kMembers[] = {
 
 }  // namespace
 
-const PublishedClass kProducts = {L"Products", CLSID_Products, IID__Products, kMembers,
+const PublishedClass kProducts = {{L"Products", kMembers, kProductsNames},
+                                  kProductsHelp,
+                                  CLSID_Products,
+                                  IID__Products,
                                   Create<ProductsObject>};
 
 }  // namespace ard::windows

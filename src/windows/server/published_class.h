@@ -9,10 +9,10 @@
 namespace ard::windows {
 
 struct PublishedClass {
-  const wchar_t* name;  // such as L"Customers"
+  DispatchTable table;
+  const wchar_t* help;  // what the class is, for people
   const CLSID& class_id;
   const IID& interface_id;
-  std::span<const Member> members;  // of that interface
   // A new object with one reference. Throws when there is no memory for it.
   IDispatch* (*create)(const PublishedClass& published);
 };

@@ -1,5 +1,6 @@
 // CustomerRecord and SupplierRecord.
 #include <ArdObjects100.h>
+#include <ArdObjects100_names.h>
 
 #include "accounts/account_records.h"
 #include "windows/server/context_properties.h"
@@ -223,11 +224,15 @@ constexpr Member kSupplierMembers[] = {
 
 }  // namespace
 
-const PublishedClass kCustomerRecord = {L"CustomerRecord", CLSID_CustomerRecord,
-                                        IID__CustomerRecord, kCustomerMembers,
+const PublishedClass kCustomerRecord = {{L"CustomerRecord", kCustomerMembers, kCustomerRecordNames},
+                                        kCustomerRecordHelp,
+                                        CLSID_CustomerRecord,
+                                        IID__CustomerRecord,
                                         Create<CustomerRecordObject>};
-const PublishedClass kSupplierRecord = {L"SupplierRecord", CLSID_SupplierRecord,
-                                        IID__SupplierRecord, kSupplierMembers,
+const PublishedClass kSupplierRecord = {{L"SupplierRecord", kSupplierMembers, kSupplierRecordNames},
+                                        kSupplierRecordHelp,
+                                        CLSID_SupplierRecord,
+                                        IID__SupplierRecord,
                                         Create<SupplierRecordObject>};
 
 }  // namespace ard::windows

@@ -1,0 +1,270 @@
+#!/usr/bin/env python3
+"""Makes of an IDL file what the library is built of.
+
+    type_library.py IDL FOLDER WIDL [ARGUMENT...]
+
+runs WIDL for FOLDER/<name>.h (interfaces), <name>_i.c (identifiers) and <name>.tlb (type library).
+Two things that the IDL says are more than widl takes; they are put into the type library here:
+
+  * help strings of an enumeration's values, written before the value;
+  * text as the default of a parameter by reference.
+
+From the type library, so from the same facts, it then writes
+
+  <name>_names.h    what the classes, their members and the parameters are called, in C++;
+  <name>.manifest   by which hosts use the classes without registration.
+"""
+
+import re
+import struct
+import subprocess
+import sys
+import uuid
+from pathlib import Path
+
+STRING = r'"((?:[^"\\]|\\.)*)"'
+HAS_DEFAULTS = 0x1000  # in a function's record
+PARAMETER_HAS_DEFAULT = 0x20
+ENUM, DISPATCH, COCLASS = 0, 4, 5
+GET, PUT, PUTREF = 2, 4, 8
+VT_BSTR = 8
+
+
+def split(idl):
+    """The IDL as widl takes it, {value: help string} and {(method, parameter): default}."""
+    helps, defaults = {}, {}
+
+    def enumeration(match):
+        return re.sub(
+            r"\[helpstring\(" + STRING + r"\)\]\s*(\w+)",
+            lambda m: (helps.update({m[2]: m[1]}), m[2])[1],
+            match[0],
+        )
+
+    def method(match):
+        def default(m):
+            defaults[match[1], m[3]] = m[1]
+            return m[0].replace(f'"{m[1]}"', "0")
+
+        return re.sub(r"defaultvalue\(" + STRING + r"\)\]\s*(BSTR)\s*\*\s*(\w+)", default, match[0])
+
+    idl = re.sub(r"\benum\s+\w+\s*\{.*?\}", enumeration, idl, flags=re.S)
+    return re.sub(r"\bHRESULT\s+(\w+)\(.*?;", method, idl, flags=re.S), helps, defaults
+
+
+class TypeLibrary:
+    """A type library's file: header, segments, and a block of records for each type."""
+
+    (TYPES, _, _, _, _, GUIDS, _, NAMES, STRINGS, _, _, CONSTANTS) = range(12)
+    TYPE_SIZE = 0x64
+
+    def __init__(self, data):
+        assert data[:4] == b"MSFT", "no type library"
+        flags, count = struct.unpack_from("<I", data, 0x14)[0], struct.unpack_from("<I", data, 0x20)[0]
+        self.directory = 0x54 + (4 if flags & 0x100 else 0) + 4 * count
+        self.header = bytearray(data[: self.directory])
+        self.places = [list(struct.unpack_from("<4i", data, self.directory + 16 * i)) for i in range(15)]
+        self.segments = [bytearray(data[max(at, 0) : max(at, 0) + size]) for at, size, _, _ in self.places]
+        self.types = [Type(self, i, data) for i in range(count)]
+
+    def bytes(self):
+        at = self.directory + 16 * len(self.places)
+        directory, body = b"", b""
+        order = sorted(range(15), key=lambda i: self.places[i][0] & 0xFFFFFFFF)
+        for i in order:
+            if self.places[i][0] >= 0:
+                self.places[i][:2] = at + len(body), len(self.segments[i])
+                body += self.segments[i] if i != self.TYPES else b"\0" * len(self.segments[i])
+        for kind in self.types:
+            struct.pack_into("<I", self.segments[self.TYPES], kind.at + 4, at + len(body))
+            body += kind.block()
+        start = self.places[self.TYPES][0] - at
+        types = bytes(self.segments[self.TYPES])
+        body = body[:start] + types + body[start + len(types) :]
+        directory = b"".join(struct.pack("<4i", *place) for place in self.places)
+        return bytes(self.header) + directory + body
+
+    def append(self, segment, content):
+        """Adds to a segment in whole words; the place of what was added."""
+        at = len(self.segments[segment])
+        content = content.ljust(8, b"W")
+        self.segments[segment] += content + b"W" * (-len(content) % 4)
+        return at
+
+    def add_string(self, text):
+        text = text.encode("ascii")
+        return self.append(self.STRINGS, struct.pack("<H", len(text)) + text)
+
+    def add_constant(self, text):
+        text = text.encode("ascii")
+        return self.append(self.CONSTANTS, struct.pack("<HI", VT_BSTR, len(text)) + text)
+
+    def name(self, at):
+        length = self.segments[self.NAMES][at + 8]
+        return self.segments[self.NAMES][at + 12 : at + 12 + length].decode("ascii")
+
+    def string(self, at):
+        if at < 0:
+            return ""
+        (length,) = struct.unpack_from("<H", self.segments[self.STRINGS], at)
+        return self.segments[self.STRINGS][at + 2 : at + 2 + length].decode("ascii")
+
+    def guid(self, at):
+        return "{" + str(uuid.UUID(bytes_le=bytes(self.segments[self.GUIDS][at : at + 16]))).upper() + "}"
+
+
+class Type:
+    """A type: its place in the first segment, and its members' records."""
+
+    def __init__(self, library, number, data):
+        self.library = library
+        self.at = number * library.TYPE_SIZE
+        kind, block = struct.unpack_from("<2I", self._base(), 0)
+        self.kind = kind & 0xF
+        members, guid = struct.unpack_from("<I", self._base(), 0x18)[0], struct.unpack_from("<i", self._base(), 0x2C)[0]
+        self.guid = library.guid(guid) if guid >= 0 else ""
+        self.name = library.name(struct.unpack_from("<i", self._base(), 0x34)[0])
+        self.help = library.string(struct.unpack_from("<i", self._base(), 0x3C)[0])
+        self.functions, self.records, self.index = members & 0xFFFF, [], b""
+        count = self.functions + (members >> 16)
+        if not count:
+            return
+        (size,) = struct.unpack_from("<I", data, block)
+        at, end = block + 4, block + 4 + size
+        while at < end:
+            length = struct.unpack_from("<H", data, at)[0]
+            self.records.append(bytearray(data[at : at + length]))
+            at += length
+        assert len(self.records) == count
+        # Their ids and names, and then where the records start, which block() works out.
+        self.ids = struct.unpack_from(f"<{count}i", data, end)
+        self.names = [library.name(at) for at in struct.unpack_from(f"<{count}i", data, end + 4 * count)]
+        self.index = data[end : end + 8 * count]
+
+    def _base(self):
+        return self.library.segments[self.library.TYPES][self.at : self.at + self.library.TYPE_SIZE]
+
+    def block(self):
+        if not self.records:
+            return b""
+        starts, at = b"", 0
+        for record in self.records:
+            starts += struct.pack("<I", at)
+            at += len(record)
+        return struct.pack("<I", at) + b"".join(self.records) + self.index + starts
+
+    def set_help(self, member, text):
+        """Of a member that has none: the record ends before it."""
+        record = self.records[self.names.index(member)]
+        assert len(record) == 0x14, member
+        record += struct.pack("<2i", 0, self.library.add_string(text))
+        struct.pack_into("<H", record, 0, len(record))
+
+    def parameters(self, function):
+        """Each parameter's place in the record, and its name."""
+        record = self.records[function]
+        (count,) = struct.unpack_from("<H", record, 0x14)
+        first = len(record) - 12 * count
+        places = [first + 12 * i for i in range(count)]
+        return [(at, self.library.name(struct.unpack_from("<i", record, at + 4)[0])) for at in places]
+
+    def set_default(self, function, parameter, text):
+        record, parameters = self.records[function], self.parameters(function)
+        (kinds,) = struct.unpack_from("<I", record, 0x10)
+        assert kinds & HAS_DEFAULTS, parameter
+        (number,) = (i for i, (_, name) in enumerate(parameters) if name == parameter)
+        at = parameters[number][0]
+        (flags,) = struct.unpack_from("<I", record, at + 8)
+        assert flags & PARAMETER_HAS_DEFAULT, parameter
+        constant = self.library.add_constant(text)
+        struct.pack_into("<I", record, parameters[0][0] - 4 * len(parameters) + 4 * number, constant)
+
+    def is_call(self, function):
+        (kinds,) = struct.unpack_from("<I", self.records[function], 0x10)
+        return not kinds >> 3 & (GET | PUT | PUTREF)
+
+
+def classes(library):
+    """Each class with the interface that it is used by."""
+    interfaces = {kind.name: kind for kind in library.types if kind.kind == DISPATCH}
+    for kind in library.types:
+        if kind.kind == COCLASS:
+            yield kind, interfaces["_" + kind.name]
+
+
+def member_names(interface):
+    """A text for each id: the member's name, and those of a method's parameters but its result."""
+    texts = {}
+    for function, member in enumerate(interface.ids):
+        words = [interface.names[function]]
+        if interface.is_call(function):
+            words += [name for _, name in interface.parameters(function) if name != "Result"]
+        texts.setdefault(member, " ".join(words))
+    assert list(texts) == list(range(1, len(texts) + 1)), interface.name
+    return texts.values()
+
+
+def names_header(library, idl):
+    lines = [f"// Written by {Path(__file__).name} from {idl}.", "namespace ard::windows {"]
+    for kind, interface in classes(library):
+        lines += [f"inline constexpr wchar_t k{kind.name}Help[] = L\"{kind.help}\";"]
+        lines += [f"inline constexpr const wchar_t* k{kind.name}Names[] = {{"]
+        lines += [f'    L"{text}",' for text in member_names(interface)]
+        lines += ["};"]
+    return "\n".join(lines + ["}  // namespace ard::windows", ""])
+
+
+def manifest(library, name):
+    processor = {1: "x86", 3: "amd64"}[library.header[0x14] & 0xF]
+    major, minor = struct.unpack_from("<2H", library.header, 0x18)
+    identity = library.guid(struct.unpack_from("<i", library.header, 8)[0])
+    lines = [
+        '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>',
+        '<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">',
+        f'  <assemblyIdentity type="win32" name="{name}" version="{major}.{minor}.0.0"'
+        f' processorArchitecture="{processor}"/>',
+        f'  <file name="{name}.dll">',
+        f'    <typelib tlbid="{identity}" version="{major}.{minor}" helpdir=""/>',
+    ]
+    for kind, _ in classes(library):
+        lines += [
+            f'    <comClass description="{kind.help}" clsid="{kind.guid}" tlbid="{identity}"'
+            f' progid="{name}.{kind.name}" threadingModel="Apartment">',
+            f"      <progid>{name}.{kind.name}.1</progid>",
+            "    </comClass>",
+        ]
+    lines += ["  </file>"]
+    for _, interface in classes(library):
+        lines += [
+            f'  <comInterfaceExternalProxyStub name="{interface.name}" iid="{interface.guid}"'
+            f' tlbid="{identity}" proxyStubClsid32="{{00020424-0000-0000-C000-000000000046}}"/>',
+        ]
+    return "\n".join(lines + ["</assembly>", ""])
+
+
+def main():
+    source, folder, widl = Path(sys.argv[1]), Path(sys.argv[2]), sys.argv[3:]
+    base = folder / source.stem
+    text, helps, defaults = split(source.read_text("ascii"))
+    reduced = folder / source.name
+    reduced.write_text(text, "ascii")
+    outputs = ["-h", "-H", f"{base}.h", "-u", "-U", f"{base}_i.c", "-t", "-T", f"{base}.tlb"]
+    subprocess.run([*widl, *outputs, reduced], check=True)
+
+    path = base.with_suffix(".tlb")
+    library = TypeLibrary(path.read_bytes())
+    assert library.bytes() == path.read_bytes(), "a type library of another kind"
+    for kind in library.types:
+        for name in kind.names if kind.kind == ENUM else []:
+            if name in helps:
+                kind.set_help(name, helps.pop(name))
+        for function, name in enumerate(kind.names if kind.kind == DISPATCH else []):
+            for method, parameter in [key for key in defaults if key[0] == name]:
+                kind.set_default(function, parameter, defaults.pop((method, parameter)))
+    assert not helps and not defaults, (helps, defaults)
+    path.write_bytes(library.bytes())
+    Path(f"{base}_names.h").write_text(names_header(library, source.name))
+    base.with_suffix(".manifest").write_text(manifest(library, source.stem))
+
+
+main()
