@@ -117,7 +117,7 @@ class Type:
     """A type: its place in the first segment, and its members' records."""
 
     def __init__(self, library, number, data):
-        self.library = library
+        self.typelib = library
         self.at = number * library.TYPE_SIZE
         kind, block = struct.unpack_from("<2I", self._base(), 0)
         self.kind = kind & 0xF
@@ -142,7 +142,7 @@ class Type:
         self.index = data[end : end + 8 * count]
 
     def _base(self):
-        return self.library.segments[self.library.TYPES][self.at : self.at + self.library.TYPE_SIZE]
+        return self.typelib.segments[self.typelib.TYPES][self.at : self.at + self.typelib.TYPE_SIZE]
 
     def block(self):
         if not self.records:
@@ -157,7 +157,7 @@ class Type:
         """Of a member that has none: the record ends before it."""
         record = self.records[self.names.index(member)]
         assert len(record) == 0x14, member
-        record += struct.pack("<2i", 0, self.library.add_string(text))
+        record += struct.pack("<2i", 0, self.typelib.add_string(text))
         struct.pack_into("<H", record, 0, len(record))
 
     def parameters(self, function):
@@ -166,7 +166,7 @@ class Type:
         (count,) = struct.unpack_from("<H", record, 0x14)
         first = len(record) - 12 * count
         places = [first + 12 * i for i in range(count)]
-        return [(at, self.library.name(struct.unpack_from("<i", record, at + 4)[0])) for at in places]
+        return [(at, self.typelib.name(struct.unpack_from("<i", record, at + 4)[0])) for at in places]
 
     def set_default(self, function, parameter, text):
         record, parameters = self.records[function], self.parameters(function)
@@ -176,7 +176,7 @@ class Type:
         at = parameters[number][0]
         (flags,) = struct.unpack_from("<I", record, at + 8)
         assert flags & PARAMETER_HAS_DEFAULT, parameter
-        constant = self.library.add_constant(text)
+        constant = self.typelib.add_constant(text)
         struct.pack_into("<I", record, parameters[0][0] - 4 * len(parameters) + 4 * number, constant)
 
     def is_call(self, function):
