@@ -1,9 +1,21 @@
-# ard_fast(SOURCE...): what every call of a host goes through. The library is built for size, but
-# there speed counts more. The 32-bit library stays small: it has no room left.
-function(ard_fast)
-  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU" OR CMAKE_SIZEOF_VOID_P EQUAL 4)
+# ard_fast(<target> SOURCE...): what every call of a host goes through, of the target's sources. The
+# library is built for size, but there speed counts more. The 32-bit library stays small: it has no
+# room left. To be called last of all that is said of the target.
+function(ard_fast target)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU" OR CMAKE_SIZEOF_VOID_P EQUAL 4
+      OR NOT CMAKE_BUILD_TYPE STREQUAL "MinSizeRel")
     return()
   endif()
-  set_property(SOURCE ${ARGN} APPEND PROPERTY
-    COMPILE_OPTIONS $<$<CONFIG:MinSizeRel>:-O2>)
+  # A target of its own, because sources with options of their own are never compiled together.
+  get_target_property(sources ${target} SOURCES)
+  list(REMOVE_ITEM sources ${ARGN})
+  set_property(TARGET ${target} PROPERTY SOURCES ${sources} $<TARGET_OBJECTS:${target}_fast>)
+  add_library(${target}_fast OBJECT ${ARGN})
+  foreach(property COMPILE_OPTIONS INCLUDE_DIRECTORIES LINK_LIBRARIES UNITY_BUILD)
+    get_target_property(value ${target} ${property})
+    if(NOT value MATCHES "NOTFOUND$")
+      set_property(TARGET ${target}_fast PROPERTY ${property} ${value})
+    endif()
+  endforeach()
+  target_compile_options(${target}_fast PRIVATE -O2)
 endfunction()

@@ -39,7 +39,29 @@ struct CommandOn {
 };
 using Command = CommandOn<const Target>;
 
-std::int32_t Number(std::wstring_view text) { return Value(text).ToLong(); }
+// A number from 1 to `most`. Throws Error that says what is wrong with another.
+template <class Count>
+std::int32_t Number(std::wstring_view text, Count most) {
+  std::int32_t number = 0;
+  try {
+    number = Value(text).ToLong();
+  } catch (const Error&) {
+    // Told below.
+  }
+  if (number < 1 || number > static_cast<std::int32_t>(most)) {
+    throw Error(kErrorOverflow, L"\"" + std::wstring(text) + L"\" is not from 1 to " +
+                                    std::to_wstring(most) + L".");
+  }
+  return number;
+}
+
+// A row of a list.
+template <class Dialog>
+void SelectRow(Dialog& dialog, std::wstring_view text) {
+  dialogs::ListModel& list = dialog.list();
+  if (list.row_count() == 0) throw Error(kErrorOverflow, L"There is no row.");
+  list.SelectItem(Number(text, list.row_count()));
+}
 
 constexpr Command kCommands[] = {
     {L"down", "", [](const Target& t, std::wstring_view) { t.dialog.list().LineDown(); }},
@@ -49,7 +71,7 @@ constexpr Command kCommands[] = {
     {L"home", "", [](const Target& t, std::wstring_view) { t.dialog.list().Home(); }},
     {L"end", "", [](const Target& t, std::wstring_view) { t.dialog.list().End(); }},
     {L"select", "N  the row at position N",
-     [](const Target& t, std::wstring_view n) { t.dialog.list().SelectItem(Number(n)); }},
+     [](const Target& t, std::wstring_view n) { SelectRow(t.dialog, n); }},
     {L"toggle", "  the row at the cursor, in or, where several can be picked, out",
      [](const Target& t, std::wstring_view) { t.dialog.list().Toggle(); }},
     {L"ok", "",
@@ -63,11 +85,11 @@ constexpr Command kCommands[] = {
 constexpr Command kProductCommands[] = {
     {L"tab", "N  1 for the products, 2 for the product information",
      [](const Target& t, std::wstring_view n) {
-       t.products->TabClick(static_cast<ProductDialog::Tab>(Number(n)));
+       t.products->TabClick(static_cast<ProductDialog::Tab>(Number(n, 2)));
      }},
     {L"field", "N  searches the code (1) or the description (2)",
      [](const Target& t, std::wstring_view n) {
-       const bool description = Number(n) == 2;
+       const bool description = Number(n, 2) == 2;
        t.products->SearchFieldChange(description ? ProductDialog::SearchField::kDescription
                                                  : ProductDialog::SearchField::kStockCode);
      }},
@@ -79,7 +101,9 @@ constexpr Command kProductCommands[] = {
     {L"clear", "", [](const Target& t, std::wstring_view) { t.products->ClearClick(); }},
     {L"sort", "N  by column N of the product information",
      [](const Target& t, std::wstring_view n) {
-       t.products->ColumnClick(static_cast<std::size_t>(Number(n) - 1));
+       const std::size_t columns = t.products->info_list().columns().size();
+       if (columns == 0) throw Error(kErrorOverflow, L"There is no product information.");
+       t.products->ColumnClick(static_cast<std::size_t>(Number(n, columns)) - 1);
      }},
     {L"extend", "  to the next row, where several can be picked",
      [](const Target& t, std::wstring_view) { t.dialog.list().LineDown(dialogs::Pick::kExtend); }},
@@ -103,10 +127,10 @@ constexpr CommandOn<LogonDialog> kLogonCommands[] = {
 constexpr CommandOn<UserListDialog> kUserListCommands[] = {
     {L"tab", "N  1 for the accounts, 2 for the host",
      [](UserListDialog& d, std::wstring_view n) {
-       d.TabClick(Number(n) == 2 ? UserListDialog::Tab::kHost : UserListDialog::Tab::kAccounts);
+       d.TabClick(Number(n, 2) == 2 ? UserListDialog::Tab::kHost : UserListDialog::Tab::kAccounts);
      }},
     {L"select", "N  the row at position N",
-     [](UserListDialog& d, std::wstring_view n) { d.list().SelectItem(Number(n)); }},
+     [](UserListDialog& d, std::wstring_view n) { SelectRow(d, n); }},
     {L"refresh", "", [](UserListDialog& d, std::wstring_view) { d.RefreshClick(); }},
     {L"delete", "", [](UserListDialog& d, std::wstring_view) { d.DeleteClick(); }},
     {L"close", "", [](UserListDialog& d, std::wstring_view) { d.CloseBox(); }},
@@ -123,8 +147,7 @@ constexpr CommandOn<FieldsDialog> kFieldsCommands[] = {
 constexpr CommandOn<AddressDialog> kAddressCommands[] = {
     {L"kind", "N  1 for sales, 2 for purchase, 3 for the company",
      [](AddressDialog& d, std::wstring_view n) {
-       const std::int32_t kind = Number(n);
-       if (kind >= 1 && kind <= 3) d.KindChange(static_cast<AddressKind>(kind - 1));
+       d.KindChange(static_cast<AddressKind>(Number(n, AddressDialog::kind_names().size()) - 1));
      }},
     {L"account", "TEXT",
      [](AddressDialog& d, std::wstring_view text) {
@@ -135,7 +158,7 @@ constexpr CommandOn<AddressDialog> kAddressCommands[] = {
     {L"lookup", "  searches for an account",
      [](AddressDialog& d, std::wstring_view) { d.LookUpClick(); }},
     {L"select", "N  the row at position N",
-     [](AddressDialog& d, std::wstring_view n) { d.list().SelectItem(Number(n)); }},
+     [](AddressDialog& d, std::wstring_view n) { SelectRow(d, n); }},
     {L"details", "", [](AddressDialog& d, std::wstring_view) { d.DetailsClick(); }},
     {L"ok", "", [](AddressDialog& d, std::wstring_view) { d.Ok(); }},
     {L"cancel", "", [](AddressDialog& d, std::wstring_view) { d.Cancel(); }},
@@ -261,8 +284,9 @@ void ConsoleEnvironment::Obey(Dialog& dialog, DrawDialog draw, const Commands& c
         command->run(dialog, argument);
         continue;
       }
-    } catch (const Error&) {
-      // Told below.
+    } catch (const Error& error) {
+      out_ << ToUtf8(error.text()) << '\n';
+      continue;
     }
     WriteHelp(out_, commands);
   }
@@ -403,8 +427,9 @@ void ConsoleEnvironment::Handle(SelectDialog& dialog, ProductDialog* products,
       const Target target = {dialog, products};
       return command->run(target, argument);
     }
-  } catch (const Error&) {
-    // Told below.
+  } catch (const Error& error) {
+    out_ << ToUtf8(error.text()) << '\n';
+    return;
   }
   if (input != L"?")
     out_ << "There is no command \"" << ToUtf8(WithoutPassword(input)) << "\" here.\n";

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 
+#include "console/line_editor.h"
 #include "console/prompt.h"
 #include "frame/error.h"
 #include "frame/text.h"
@@ -25,7 +26,9 @@ int main(int argc, char** argv) {
           L"Driver=SQLite3;Database=" + ard::FromUtf8(argv[2]));
     }
     ard::console::Prompt prompt(std::cin, std::cout, stores);
-    return prompt.Run(isatty(STDIN_FILENO) != 0) ? 0 : 1;
+    const bool interactive = isatty(STDIN_FILENO) != 0;
+    return prompt.Run(interactive, interactive ? ard::console::LineEditor(prompt) : nullptr) ? 0
+                                                                                             : 1;
   } catch (const ard::Error& error) {
     std::cerr << "ard_console: " << ard::ToUtf8(error.text()) << '\n';
     return 1;

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <istream>
+#include <numeric>
 #include <ostream>
 #include <utility>
 
+#include "console/published.h"
 #include "frame/error.h"
 #include "frame/text.h"
 
@@ -107,31 +109,100 @@ Arguments ReadArguments(Reader& reader, const Member& member) {
   return arguments;
 }
 
+// In the order of their first members.
+std::vector<std::wstring_view> ClassNames(const Classes& classes) {
+  std::vector<std::wstring_view> names;
+  for (const Member& member : classes.members()) {
+    if (std::find(names.begin(), names.end(), member.class_name) == names.end()) {
+      names.push_back(member.class_name);
+    }
+  }
+  return names;
+}
+
+using Members = std::vector<const Member*>;
+
+Members MembersOf(const Classes& classes, std::wstring_view class_name) {
+  Members members;
+  for (const Member& member : classes.members()) {
+    if (EqualsIgnoreCase(member.class_name, class_name)) members.push_back(&member);
+  }
+  return members;
+}
+
+// How many letters are to be changed, put in or left out.
+std::size_t EditDistance(std::wstring_view a, std::wstring_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (const wchar_t c : a) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t i = 0; i < b.size(); ++i) {
+      const std::size_t replaced = diagonal + (c == b[i] ? 0 : 1);
+      diagonal = row[i + 1];
+      row[i + 1] = std::min({replaced, row[i] + 1, row[i + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+[[noreturn]] void FailUnknown(const Reader& reader, const std::wstring& what,
+                              std::wstring_view word, const std::vector<std::wstring_view>& names) {
+  const std::wstring upper = UpperCase(word);
+  const auto distance = [&](std::wstring_view name) {
+    return EditDistance(upper, UpperCase(name));
+  };
+  const std::wstring_view nearest = *std::min_element(
+      names.begin(), names.end(),
+      [&](std::wstring_view a, std::wstring_view b) { return distance(a) < distance(b); });
+  const bool meant = 2 * distance(nearest) < nearest.size();
+  reader.Fail(L"There is no " + what + std::wstring(word) + L"." +
+              (meant ? L" Do you mean " + std::wstring(nearest) + L"?" : L" \"help\" lists them."));
+}
+
+// The name of a class, and its members.
+std::pair<std::wstring_view, Members> ReadClass(Reader& reader, const Classes& classes) {
+  const std::wstring_view word = reader.Word();
+  Members members = MembersOf(classes, word);
+  if (members.empty()) FailUnknown(reader, L"class ", word, ClassNames(classes));
+  return {members[0]->class_name, std::move(members)};
+}
+
+const Member* ReadMember(Reader& reader, const Members& members) {
+  const std::wstring_view word = reader.Word();
+  std::vector<std::wstring_view> names;
+  for (const Member* const member : members) {
+    if (EqualsIgnoreCase(member->name, word)) return member;
+    names.push_back(member->name);
+  }
+  FailUnknown(reader, L"member " + std::wstring(members[0]->class_name) + L".", word, names);
+}
+
 }  // namespace
 
 Prompt::Prompt(std::istream& in, std::ostream& out, const Stores& stores)
     : in_(in), out_(out), environment_(in, out), classes_(environment_, stores) {}
 
-bool Prompt::Run(bool interactive) {
+bool Prompt::Run(bool interactive, const ReadCommand& read_command) {
   bool good = true;
   std::string line;
   environment_.set_echo(!interactive);
   if (interactive) out_ << "\"help\" lists what there is, \"quit\" ends.\n";
   for (;;) {
-    if (interactive) out_ << "> " << std::flush;
-    if (!std::getline(in_, line)) return good;
+    if (interactive && !read_command) out_ << "> ";
+    out_ << std::flush;
+    if (!(read_command ? read_command(line) : static_cast<bool>(std::getline(in_, line)))) {
+      return good;
+    }
     if (!line.empty() && line.back() == '\r') line.pop_back();
     const std::wstring text = FromUtf8(line);
     const std::wstring_view command = Trimmed(text);
     if (command.empty() || command.front() == L'\'') continue;
-    if (command == L"quit") return good;
-    if (command == L"help") {
-      out_ << Help();
-      continue;
-    }
-    if (!interactive) out_ << ToUtf8(WithoutPassword(command)) << '\n';
+    const std::wstring_view word = command.substr(0, command.find(L' '));
+    if (EqualsIgnoreCase(command, L"quit") || EqualsIgnoreCase(command, L"exit")) return good;
+    const bool help = EqualsIgnoreCase(word, L"help");
+    if (!interactive && !help) out_ << ToUtf8(WithoutPassword(command)) << '\n';
     try {
-      const std::wstring answer = Evaluate(command);
+      const std::wstring answer = help ? Help(command) : Evaluate(command);
       if (!answer.empty()) out_ << ToUtf8(answer) << '\n';
     } catch (const PromptError& error) {
       good = false;
@@ -143,17 +214,9 @@ bool Prompt::Run(bool interactive) {
 std::wstring Prompt::Evaluate(std::wstring_view line) {
   Reader reader(line);
   reader.Take(L'?');
-  const std::wstring_view class_name = reader.Word();
+  const Members members = ReadClass(reader, classes_).second;
   reader.Expect(L'.');
-  const std::wstring_view name = reader.Word();
-  const auto member =
-      std::find_if(classes_.members().begin(), classes_.members().end(), [&](const Member& m) {
-        return EqualsIgnoreCase(m.class_name, class_name) && EqualsIgnoreCase(m.name, name);
-      });
-  if (member == classes_.members().end()) {
-    reader.Fail(L"There is no member " + std::wstring(class_name) + L"." + std::wstring(name) +
-                L".");
-  }
+  const Member* const member = ReadMember(reader, members);
   try {
     if (member->put && reader.Take(L'=')) {
       Value value = reader.Literal();
@@ -175,26 +238,47 @@ std::wstring Prompt::Evaluate(std::wstring_view line) {
   }
 }
 
-std::string Prompt::Help() const {
-  std::string help;
-  for (const Member& member : classes_.members()) {
-    std::wstring line = L"  " + std::wstring(member.put ? L"" : L"? ");
-    line += std::wstring(member.class_name) + L"." + std::wstring(member.name);
-    if (member.put) {
-      line += L" = value";
-    } else {
-      line += L"(";
-      for (std::size_t i = 0; i < member.parameters.size(); ++i) {
-        if (i > 0) line += L", ";
-        const bool optional = i >= member.parameters.size() - member.defaults.size();
-        line += optional ? L"[" + std::wstring(member.parameters[i]) + L"]"
-                         : std::wstring(member.parameters[i]);
-      }
-      line += L")";
-    }
-    help += ToUtf8(line) + '\n';
+std::wstring Prompt::Help(std::wstring_view line) const {
+  Reader reader(line);
+  reader.Word();
+  std::wstring help;
+  const auto add_class = [&](std::wstring_view name, const Members& members) {
+    help += std::wstring(name) + L'\n';
+    for (const Member* const member : members) help += L"  " + Signature(*member) + L'\n';
+  };
+  if (reader.AtEnd()) {
+    for (const std::wstring_view name : ClassNames(classes_))
+      add_class(name, MembersOf(classes_, name));
+    return help + L"\"help Class\" shows one of them, \"quit\" ends.";
   }
-  return help + "  quit\n";
+  const auto [name, members] = ReadClass(reader, classes_);
+  if (reader.Take(L'.')) {
+    help = Signature(*ReadMember(reader, members));
+  } else {
+    add_class(name, members);
+    help.pop_back();
+  }
+  if (!reader.AtEnd()) reader.Fail(L"Nothing may follow the name.");
+  return help;
+}
+
+std::vector<std::string> Prompt::Completions(std::string_view word) const {
+  const std::wstring begun = FromUtf8(word);
+  const std::size_t dot = begun.find(L'.');
+  std::vector<std::string> completions;
+  const auto add = [&](const std::wstring& name) {
+    if (StartsWithIgnoreCase(name, begun)) completions.push_back(ToUtf8(name));
+  };
+  if (dot == std::wstring::npos) {
+    for (const std::wstring_view name : ClassNames(classes_)) add(std::wstring(name) + L'.');
+    return completions;
+  }
+  for (const Member& member : classes_.members()) {
+    std::wstring name = std::wstring(member.class_name) + L'.' + std::wstring(member.name);
+    if (!member.put && !member.parameters.empty()) name += L'(';
+    add(name);
+  }
+  return completions;
 }
 
 }  // namespace ard::console

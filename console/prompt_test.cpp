@@ -46,7 +46,12 @@ TEST_F(PromptTest, NamesWhatIsWrongAndWhere) {
     const char* line;
     const char* error;
   } cases[] = {{"? Customers", "character 12: Expected \".\""},
-               {"? Nothing.GetName(\"A\")", "There is no member Nothing.GetName."},
+               {"? Nothing.GetName(\"A\")", "There is no class Nothing. \"help\" lists them."},
+               {"? Custmers.GetName", "character 11: There is no class Custmers. Do you mean Cus"},
+               {"? customers.getnme", "There is no member Customers.getnme. Do you mean GetName?"},
+               {"help Banc.List", "There is no class Banc. Do you mean Bank?"},
+               {"help Bank.Lost", "There is no member Bank.Lost. Do you mean List?"},
+               {"help Bank List", "Nothing may follow the name."},
                {"? Customers.GetName", "GetName takes 1 argument(s)."},
                {"? Customers.GetName(\"A", "The text does not end."},
                {"? Customers.GetName(A)", "character 21: Expected \"text\""},
@@ -68,6 +73,67 @@ TEST_F(PromptTest, RepeatsNoPassword) {
         "There is no command \"PASSWORD...\" here.\n", "(? helps)   password...\n",
         "\"\"\nPassword...\n"}) {
     EXPECT_NE(output.find(repeated), std::string::npos) << repeated << output;
+  }
+}
+
+TEST_F(PromptTest, HelpsByClassWithTypes) {
+  const std::string bank =
+      "Bank\n  Bank.AppName = String\n  Bank.RegistryPath = String\n"
+      "  ? Bank.IsValid(AccRef As String) As Boolean\n  ? Bank.FastList() As String\n"
+      "  ? Bank.List(SearchCriteria As String) As String\n";
+  EXPECT_EQ(Run("HELP bank\nExit\n? Customers.AppName"), bank);
+  const std::string all = Run("Help\nQUIT\n? Customers.AppName");
+  EXPECT_NE(all.find('\n' + bank), std::string::npos) << all;
+  EXPECT_TRUE(all.ends_with("shows one of them, \"quit\" ends.\n")) << all;
+  const char* const members[] = {
+      "? cDeliveryAddress.GetAddress([AccRef As String], [AccName As String], [DelType As Long]) "
+      "As "
+      "Boolean",
+      "? General.GetCategories(LowerBound, UpperBound), CatList As String()",
+      "? General.GetNumActiveUsersInclDet(sUserName As String) As Integer, sMachName As String",
+      "? Products.GetAllocOnOrder(ProdCode As String), Allocated As Double, OnOrder As Double",
+      "? Products.GetAveragePrice(ProdHeader) As Double",
+      "CustomerRecord.DueDays = Integer"};
+  for (const std::string member : members) {
+    const std::size_t name = member.find_first_not_of("? ");
+    EXPECT_EQ(Run("help " + member.substr(name, member.find_first_of(" (", name) - name)),
+              member + '\n');
+  }
+}
+
+TEST_F(PromptTest, CompletesClassesAndMembers) {
+  std::istringstream in;
+  std::ostringstream out;
+  const Prompt prompt(in, out, {engine_->workspace(), nullptr});
+  using Words = std::vector<std::string>;
+  EXPECT_EQ(prompt.Completions("cust"), (Words{"Customers.", "CustomerRecord."}));
+  EXPECT_EQ(prompt.Completions("bank.l"), Words{"Bank.List("});
+  EXPECT_EQ(prompt.Completions("Customers.A"), Words{"Customers.AppName"});
+  EXPECT_EQ(prompt.Completions("Bank.x"), Words());
+}
+
+TEST_F(PromptTest, SaysWhatADialogDoesNotHave) {
+  const struct {
+    const char* dialog;
+    std::vector<const char*> commands;
+    const char* error;
+  } cases[] = {
+      {"? Customers.FastList",
+       {"select 0", "select 3", "SELECT x", "select"},
+       "is not from 1 to 2."},
+      {"? Products.FastList", {"select 1"}, "There is no row."},
+      {"? Products.FastList", {"tab 0", "tab 7", "field 3"}, "is not from 1 to 2."},
+      {"? Products.FastList", {"sort 99"}, "There is no product information."},
+      {"? cDeliveryAddress.GetAddress", {"kind 0", "kind 9"}, "is not from 1 to 3."},
+      {"? General.ShowUserList(False)", {"tab 3"}, "is not from 1 to 2."},
+  };
+  for (const auto& c : cases) {
+    for (const std::string command : c.commands) {
+      const std::string output = Run(c.dialog + ('\n' + command) + "\ncancel\nclose\nquit");
+      const std::size_t said = output.find("(? helps) " + command + '\n');
+      ASSERT_NE(said, std::string::npos) << output;
+      EXPECT_NE(output.substr(said, 60).find(c.error), std::string::npos) << output;
+    }
   }
 }
 

@@ -27,13 +27,20 @@ step() {
   local log="$LOGS/$1.log" title="$2" status=0 started=$SECONDS
   shift 2
   printf '%-50s ' "$title"
+  : >"$log"
+  show_life "$log" "$title" &
+  local life=$!
   set +e
   (
     set -e
     "$@"
   ) >"$log" 2>&1 </dev/null
   status=$?
+  # It may be gone already, when the whole group was ended.
+  kill "$life" 2>/dev/null
+  wait "$life" 2>/dev/null
   set -e
+  if [[ -t 1 ]]; then printf '\r%-50s \e[K' "$title"; fi
   if ((status == 0)); then
     STEP_OK=true
     printf 'ok      %3ds\n' $((SECONDS - started))
@@ -42,6 +49,25 @@ step() {
     printf 'FAILED  %3ds   %s\n' $((SECONDS - started)) "${log#"$ROOT"/}"
     tail -n "$TAIL_LINES" "$log" | sed 's/^/    /'
   fi
+}
+
+# show_life LOG TITLE: until it is ended, shows that a step goes on: at a terminal the last line of
+# its log, elsewhere a dot now and then.
+show_life() {
+  local log="$1" title="$2" started=$SECONDS pause=10
+  if [[ -t 1 ]]; then pause=1; fi
+  trap 'kill "$!" 2>/dev/null; exit 0' TERM
+  while
+    sleep "$pause" >/dev/null 2>&1 </dev/null &
+    wait "$!"
+  do
+    if [[ -t 1 ]]; then
+      printf '\r%-50s %3ds  \e[2m%.22s\e[0m\e[K' "$title" $((SECONDS - started)) \
+        "$(tail -n 1 "$log" | tr -cd '[:print:]')"
+    else
+      printf '.'
+    fi
+  done
 }
 
 # The same, for a step without which there is no going on.

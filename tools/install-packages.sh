@@ -2,7 +2,9 @@
 # Installs what building and testing need, and does nothing when it is all there.
 #
 #   tools/install-packages.sh native    the native build and its tests
-#   tools/install-packages.sh all       that, and the Windows builds, Wine and a virtual display
+#   tools/install-packages.sh windows   the 64-bit Windows build, Wine and a virtual display
+#   tools/install-packages.sh all       both, the 32-bit ones, clang and the fuzzers
+#   tools/install-packages.sh SET --missing   prints what it would install
 #
 # 32-bit Wine and Free Pascal are wanted but not required: when one cannot be had, the reason is left in
 # build/wine32-unavailable.txt or build/free-pascal-unavailable.txt, and its tests report themselves as
@@ -13,20 +15,20 @@ source "$(dirname "${BASH_SOURCE[0]}")/console.sh"
 # shellcheck source=tools/free_pascal.sh
 source "$ROOT/tools/free_pascal.sh"
 
-NATIVE_PACKAGES=(
-  cmake ninja-build ccache g++ googletest git ca-certificates
+COMMON_PACKAGES=(
+  cmake ninja-build ccache googletest git ca-certificates
   # A host's database, natively and behind Wine's ODBC.
-  unixodbc unixodbc-dev libodbc2 libsqliteodbc sqlite3
+  unixodbc libodbc2 libsqliteodbc sqlite3
 )
 
+NATIVE_PACKAGES=("${COMMON_PACKAGES[@]}" g++ unixodbc-dev libedit-dev)
+
 WINDOWS_PACKAGES=(
-  # The builds. libwine-dev and libwine bring the IDL files and the type library that widl needs; what widl
+  "${COMMON_PACKAGES[@]}"
+  # The build. libwine-dev and libwine bring the IDL files and the type library that widl needs; what widl
   # leaves out is done in Python.
-  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools clang clang-format
-  libwine libwine-dev python3
-  # The fuzzers.
-  libclang-rt-dev
-  # Running them.
+  g++-mingw-w64-x86-64-posix mingw-w64-tools libwine libwine-dev python3
+  # Running it.
   wine wine64 fonts-wine fonts-open-sans fonts-dejavu-core
   # A display without a screen, keys for it, and pictures of it.
   xvfb openbox xdotool x11-utils imagemagick procps
@@ -37,6 +39,8 @@ WINE_X_LIBRARIES=(
   libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1 libxxf86vm1
 )
 WINDOWS_PACKAGES+=("${WINE_X_LIBRARIES[@]}")
+
+CHECK_PACKAGES=(g++-mingw-w64-i686-posix clang clang-format libclang-rt-dev)
 
 # wine64 is named along so that both halves of Wine stay the same version.
 WINE32_PACKAGES=(
@@ -105,13 +109,10 @@ refresh_indexes() { apt update || true; }
 
 install_required() {
   local wanted
-  mapfile -t wanted < <(missing "$@")
+  mapfile -t wanted < <(missing "$@" | sort -u)
   ((${#wanted[@]})) || return 0
   say "Installing ${#wanted[@]} packages: ${wanted[*]}"
-  if ! { refresh_indexes && apt_install "${wanted[@]}"; } >>"$LOG" 2>&1; then
-    tail -n "$TAIL_LINES" "$LOG" | sed 's/^/    /'
-    die "The packages could not be installed; all of it is in ${LOG#"$ROOT"/}."
-  fi
+  must_step packages "packages" with_indexes "${wanted[@]}"
 }
 
 # install_wanted WHAT REASON_FILE ATTEMPT PACKAGE...
@@ -147,12 +148,18 @@ for_i386() {
 }
 
 case "${1:-all}" in
-  native) : >"$LOG" && install_required "${NATIVE_PACKAGES[@]}" ;;
-  all)
-    : >"$LOG"
-    install_required "${NATIVE_PACKAGES[@]}" "${WINDOWS_PACKAGES[@]}"
-    install_wanted "32-bit Wine" "$BUILD/wine32-unavailable.txt" for_i386 "${WINE32_PACKAGES[@]}"
-    install_wanted "Free Pascal" "$PASCAL_UNAVAILABLE" with_indexes "${PASCAL_PACKAGES[@]}"
-    ;;
-  *) die "usage: ${0##*/} [native|all]" ;;
+  native) packages=("${NATIVE_PACKAGES[@]}") ;;
+  windows) packages=("${WINDOWS_PACKAGES[@]}") ;;
+  all) packages=("${NATIVE_PACKAGES[@]}" "${WINDOWS_PACKAGES[@]}" "${CHECK_PACKAGES[@]}") ;;
+  *) die "usage: ${0##*/} [native|windows|all] [--missing]" ;;
 esac
+if [[ "${2:-}" == --missing ]]; then
+  missing "${packages[@]}" | sort -u
+  exit
+fi
+: >"$LOG"
+install_required "${packages[@]}"
+if [[ "${1:-all}" == all ]]; then
+  install_wanted "32-bit Wine" "$BUILD/wine32-unavailable.txt" for_i386 "${WINE32_PACKAGES[@]}"
+  install_wanted "Free Pascal" "$PASCAL_UNAVAILABLE" with_indexes "${PASCAL_PACKAGES[@]}"
+fi

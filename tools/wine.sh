@@ -50,8 +50,8 @@ wine_prepare() {
     rm -rf "$WINEPREFIX"
   fi
   mkdir -p "$WINEPREFIX"
-  wine_run 180 wineboot -i || return
-  wine_run 60 regedit /S "$(windows_path "$WINE_LOOK")" || return
+  wine_run 600 wineboot -i || return
+  wine_run 300 regedit /S "$(windows_path "$WINE_LOOK")" || return
   # A server that was started without a display never shows a window, and the settings of the look
   # are read when it starts.
   wine_stop

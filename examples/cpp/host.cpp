@@ -11,14 +11,25 @@
 
 #include <clocale>
 #include <cstdio>
-#include <stdexcept>
+#include <cwchar>
 #include <string>
 #include <utility>
 
 namespace {
 
-void Check(HRESULT status, const char* what) {
-  if (FAILED(status)) throw std::runtime_error(what);
+struct Failure {
+  std::wstring text;
+};
+
+// A step that has failed: what, and what the system says of it.
+void Check(HRESULT status, const wchar_t* what) {
+  if (SUCCEEDED(status)) return;
+  wchar_t said[256] = L"";
+  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                 static_cast<DWORD>(status), 0, said, 256, nullptr);
+  wchar_t number[16];
+  std::swprintf(number, 16, L"0x%08lX", static_cast<unsigned long>(status));
+  throw Failure{std::wstring(what) + L" (" + number + L") " + said};
 }
 
 // Owns one reference to an object.
@@ -57,22 +68,31 @@ class Text {
 VARIANT Invoke(IDispatch* object, const wchar_t* member, WORD flags, VARIANT* argument = nullptr) {
   auto* name = const_cast<wchar_t*>(member);
   DISPID id = 0;
-  Check(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id), "no such member");
+  Check(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id), L"no such member");
   DISPPARAMS parameters = {argument, nullptr, argument ? 1u : 0u, 0};
   VARIANT result = {};
-  Check(object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, &result, nullptr,
-                       nullptr),
-        "the engine refuses");
+  EXCEPINFO said = {};
+  const HRESULT status = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                        &result, &said, nullptr);
+  const std::wstring description = said.bstrDescription ? said.bstrDescription : L"";
+  for (const BSTR text : {said.bstrSource, said.bstrDescription, said.bstrHelpFile}) {
+    SysFreeString(text);
+  }
+  // The object's own description of what is wrong.
+  if (status == DISP_E_EXCEPTION) {
+    throw Failure{std::wstring(member) + L": " + description};
+  }
+  Check(status, member);
   return result;
 }
 
 Owned<IDispatch> StartEngine() {
   CLSID class_id;
   Owned<IDispatch> engine;
-  Check(CLSIDFromProgID(L"ArdSimulator.Engine", &class_id), "no accounts engine is registered");
+  Check(CLSIDFromProgID(L"ArdSimulator.Engine", &class_id), L"no accounts engine is registered");
   Check(CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
                          reinterpret_cast<void**>(&engine)),
-        "the accounts engine cannot be created");
+        L"the accounts engine cannot be created");
   return engine;
 }
 
@@ -91,7 +111,7 @@ Owned<_Customers> CreateCustomers() {
   Owned<_Customers> customers;
   Check(CoCreateInstance(CLSID_Customers, nullptr, CLSCTX_INPROC_SERVER, IID__Customers,
                          reinterpret_cast<void**>(&customers)),
-        "ArdObjects100 is not registered");
+        L"ArdObjects100 is not registered");
   return customers;
 }
 
@@ -100,9 +120,9 @@ void Print(_Customers* customers, const wchar_t* account) {
   VARIANT_BOOL valid = VARIANT_FALSE;
   Text name;
   Text contact;
-  Check(customers->IsValid(acc_ref, &valid), "IsValid");
-  Check(customers->GetName(acc_ref, &name), "GetName");
-  Check(customers->GetContact(acc_ref, &contact), "GetContact");
+  Check(customers->IsValid(acc_ref, &valid), L"IsValid");
+  Check(customers->GetName(acc_ref, &name), L"GetName");
+  Check(customers->GetContact(acc_ref, &contact), L"GetContact");
   std::printf("%-10ls %-8s %ls (%ls)\n", account, valid ? "valid" : "unknown", name.c_str(),
               contact.c_str());
 }
@@ -112,8 +132,8 @@ void Run(int count, wchar_t** arguments) {
   const Owned<IDispatch> workspace = OpenCompany(engine, arguments[1]);
   const Owned<_Customers> customers = CreateCustomers();
   const Text app_name(L"Example host");
-  Check(customers->put_AppName(app_name), "AppName");
-  Check(customers->putref_ArdWorkspace(workspace), "ArdWorkspace");
+  Check(customers->put_AppName(app_name), L"AppName");
+  Check(customers->putref_ArdWorkspace(workspace), L"ArdWorkspace");
   for (int i = 2; i < count; ++i) Print(customers, arguments[i]);
 }
 
@@ -129,8 +149,8 @@ int wmain(int count, wchar_t** arguments) {
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   try {
     Run(count, arguments);
-  } catch (const std::exception& error) {
-    std::printf("Failed: %s\n", error.what());
+  } catch (const Failure& failure) {
+    std::printf("Failed: %ls\n", failure.text.c_str());
     status = 1;
   }
   CoUninitialize();

@@ -3,17 +3,23 @@
 '   cscript //nologo tour.vbs COMPANY_FOLDER DATABASE_FILE
 Option Explicit
 
+' How the host's database is opened: the first of these that works, with the file's name behind it.
+' "Driver={Microsoft Access Driver (*.mdb, *.accdb)};DBQ=" would be for a database of Access,
+' "Driver={SQL Server};Server=(local);Trusted_Connection=Yes;Database=" for one of a server.
+Dim drivers
+drivers = Array("Driver=SQLite3;Database=", "Driver={SQLite3 ODBC Driver};Database=")
+
 Dim engine, workspace, connection, session
 
-If WScript.Arguments.Count <> 2 Then
-  WScript.Echo "usage: cscript //nologo tour.vbs COMPANY_FOLDER DATABASE_FILE"
+If WScript.Arguments.Count < 1 Or WScript.Arguments.Count > 2 Then
+  WScript.Echo "usage: cscript //nologo tour.vbs COMPANY_FOLDER [DATABASE_FILE]"
   WScript.Quit 2
 End If
 Set engine = CreateObject("ArdSimulator.Engine")
 engine.Open WScript.Arguments(0)
 Set workspace = engine.Workspace
-Set connection = CreateObject("ADODB.Connection")
-connection.Open "Driver=SQLite3;Database=" & WScript.Arguments(1)
+Set connection = Nothing
+If WScript.Arguments.Count = 2 Then OpenDatabase WScript.Arguments(1)
 
 If LogOn Then
   TourOfCustomers
@@ -25,7 +31,21 @@ If LogOn Then
 End If
 WScript.Echo " "
 WScript.Echo "Engine files left open: " & engine.OpenFiles
-connection.Close
+If Not connection Is Nothing Then connection.Close
+
+Sub OpenDatabase(file)
+  Dim driver, said
+  Set connection = CreateObject("ADODB.Connection")
+  For Each driver In drivers
+    On Error Resume Next
+    connection.Open driver & file
+    If Err.Number = 0 Then Exit Sub
+    said = said & vbCrLf & "  " & driver & ": " & Err.Description
+    On Error GoTo 0
+  Next
+  WScript.Echo "No driver opens " & file & ":" & said
+  WScript.Quit 1
+End Sub
 
 ' As a host starts: nothing is asked before somebody has logged on.
 Function LogOn
@@ -35,13 +55,14 @@ Function LogOn
   session.CompanyName = "Brackenridge Fabrications"
   session.ArdDataPath = WScript.Arguments(0)
   session.UniqueID = "TOUR"
-  session.UseAccRights = True
+  ' Who may do what is in the host's database.
+  session.UseAccRights = Not connection Is Nothing
   Set session.ArdEngine = engine
   Set session.ArdWorkspace = workspace
   Set session.oDBaseConn = connection
 
   WScript.Echo "Logon"
-  WScript.Echo "  Log on as ANNE, with the password Rivet7; any other password is refused."
+  WScript.Echo "  In the demo company: ANNE, with the password Rivet7; any other password is refused."
   LogOn = session.CheckForLogon()
   Show "CheckForLogon()", LogOn
   Show "UserLogged", session.UserLogged
@@ -106,15 +127,15 @@ Sub TourOfProducts
   Set products.oDBaseConn = connection
 
   WScript.Echo "Products"
-  For Each code In Array("BOLT-M6X60", "HINGE-G40", "NOTHING")
+  For Each code In Array("CAB-COSHH", "RACK-M1800", "NOTHING")
     Show "IsValid(""" & code & """)", products.IsValid(code)
     Show "GetDesc(""" & code & """)", products.GetDesc(code)
     Show "GetFreeStock(""" & code & """)", products.GetFreeStock(code)
     Show "GetSellPrice(""" & code & """)", products.GetSellPrice(code)
     Show "GetCostPrice(""" & code & """, True)", products.GetCostPrice(code, True)
-    Show "GetSpecialPrice(""" & code & """, ""ACE001"")", products.GetSpecialPrice(code, "ACE001")
-    Show "GetSupplierPrice(""" & code & """, ""ALL001"")", products.GetSupplierPrice(code, "ALL001")
+    Show "GetSpecialPrice(""" & code & """, ""ABC001"")", products.GetSpecialPrice(code, "ABC001")
   Next
+  Show "GetSupplierPrice(""BOLT-M6X60"", ""ALL001"")", products.GetSupplierPrice("BOLT-M6X60", "ALL001")
   products.GetSupplierOnOrder "BOLT-M6X60", supplier, onOrder, reorder
   Show "GetSupplierOnOrder: Supplier", supplier
   Show "  OnOrder", onOrder

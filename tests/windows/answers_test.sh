@@ -22,7 +22,7 @@ FOLDER="$(mktemp -d "$BUILD/answers-$ARCH.XXXXXX")"
 trap 'rm -rf "$FOLDER"' EXIT
 wine_use "$WINEPREFIX"
 
-MEMBERS=tests/windows/published_members.inc
+MEMBERS=src/testing/published_members.inc
 PROMPT="$BUILD/native-debug/bin/ard_console"
 VB_SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Demo'
 INI="$WINEPREFIX/drive_c/windows/veltrix.ini"

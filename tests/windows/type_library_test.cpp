@@ -20,7 +20,7 @@ using namespace testing;  // NOLINT(google-build-using-namespace): the host
 
 // The members of each interface after those of IDispatch, in vtable order.
 constexpr std::wstring_view kPublished =
-#include "tests/windows/published_members.inc"
+#include "testing/published_members.inc"
     ;
 
 struct Enumeration {

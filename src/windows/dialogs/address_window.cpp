@@ -11,7 +11,7 @@
 namespace ard::windows {
 namespace {
 
-enum ControlId { kKind = 200, kAccount, kLookUp, kDetails };
+enum AddressControl { kKind = 200, kAccount, kLookUp, kDetails };
 
 constexpr wchar_t kDetailsText[] = L"&Details...";
 

@@ -14,7 +14,7 @@ namespace {
 // In dialog units.
 constexpr int kTextWidth = 150;
 constexpr int kNumberWidth = 60;
-constexpr int kLineHeight = kEditHeight + kGap;
+constexpr int kFieldHeight = kEditHeight + kGap;
 
 }  // namespace
 
@@ -46,7 +46,7 @@ SIZE FieldsWindow::InitialSize() const {
   const int width = dialog_.numeric() ? kNumberWidth : kTextWidth;
   return {
       LabelWidth() + metrics().X(2 * kMargin + width),
-      metrics().Y(3 * kMargin + kButtonHeight + static_cast<int>(fields_.size()) * kLineHeight)};
+      metrics().Y(3 * kMargin + kButtonHeight + static_cast<int>(fields_.size()) * kFieldHeight)};
 }
 
 void FieldsWindow::Layout(SIZE client) {
@@ -59,7 +59,7 @@ void FieldsWindow::Layout(SIZE client) {
     const int y = metrics().Y(top);
     Place(field.label, left, y, label_width, height);
     Place(field.text, left + label_width, y, text_width, height);
-    top += kLineHeight;
+    top += kFieldHeight;
   }
   LayoutButtons(client, std::array{close_});
 }

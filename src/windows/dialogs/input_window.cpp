@@ -10,7 +10,7 @@
 namespace ard::windows {
 namespace {
 
-constexpr int kWidth = 220;  // in dialog units
+constexpr int kInputWidth = 220;  // in dialog units
 
 }  // namespace
 
@@ -25,7 +25,7 @@ void InputWindow::CreateControls(HINSTANCE) {
 }
 
 SIZE InputWindow::InitialSize() const {
-  return {metrics().X(kWidth),
+  return {metrics().X(kInputWidth),
           PromptHeight() + metrics().Y(3 * kMargin + kGap + kEditHeight + kButtonHeight)};
 }
 
@@ -49,7 +49,7 @@ void InputWindow::Command(int id) {
 }
 
 int InputWindow::PromptHeight() const {
-  const int width = metrics().X(kWidth - 2 * kMargin);
+  const int width = metrics().X(kInputWidth - 2 * kMargin);
   return static_cast<int>(metrics().TextSize(prompt_text_, width).cy);
 }
 

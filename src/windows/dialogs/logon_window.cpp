@@ -11,8 +11,8 @@ namespace ard::windows {
 namespace {
 
 // In dialog units.
-constexpr int kWidth = 200;
-constexpr int kLabelWidth = 50;
+constexpr int kLogonWidth = 200;
+constexpr int kLogonLabelWidth = 50;
 constexpr int kTextHeight = 9;
 constexpr int kRuleHeight = 1;
 
@@ -60,13 +60,13 @@ HWND LogonWindow::AddEdit(std::wstring_view text, DWORD style) {
 SIZE LogonWindow::InitialSize() const {
   int height = 3 * kMargin + kButtonHeight;
   for (const Line& line : lines_) height += line.height + line.gap_below;
-  return {metrics().X(kWidth), metrics().Y(height)};
+  return {metrics().X(kLogonWidth), metrics().Y(height)};
 }
 
 void LogonWindow::Layout(SIZE client) {
   const int left = metrics().X(kMargin);
   const int width = static_cast<int>(client.cx) - 2 * left;
-  const int label_width = metrics().X(kLabelWidth);
+  const int label_width = metrics().X(kLogonLabelWidth);
   int top = kMargin;
   for (const Line& line : lines_) {
     const int y = metrics().Y(top);

@@ -12,6 +12,8 @@ namespace ard::windows {
 // The DPI at which the system shows `window`; the screen's where windows have none of their own.
 UINT DpiOf(HWND window);
 
+inline constexpr int kTwipsPerInch = 1440;
+
 class Metrics {
  public:
   explicit Metrics(UINT dpi);

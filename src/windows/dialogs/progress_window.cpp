@@ -14,7 +14,7 @@ namespace ard::windows {
 namespace {
 
 // In dialog units.
-constexpr int kWidth = 160;
+constexpr int kProgressWidth = 160;
 constexpr int kBarHeight = 10;
 
 }  // namespace
@@ -30,13 +30,13 @@ ProgressWindow::ProgressWindow(HINSTANCE module, std::wstring_view title, std::i
 
   const Metrics metrics(DpiOf(handle()));
   const SIZE frame = FrameOf(handle());
-  const int width = metrics.X(kWidth) + static_cast<int>(frame.cx);
+  const int width = metrics.X(kProgressWidth) + static_cast<int>(frame.cx);
   const int height = metrics.Y(kBarHeight + 2 * kMargin) + static_cast<int>(frame.cy);
   RECT around = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
   if (IsWindowVisible(owner)) GetWindowRect(owner, &around);
   Place(handle(), static_cast<int>(around.left + around.right - width) / 2,
         static_cast<int>(around.top + around.bottom - height) / 2, width, height);
-  Place(bar_, metrics.X(kMargin), metrics.Y(kMargin), metrics.X(kWidth - 2 * kMargin),
+  Place(bar_, metrics.X(kMargin), metrics.Y(kMargin), metrics.X(kProgressWidth - 2 * kMargin),
         metrics.Y(kBarHeight));
   ShowWindow(handle(), SW_SHOWNOACTIVATE);
   Draw();

@@ -16,7 +16,7 @@ namespace {
 
 using SearchField = dialogs::ProductDialog::SearchField;
 
-enum ControlId { kText = 100, kField, kSearch, kClear };
+enum SearchControl { kText = 100, kField, kSearch, kClear };
 
 constexpr wchar_t kTextLabel[] = L"Search &for:";
 constexpr wchar_t kFieldLabel[] = L"&in:";
@@ -25,7 +25,7 @@ constexpr const wchar_t* kFields[] = {L"Product Code", L"Description"};  // by S
 // In dialog units.
 constexpr int kFieldWidth = 66;
 constexpr int kTextMinimumWidth = 40;
-constexpr int kDropHeight = 60;
+constexpr int kSearchDropHeight = 60;
 
 }  // namespace
 
@@ -68,7 +68,7 @@ void SearchBar::Move(int x, int y, int width, int height) {
   Place(handle(), x, y, width, height);
   // The text box becomes as high as the combo box, which takes its height from its font: the one
   // it is given is that of the list that it drops.
-  const int drop_height = metrics_->Y(kDropHeight);
+  const int drop_height = metrics_->Y(kSearchDropHeight);
   Place(field_, 0, 0, metrics_->X(kFieldWidth), drop_height);
   RECT field = {};
   GetWindowRect(field_, &field);

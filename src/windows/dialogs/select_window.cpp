@@ -8,7 +8,6 @@ namespace {
 
 constexpr int kInitialRows = 20;
 constexpr int kMinimumRows = 5;
-constexpr int kTwipsPerInch = 1440;
 
 }  // namespace
 

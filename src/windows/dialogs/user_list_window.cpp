@@ -8,10 +8,9 @@ namespace {
 
 using dialogs::UserListDialog;
 
-constexpr int kMinimumRows = 3;
-constexpr int kTwipsPerInch = 1440;
+constexpr int kMinimumUsers = 3;
 
-enum ControlId { kRefresh = 100, kDelete };
+enum UserListControl { kRefresh = 100, kDelete };
 
 // Keys and clicks do nothing but move about in the lists.
 PagedList::Events NoEvents() {
@@ -59,11 +58,11 @@ int UserListWindow::Twips(int twips) const {
 }
 
 SIZE UserListWindow::InitialSize() const {
-  return Around({accounts_.SizeFor(kMinimumRows).cx, Twips(UserListDialog::kListHeight)});
+  return Around({accounts_.SizeFor(kMinimumUsers).cx, Twips(UserListDialog::kListHeight)});
 }
 
 SIZE UserListWindow::MinimumSize() const {
-  const LONG height = accounts_.SizeFor(kMinimumRows).cy + HeightOfDelete();
+  const LONG height = accounts_.SizeFor(kMinimumUsers).cy + HeightOfDelete();
   return {metrics().X(4 * kMargin + 2 * kButtonWidth + kGap), Around({0, height}).cy};
 }
 

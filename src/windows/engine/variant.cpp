@@ -33,7 +33,7 @@ double ToDouble(DECIMAL decimal) {
 }
 
 // Stores each kind of value in the variant, which is empty at first.
-struct Store {
+struct StoreInto {
   VARIANT& variant;
 
   void operator()(std::monostate) const {}
@@ -135,7 +135,7 @@ Value FromVariant(const VARIANT& variant) {
 
 ScopedVariant ToVariant(const Value& value) {
   ScopedVariant result;
-  std::visit(Store{result}, value.storage());
+  std::visit(StoreInto{result}, value.storage());
   return result;
 }
 

@@ -28,7 +28,7 @@ std::wstring KeyOf(std::wstring_view application, std::wstring_view section) {
   return key;
 }
 
-void Check(LSTATUS status) {
+void CheckRegistry(LSTATUS status) {
   if (status != ERROR_SUCCESS) throw SystemError(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
 }
 
@@ -42,16 +42,16 @@ std::wstring GetUserSetting(std::wstring_view application, std::wstring_view sec
   if (status == ERROR_FILE_NOT_FOUND || status == ERROR_UNSUPPORTED_TYPE) {
     return std::wstring(otherwise);
   }
-  Check(status);
+  CheckRegistry(status);
   return text;
 }
 
 void SaveUserSetting(std::wstring_view application, std::wstring_view section,
                      std::wstring_view name, std::wstring_view value) {
   const std::wstring text(value);
-  Check(RegSetKeyValueW(HKEY_CURRENT_USER, KeyOf(application, section).c_str(),
-                        std::wstring(name).c_str(), REG_SZ, text.c_str(),
-                        static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))));
+  CheckRegistry(RegSetKeyValueW(HKEY_CURRENT_USER, KeyOf(application, section).c_str(),
+                                std::wstring(name).c_str(), REG_SZ, text.c_str(),
+                                static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))));
 }
 
 }  // namespace ard::windows

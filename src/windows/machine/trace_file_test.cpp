@@ -9,12 +9,12 @@ namespace ard::windows {
 namespace {
 
 constexpr wchar_t kName[] = L"ARDOBJECTS_TRACE";
-constexpr wchar_t kKey[] = L"Software\\ArdObjects100";
+constexpr wchar_t kTraceKey[] = L"Software\\ArdObjects100";
 
 void NameInEnvironment(const std::wstring& path) { SetEnvironmentVariableW(kName, path.c_str()); }
 
 void NameInRegistry(const std::wstring& path) {
-  RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kName, REG_SZ, path.c_str(),
+  RegSetKeyValueW(HKEY_CURRENT_USER, kTraceKey, kName, REG_SZ, path.c_str(),
                   static_cast<DWORD>((path.size() + 1) * sizeof(wchar_t)));
 }
 
@@ -29,7 +29,7 @@ class TraceFileTest : public ::testing::Test {
   void TearDown() override {
     DeleteFileW(path_.c_str());
     SetEnvironmentVariableW(kName, nullptr);
-    RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, kName);
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, kTraceKey, kName);
   }
 
   std::string Content() const {
