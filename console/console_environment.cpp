@@ -102,7 +102,6 @@ constexpr Command kProductCommands[] = {
     {L"sort", "N  by column N of the product information",
      [](const Target& t, std::wstring_view n) {
        const std::size_t columns = t.products->info_list().columns().size();
-       if (columns == 0) throw Error(kErrorOverflow, L"There is no product information.");
        t.products->ColumnClick(static_cast<std::size_t>(Number(n, columns)) - 1);
      }},
     {L"extend", "  to the next row, where several can be picked",

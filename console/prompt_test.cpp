@@ -118,19 +118,17 @@ TEST_F(PromptTest, SaysWhatADialogDoesNotHave) {
     std::vector<const char*> commands;
     const char* error;
   } cases[] = {
-      {"? Customers.FastList",
-       {"select 0", "select 3", "SELECT x", "select"},
-       "is not from 1 to 2."},
+      {"? Customers.FastList", {"select 0", "select 3", "SELECT x", "select"}, "not from 1 to 2."},
       {"? Products.FastList", {"select 1"}, "There is no row."},
-      {"? Products.FastList", {"tab 0", "tab 7", "field 3"}, "is not from 1 to 2."},
-      {"? Products.FastList", {"sort 99"}, "There is no product information."},
+      {"? Products.FastList", {"tab 0", "tab 7", "field 3", "sort 99"}, "is not from 1 to 2."},
       {"? cDeliveryAddress.GetAddress", {"kind 0", "kind 9"}, "is not from 1 to 3."},
       {"? General.ShowUserList(False)", {"tab 3"}, "is not from 1 to 2."},
   };
   for (const auto& c : cases) {
     for (const std::string command : c.commands) {
-      const std::string output = Run(c.dialog + ('\n' + command) + "\ncancel\nclose\nquit");
-      const std::size_t said = output.find("(? helps) " + command + '\n');
+      // The end of the input closes the dialog.
+      const std::string output = Run(c.dialog + ('\n' + command));
+      const std::size_t said = output.find(' ' + command + '\n');
       ASSERT_NE(said, std::string::npos) << output;
       EXPECT_NE(output.substr(said, 60).find(c.error), std::string::npos) << output;
     }

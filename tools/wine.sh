@@ -5,7 +5,7 @@
 #   wine_prepare                 creates it, unless it is there and up to date
 #   wine_run SECONDS COMMAND...  runs a Windows program, and kills it after that time
 #   wine_script ARCH SECONDS SCRIPT [ARGUMENT...]
-#                                runs a script by the x64 or x86 script host
+#                                runs a script by the x64 or x86 script host; its lines come in UTF-8
 #   wine_start COMMAND...        starts one in the background; its process id is in WINE_PID
 #   wine_stop                    ends all that still runs in the prefix
 #   register_servers ARCH DLL... registers automation servers (Unix paths), for x64 or x86 programs
@@ -22,6 +22,8 @@ declare -A WINE_SYSTEM=([x64]='C:\windows\system32' [x86]='C:\windows\syswow64')
 
 WINE_LOOK="$ROOT/tools/wine-look.reg"
 
+WINE_CODE_PAGE=CP437
+
 WINE_IN_USE=false
 
 wine_use() {
@@ -29,6 +31,8 @@ wine_use() {
   export WINEPREFIX="$1" WINEARCH=win64 WINEDEBUG="${WINEDEBUG:--all}"
   # Nothing here needs these, and Wine would offer to download them.
   export WINEDLLOVERRIDES="mscoree,mshtml="
+  # What scripts write is in the code page that goes with this: $WINE_CODE_PAGE.
+  export LC_ALL=C.UTF-8
 }
 
 # A prefix is made anew when Wine, its 32-bit half or the settings have changed since.
@@ -72,7 +76,7 @@ wine_script() {
   messages="$(mktemp)"
   WINEDEBUG="${WINEDEBUG:+$WINEDEBUG,}fixme+wscript" wine_run "$seconds" \
     "${WINE_SYSTEM[$arch]}\\cscript.exe" //nologo "$(windows_path "$script")" "$@" \
-    2>"$messages" || status=$?
+    2>"$messages" | as_utf8 || status=$?
   grep -v ':fixme:wscript:set_host_properties' "$messages" >&2 || true
   if grep -q ':fixme:wscript:ActiveScriptSite_OnScriptError' "$messages"; then
     say "$script broke off with an error" >&2
@@ -80,6 +84,14 @@ wine_script() {
   fi
   rm -f "$messages"
   return "$status"
+}
+
+# Line by line, as they come.
+as_utf8() {
+  local line
+  while IFS= read -r line || [[ -n "$line" ]]; do
+    iconv -f "$WINE_CODE_PAGE" -t UTF-8 <<<"${line%$'\r'}"
+  done
 }
 
 wine_start() {
