@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "frame/error.h"
 #include "frame/text.h"
 #include "host_database/ado_error.h"
+#include "host_database/database_file.h"
 #include "host_database/filter.h"
 #include "host_database/odbc_connection.h"
 
@@ -196,6 +198,27 @@ TEST_F(HostDatabaseTest, WhatCannotBeDoneHasAdosNumber) {
   EXPECT_EQ(ErrorOf([&] { kGet(*rows); }), Number(AdoError::kObjectClosed));
   EXPECT_EQ(ErrorOf([&] { OpenStock(); }), Number(AdoError::kObjectClosed));
   EXPECT_EQ(ErrorOf([] { OdbcConnection(L"Driver=NoSuchDriver"); }), kErrorFailed);
+}
+
+TEST_F(HostDatabaseTest, ADatabaseFileHasToBeOne) {
+  EXPECT_EQ(OpenDatabaseFile(folder_ / "stock.db")
+                ->OpenRecordset(L"SELECT * FROM Stock", Cursor::kStatic, Lock::kReadOnly)
+                ->RecordCount(),
+            4);
+  std::ofstream(folder_ / "text.db") << std::string(2000, 'x');
+  std::ofstream(folder_ / "empty.db");
+  for (const auto& [file, problem] : {std::pair("stok.db", L"No such file or directory"),
+                                      {"", L"Is no regular file"},
+                                      {"empty.db", L"Is an empty file"},
+                                      {"text.db", L"[SQLite]file is not a database (26)"}}) {
+    try {
+      OpenDatabaseFile(folder_ / file);
+      ADD_FAILURE() << file;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.text(), (folder_ / file).wstring() + L": " + problem);
+    }
+  }
+  EXPECT_FALSE(fs::exists(folder_ / "stok.db"));
 }
 
 TEST_F(HostDatabaseTest, DeletingTakesExactlyTheCurrentRowOutOfTheTable) {

@@ -20,6 +20,7 @@ class SharedFileTest : public ::testing::Test {
   SharedFileTest() {
     std::filesystem::create_directories(folder_);
     std::ofstream(folder_ / "queue.dta") << "queue";
+    std::ofstream(folder_ / "BankData.table") << "ACCOUNT_REF:text(8)\n";
   }
   ~SharedFileTest() override { std::filesystem::remove_all(folder_); }
 
