@@ -6,6 +6,7 @@
 namespace ard::simulator {
 namespace {
 
+constexpr const char* kRegister = "queue.dta";
 constexpr std::wstring_view kManager = L"MANAGER";
 
 // The engine's own.
@@ -39,7 +40,7 @@ void Logons::Disconnect() {
 
 void Logons::HoldExclusively(bool hold) {
   held_.reset();
-  if (hold) held_.emplace(company_.folder() / "queue.dta");
+  if (hold) held_.emplace(company_.folder() / kRegister);
 }
 
 std::optional<std::wstring> Logons::PasswordOf(std::wstring_view user) const {
@@ -55,7 +56,7 @@ std::optional<std::wstring> Logons::PasswordOf(std::wstring_view user) const {
 }
 
 std::optional<Error> Logons::Enter(std::wstring_view user, bool by_windows) {
-  if (held_) return kHeldExclusively;
+  if (IsHeld()) return kHeldExclusively;
   Leave();
   user_ = UpperCase(Trimmed(user));
   by_windows_ = by_windows;
@@ -67,6 +68,17 @@ void Logons::Leave() {
   user_.clear();
   by_windows_ = false;
   if (QueueTable* const queue = Queue()) queue->Leave();
+}
+
+bool Logons::IsHeld() const {
+  const std::filesystem::path file = company_.folder() / kRegister;
+  if (company_.folder().empty() || !std::filesystem::exists(file)) return false;
+  try {
+    TryToRead(file.wstring());
+    return false;
+  } catch (const Error&) {
+    return true;
+  }
 }
 
 QueueTable* Logons::Queue() const { return dynamic_cast<QueueTable*>(company_.Find(L"QueueData")); }

@@ -37,6 +37,8 @@ class Logons {
   std::optional<std::wstring> PasswordOf(std::wstring_view user) const;
   std::optional<Error> Enter(std::wstring_view user, bool by_windows);
   void Leave();
+  // Whether this engine or another process holds the company for itself.
+  bool IsHeld() const;
   QueueTable* Queue() const;  // null when the company has none
 
   Company& company_;

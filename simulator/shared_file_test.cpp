@@ -29,7 +29,7 @@ class SharedFileTest : public ::testing::Test {
       TryToRead(FromUtf8(folder_.string()) + name);
       return true;
     } catch (const Error& error) {
-      EXPECT_FALSE(error.text().empty());
+      EXPECT_TRUE(error.text().starts_with(std::wstring(name + 1) + L": "));
       return false;
     }
   }
@@ -67,6 +67,8 @@ TEST_F(SharedFileTest, AnotherProcessMayBeTheOne) {
   }
   ASSERT_EQ(read(held[0], &byte, 1), 1);
   EXPECT_FALSE(CanRead(L"\\queue.dta"));
+  const std::unique_ptr<Simulator> engine = Simulator::Open(folder_);
+  EXPECT_FALSE(engine->workspace()->Connect(L"", L"manager", L"", L""));
   close(done[1]);
   int status = -1;
   waitpid(child, &status, 0);
