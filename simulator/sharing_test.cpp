@@ -103,6 +103,7 @@ class SharingTest : public ::testing::Test {
     return mkdtemp(name.data());
   }
 
+  const std::size_t kStock = LookUp(L"StockData").table;
   const std::string kHeader = "STOCK_CODE:text(8)\tQTY:double\n";
   const fs::path folder_ = MakeFolder();
   const fs::path stock_ = folder_ / "StockData.table";
@@ -187,13 +188,41 @@ TEST_F(SharingTest, AllThatBothStoreIsKept) {
   EXPECT_TRUE(Change(*theirs_, L"NUT", 11));
   EXPECT_EQ(ReadFile(stock_), "# mine\n" + kHeader + "BOLT\t10\nNUT\t11\n");
   EXPECT_FALSE(Product(*ours_, L"NUT")->MoveNext()) << "PIN has gone";
-  for (const std::string& mistake : {kHeader + "BOLT\tlots\n", "QTY:text(9)\n" + kHeader}) {
-    ReplaceFile(stock_, mistake);
-    EXPECT_THROW(Change(*ours_, L"BOLT", 1), Error);
-    EXPECT_THROW(Change(*ours_, L"BOLT", 1), Error) << "again";
-    EXPECT_EQ(ours_->LastError()->Text().substr(0, 16), L"StockData.table:");
-    EXPECT_EQ(ReadFile(stock_), mistake);
+  for (const auto& [file, problem] :
+       {std::pair(kHeader + "BOLT\tlots\n",
+                  L"2:6: QTY takes a number, such as 1250.5, not \"lots\""),
+        std::pair("CODE:long\t" + kHeader + "1\tBOLT\t2\n",
+                  L"1:1: these are not the columns with which the company was opened")}) {
+    ReplaceFile(stock_, file);
+    for (Simulator* engine : {ours_.get(), theirs_.get(), ours_.get()}) {
+      EXPECT_THROW(Change(*engine, L"BOLT", 1), Error);
+      EXPECT_EQ(engine->LastError()->Text(), std::wstring(L"StockData.table:") + problem);
+    }
+    EXPECT_EQ(ReadFile(stock_), file);
   }
+}
+
+TEST_F(SharingTest, WhoStoresIsWaitedFor) {
+  int begun[2];
+  ASSERT_EQ(pipe(begun), 0);
+  const pid_t other = fork();
+  if (other == 0) {
+    const auto share = CompanyShare::Open(folder_);
+    const CompanyShare::Turn turn(share.get(), kStock, SharedFile::Sharing::kNone);
+    if (write(begun[1], "b", 1) != 1) _exit(1);
+    usleep(100'000);  // in which whoever does not wait is done
+    share->CountStore(kStock);
+    ReplaceFile(stock_, kHeader + "BOLT\t1\nNUT\t7\n");
+    _exit(0);
+  }
+  char byte = 0;
+  ASSERT_EQ(read(begun[0], &byte, 1), 1);
+  EXPECT_TRUE(Change(*ours_, L"BOLT", 3));
+  int status = -1;
+  waitpid(other, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(Stock(), "BOLT\t3\nNUT\t7\n");
+  for (const int end : begun) close(end);
 }
 
 TEST_F(SharingTest, EditWaitsForWhoEditsButNotForEver) {
@@ -207,23 +236,22 @@ TEST_F(SharingTest, EditWaitsForWhoEditsButNotForEver) {
 }
 
 TEST_F(SharingTest, WhoEndsInTheMiddleBlocksNobody) {
-  const std::size_t table = LookUp(L"StockData").table;
   Killed([&] {
     const auto theirs = Simulator::Open(folder_);
     const auto product = Product(*theirs, L"BOLT");
     product->Edit();
-    const CompanyShare::Turn turn(CompanyShare::Open(folder_).release(), table,
+    const CompanyShare::Turn turn(CompanyShare::Open(folder_).release(), kStock,
                                   SharedFile::Sharing::kNone);
     WriteAside(stock_, "half a ta");
     raise(SIGKILL);
   });
-  EXPECT_TRUE(CompanyShare::Open(folder_)->TryHold(table, 1));
+  EXPECT_TRUE(CompanyShare::Open(folder_)->TryHold(kStock, 1));
   EXPECT_TRUE(Change(*ours_, L"BOLT", 3));
   // Between the steps of storing.
   Killed([&] {
     CompanyShare* const share = CompanyShare::Open(folder_).release();
-    const CompanyShare::Turn turn(share, table, SharedFile::Sharing::kNone);
-    share->CountStore(table);
+    const CompanyShare::Turn turn(share, kStock, SharedFile::Sharing::kNone);
+    share->CountStore(kStock);
     ReplaceFile(stock_, kHeader + "BOLT\t4\n");
     raise(SIGKILL);
   });
