@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "simulator/testing/company_builder.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::console {
 namespace {
@@ -98,8 +99,8 @@ TEST(DocumentTest, TheSmallestCompanyIsMadeAsItSays) {
   ASSERT_NE(start, text.npos);
   namespace fs = std::filesystem;
   const fs::path before = fs::current_path();
-  std::string folder = (fs::temp_directory_path() / "ard_console_XXXXXX").string();
-  fs::current_path(mkdtemp(folder.data()));
+  const testing::TemporaryFolder folder;
+  fs::current_path(folder);
   EXPECT_EQ(std::system(text.substr(0, start).c_str()), 0);
 
   const std::string session =
@@ -111,7 +112,6 @@ TEST(DocumentTest, TheSmallestCompanyIsMadeAsItSays) {
   EXPECT_EQ(out.str(), session);
   EXPECT_EQ(std::count(session.begin(), session.end(), '\n'), 6);
   fs::current_path(before);
-  fs::remove_all(folder);
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include "host_database/database_file.h"
 #include "host_database/filter.h"
 #include "host_database/odbc_connection.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::host_database {
 namespace {
@@ -38,7 +39,7 @@ std::int32_t ErrorOf(const std::function<void()>& action) {
   return 0;
 }
 
-class HostDatabaseTest : public testing::Test {
+class HostDatabaseTest : public ::testing::Test {
  protected:
   HostDatabaseTest() {
     Execute({L"CREATE TABLE Stock (Code VARCHAR(10), Description TEXT, Price REAL, Held INTEGER)",
@@ -47,7 +48,6 @@ class HostDatabaseTest : public testing::Test {
              L"INSERT INTO Stock VALUES ('b1', NULL, -1.25, 100)",
              L"INSERT INTO Stock VALUES ('A2', 'anvil \x2014 50%', 2.5, -3)"});
   }
-  ~HostDatabaseTest() override { fs::remove_all(folder_); }
 
   void Execute(const std::vector<std::wstring>& commands) {
     for (const std::wstring& command : commands) connection_.Execute(command);
@@ -68,15 +68,11 @@ class HostDatabaseTest : public testing::Test {
   }
   std::wstring Select(std::wstring_view command) { return Rest(*Open(command)); }
 
-  static fs::path MakeFolder() {
-    std::string name = (fs::temp_directory_path() / "ard_database_XXXXXX").string();
-    return mkdtemp(name.data());
-  }
   static std::wstring ConnectionString(const fs::path& file) {
     return L"Driver=SQLite3;Database=" + file.wstring();
   }
 
-  const fs::path folder_ = MakeFolder();
+  const ard::testing::TemporaryFolder folder_;
   OdbcConnection connection_{ConnectionString(folder_ / "stock.db")};
 };
 

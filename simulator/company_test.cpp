@@ -14,6 +14,7 @@
 #include "simulator/company_error.h"
 #include "simulator/shared_file.h"
 #include "simulator/simulator.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::simulator {
 namespace {
@@ -76,12 +77,6 @@ TEST_F(DemoCompanyTest, KeepsItsStock) {
 
 class CompanyTest : public ::testing::Test {
  protected:
-  CompanyTest() {
-    std::string name = (fs::temp_directory_path() / "ard_company_XXXXXX").string();
-    folder_ = mkdtemp(name.data());
-  }
-  ~CompanyTest() override { fs::remove_all(folder_); }
-
   static void Write(const fs::path& file, const std::string& text) { std::ofstream(file) << text; }
 
   // What is wrong with the company; "" for nothing.
@@ -96,7 +91,7 @@ class CompanyTest : public ::testing::Test {
     }
   }
 
-  fs::path folder_;
+  testing::TemporaryFolder folder_;
 };
 
 // Other ways to make a file.

@@ -1,12 +1,12 @@
 #include "simulator/safe_file.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
 
 #include "simulator/simulator.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::simulator {
 namespace {
@@ -16,16 +16,10 @@ namespace fs = std::filesystem;
 class SafeFileTest : public ::testing::Test {
  protected:
   void SetUp() override { ReplaceFile(table_, kBefore); }
-  void TearDown() override { fs::remove_all(folder_); }
 
   static constexpr const char* kBefore =
       "# mine\nACCOUNT_REF:text(8)\tNAME:text(30)\nA\tOld\n# end\n";
-  static fs::path MakeFolder() {
-    std::string name = (fs::temp_directory_path() / "ard_simulator_XXXXXX").string();
-    return mkdtemp(name.data());
-  }
-
-  const fs::path folder_ = MakeFolder();
+  const testing::TemporaryFolder folder_;
   const fs::path table_ = folder_ / "SalesData.table";
 };
 

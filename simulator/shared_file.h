@@ -54,7 +54,6 @@ class SharedFile {
   SharedFile() = default;
 
   std::filesystem::path path_;
-  std::size_t size_ = 0;
   void* data_ = nullptr;
   bool is_writable_ = false;
   // The system's.
@@ -62,6 +61,7 @@ class SharedFile {
   void* file_ = nullptr;
 #else
   int file_ = -1;
+  std::size_t size_ = 0;
 #endif
 };
 

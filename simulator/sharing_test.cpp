@@ -15,6 +15,7 @@
 #include "simulator/company_share.h"
 #include "simulator/safe_file.h"
 #include "simulator/simulator.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::simulator {
 namespace {
@@ -42,8 +43,6 @@ class SharingTest : public ::testing::Test {
     ours_ = Simulator::Open(folder_);
     theirs_ = Simulator::Open(folder_);
   }
-  void TearDown() override { fs::remove_all(folder_); }
-
   // A record of the stock file that stands on a product.
   static std::unique_ptr<engine::RecordObject> Product(Simulator& engine, std::wstring_view code) {
     auto record = engine.workspace()->CreateRecord(L"StockRecord");
@@ -98,14 +97,9 @@ class SharingTest : public ::testing::Test {
   }
   std::string Stock() const { return ReadFile(stock_).substr(kHeader.size()); }
 
-  static fs::path MakeFolder() {
-    std::string name = (fs::temp_directory_path() / "ard_sharing_XXXXXX").string();
-    return mkdtemp(name.data());
-  }
-
   const std::size_t kStock = LookUp(L"StockData").table;
   const std::string kHeader = "STOCK_CODE:text(8)\tQTY:double\n";
-  const fs::path folder_ = MakeFolder();
+  const testing::TemporaryFolder folder_;
   const fs::path stock_ = folder_ / "StockData.table";
   std::unique_ptr<Simulator> ours_, theirs_;
 };

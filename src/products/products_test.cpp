@@ -9,12 +9,12 @@
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <utility>
 
 #include "simulator/safe_file.h"
 #include "testing/company_test.h"
 #include "testing/recording_workspace.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::products {
 namespace {
@@ -362,9 +362,7 @@ TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {
 }
 
 TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {
-  namespace fs = std::filesystem;
-  const fs::path folder = fs::temp_directory_path() / ("copy" + std::to_string(getpid()));
-  fs::create_directory(folder);
+  const testing::TemporaryFolder folder;
   const std::string before =
       "STOCK_CODE:text(8)\tDESCRIPTION:text(20)\tSALES_PRICE:double\tQTY_IN_STOCK:double\t"
       "LAST_SALE_DATE:date\nOLD\tOld one\t12.5\t7\t2026-01-02\n";
@@ -387,21 +385,18 @@ TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {
     if (status == 0) break;
   }
   EXPECT_GT(left_out, 100);
-  fs::remove_all(folder);
 }
 
 // ARD_ALLOCATIONS says how many each makes.
 TEST_F(ProductsTest, FourHostsAllocateWithoutLosingAny) {
-  namespace fs = std::filesystem;
   const char* const given = std::getenv("ARD_ALLOCATIONS");
   const int each = given != nullptr ? std::stoi(given) : 25;
-  const fs::path folder = fs::temp_directory_path() / ("allocate" + std::to_string(getpid()));
+  const testing::TemporaryFolder folder;
   const auto stock = [](int allocated) {
     return "STOCK_CODE:text(8)\tQTY_IN_STOCK:double\tQTY_ALLOCATED:double\n"
            "NUT\t5\t2\nBOLT\t123456\t" +
            std::to_string(allocated) + "\nPIN\t5\t3\n";
   };
-  fs::create_directory(folder);
   simulator::ReplaceFile(folder / "StockData.table", stock(0));
 
   // How many each has been told that it has made. The first goes on until it is killed.
@@ -437,7 +432,6 @@ TEST_F(ProductsTest, FourHostsAllocateWithoutLosingAny) {
   const std::string found = simulator::ReadFile(folder / "StockData.table");
   EXPECT_TRUE(found == stock(total) || found == stock(total + 1)) << total << "\n" << found;
   munmap(shared, kHosts * sizeof(int));
-  fs::remove_all(folder);
 }
 
 TEST_F(ProductsTest, AllocationNeedsFreeStock) {
