@@ -1,5 +1,7 @@
 #include "simulator/logons.h"
 
+#include <utility>
+
 #include "frame/text.h"
 #include "simulator/queue_table.h"
 
@@ -58,9 +60,10 @@ std::optional<std::wstring> Logons::PasswordOf(std::wstring_view user) const {
 std::optional<Error> Logons::Enter(std::wstring_view user, bool by_windows) {
   if (IsHeld()) return kHeldExclusively;
   Leave();
-  user_ = UpperCase(Trimmed(user));
+  std::wstring name = UpperCase(Trimmed(user));
+  if (QueueTable* const queue = Queue()) queue->Enter(name);
+  user_ = std::move(name);
   by_windows_ = by_windows;
-  if (QueueTable* const queue = Queue()) queue->Enter(user_);
   return std::nullopt;
 }
 

@@ -1,4 +1,5 @@
-// Two engines on one company: they are as strange to one another as two processes are.
+// What is stored in a company's files, and two engines on one company, which are as strange to one
+// another as two processes are.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <thread>
 
 #include "frame/error.h"
 #include "frame/text.h"
@@ -36,7 +38,7 @@ void Set(auto& object, std::wstring_view field, const Value& value) {
 class SharingTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ReplaceFile(stock_, kHeader + "BOLT\t1\nNUT\t2\n");
+    ReplaceFile(stock_, kHeader + "BOLT\t1\nNUT\t2\n# end\n");
     ReplaceFile(folder_ / "QueueData.table",
                 "LOGON_NAME:text(9)\tEMPTY_FLAG:boolean\nMANAGER\tno\nGONE\tyes\n");
     ReplaceFile(folder_ / "AccessData.table", "NAME:text(9)\nANN\nBOB\nEVE\n");
@@ -98,7 +100,7 @@ class SharingTest : public ::testing::Test {
   std::string Stock() const { return ReadFile(stock_).substr(kHeader.size()); }
 
   const std::size_t kStock = LookUp(L"StockData").table;
-  const std::string kHeader = "STOCK_CODE:text(8)\tQTY:double\n";
+  const std::string kHeader = "# mine\nSTOCK_CODE:text(8)\tQTY:double\n";
   const testing::TemporaryFolder folder_;
   const fs::path stock_ = folder_ / "StockData.table";
   std::unique_ptr<Simulator> ours_, theirs_;
@@ -133,7 +135,7 @@ TEST_F(SharingTest, WhatOthersHaveStoredIsThereAtTheNextRead) {
   EXPECT_EQ(index->RecordNumber(), 3);
   EXPECT_EQ(file->Count(), 3);
   EXPECT_TRUE(control->Read(1) && Get(*control, L"NO_OF_STOCK") == Value(3));
-  EXPECT_EQ(Stock(), "BOLT\t6\nNUT\t5\nCAP\t9\n");
+  EXPECT_EQ(Stock(), "BOLT\t6\nNUT\t5\n# end\nCAP\t9\n");
 }
 
 TEST_F(SharingTest, ARecordThatOthersHaveChangedIsNotStored) {
@@ -176,17 +178,17 @@ TEST_F(SharingTest, AllThatBothStoreIsKept) {
   EXPECT_TRUE(Add(*theirs_, L"PIN", 5));
   EXPECT_FALSE(Add(*ours_, L"pin", 6)) << "the key is taken";
   EXPECT_TRUE(added->Update());
-  EXPECT_EQ(Stock(), "BOLT\t3\nNUT\t4\nPIN\t5\nCAP\t\n");
+  EXPECT_EQ(Stock(), "BOLT\t3\nNUT\t4\n# end\nPIN\t5\nCAP\t\n");
   // What an editor has saved is not written over, either.
-  ReplaceFile(stock_, "# mine\n" + kHeader + "BOLT\t10\nNUT\t4\n");
+  ReplaceFile(stock_, kHeader + "BOLT\t10\nNUT\t4\n# new\n");
   EXPECT_TRUE(Change(*theirs_, L"NUT", 11));
-  EXPECT_EQ(ReadFile(stock_), "# mine\n" + kHeader + "BOLT\t10\nNUT\t11\n");
+  EXPECT_EQ(Stock(), "BOLT\t10\nNUT\t11\n# new\n");
   EXPECT_FALSE(Product(*ours_, L"NUT")->MoveNext()) << "PIN has gone";
   for (const auto& [file, problem] :
        {std::pair(kHeader + "BOLT\tlots\n",
-                  L"2:6: QTY takes a number, such as 1250.5, not \"lots\""),
-        std::pair("CODE:long\t" + kHeader + "1\tBOLT\t2\n",
-                  L"1:1: these are not the columns with which the company was opened")}) {
+                  L"3:6: QTY takes a number, such as 1250.5, not \"lots\""),
+        std::pair(kHeader.substr(0, 7) + "QTY:double\tSTOCK_CODE:text(8)\n2\tBOLT\n",
+                  L"2:1: these are not the columns with which the company was opened")}) {
     ReplaceFile(stock_, file);
     for (Simulator* engine : {ours_.get(), theirs_.get(), ours_.get()}) {
       EXPECT_THROW(Change(*engine, L"BOLT", 1), Error);
@@ -197,26 +199,51 @@ TEST_F(SharingTest, AllThatBothStoreIsKept) {
 }
 
 TEST_F(SharingTest, WhoStoresIsWaitedFor) {
-  int begun[2];
-  ASSERT_EQ(pipe(begun), 0);
-  const pid_t other = fork();
-  if (other == 0) {
+  std::thread other;
+  {
     const auto share = CompanyShare::Open(folder_);
     const CompanyShare::Turn turn(share.get(), kStock, SharedFile::Sharing::kNone);
-    if (write(begun[1], "b", 1) != 1) _exit(1);
+    other = std::thread([&] { EXPECT_TRUE(Change(*theirs_, L"BOLT", 3)); });
     usleep(100'000);  // in which whoever does not wait is done
     share->CountStore(kStock);
     ReplaceFile(stock_, kHeader + "BOLT\t1\nNUT\t7\n");
-    _exit(0);
   }
-  char byte = 0;
-  ASSERT_EQ(read(begun[0], &byte, 1), 1);
-  EXPECT_TRUE(Change(*ours_, L"BOLT", 3));
-  int status = -1;
-  waitpid(other, &status, 0);
-  EXPECT_EQ(status, 0);
+  other.join();
   EXPECT_EQ(Stock(), "BOLT\t3\nNUT\t7\n");
-  for (const int end : begun) close(end);
+}
+
+TEST_F(SharingTest, AWriteThatFailsLeavesTableAndMemoryAsTheyWere) {
+  const std::string before = ReadFile(stock_);
+  fs::create_directory(stock_.string() + ".new");
+  EXPECT_THROW(Change(*ours_, L"BOLT", 3), Error);
+  EXPECT_NE(ours_->LastError()->Text().find(L"StockData.table.new: Is a directory"),
+            std::wstring::npos);
+  EXPECT_EQ(ReadFile(stock_), before);
+  EXPECT_EQ(Get(*Product(*ours_, L"BOLT"), L"QTY"), Value(1.0));
+}
+
+TEST_F(SharingTest, TheRegisterIsReadUnlessSomeoneHoldsIt) {
+  const std::wstring folder = folder_.wstring();
+  const auto can_read = [&](const std::wstring& name) {
+    try {
+      TryToRead(folder + L"\\" + name);
+      return true;
+    } catch (const Error& error) {
+      EXPECT_TRUE(error.text().starts_with(name + L": "));
+      return false;
+    }
+  };
+  EXPECT_FALSE(can_read(L"other.dta"));
+  for (const bool held : {true, false}) {
+    ours_->HoldExclusively(held);
+    EXPECT_EQ(can_read(L"queue.dta"), !held);
+    for (Simulator* engine : {ours_.get(), theirs_.get()}) {
+      EXPECT_EQ(Logon(*engine, L"manager"), !held);
+      EXPECT_EQ(engine->LastError()->Number(), held ? 1102 : 0);
+    }
+  }
+  ours_->HoldExclusively(true);
+  EXPECT_THROW(theirs_->HoldExclusively(true), Error);
 }
 
 TEST_F(SharingTest, EditWaitsForWhoEditsButNotForEver) {
