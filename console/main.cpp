@@ -9,7 +9,7 @@
 #include "console/prompt.h"
 #include "frame/error.h"
 #include "frame/text.h"
-#include "host_database/odbc_connection.h"
+#include "host_database/database_file.h"
 #include "simulator/simulator.h"
 
 int main(int argc, char** argv) {
@@ -21,10 +21,7 @@ int main(int argc, char** argv) {
     const std::shared_ptr<ard::simulator::Simulator> engine =
         ard::simulator::Simulator::Open(argv[1]);
     ard::console::Stores stores = {engine->workspace(), nullptr, engine, ard::FromUtf8(argv[1])};
-    if (argc == 3) {
-      stores.database = std::make_shared<ard::host_database::OdbcConnection>(
-          L"Driver=SQLite3;Database=" + ard::FromUtf8(argv[2]));
-    }
+    if (argc == 3) stores.database = ard::host_database::OpenDatabaseFile(argv[2]);
     ard::console::Prompt prompt(std::cin, std::cout, stores);
     const bool interactive = isatty(STDIN_FILENO) != 0;
     return prompt.Run(interactive, interactive ? ard::console::LineEditor(prompt) : nullptr) ? 0

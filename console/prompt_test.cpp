@@ -2,9 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
 #include <sstream>
 
 #include "simulator/testing/company_builder.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::console {
 namespace {
@@ -143,6 +150,32 @@ TEST_F(PromptTest, ShowsADialogAsTextAndObeysItsCommands) {
   EXPECT_NE(output.find("[!] Manufacturing: Account is over credit limit."), std::string::npos);
   EXPECT_EQ(output.substr(output.size() - 9), "\"BCD001\"\n");
   EXPECT_NE(Run("? Customers.FastList()").find("\"\"\n"), std::string::npos);  // the input ends
+}
+
+// The commands up to that of the prompt, and then what is typed there and what it answers.
+TEST(DocumentTest, TheSmallestCompanyIsMadeAsItSays) {
+  std::ifstream file(ARD_SIMULATOR_DOCUMENT);
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  text.erase(0, text.find("```\n", text.find("**The smallest company**")) + 4);
+  text.resize(text.find("```"));
+  const std::string prompt = "ard_console shop\n";
+  const std::size_t start = text.find(prompt);
+  ASSERT_NE(start, text.npos);
+  namespace fs = std::filesystem;
+  const fs::path before = fs::current_path();
+  const testing::TemporaryFolder folder;
+  fs::current_path(folder);
+  EXPECT_EQ(std::system(text.substr(0, start).c_str()), 0);
+
+  const std::string session =
+      std::regex_replace(text.substr(start + prompt.size()), std::regex("(^|\n)> "), "$1");
+  const std::shared_ptr<simulator::Simulator> engine = simulator::Simulator::Open("shop");
+  std::istringstream in(std::regex_replace(session, std::regex("(^|\n)[^?\n][^\n]*"), ""));
+  std::ostringstream out;
+  EXPECT_TRUE(Prompt(in, out, {engine->workspace(), nullptr, engine, L"shop"}).Run(false));
+  EXPECT_EQ(out.str(), session);
+  EXPECT_EQ(std::count(session.begin(), session.end(), '\n'), 6);
+  fs::current_path(before);
 }
 
 }  // namespace

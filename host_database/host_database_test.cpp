@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -11,8 +12,10 @@
 #include "frame/error.h"
 #include "frame/text.h"
 #include "host_database/ado_error.h"
+#include "host_database/database_file.h"
 #include "host_database/filter.h"
 #include "host_database/odbc_connection.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::host_database {
 namespace {
@@ -36,7 +39,7 @@ std::int32_t ErrorOf(const std::function<void()>& action) {
   return 0;
 }
 
-class HostDatabaseTest : public testing::Test {
+class HostDatabaseTest : public ::testing::Test {
  protected:
   HostDatabaseTest() {
     Execute({L"CREATE TABLE Stock (Code VARCHAR(10), Description TEXT, Price REAL, Held INTEGER)",
@@ -45,7 +48,6 @@ class HostDatabaseTest : public testing::Test {
              L"INSERT INTO Stock VALUES ('b1', NULL, -1.25, 100)",
              L"INSERT INTO Stock VALUES ('A2', 'anvil \x2014 50%', 2.5, -3)"});
   }
-  ~HostDatabaseTest() override { fs::remove_all(folder_); }
 
   void Execute(const std::vector<std::wstring>& commands) {
     for (const std::wstring& command : commands) connection_.Execute(command);
@@ -66,15 +68,11 @@ class HostDatabaseTest : public testing::Test {
   }
   std::wstring Select(std::wstring_view command) { return Rest(*Open(command)); }
 
-  static fs::path MakeFolder() {
-    std::string name = (fs::temp_directory_path() / "ard_database_XXXXXX").string();
-    return mkdtemp(name.data());
-  }
   static std::wstring ConnectionString(const fs::path& file) {
     return L"Driver=SQLite3;Database=" + file.wstring();
   }
 
-  const fs::path folder_ = MakeFolder();
+  const ard::testing::TemporaryFolder folder_;
   OdbcConnection connection_{ConnectionString(folder_ / "stock.db")};
 };
 
@@ -196,6 +194,27 @@ TEST_F(HostDatabaseTest, WhatCannotBeDoneHasAdosNumber) {
   EXPECT_EQ(ErrorOf([&] { kGet(*rows); }), Number(AdoError::kObjectClosed));
   EXPECT_EQ(ErrorOf([&] { OpenStock(); }), Number(AdoError::kObjectClosed));
   EXPECT_EQ(ErrorOf([] { OdbcConnection(L"Driver=NoSuchDriver"); }), kErrorFailed);
+}
+
+TEST_F(HostDatabaseTest, ADatabaseFileHasToBeOne) {
+  EXPECT_EQ(OpenDatabaseFile(folder_ / "stock.db")
+                ->OpenRecordset(L"SELECT * FROM Stock", Cursor::kStatic, Lock::kReadOnly)
+                ->RecordCount(),
+            4);
+  std::ofstream(folder_ / "text.db") << std::string(2000, 'x');
+  std::ofstream(folder_ / "empty.db");
+  for (const auto& [file, problem] : {std::pair("stok.db", L"No such file or directory"),
+                                      {"", L"Is no regular file"},
+                                      {"empty.db", L"Is an empty file"},
+                                      {"text.db", L"[SQLite]file is not a database (26)"}}) {
+    try {
+      OpenDatabaseFile(folder_ / file);
+      ADD_FAILURE() << file;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.text(), (folder_ / file).wstring() + L": " + problem);
+    }
+  }
+  EXPECT_FALSE(fs::exists(folder_ / "stok.db"));
 }
 
 TEST_F(HostDatabaseTest, DeletingTakesExactlyTheCurrentRowOutOfTheTable) {

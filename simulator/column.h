@@ -28,6 +28,8 @@ struct Column {
   std::wstring name;
   ColumnType type = ColumnType::kText;
   std::size_t length = 0;  // of text: the characters that the field holds
+
+  bool operator==(const Column&) const = default;
 };
 
 // A record's cells in column order. An empty Value is a cell that holds nothing, whatever the

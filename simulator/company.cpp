@@ -1,6 +1,9 @@
 #include "simulator/company.h"
 
 #include <algorithm>
+#include <fstream>
+#include <map>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -9,7 +12,7 @@
 #include "simulator/catalogue.h"
 #include "simulator/company_error.h"
 #include "simulator/control_table.h"
-#include "simulator/safe_file.h"
+#include "simulator/queue_table.h"
 
 namespace ard::simulator {
 namespace {
@@ -40,40 +43,44 @@ void CheckKey(const TableInfo& info, const TableText& text, const std::string& f
   }
 }
 
-void StoreRows(MemoryTable& table, TableText& text, const std::string& file) {
-  std::int32_t record = 0;
-  for (Row& row : text.rows) {
-    row.resize(table.columns().size());
-    if (table.Store(++record, std::move(row))) continue;
-    const std::size_t line = text.lines.LineOf(record);
-    throw CompanyError(file, static_cast<int>(line) + 1,
-                       CellColumn(text.lines[line], table.key().front()),
-                       "the key is blank or that of an earlier record");
+constexpr std::string_view kEnding = ".table";
+
+// The table whose file somebody must have meant by the name: one in other letters, or with the
+// ending that an editor has added. Nothing when it is a table's very name, or no such thing.
+std::string TableMeantBy(const std::string& file) {
+  const std::wstring name = FromUtf8(file);
+  for (const TableInfo& info : Catalogue()) {
+    const std::string table = ToUtf8(info.data_file).append(kEnding);
+    if (file == table) return {};
+    for (const wchar_t* added : {L"", L".txt"}) {
+      if (EqualsIgnoreCase(name, FromUtf8(table) + added)) return table;
+    }
   }
+  return {};
 }
 
-// Writes a table's file anew for every record stored.
-class FileWriter {
- public:
-  FileWriter(std::filesystem::path path, Columns columns, TableLines lines)
-      : path_(std::move(path)), columns_(std::move(columns)), lines_(std::move(lines)) {}
-
-  void operator()(std::int32_t record, const Row& row) {
-    TableLines lines = lines_;
-    lines.SetRecord(record, FormatRow(columns_, row));
-    try {
-      ReplaceFile(path_, lines.Text());
-    } catch (const std::system_error& error) {
-      throw Error(kErrorFailed, FromUtf8(error.what()));
-    }
-    lines_ = std::move(lines);
+// The files of the tables, by name. Files that are none are left alone, but not those that look
+// like one.
+std::vector<std::filesystem::path> TablesIn(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> files;
+  std::map<std::string, std::string> meant;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    const std::string file = entry.path().filename().string();
+    if (std::string table = TableMeantBy(file); !table.empty()) meant[file] = std::move(table);
+    if (file.ends_with(kEnding)) files.push_back(entry.path());
   }
-
- private:
-  std::filesystem::path path_;
-  Columns columns_;
-  TableLines lines_;
-};
+  if (!meant.empty()) {
+    std::string names;
+    for (const auto& [file, table] : meant) names += (names.empty() ? "" : ", ") + file;
+    throw CompanyError(names, 0, 0, "a table has to be named like " + meant.begin()->second);
+  }
+  if (files.empty()) {
+    throw CompanyError(folder.string(), 0, 0,
+                       "there is no company here: no table, such as SalesData.table");
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
 
 }  // namespace
 
@@ -83,48 +90,68 @@ std::unique_ptr<Company> Company::Load(const std::filesystem::path& folder) {
   auto company = std::make_unique<Company>();
   company->folder_ = folder;
   try {
-    std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-      if (entry.path().extension() == ".table") files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
+    const std::vector<std::filesystem::path> files = TablesIn(folder);
+    company->share_ = CompanyShare::Open(folder);
     for (const auto& file : files) company->LoadFile(file);
+    company->Complete();
   } catch (const std::system_error& error) {
     throw CompanyError(folder.string(), 0, 0, error.code().message());
+  } catch (const Error& error) {
+    throw CompanyError(folder.string(), 0, 0, ToUtf8(error.text()));
   }
   return company;
 }
 
 void Company::LoadFile(const std::filesystem::path& path) {
-  const std::string file = path.filename().string();
-  const std::wstring name = path.stem().wstring();
-  if (LookUp(name).kind != ObjectKind::kDataFile) {
-    throw CompanyError(file, 0, 0, "the engine has no data file of this name");
+  const std::string file_name = path.filename().string();
+  const std::wstring name = FromUtf8(path.stem().string());
+  const ObjectName found = LookUp(name);
+  if (found.kind != ObjectKind::kDataFile) {
+    throw CompanyError(file_name, 0, 0, "the engine has no data file of this name");
   }
-  TableText text = ParseTable(ReadFile(path), file);
-  std::unique_ptr<MemoryTable> table = Fill(name, text, file);
-  if (name != kQueueData) {
-    table->set_writer(FileWriter(path, std::move(text.columns), std::move(text.lines)));
+  auto file = std::make_unique<TableFile>(path, share_.get(), found.table);
+  TableText text = file->Read();
+  CheckKey(Info(name), text, file_name);
+  std::unique_ptr<MemoryTable> table = NewTable(name, text.columns);
+  if (name == kQueueData) {
+    table->Fill(text, file_name);
+  } else {
+    table->Attach(std::move(file), std::move(text));
   }
   Set(name, std::move(table));
 }
 
-void Company::Parse(std::wstring_view name, std::string_view text, const std::string& file) {
-  TableText parsed = ParseTable(text, file);
-  Set(name, Fill(name, parsed, file));
+void Company::Complete() {
+  if (Find(kControlData) == nullptr) {
+    auto control = NewTable(kControlData, {});
+    control->Store(1, {});
+    Set(kControlData, std::move(control));
+  }
+  const std::filesystem::path queue = folder_ / "queue.dta";
+  if (share_ != nullptr && share_->is_writable() && !std::filesystem::exists(queue)) {
+    std::ofstream(queue, std::ios::app)
+        << "The register of logons to this company. A single-user program holds this file "
+           "exclusively.\n";
+  }
 }
 
-std::unique_ptr<MemoryTable> Company::Fill(std::wstring_view name, TableText& text,
-                                           const std::string& file) {
-  CheckKey(Info(name), text, file);
-  std::unique_ptr<MemoryTable> table = NewTable(name, text.columns);
-  StoreRows(*table, text, file);
-  return table;
+void Company::Parse(std::wstring_view name, std::string_view text, const std::string& file) {
+  TableText parsed = ParseTable(text, file);
+  CheckKey(Info(name), parsed, file);
+  std::unique_ptr<MemoryTable> table = NewTable(name, parsed.columns);
+  table->Fill(parsed, file);
+  Set(name, std::move(table));
 }
 
 Table* Company::Find(std::wstring_view name) {
   const ObjectName found = LookUp(name);
   return found.kind == ObjectKind::kDataFile ? Find(found.table) : nullptr;
+}
+
+Table* Company::Find(std::size_t ordinal) {
+  Table* const table = tables_[ordinal].get();
+  if (table != nullptr) table->Refresh();
+  return table;
 }
 
 void Company::Set(std::wstring_view name, std::unique_ptr<Table> table) {
@@ -141,6 +168,9 @@ std::int64_t Company::records_written() const {
 
 std::unique_ptr<MemoryTable> Company::NewTable(std::wstring_view name, Columns columns) {
   if (name == kControlData) return std::make_unique<ControlTable>(std::move(columns), *this);
+  if (name == kQueueData) {
+    return std::make_unique<QueueTable>(std::move(columns), share_.get(), LookUp(name).table);
+  }
   return std::make_unique<MemoryTable>(std::move(columns), Info(name).key);
 }
 

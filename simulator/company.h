@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/company_share.h"
 #include "simulator/memory_table.h"
 #include "simulator/table.h"
 #include "simulator/table_text.h"
@@ -25,14 +26,17 @@ class Company {
   Company& operator=(const Company&) = delete;
 
   // Reads every "<name>.table" of `folder`. What is stored in such a table later is written to its
-  // file before it counts; a crash leaves the old table or the new one. The logon queue alone is
-  // not written: its file says who is logged on to begin with. Throws CompanyError.
+  // file before it counts; a crash leaves the old table or the new one. What other processes store
+  // there is brought in. The logon queue alone is not written: its file says who is logged on to
+  // begin with. A ControlData that is not there is made up, in memory, and so is the file queue.dta
+  // where the folder may be written. Throws CompanyError.
   static std::unique_ptr<Company> Load(const std::filesystem::path& folder);
 
-  // Null when the company has no such table, or there is none of that name. The second form takes
-  // the table's ordinal in the catalogue.
+  // The table as it is now. Null when the company has no such table, or there is none of that name.
+  // The second form takes the table's ordinal in the catalogue. Throws Error when others have made
+  // it unreadable.
   Table* Find(std::wstring_view name);
-  Table* Find(std::size_t ordinal) { return tables_[ordinal].get(); }
+  Table* Find(std::size_t ordinal);
 
   // Puts a table in, or takes it out when `table` is null.
   void Set(std::wstring_view name, std::unique_ptr<Table> table);
@@ -52,10 +56,12 @@ class Company {
 
  private:
   void LoadFile(const std::filesystem::path& path);
-  std::unique_ptr<MemoryTable> Fill(std::wstring_view name, TableText& text,
-                                    const std::string& file);
+  // What a company needs beside its tables.
+  void Complete();
 
   std::filesystem::path folder_;
+  // Before the tables, which use it. Null for a company in memory, or in a folder of others.
+  std::unique_ptr<CompanyShare> share_;
   std::vector<std::unique_ptr<Table>> tables_;  // by their ordinal in the catalogue
 };
 

@@ -1,6 +1,9 @@
 #include "simulator/company.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -9,7 +12,9 @@
 #include <string>
 
 #include "simulator/company_error.h"
+#include "simulator/shared_file.h"
 #include "simulator/simulator.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::simulator {
 namespace {
@@ -70,22 +75,169 @@ TEST_F(DemoCompanyTest, KeepsItsStock) {
   EXPECT_EQ(Cell(L"ControlData", 1, L"NO_OF_STOCK"), Value(products));
 }
 
-TEST(CompanyTest, RefusesFoldersThatAreNoCompany) {
-  std::string name = (fs::temp_directory_path() / "ard_simulator_XXXXXX").string();
-  const fs::path folder = mkdtemp(name.data());
-  EXPECT_THROW(Simulator::Open(folder / "nowhere"), CompanyError);
-  EXPECT_NO_THROW(Simulator::Open(folder));
-  std::ofstream(folder / "notes.txt") << "not a table";
-  std::ofstream(folder / "BankData.table.new") << "half a ta";
-  EXPECT_NO_THROW(Simulator::Open(folder));
-  std::ofstream(folder / "SaleData.table") << "ACCOUNT_REF:text(8)\n";
-  try {
-    Simulator::Open(folder);
-    ADD_FAILURE() << "no error";
-  } catch (const CompanyError& error) {
-    EXPECT_STREQ(error.what(), "SaleData.table: the engine has no data file of this name");
+class CompanyTest : public ::testing::Test {
+ protected:
+  static void Write(const fs::path& file, const std::string& text) { std::ofstream(file) << text; }
+
+  // What is wrong with the company; "" for nothing.
+  std::string Problem(const fs::path& folder) const {
+    try {
+      Simulator::Open(folder);
+      return {};
+    } catch (const CompanyError& error) {
+      const std::string text = error.what();
+      const std::string path = folder_.string();
+      return text.starts_with(path) ? "FOLDER" + text.substr(path.size()) : text;
+    }
   }
-  fs::remove_all(folder);
+
+  testing::TemporaryFolder folder_;
+};
+
+// Other ways to make a file.
+void Folder(const fs::path& file, const std::string&) { fs::create_directory(file); }
+void Pipe(const fs::path& file, const std::string&) { mkfifo(file.c_str(), 0600); }
+void Link(const fs::path& file, const std::string& target) { fs::create_symlink(target, file); }
+void BesideATable(const fs::path& file, const std::string& text) {
+  for (const fs::path& each : {file, file.parent_path() / "BankData.table"}) {
+    std::ofstream(each) << text;
+  }
+}
+
+TEST_F(CompanyTest, SaysWhatIsWrongAndWhere) {
+  const std::string key = "ACCOUNT_REF:text(4)\n";
+  const std::string header = "ACCOUNT_REF:text(4)\tAGE:integer16\tON:boolean\n";
+  const std::string price = "TYPE:integer8\tEXT_REF:text(4)\tSTOCK_CODE:text(4)\n";
+  const auto cell = [](const std::string& type, const std::string& text) {
+    return "ACCOUNT_REF:text(4)\tX:" + type + "\nA\t" + text + "\n";
+  };
+  const char* const kSales = "SalesData.table";
+  const std::string no_type =
+      " is no type: text(length from 1 to 32767), boolean, integer8, integer16, long, double, "
+      "currency and date are";
+  const std::string no_header =
+      "1: there is no header: a line of NAME:type columns, separated by TABs";
+  const char* const kNone =
+      "FOLDER/company: there is no company here: no table, such as SalesData.table";
+  const struct {
+    const char* file;
+    std::string text;
+    std::string problem;
+    void (*make)(const fs::path&, const std::string&) = Write;
+  } cases[] = {
+      // The folder.
+      {"", "", "FOLDER/company: No such file or directory", [](auto&, auto&) {}},
+      {"", "", kNone, Folder},
+      {"", key, "FOLDER/company: Not a directory"},
+      {"notes.txt", key, kNone},
+      {"BankData.table.new", "ACCOUNT_REF:te", kNone},
+      {"SalesData.table.txt", key,
+       "SalesData.table.txt: a table has to be named like SalesData.table"},
+      {"SalesData.TABLE", key, "SalesData.TABLE: a table has to be named like SalesData.table"},
+      {"salesdata.table", key, "salesdata.table: a table has to be named like SalesData.table"},
+      {"StockData.Table", key, "StockData.Table: a table has to be named like StockData.table",
+       BesideATable},
+      {"SaleData.table", key, "SaleData.table: the engine has no data file of this name"},
+      {"Sales\xFF.table", key, "Sales\xFF.table: the engine has no data file of this name"},
+      {kSales, "", "SalesData.table: Is a directory", Folder},
+      {kSales, "", "SalesData.table: Is no regular file", Pipe},
+      {kSales, "/dev/zero", "SalesData.table: Is no regular file", Link},
+      {kSales, "nowhere", "SalesData.table: No such file or directory", Link},
+      {"company.lock", key, "FOLDER/company: company.lock: Is a directory",
+       [](auto& file, auto& text) {
+         fs::create_directory(file);
+         Write(file.parent_path() / "SalesData.table", text);
+       }},
+      // The header.
+      {kSales, "", "1:" + no_header},
+      {kSales, "# SalesData\n\n", "3:" + no_header},
+      {kSales,
+       "\xFF\xFE"
+       "A",
+       "1:1: this is not UTF-8"},
+      {kSales, "ACCOUNT_REF\n",
+       "1:1: \"ACCOUNT_REF\" is no column: NAME:type is wanted, with letters, digits and _"},
+      {kSales, "ACCOUNT_REF:text(4) NAME:text(9)\n", "1:13: \"text(4) NAME:text(9)\"" + no_type},
+      {kSales, "ACCOUNT-REF:text(4)\n",
+       "1:1: \"ACCOUNT-REF:text(4)\" is no column: NAME:type is wanted, with letters, digits and "
+       "_"},
+      {kSales, "ACCOUNT_REF:string\n", "1:13: \"string\"" + no_type},
+      {kSales, "ACCOUNT_REF:text\n", "1:13: \"text\"" + no_type},
+      {kSales, "ACCOUNT_REF:text(0)\n", "1:13: \"text(0)\"" + no_type},
+      {kSales, "ACCOUNT_REF:text(32768)\n", "1:13: \"text(32768)\"" + no_type},
+      {kSales, "ACCOUNT_REF:text(4)\taccount_ref:long\n",
+       "1:21: there are two columns of the name account_ref"},
+      {kSales, "NAME:text(4)\n", "1:1: the column ACCOUNT_REF is missing: it is the key"},
+      {kSales, "# c\nACCOUNT_REF:double\n",
+       "2:1: ACCOUNT_REF is the key: it has to be text or a whole number"},
+      {"PriceData.table", "TYPE:integer8\tSTOCK_CODE:text(4)\n",
+       "1:1: the column EXT_REF is missing: it is the key"},
+      // The records.
+      {kSales, header + "A\t1\n", "2:4: this record has 2 cells, the header has 3"},
+      {kSales, header + "A\t1\tno\t\n", "2:8: this record has 4 cells, the header has 3"},
+      {kSales, header + "A 1 no\n", "2:7: this record has 1 cells, the header has 3"},
+      {kSales, header + "\u00E9\t32768\tno\n",
+       "2:3: AGE takes a whole number from -32768 to 32767, not \"32768\""},
+      {kSales, header + "A\t1\tYES\n", "2:5: ON takes yes or no, not \"YES\""},
+      {kSales, header + "ABCDE\t1\tno\n", "2:1: ACCOUNT_REF holds 4 characters, this text has 5"},
+      {kSales, header + "A\\x\t1\tno\n", "2:2: \\ has to be followed by t, n, r, s, # or \\"},
+      {kSales, header + "A\t1\tno\n\n\u00E9\xFF\t1\tno\n", "4:2: this is not UTF-8"},
+      {kSales, cell("integer8", "-1"), "2:3: X takes a whole number from 0 to 255, not \"-1\""},
+      {kSales, cell("long", "2147483648"),
+       "2:3: X takes a whole number from -2147483648 to 2147483647, not \"2147483648\""},
+      {kSales, cell("double", "lots"), "2:3: X takes a number, such as 1250.5, not \"lots\""},
+      {kSales, cell("double", "12,50"), "2:3: X takes a number, such as 1250.5, not \"12,50\""},
+      {kSales, cell("double", "inf"), "2:3: X takes a number, such as 1250.5, not \"inf\""},
+      {kSales, cell("currency", "1.00001"),
+       "2:3: X takes an amount with at most four decimals, not \"1.00001\""},
+      {kSales, cell("date", "2026-02-29"),
+       "2:3: X takes a date, such as 2026-11-21, not \"2026-02-29\""},
+      {kSales, cell("date", "21/11/2026"),
+       "2:3: X takes a date, such as 2026-11-21, not \"21/11/2026\""},
+      {kSales, key + "\\s\n", "2:1: the key is blank"},
+      {kSales, key + std::string("A\0B\n", 4), "2:1: the key has a NUL byte"},
+      {kSales, key + "A\n# c\na \n", "4:1: the key \"a \" is that of line 2"},
+      {"PriceData.table", price + "83\tABC\tNUT\n83\tABC\tBOLT\n83\tabc\tnut\n",
+       "4:1: the key \"83\", \"abc\", \"nut\" is that of line 2"},
+  };
+  int number = 0;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.file + std::string(": ") + c.text);
+    const fs::path company = folder_ / "company";
+    if (*c.file != '\0') fs::create_directory(company);
+    c.make(*c.file == '\0' ? company : company / c.file, c.text);
+    const bool placed = c.problem.front() >= '0' && c.problem.front() <= '9';
+    EXPECT_EQ(Problem(company), placed ? c.file + (":" + c.problem) : c.problem);
+    fs::remove_all(company);
+    ++number;
+  }
+  EXPECT_GE(number, 43);
+}
+
+// Who may not write there opens it, too; but nothing is made.
+TEST_F(CompanyTest, ATableIsEnough) {
+  Write(folder_ / "SalesData.table", "ACCOUNT_REF:text(4)\nA\nB\n");
+  for (const char* other : {"SalesData.table~", "StockData.table.new", "notes.table.txt"}) {
+    Write(folder_ / other, "none");
+  }
+  const auto open = [&] {
+    const auto engine = Simulator::Open(folder_);
+    const auto control = engine->workspace()->CreateDataFile(L"ControlData");
+    return control->Open(engine::Mode::kRead) && control->Read(1) && control->Count() == 1 &&
+           control->GetFields()->Item(L"NO_OF_SALES")->GetValue() == Value(2) &&
+           control->GetFields()->Item(L"NO_OF_STOCK")->GetValue() == Value(0);
+  };
+  constexpr auto kNobodyWrites = static_cast<fs::perms>(0555);
+  fs::permissions(folder_, kNobodyWrites);
+  const pid_t reader = fork();
+  if (reader == 0) _exit((geteuid() != 0 || seteuid(65534) == 0) && open() ? 0 : 1);
+  int status = -1;
+  waitpid(reader, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_FALSE(fs::exists(folder_ / "company.lock") || fs::exists(folder_ / "queue.dta"));
+  fs::permissions(folder_, fs::perms::owner_all);
+  EXPECT_TRUE(open());
+  EXPECT_NO_THROW(TryToRead((folder_ / "queue.dta").wstring()));
 }
 
 }  // namespace

@@ -16,6 +16,11 @@ void CurrentRecord::Attach(Table* table) {
 }
 
 void CurrentRecord::MoveTo(std::int32_t record) {
+  Stored(record);
+  generation_ = table_ != nullptr ? table_->generation() : 0;
+}
+
+void CurrentRecord::Stored(std::int32_t record) {
   record_ = record;
   ++state_;
   set_.clear();

@@ -18,6 +18,8 @@ class CurrentRecord {
 
   // Forgets what has been set. Record 0 is a blank record that is not stored.
   void MoveTo(std::int32_t record);
+  // The same for one that has been stored: what others have changed has still not been read.
+  void Stored(std::int32_t record);
   // Stands on the blank record, with what has been set.
   void Leave() {
     record_ = 0;
@@ -27,6 +29,11 @@ class CurrentRecord {
   // Changes whenever another record may have become current, and when the record is to be edited.
   std::int64_t state() const { return state_; }
   void BeginEdit() { ++state_; }
+
+  // Whether another process has changed the record, or any other one, since this one became
+  // current.
+  bool IsStale() const { return IsStale(record_); }
+  bool IsStale(std::int32_t record) const { return table_->IsChangedSince(record, generation_); }
 
   // What has been set, else what the table holds now; text is padded to the length of its field.
   Value Get(std::size_t column) const;
@@ -43,6 +50,7 @@ class CurrentRecord {
   Table* table_ = nullptr;
   std::int32_t record_ = 0;
   std::int64_t state_ = 0;
+  std::uint32_t generation_ = 0;      // of the table, when the record became current
   std::map<std::size_t, Value> set_;  // by column
 };
 

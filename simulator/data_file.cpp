@@ -104,6 +104,7 @@ class SimulatedDataFile : public engine::DataFileObject, private EngineObject {
     return Run([&] {
       if (open_) throw Error(kErrorFailed, L"The file is open already.");
       if (table_ == nullptr) return false;
+      table_->Reopen();
       open_.emplace(state());
       mode_ = mode;
       current_->Attach(table_);
@@ -126,7 +127,7 @@ class SimulatedDataFile : public engine::DataFileObject, private EngineObject {
 
   std::unique_ptr<engine::Fields> GetFields() override {
     return Run([&] {
-      Opened();
+      RequireOpen();
       return MakeFields(state(), current_);
     });
   }
@@ -144,25 +145,34 @@ class SimulatedDataFile : public engine::DataFileObject, private EngineObject {
 
   bool Write(std::int32_t record) override {
     return Run([&] {
-      Table& table = Opened();
+      RequireOpen();
       if (mode_ != engine::Mode::kAppend) {
         throw Error(kErrorFailed, L"The file is not open for writing.");
       }
-      return table.Store(record, current_->Contents()) && MoveTo(record);
+      const Table::Turn turn(*table_);
+      if (current_->IsStale(record)) return state()->Refuse(kChangedByOther);
+      if (!table_->Store(record, current_->Contents())) return false;
+      current_->Stored(record);
+      return true;
     });
   }
 
   void Close() override {
     Run([&] {
-      Opened();
+      RequireOpen();
       open_.reset();
       current_->Attach(nullptr);
     });
   }
 
  private:
-  Table& Opened() const {
+  void RequireOpen() const {
     if (!open_) throw Error(kErrorFailed, L"The file is not open.");
+  }
+  // As it is now.
+  Table& Opened() const {
+    RequireOpen();
+    table_->Refresh();
     return *table_;
   }
 

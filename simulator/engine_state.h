@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -25,12 +26,18 @@ struct EngineState {
   bool snapshot_fields = false;
   std::int64_t operations = 0;
   std::int64_t records_read = 0;
-  Error last_error{0, L""};
+  std::optional<Error> last_error;  // of the last operation, if it failed
   Logons logons{*company};
 
   // Runs one operation, unless it is to fail: counted, and its error kept as the last one.
   template <class Action>
   auto Run(Action&& action) {
+    last_error.reset();
+    return RunAside(action);
+  }
+  // The same for one that asks for the last error.
+  template <class Action>
+  auto RunAside(Action&& action) {
     try {
       ++operations;
       faults.Operation();
@@ -40,7 +47,16 @@ struct EngineState {
       throw;
     }
   }
+
+  // The answer of an operation that refuses what it is asked.
+  bool Refuse(const Error& why) {
+    last_error = why;
+    return false;
+  }
 };
+
+// The engine's own errors.
+inline const Error kChangedByOther{1103, L"Another user has changed the record since it was read."};
 
 // An engine object: it counts as living, and each of its operations is put through Run.
 class EngineObject {

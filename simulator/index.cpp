@@ -16,6 +16,7 @@ class SimulatedIndex : public engine::IndexObject, private EngineObject {
     return Run([&] {
       if (open_) throw Error(kErrorFailed, L"The index is open already.");
       if (table_ == nullptr) return false;
+      table_->Refresh();
       open_.emplace(state());
       StandOn(1);
       return true;
@@ -40,7 +41,10 @@ class SimulatedIndex : public engine::IndexObject, private EngineObject {
   }
 
   std::int32_t RecordNumber() override {
-    return Run([&] { return Opened().RecordAt(Current()); });
+    return Run([&] {
+      Current();
+      return record_;
+    });
   }
 
   void MoveTo(std::int32_t position) override {
@@ -61,22 +65,33 @@ class SimulatedIndex : public engine::IndexObject, private EngineObject {
 
   void Close() override {
     Run([&] {
-      Opened();
+      RequireOpen();
       open_.reset();
     });
   }
 
  private:
-  Table& Opened() const {
+  void RequireOpen() const {
     if (!open_) throw Error(kErrorFailed, L"The index is not open.");
+  }
+  // As it is now. The entry goes with its record, when others come before it or go.
+  Table& Opened() {
+    RequireOpen();
+    table_->Refresh();
+    if (order_ != table_->order()) {
+      const bool is_there = position_ != 0 && record_ <= table_->size();
+      StandOn(is_there ? table_->PositionOf(record_) : 0);
+    }
     return *table_;
   }
 
   void StandOn(std::int32_t position) {
     position_ = position >= 1 && position <= table_->size() ? position : 0;
+    if (position_ != 0) record_ = table_->RecordAt(position_);
+    order_ = table_->order();
   }
 
-  std::int32_t Current() const {
+  std::int32_t Current() {
     Opened();
     if (position_ == 0) throw Error(kErrorFailed, L"The index stands on no entry.");
     return position_;
@@ -85,6 +100,8 @@ class SimulatedIndex : public engine::IndexObject, private EngineObject {
   Table* table_;
   std::wstring key_;
   std::int32_t position_ = 0;
+  std::int32_t record_ = 0;  // of that entry
+  std::uint32_t order_ = 0;  // of the table, as it was then
   std::optional<OpenMark> open_;
 };
 

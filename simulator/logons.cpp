@@ -3,12 +3,13 @@
 #include <utility>
 
 #include "frame/text.h"
+#include "simulator/queue_table.h"
 
 namespace ard::simulator {
 namespace {
 
+constexpr const char* kRegister = "queue.dta";
 constexpr std::wstring_view kManager = L"MANAGER";
-constexpr std::wstring_view kStation = L"THIS-PC";
 
 // The engine's own.
 const Error kWrongUser{1101, L"The user name or the password is wrong."};
@@ -41,7 +42,7 @@ void Logons::Disconnect() {
 
 void Logons::HoldExclusively(bool hold) {
   held_.reset();
-  if (hold) held_.emplace(company_.folder() / "queue.dta");
+  if (hold) held_.emplace(company_.folder() / kRegister);
 }
 
 std::optional<std::wstring> Logons::PasswordOf(std::wstring_view user) const {
@@ -57,44 +58,32 @@ std::optional<std::wstring> Logons::PasswordOf(std::wstring_view user) const {
 }
 
 std::optional<Error> Logons::Enter(std::wstring_view user, bool by_windows) {
-  if (held_) return kHeldExclusively;
+  if (IsHeld()) return kHeldExclusively;
   Leave();
-  user_ = UpperCase(Trimmed(user));
+  std::wstring name = UpperCase(Trimmed(user));
+  if (QueueTable* const queue = Queue()) queue->Enter(name);
+  user_ = std::move(name);
   by_windows_ = by_windows;
-  if (const Table* queue = company_.Find(L"QueueData")) {
-    slot_ = FreeSlot(*queue);
-    StoreSlot(slot_, user_);
-  }
   return std::nullopt;
 }
 
 void Logons::Leave() {
   user_.clear();
   by_windows_ = false;
-  if (slot_ != 0) StoreSlot(std::exchange(slot_, 0), L"");
+  if (QueueTable* const queue = Queue()) queue->Leave();
 }
 
-std::int32_t Logons::FreeSlot(const Table& queue) const {
-  for (std::int32_t slot = 1; slot <= queue.size(); ++slot) {
-    const std::wstring name = CellOf(queue, slot, L"LOGON_NAME").ToText();
-    if (Trimmed(name).empty() || CellOf(queue, slot, L"EMPTY_FLAG").ToBoolean()) return slot;
+bool Logons::IsHeld() const {
+  const std::filesystem::path file = company_.folder() / kRegister;
+  if (company_.folder().empty() || !std::filesystem::exists(file)) return false;
+  try {
+    TryToRead(file.wstring());
+    return false;
+  } catch (const Error&) {
+    return true;
   }
-  return queue.size() + 1;
 }
 
-void Logons::StoreSlot(std::int32_t slot, std::wstring_view user) {
-  Table& queue = *company_.Find(L"QueueData");
-  Row row(queue.columns().size());
-  const auto set = [&](std::wstring_view column, const Value& value) {
-    const int found = queue.columns().Find(column);
-    if (found < 0) return;
-    const auto place = static_cast<std::size_t>(found);
-    row[place] = ConvertTo(queue.columns()[place].type, value);
-  };
-  set(L"LOGON_NAME", user);
-  set(L"STATION_NAME", user.empty() ? std::wstring_view() : kStation);
-  set(L"EMPTY_FLAG", user.empty());
-  queue.Store(slot, std::move(row));
-}
+QueueTable* Logons::Queue() const { return dynamic_cast<QueueTable*>(company_.Find(L"QueueData")); }
 
 }  // namespace ard::simulator

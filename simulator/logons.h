@@ -9,6 +9,7 @@
 
 #include "frame/error.h"
 #include "simulator/company.h"
+#include "simulator/queue_table.h"
 #include "simulator/shared_file.h"
 
 namespace ard::simulator {
@@ -36,14 +37,14 @@ class Logons {
   std::optional<std::wstring> PasswordOf(std::wstring_view user) const;
   std::optional<Error> Enter(std::wstring_view user, bool by_windows);
   void Leave();
-  std::int32_t FreeSlot(const Table& queue) const;
-  void StoreSlot(std::int32_t slot, std::wstring_view user);
+  // Whether this engine or another process holds the company for itself.
+  bool IsHeld() const;
+  QueueTable* Queue() const;  // null when the company has none
 
   Company& company_;
   std::wstring user_;
   bool by_windows_ = false;
   bool trusts_windows_ = true;
-  std::int32_t slot_ = 0;  // the record in the logon queue; 0 for none
   std::int64_t disconnects_ = 0;
   std::optional<HeldFile> held_;
 };

@@ -6,6 +6,7 @@
 
 #include "frame/error.h"
 #include "frame/text.h"
+#include "simulator/company_error.h"
 
 namespace ard::simulator {
 namespace {
@@ -32,8 +33,43 @@ void MakeRoom(std::vector<Element>& elements) {
 
 }  // namespace
 
+void MemoryTable::Fill(TableText& text, const std::string& file) {
+  for (Row& row : text.rows) {
+    const std::size_t line = text.lines.LineOf(size() + 1);
+    const auto fail = [&](std::size_t column, const std::string& problem) {
+      throw CompanyError(file, static_cast<int>(line) + 1, CellColumn(text.lines[line], column),
+                         problem);
+    };
+    row.resize(columns().size());
+    if (!key().empty()) {
+      if (const std::optional<std::size_t> column = KeyWithNul(row))
+        fail(*column, "the key has a NUL byte");
+      const std::wstring key_text = KeyOf(row);
+      if (key_text.empty()) fail(key().front(), "the key is blank");
+      if (const std::int32_t position = FindKey(key_text, engine::Match::kExact)) {
+        std::string cells;
+        for (const std::size_t column : key()) {
+          cells.append(cells.empty() ? "\"" : "\", \"").append(CellText(text.lines[line], column));
+        }
+        const std::size_t earlier = text.lines.LineOf(RecordAt(position)) + 1;
+        fail(key().front(), "the key " + cells + "\" is that of line " + std::to_string(earlier));
+      }
+    }
+    Store(size() + 1, std::move(row));
+  }
+}
+
+void MemoryTable::Attach(std::unique_ptr<TableFile> file, TableText text) {
+  Fill(text, file->name());
+  file->Accept(std::move(text));
+  file_ = std::move(file);
+  stores_ = file_->stores();
+  stores_seen_ = file_->stores_seen();
+}
+
+// A record that is not there any more holds nothing: somebody has taken its line out of the file.
 Value MemoryTable::Cell(std::int32_t record, std::size_t column) const {
-  return rows_[static_cast<std::size_t>(record) - 1][column];
+  return record <= size() ? rows_[static_cast<std::size_t>(record) - 1][column] : Value();
 }
 
 std::int32_t MemoryTable::RecordAt(std::int32_t position) const {
@@ -60,10 +96,13 @@ bool MemoryTable::Store(std::int32_t record, Row row) {
   if (record < 1 || record > size() + 1) return false;
   Tidy(columns(), row);
   std::wstring new_key = KeyOf(row);
-  if (!key().empty() && !IsFree(new_key, record)) return false;
+  if (!key().empty() && (KeyWithNul(row) || !IsFree(new_key, record))) return false;
   MakeRoom(rows_);
   MakeRoom(index_);
-  if (writer_) writer_(record, row);
+  if (file_) {
+    file_->Write(record, row);
+    stores_seen_ = file_->stores_seen();
+  }
 
   if (record > size()) {
     rows_.push_back(std::move(row));
@@ -74,6 +113,52 @@ bool MemoryTable::Store(std::int32_t record, Row row) {
   if (!key().empty()) Enter(record, std::move(new_key));
   ++records_written_;
   return true;
+}
+
+std::shared_ptr<void> MemoryTable::TryHold(std::int32_t record) {
+  return file_ ? file_->TryHold(record) : Table::TryHold(record);
+}
+
+void MemoryTable::BeginTurn() {
+  if (!file_) return;
+  file_->BeginTurn();
+  try {
+    file_->IsOther() ? Reload() : Refresh();
+  } catch (...) {
+    EndTurn();
+    throw;
+  }
+}
+
+void MemoryTable::EndTurn() {
+  if (file_) file_->EndTurn();
+}
+
+void MemoryTable::Reload() {
+  std::vector<std::wstring_view> key_fields;
+  for (const std::size_t column : key()) key_fields.push_back(columns()[column].name);
+  try {
+    TableText text = file_->Read();
+    MemoryTable other(columns(), key_fields);
+    other.Fill(text, file_->name());
+    Adopt(other);
+    file_->Accept(std::move(text));
+  } catch (const CompanyError& error) {
+    throw Error(kErrorFailed, FromUtf8(error.what()));
+  }
+  stores_seen_ = file_->stores_seen();
+}
+
+void MemoryTable::Adopt(MemoryTable& other) {
+  changed_.resize(std::max({changed_.size(), rows_.size(), other.rows_.size()}));
+  ++generation_;
+  for (std::size_t i = 0; i < changed_.size(); ++i) {
+    const bool kept = i < rows_.size() && i < other.rows_.size() && rows_[i] == other.rows_[i];
+    if (!kept) changed_[i] = generation_;
+  }
+  rows_.swap(other.rows_);
+  index_.swap(other.index_);
+  ++order_;
 }
 
 std::wstring MemoryTable::KeyOf(const Row& row) const {
@@ -91,7 +176,16 @@ bool MemoryTable::IsFree(const std::wstring& key_text, std::int32_t record) cons
   return position == 0 || RecordAt(position) == record;
 }
 
+std::optional<std::size_t> MemoryTable::KeyWithNul(const Row& row) const {
+  for (const std::size_t column : key()) {
+    const auto* const text = std::get_if<std::wstring>(&row[column].storage());
+    if (text != nullptr && text->find(L'\0') != text->npos) return column;
+  }
+  return std::nullopt;
+}
+
 void MemoryTable::Enter(std::int32_t record, std::wstring key) {
+  ++order_;
   const auto position = index_.begin() + (LowerBound(key) - 1);
   index_.insert(position, {std::move(key), record});
 }

@@ -1,5 +1,8 @@
+#include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "simulator/current_record.h"
@@ -10,6 +13,10 @@ namespace ard::simulator {
 namespace {
 
 constexpr std::wstring_view kExtraText = L"EXTRA_TEXT";
+
+// How long Edit waits for who edits the record, and how long before it looks again.
+constexpr std::chrono::seconds kPatience(2);
+constexpr std::chrono::milliseconds kPause(1);
 
 class SimulatedRecord : public engine::RecordObject, private EngineObject {
  public:
@@ -25,8 +32,9 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
 
   bool Find(engine::Match match) override {
     return Run([&] {
-      editing_ = Editing::kNothing;
+      StopEditing();
       if (current_->table() == nullptr) return false;
+      current_->table()->Refresh();
       const std::int32_t found = FindKey(match);
       if (found == 0) {
         current_->Leave();
@@ -53,6 +61,7 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
   void AddNew() override {
     Run([&] {
       Existing();
+      StopEditing();
       current_->MoveTo(0);
       editing_ = Editing::kNewRecord;
     });
@@ -60,8 +69,10 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
 
   void Edit() override {
     Run([&] {
-      Existing();
+      Table& table = Existing();
       if (current_->record() == 0) throw Error(kErrorFailed, L"There is no record to edit.");
+      StopEditing();
+      held_ = Hold(table);
       editing_ = Editing::kThisRecord;
       current_->BeginEdit();
     });
@@ -73,8 +84,10 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
       if (editing_ == Editing::kNothing) {
         throw Error(kErrorFailed, L"No record is being added or edited.");
       }
-      const std::int32_t record =
-          editing_ == Editing::kNewRecord ? table.size() + 1 : current_->record();
+      const Table::Turn turn(table);
+      const bool is_new = editing_ == Editing::kNewRecord;
+      if (!is_new && current_->IsStale()) return state()->Refuse(kChangedByOther);
+      const std::int32_t record = is_new ? table.size() + 1 : current_->record();
       if (!table.Store(record, current_->Contents())) return false;
       StandOn(record, table);
       return true;
@@ -102,9 +115,33 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
  private:
   enum class Editing { kNothing, kNewRecord, kThisRecord };
 
+  // As it is now.
   Table& Existing() const {
     if (current_->table() == nullptr) throw Error(kErrorFailed, L"There is no such file.");
+    current_->table()->Refresh();
     return *current_->table();
+  }
+
+  // Holds the current record, as it was read, for as long as the result lives. Waits for another
+  // process that edits it; but not for ever, and then it may yet be Update that refuses one of
+  // them.
+  std::shared_ptr<void> Hold(Table& table) const {
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    std::shared_ptr<void> held;
+    while (!(held = table.TryHold(current_->record())) &&
+           std::chrono::steady_clock::now() < deadline) {
+      table.Refresh();
+      if (current_->IsStale()) throw kChangedByOther;
+      std::this_thread::sleep_for(kPause);
+    }
+    const Table::Turn turn(table);  // not in the middle of storing it
+    if (current_->IsStale()) throw kChangedByOther;
+    return held;
+  }
+
+  void StopEditing() {
+    editing_ = Editing::kNothing;
+    held_.reset();
   }
 
   // The record with the key that is set, 0 when there is none.
@@ -118,11 +155,12 @@ class SimulatedRecord : public engine::RecordObject, private EngineObject {
   // Makes `record` current, or the blank one when the table ends before it.
   void StandOn(std::int32_t record, const Table& table) {
     current_->MoveTo(record <= table.size() ? record : 0);
-    editing_ = Editing::kNothing;
+    StopEditing();
   }
 
   std::shared_ptr<CurrentRecord> current_;
   Editing editing_ = Editing::kNothing;
+  std::shared_ptr<void> held_;
 };
 
 }  // namespace

@@ -25,7 +25,7 @@ Simulator::~Simulator() = default;
 std::shared_ptr<engine::Workspace> Simulator::workspace() { return MakeWorkspace(state_); }
 
 std::unique_ptr<engine::EngineError> Simulator::LastError() {
-  return state_->Run([&] { return MakeLastError(state_); });
+  return state_->RunAside([&] { return MakeLastError(state_); });
 }
 
 void Simulator::SnapshotFields(bool snapshot) { state_->snapshot_fields = snapshot; }

@@ -44,7 +44,7 @@ class Simulator : public engine::Engine {
   // Objects created through the workspace count in counters(), and ask faults() before every
   // operation.
   std::shared_ptr<engine::Workspace> workspace();
-  // The error of the last operation that failed; number 0 and no text when none has.
+  // The error of the last operation; number 0 and no text when it has not failed.
   std::unique_ptr<engine::EngineError> LastError() override;
 
   // Whether collections of fields that are taken from now on, and their fields, hold the record

@@ -3,7 +3,9 @@
 #ifndef ARD_SIMULATOR_TABLE_H_
 #define ARD_SIMULATOR_TABLE_H_
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -43,6 +45,39 @@ class Table {
   // The first ordinal whose key does not come before `key`; size() + 1 when they all do.
   virtual std::int32_t LowerBound(std::wstring_view key) const = 0;
 
+  // Brings in what other processes have stored since, which all that is told above may change.
+  // Costs one look at memory when they have not. Throws Error.
+  void Refresh() {
+    if (stores_ == nullptr) return;
+    if (std::atomic_ref(*stores_).load(std::memory_order_acquire) != stores_seen_) Reload();
+  }
+  // The same when a file is opened: then it may cost more.
+  virtual void Reopen() { Refresh(); }
+
+  // How often that has brought in something, and whether it has changed the record, or appended it,
+  // after the first `generation` times.
+  std::uint32_t generation() const { return generation_; }
+  bool IsChangedSince(std::int32_t record, std::uint32_t generation) const {
+    const auto place = static_cast<std::size_t>(record) - 1;
+    return place < changed_.size() && changed_[place] > generation;
+  }
+  // Differs when records may have other places in the key order than they had.
+  std::uint32_t order() const { return order_; }
+
+  // While one lives, nobody else stores a record of the table; begins with Refresh. Throws Error.
+  class Turn {
+   public:
+    explicit Turn(Table& table) : table_(table) { table_.BeginTurn(); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn() { table_.EndTurn(); }
+
+   private:
+    Table& table_;
+  };
+  // Holds a record while it is edited. Null when another process does.
+  virtual std::shared_ptr<void> TryHold(std::int32_t) { return std::make_shared<char>(); }
+
   // Makes `row`, whose cells fit their columns, record number `record`; size() + 1 appends. False,
   // and nothing stored, when the number is another, the key is blank or another record has it.
   // Throws Error when a text is too long or the table cannot be written.
@@ -64,7 +99,17 @@ class Table {
   // Throws Error when a key field is missing or is of a type that makes no key.
   Table(Columns columns, std::span<const std::wstring_view> key_fields);
 
+  virtual void BeginTurn() {}
+  virtual void EndTurn() {}
+  // Called when others have stored: takes their records, and note of their count.
+  virtual void Reload() {}
+
   std::int64_t records_written_ = 0;
+  std::uint32_t* stores_ = nullptr;  // counts what all processes store; null for a table of our own
+  std::uint32_t stores_seen_ = 0;
+  std::uint32_t generation_ = 0;
+  std::vector<std::uint32_t> changed_;  // by record: the generation that brought it
+  std::uint32_t order_ = 0;
 
  private:
   Columns columns_;

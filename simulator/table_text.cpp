@@ -387,8 +387,10 @@ std::string FormatRow(const Columns& columns, const Row& row) {
   return line.empty() ? "\\s" : line;
 }
 
+std::string_view CellText(std::string_view line, std::size_t cell) { return Split(line)[cell]; }
+
 int CellColumn(std::string_view line, std::size_t cell) {
-  const std::string_view place = Split(line)[cell];
+  const std::string_view place = CellText(line, cell);
   const auto before = line.substr(0, static_cast<std::size_t>(place.data() - line.data()));
   return static_cast<int>(FromUtf8(before).size()) + 1;
 }

@@ -55,7 +55,9 @@ Columns ParseColumns(std::string_view header, const std::string& file);
 // The line of a record, without a line end. Parsing it gives the row back.
 std::string FormatRow(const Columns& columns, const Row& row);
 
-// The column, in characters from 1, at which cell number `cell` (from 0) of a line starts.
+// Cell number `cell` (from 0) of a line as it is written, and the column, in characters from 1, at
+// which it starts.
+std::string_view CellText(std::string_view line, std::size_t cell);
 int CellColumn(std::string_view line, std::size_t cell);
 
 }  // namespace ard::simulator

@@ -62,10 +62,7 @@ class SimulatedWorkspace : public engine::Workspace {
   }
 
   // Whether the user has been logged on; why not is the last error.
-  bool Answer(const std::optional<Error>& refusal) {
-    if (refusal) state_->last_error = *refusal;
-    return !refusal;
-  }
+  bool Answer(const std::optional<Error>& refusal) { return !refusal || state_->Refuse(*refusal); }
 
   std::shared_ptr<EngineState> state_;
 };
@@ -73,20 +70,17 @@ class SimulatedWorkspace : public engine::Workspace {
 class SimulatedError : public engine::EngineError, private EngineObject {
  public:
   explicit SimulatedError(std::shared_ptr<EngineState> state)
-      : EngineObject(std::move(state)),
-        number_(this->state()->last_error.number()),
-        text_(this->state()->last_error.text()) {}
+      : EngineObject(std::move(state)), error_(this->state()->last_error.value_or(Error(0, L""))) {}
 
   std::int32_t Number() override {
-    return Run([&] { return number_; });
+    return state()->RunAside([&] { return error_.number(); });
   }
   std::wstring Text() override {
-    return Run([&] { return text_; });
+    return state()->RunAside([&] { return error_.text(); });
   }
 
  private:
-  std::int32_t number_;
-  std::wstring text_;
+  Error error_;
 };
 
 }  // namespace

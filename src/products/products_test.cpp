@@ -1,16 +1,20 @@
 #include "products/products.h"
 
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
-#include <filesystem>
+#include <csignal>
+#include <cstdlib>
 #include <utility>
 
 #include "simulator/safe_file.h"
 #include "testing/company_test.h"
 #include "testing/recording_workspace.h"
+#include "testing/temporary_folder.h"
 
 namespace ard::products {
 namespace {
@@ -358,9 +362,7 @@ TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {
 }
 
 TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {
-  namespace fs = std::filesystem;
-  const fs::path folder = fs::temp_directory_path() / ("copy" + std::to_string(getpid()));
-  fs::create_directory(folder);
+  const testing::TemporaryFolder folder;
   const std::string before =
       "STOCK_CODE:text(8)\tDESCRIPTION:text(20)\tSALES_PRICE:double\tQTY_IN_STOCK:double\t"
       "LAST_SALE_DATE:date\nOLD\tOld one\t12.5\t7\t2026-01-02\n";
@@ -383,7 +385,53 @@ TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {
     if (status == 0) break;
   }
   EXPECT_GT(left_out, 100);
-  fs::remove_all(folder);
+}
+
+// ARD_ALLOCATIONS says how many each makes.
+TEST_F(ProductsTest, FourHostsAllocateWithoutLosingAny) {
+  const char* const given = std::getenv("ARD_ALLOCATIONS");
+  const int each = given != nullptr ? std::stoi(given) : 25;
+  const testing::TemporaryFolder folder;
+  const auto stock = [](int allocated) {
+    return "STOCK_CODE:text(8)\tQTY_IN_STOCK:double\tQTY_ALLOCATED:double\n"
+           "NUT\t5\t2\nBOLT\t123456\t" +
+           std::to_string(allocated) + "\nPIN\t5\t3\n";
+  };
+  simulator::ReplaceFile(folder / "StockData.table", stock(0));
+
+  // How many each has been told that it has made. The first goes on until it is killed.
+  constexpr int kHosts = 4;
+  void* const shared = mmap(nullptr, kHosts * sizeof(int), PROT_READ | PROT_WRITE,
+                            MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  ASSERT_NE(shared, MAP_FAILED);
+  auto* const made = static_cast<std::atomic<int>*>(shared);
+  pid_t hosts[kHosts];
+  for (int i = 0; i < kHosts; ++i) {
+    hosts[i] = fork();
+    if (hosts[i] != 0) continue;
+    const auto engine = Simulator::Open(folder);
+    products_.context().workspace = engine->workspace();
+    while (i == 0 || made[i] < each) {
+      const bool answer = products_.UpdateAllocQty(L"BOLT", 1);
+      if (engine->LastError()->Number() != 0) continue;  // another was faster: once more
+      if (!answer) _exit(1);
+      ++made[i];
+    }
+    _exit(0);
+  }
+  while (made[0] < each / 2) usleep(1000);
+  kill(hosts[0], SIGKILL);
+  int total = 0;
+  for (int i = 0; i < kHosts; ++i) {
+    int status = -1;
+    ASSERT_EQ(waitpid(hosts[i], &status, 0), hosts[i]);
+    EXPECT_EQ(status, i == 0 ? SIGKILL : 0);
+    total += made[i];
+  }
+  // What it had stored when it was killed, it may not have been told.
+  const std::string found = simulator::ReadFile(folder / "StockData.table");
+  EXPECT_TRUE(found == stock(total) || found == stock(total + 1)) << total << "\n" << found;
+  munmap(shared, kHosts * sizeof(int));
 }
 
 TEST_F(ProductsTest, AllocationNeedsFreeStock) {

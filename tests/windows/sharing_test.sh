@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# One company, and three hosts at work on it: two script hosts and the prompt, which is a native
+# program. They allocate the same product, and none of it may be lost; and each sees who is logged on.
+# Started in a prepared prefix.
+#
+#   sharing_test.sh ARCHITECTURE
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+# shellcheck source=tools/console.sh
+source tools/console.sh
+# shellcheck source=tools/wine.sh
+source tools/wine.sh
+# shellcheck source=tools/display.sh
+source tools/display.sh
+
+ARCH="$1"
+EACH=20
+SECONDS_ALLOWED=120
+PROMPT="$BUILD/native-debug/bin/ard_console"
+FOLDER="$(mktemp -d "$BUILD/sharing-$ARCH.XXXXXX")"
+trap 'rm -rf "$FOLDER"' EXIT
+wine_use "$WINEPREFIX"
+STATUS=0
+
+printf 'STOCK_CODE:text(8)\tQTY_IN_STOCK:double\tQTY_ALLOCATED:double\nBOLT\t99999\t0\nNUT\t7\t3\n' \
+  >"$FOLDER/StockData.table"
+printf 'LOGON_NAME:text(30)\tEMPTY_FLAG:boolean\n' >"$FOLDER/QueueData.table"
+printf 'NAME:text(30)\nANN\nBOB\n' >"$FOLDER/AccessData.table"
+mkdir -p "$FOLDER/broken/SalesData.table"
+cat >"$FOLDER/host.vbs" <<'VBS'
+Dim engine, products, users, made, answer
+Set engine = CreateObject("ArdSimulator.Engine")
+On Error Resume Next
+engine.Open WScript.Arguments(0) & "\broken"
+WScript.Echo Err.Description
+On Error GoTo 0
+engine.Open WScript.Arguments(0)
+Set products = CreateObject("ArdObjects100.Products")
+Set products.ArdWorkspace = engine.Workspace
+Set users = CreateObject("ArdObjects100.General")
+Set users.ArdWorkspace = engine.Workspace
+If Not engine.Workspace.Connect("", WScript.Arguments(1), "", "") Then WScript.Quit 1
+Do While users.GetNumActiveUsers() < 3
+Loop
+Do While made < CLng(WScript.Arguments(2))
+  answer = products.UpdateAllocQty("BOLT", 1)
+  If engine.LastError.Number = 0 Then
+    If Not answer Then WScript.Quit 1
+    made = made + 1
+  End If
+Loop
+WScript.Echo made
+VBS
+
+# The answer of the prompt.
+ask() {
+  local echoed answer
+  printf '? %s\n' "$1" >&"${HOST[1]}"
+  read -r -t "$SECONDS_ALLOWED" echoed <&"${HOST[0]}"
+  read -r -t "$SECONDS_ALLOWED" answer <&"${HOST[0]}"
+  printf '%s' "$answer"
+}
+
+answers() { [[ "$(ask "$2")" == "$1" ]]; }
+# expect ANSWER QUESTION
+expect() {
+  local answer
+  answer="$(ask "$2")"
+  if [[ "$answer" != "$1" ]]; then
+    say "$2 is $answer, not $1"
+    STATUS=1
+  fi
+}
+
+coproc HOST { "$PROMPT" "$FOLDER"; }
+expect True 'Messaging.LogonUser("MANAGER", "")'
+scripts=()
+for user in ann bob; do
+  wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/host.vbs" "$(windows_path "$FOLDER")" "$user" \
+    "$EACH" >"$FOLDER/$user.txt" 2>&1 </dev/null &
+  scripts+=($!)
+done
+wait_until "$SECONDS_ALLOWED" answers 3 'General.GetNumActiveUsers()' || STATUS=1
+made=0
+while ((made < EACH)); do
+  if [[ "$(ask 'Products.UpdateAllocQty("BOLT", 1)')" == True ]]; then ((made += 1)); fi
+done
+for script in "${scripts[@]}"; do wait "$script" || STATUS=1; done
+for user in ann bob; do
+  tr -d '\r' <"$FOLDER/$user.txt" |
+    diff <(printf '%s\n' 'SalesData.table: Is a directory' "$EACH") - || STATUS=1
+done
+
+expect "Allocated = $((3 * EACH)), OnOrder = 0" 'Products.GetAllocOnOrder("BOLT")'
+expect 1 'General.GetNumActiveUsers()'
+diff <(printf '%s\n' $'BOLT\t99999\t'$((3 * EACH)) $'NUT\t7\t3') \
+  <(tail -n +2 "$FOLDER/StockData.table") || STATUS=1
+((STATUS == 0)) || cat "$FOLDER"/*.txt
+if ((STATUS == 0)); then say "7 passed, 0 failed"; fi
+exit "$STATUS"
