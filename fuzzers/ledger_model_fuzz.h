@@ -97,11 +97,13 @@ struct LedgerModel {
   bool terms_warning = true;
 
   // What the engine finds, whatever the case.
+  static bool IsSame(const std::wstring& a, const std::wstring& b) {
+    return UpperCase(a) == UpperCase(b);
+  }
   template <class Record>
   static Record* Find(std::vector<Record>& records, const std::wstring& key) {
-    const auto found = std::find_if(records.begin(), records.end(), [&](const Record& record) {
-      return UpperCase(record.ref) == UpperCase(key);
-    });
+    const auto found = std::find_if(records.begin(), records.end(),
+                                    [&](const Record& record) { return IsSame(record.ref, key); });
     return found == records.end() ? nullptr : &*found;
   }
 
@@ -127,9 +129,9 @@ struct LedgerModel {
     const double selling = product ? Amount(product->selling) : 0;
     const double cost = product ? Amount(product->cost) : 0;
     for (const PriceEntry& entry : prices) {
-      const bool applies =
-          entry.type == 'S' ? entry.ref == ref : customer && customer->price_list == entry.ref;
-      if (entry.code != code || !applies) continue;
+      const bool applies = entry.type == 'S' ? IsSame(entry.ref, ref)
+                                             : customer && IsSame(customer->price_list, entry.ref);
+      if (!IsSame(entry.code, code) || !applies) continue;
       const double value = Amount(entry.value);
       const double by_rule[] = {value,
                                 selling,
@@ -144,8 +146,8 @@ struct LedgerModel {
 
   double SupplierPrice(const std::wstring& code, const std::wstring& ref) {
     for (const PriceEntry& entry : prices) {
-      if (entry.type == 'U' && UpperCase(entry.ref) == UpperCase(ref) &&
-          UpperCase(entry.code) == UpperCase(code) && entry.stored != 0) {
+      if (entry.type == 'U' && IsSame(entry.ref, ref) && IsSame(entry.code, code) &&
+          entry.stored != 0) {
         return Amount(entry.stored);
       }
     }
