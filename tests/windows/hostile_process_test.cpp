@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <xmmintrin.h>
 
+#include <atomic>
 #include <barrier>
 #include <functional>
 #include <limits>
@@ -109,7 +110,7 @@ TEST_P(Cycles, LeaveNothing) {
   const int threads = GetParam().threads ? 1 : 0;
   std::barrier turn(1 + threads);
   std::jthread other;
-  bool over = false;
+  std::atomic<bool> over = false;
   if (threads) {
     other = std::jthread([&] {
       for (turn.arrive_and_wait(); !over; turn.arrive_and_wait()) {
