@@ -173,7 +173,8 @@ TEST(DocumentTest, TheSmallestCompanyIsMadeAsItSays) {
   std::istringstream in(std::regex_replace(session, std::regex("(^|\n)[^?\n][^\n]*"), ""));
   std::ostringstream out;
   EXPECT_TRUE(Prompt(in, out, {engine->workspace(), nullptr, engine, L"shop"}).Run(false));
-  EXPECT_EQ(out.str(), session);
+  // What is typed is repeated, but for passwords.
+  EXPECT_EQ(out.str(), std::regex_replace(session, std::regex("LogonUser.*"), "LogonUser..."));
   EXPECT_EQ(std::count(session.begin(), session.end(), '\n'), 6);
   fs::current_path(before);
 }
