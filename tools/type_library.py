@@ -189,6 +189,7 @@ def classes(library):
     interfaces = {kind.name: kind for kind in library.types if kind.kind == DISPATCH}
     for kind in library.types:
         if kind.kind == COCLASS:
+            assert not set(kind.help) & set('<&"\\'), kind.help  # neither XML nor C++ minds the rest
             yield kind, interfaces["_" + kind.name]
 
 

@@ -10,14 +10,11 @@
 #include <gtest/gtest.h>
 #include <ocidl.h>
 
-#include <cwchar>
-#include <cwctype>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include "frame/error.h"
 #include "frame/text.h"
@@ -114,20 +111,6 @@ TEST(ContextProperties, HoldAnyText) {
   EXPECT_EQ(customers->get_ArdWorkspace(nullptr), E_POINTER);
 }
 
-// What a window shows beside labels and buttons: of the address picker, what it was called with.
-std::wstring ContentsOf(HWND window) {
-  std::wstring contents;
-  for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    wchar_t window_class[32] = {};
-    wchar_t text[64] = {};
-    GetClassNameW(child, window_class, 32);
-    SendMessageW(child, WM_GETTEXT, 64, reinterpret_cast<LPARAM>(text));
-    const bool label = text[0] == L'&' || window_class == L"Button"sv;
-    if (text[0] != 0 && !label) contents.append(contents.empty() ? L"" : L" ").append(text);
-  }
-  return contents;
-}
-
 class CustomersTest : public ::testing::Test {
  protected:
   // The answers of the three look-ups, the same early-bound and late-bound.
@@ -172,7 +155,6 @@ class CustomersTest : public ::testing::Test {
         dialog = FindWindowW(L"#32770", title);
       }
       EXPECT_TRUE(dialog) << "no dialog";
-      contents_ = ContentsOf(dialog);
       PostMessageW(dialog, WM_COMMAND, button, 0);
       while (IsWindow(dialog)) Sleep(10);
     });
@@ -187,7 +169,6 @@ class CustomersTest : public ::testing::Test {
 
   static inline _Customers* to_release_ = nullptr;
 
-  std::wstring contents_;  // of the last window that WithUser worked
   ComPtr<IDispatch> object_ = CreateObject(L"ArdObjects100.Customers");
   ComPtr<_Customers> customers_ = As<_Customers>(object_.get());
   LateBound late_{object_};
@@ -211,53 +192,6 @@ TEST_F(CustomersTest, AnswersFromTheCompany) {
   EXPECT_EQ(valid, VARIANT_FALSE);
   EXPECT_EQ(customers_->IsValid(nullptr, nullptr), E_POINTER);
   EXPECT_EQ(customers_->GetName(nullptr, nullptr), E_POINTER);
-}
-
-TEST_F(CustomersTest, TakesOptionalArgumentsByPositionAndByName) {
-  OpenDemoCompany();
-  const ComPtr<IDispatch> address = CreateObject(L"ArdObjects100.cDeliveryAddress");
-  LateBound(address).Put(L"ArdWorkspace", engine_.Ask(L"Workspace"), DISPATCH_PROPERTYPUTREF);
-  const struct {
-    std::vector<const wchar_t*> arguments;  // null for one that is left out; a digit is a Long
-    std::vector<const wchar_t*> names;      // of the last ones
-    const wchar_t* contents;
-  } cases[] = {
-      {{}, {}, L"Company"},
-      {{L"ADD001", L"Mine", L"1"}, {}, L"Sales ADD001 Mine"},
-      {{nullptr, nullptr, L"2"}, {}, L"Purchase"},
-      {{L"2"}, {L"deltype"}, L"Purchase"},
-      {{L"1", L"Mine", L"ADD001"}, {L"DelType", L"AccName", L"AccRef"}, L"Sales ADD001 Mine"},
-      {{L"ADD001", L"1"}, {L"DelType"}, L"Sales ADD001"},
-  };
-  for (const auto& c : cases) {
-    std::vector<const wchar_t*> names = {L"GetAddress"};
-    names.insert(names.end(), c.names.begin(), c.names.end());
-    std::vector<DISPID> ids(names.size());
-    ASSERT_EQ(address->GetIDsOfNames(IID_NULL, const_cast<LPOLESTR*>(names.data()),
-                                     static_cast<UINT>(names.size()), LOCALE_NEUTRAL, ids.data()),
-              S_OK);
-    // Those with names stand first, and then the others, the last one first.
-    const std::size_t named = c.names.size();
-    std::vector<ScopedVariant> arguments(c.arguments.size());
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-      const std::size_t at = i < named ? arguments.size() - named + i : arguments.size() - 1 - i;
-      const wchar_t* const text = c.arguments[at];
-      if (!text) {
-        arguments[i].vt = VT_ERROR;
-        arguments[i].scode = DISP_E_PARAMNOTFOUND;
-      } else {
-        arguments[i] = iswdigit(text[0]) ? Variant(std::wcstol(text, nullptr, 10)) : Variant(text);
-      }
-    }
-    DISPPARAMS parameters = {arguments.data(), ids.data() + 1, static_cast<UINT>(arguments.size()),
-                             static_cast<UINT>(named)};
-    WithUser(L"Delivery Addresses", IDCANCEL, [&] {
-      EXPECT_EQ(address->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters,
-                                nullptr, nullptr, nullptr),
-                S_OK);
-    });
-    EXPECT_EQ(contents_, c.contents);
-  }
 }
 
 TEST_F(CustomersTest, WithoutAWorkspaceAnswersAreNeutral) {
