@@ -37,31 +37,37 @@ constexpr std::uint64_t kFirstPlace = std::uint64_t{1} << 32;
 #ifdef _WIN32
 path PathOf(std::wstring_view file) { return file; }
 
+int LastCode() { return static_cast<int>(GetLastError()); }
+
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 std::shared_ptr<void> Open(const path& file, Sharing sharing) {
   const DWORD share = sharing == Sharing::kNone ? 0 : kShareAll;
   const HANDLE handle =
       CreateFileW(file.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) Fail(static_cast<int>(GetLastError()), file);
+  if (handle == INVALID_HANDLE_VALUE) Fail(LastCode(), file);
   return {handle, CloseHandle};
 }
 
-// What locking and unlocking take for a place.
 OVERLAPPED At(std::uint64_t place) {
-  const std::uint64_t offset = kFirstPlace + place;
   OVERLAPPED at{};
-  at.Offset = static_cast<DWORD>(offset);
-  at.OffsetHigh = static_cast<DWORD>(offset >> 32);
+  at.Offset = static_cast<DWORD>(kFirstPlace + place);
+  at.OffsetHigh = static_cast<DWORD>((kFirstPlace + place) >> 32);
   return at;
 }
-
-// Whether the place has been locked.
-bool LockAt(HANDLE file, std::uint64_t place, DWORD flags) {
+bool LockAt(HANDLE file, std::uint64_t place, Sharing sharing, bool wait) {
   OVERLAPPED at = At(place);
+  const DWORD flags = (sharing == Sharing::kNone ? LOCKFILE_EXCLUSIVE_LOCK : 0) |
+                      (wait ? 0 : LOCKFILE_FAIL_IMMEDIATELY);
   return LockFileEx(file, flags, 0, 1, 0, &at) != 0;
 }
+void UnlockAt(HANDLE file, std::uint64_t place) {
+  OVERLAPPED at = At(place);
+  UnlockFileEx(file, 0, 1, 0, &at);
+}
 #else
+int LastCode() { return errno; }
+
 path PathOf(std::wstring_view file) {
   std::wstring path(file);
   std::replace(path.begin(), path.end(), L'\\', L'/');
@@ -80,22 +86,23 @@ std::shared_ptr<void> Open(const path& file, Sharing sharing) {
   return {nullptr, [handle](void*) { close(handle); }};
 }
 
-// Locks of an open file rather than of a process: two engines in one process lock each other out,
-// and Wine's processes, whose locks its server takes, do too.
-bool Command(int file, int command, struct flock& lock) {
-  int result = 0;
-  do result = fcntl(file, command, &lock);
-  while (result != 0 && errno == EINTR);
-  return result == 0;
-}
-struct flock At(std::uint64_t place, short type) {
+// The locks are of an open file rather than of a process: so two engines in one process lock each
+// other out, and so do Wine's processes, whose locks its server takes.
+bool SetLock(int file, std::uint64_t place, short type, bool wait) {
   struct flock lock {};
   lock.l_type = type;
   lock.l_whence = SEEK_SET;
   lock.l_start = static_cast<off_t>(kFirstPlace + place);
   lock.l_len = 1;
-  return lock;
+  int result = 0;
+  do result = fcntl(file, wait ? F_OFD_SETLKW : F_OFD_SETLK, &lock);
+  while (result != 0 && errno == EINTR);
+  return result == 0;
 }
+bool LockAt(int file, std::uint64_t place, Sharing sharing, bool wait) {
+  return SetLock(file, place, sharing == Sharing::kNone ? F_WRLCK : F_RDLCK, wait);
+}
+void UnlockAt(int file, std::uint64_t place) { SetLock(file, place, F_UNLCK, false); }
 #endif
 
 }  // namespace
@@ -115,10 +122,8 @@ std::unique_ptr<SharedFile> SharedFile::Open(const path& file, std::size_t size)
   };
   shared->is_writable_ = open(GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
   if (!shared->is_writable_) {
-    const DWORD code = GetLastError();
-    if (code != ERROR_ACCESS_DENIED && code != ERROR_WRITE_PROTECT) {
-      Fail(static_cast<int>(code), file);
-    }
+    const int code = LastCode();
+    if (code != ERROR_ACCESS_DENIED && code != ERROR_WRITE_PROTECT) Fail(code, file);
     if (!open(GENERIC_READ, OPEN_EXISTING)) return nullptr;
   }
   const HANDLE mapping = CreateFileMappingW(
@@ -128,37 +133,15 @@ std::unique_ptr<SharedFile> SharedFile::Open(const path& file, std::size_t size)
     shared->data_ = MapViewOfFile(
         mapping, shared->is_writable_ ? FILE_MAP_READ | FILE_MAP_WRITE : FILE_MAP_READ, 0, 0, size);
   }
-  const DWORD code = GetLastError();
+  const int code = LastCode();
   if (mapping) CloseHandle(mapping);
-  if (!shared->data_) Fail(static_cast<int>(code), file);
+  if (!shared->data_) Fail(code, file);
   return shared;
 }
 
 SharedFile::~SharedFile() {
   if (data_) UnmapViewOfFile(data_);
   if (file_) CloseHandle(file_);
-}
-
-void SharedFile::Lock(std::uint64_t place, Sharing sharing) {
-  if (!LockAt(file_, place, sharing == Sharing::kNone ? LOCKFILE_EXCLUSIVE_LOCK : 0)) {
-    Fail(static_cast<int>(GetLastError()), path_);
-  }
-}
-
-bool SharedFile::TryLock(std::uint64_t place) {
-  return LockAt(file_, place, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY);
-}
-
-void SharedFile::Unlock(std::uint64_t place) {
-  OVERLAPPED at = At(place);
-  UnlockFileEx(file_, 0, 1, 0, &at);
-}
-
-bool SharedFile::IsLocked(std::uint64_t place) const {
-  if (!LockAt(file_, place, LOCKFILE_FAIL_IMMEDIATELY)) return true;
-  OVERLAPPED at = At(place);
-  UnlockFileEx(file_, 0, 1, 0, &at);
-  return false;
 }
 #else
 std::unique_ptr<SharedFile> SharedFile::Open(const path& file, std::size_t size) {
@@ -189,26 +172,22 @@ SharedFile::~SharedFile() {
   if (data_) munmap(data_, size_);
   if (file_ >= 0) close(file_);
 }
+#endif
 
 void SharedFile::Lock(std::uint64_t place, Sharing sharing) {
-  struct flock lock = At(place, sharing == Sharing::kNone ? F_WRLCK : F_RDLCK);
-  if (!Command(file_, F_OFD_SETLKW, lock)) Fail(errno, path_);
+  if (!LockAt(file_, place, sharing, true)) Fail(LastCode(), path_);
 }
 
 bool SharedFile::TryLock(std::uint64_t place) {
-  struct flock lock = At(place, F_WRLCK);
-  return Command(file_, F_OFD_SETLK, lock);
+  return LockAt(file_, place, Sharing::kNone, false);
 }
 
-void SharedFile::Unlock(std::uint64_t place) {
-  struct flock lock = At(place, F_UNLCK);
-  Command(file_, F_OFD_SETLK, lock);
-}
+void SharedFile::Unlock(std::uint64_t place) { UnlockAt(file_, place); }
 
-bool SharedFile::IsLocked(std::uint64_t place) const {
-  struct flock lock = At(place, F_RDLCK);
-  return Command(file_, F_OFD_GETLK, lock) && lock.l_type != F_UNLCK;
+bool SharedFile::IsLocked(std::uint64_t place) {
+  if (!LockAt(file_, place, Sharing::kShared, false)) return true;
+  Unlock(place);
+  return false;
 }
-#endif
 
 }  // namespace ard::simulator

@@ -41,14 +41,14 @@ class SharedFile {
   bool is_writable() const { return is_writable_; }
 
   // A lock is on a place, which is any number below 2^62 and has nothing to do with the data. One
-  // that is not shared needs a file that may be written. Lock waits; TryLock says whether it has
-  // the lock. A place that is locked here already is not locked again. Lock throws Error.
+  // that is not shared needs a file that may be written. Lock waits, and throws Error; TryLock,
+  // which does not share, says whether it has the lock. No place may be locked here twice.
   enum class Sharing { kShared, kNone };
   void Lock(std::uint64_t place, Sharing sharing);
   bool TryLock(std::uint64_t place);
   void Unlock(std::uint64_t place);
   // Whether another has locked the place for itself.
-  bool IsLocked(std::uint64_t place) const;
+  bool IsLocked(std::uint64_t place);
 
  private:
   SharedFile() = default;
