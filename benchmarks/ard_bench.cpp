@@ -106,7 +106,7 @@ class Machine : public testing::ScriptedEnvironment {
  private:
   void Note(auto ask) {
     recording_->steps.push_back(
-        [ask = std::move(ask)](engine::Workspace&, testing::Recording::Slots&) { ask(); });
+        [ask = std::move(ask)](engine::Workspace&, testing::ReplayedObjects&) { ask(); });
   }
 
   testing::Recording* recording_ = nullptr;
@@ -175,142 +175,6 @@ bool AskEveryMember() {
   for (const testing::Member& member : testing::Members()) {
     if (member.script || member.has_effects) continue;
     met &= Bench(testing::MembersCompany()).CompareMember(member.name, member.bind);
-  }
-  return met;
-}
-
-// ---- Sequences by hand ----
-//
-// What a host would write that asks the engine itself: what a replay costs is held to these.
-
-std::unique_ptr<engine::RecordObject> FindByHand(engine::Workspace& workspace,
-                                                 std::wstring_view name, std::wstring_view field,
-                                                 std::wstring_view key) {
-  std::unique_ptr<engine::RecordObject> record = workspace.CreateRecord(name);
-  record->GetFields()->Item(field)->SetValue(key);
-  if (!record->Find(engine::Match::kExact)) throw Error(kErrorFailed, L"not found");
-  return record;
-}
-
-double NumberOf(engine::Fields& fields, std::wstring_view field) {
-  return fields.Item(field)->GetValue().ToDouble();
-}
-
-double KeyedReadByHand(engine::Workspace& workspace) {
-  const auto account = FindByHand(workspace, L"SalesRecord", L"ACCOUNT_REF", L"ABC001");
-  return static_cast<double>(
-      Trimmed(account->GetFields()->Item(L"NAME")->GetValue().ToText()).size());
-}
-
-double IndexLookUpByHand(engine::Workspace& workspace) {
-  const auto index = workspace.CreateIndex(L"StockIndex");
-  const auto data = workspace.CreateDataFile(L"StockData");
-  double price = 0;
-  index->Open(engine::Mode::kQuery);
-  data->Open(engine::Mode::kQuery);
-  index->SetKey(std::wstring_view(L"BOLT"));
-  if (index->Find(engine::Match::kExact) && data->Read(index->RecordNumber())) {
-    price = NumberOf(*data->GetFields(), L"SALES_PRICE");
-  }
-  index->Close();
-  data->Close();
-  return price;
-}
-
-double WalkByHand(engine::Workspace& workspace) {
-  const auto queue = workspace.CreateDataFile(L"QueueData");
-  queue->Open(engine::Mode::kRead);
-  const std::int32_t slots = queue->Count();
-  int users = 0;
-  for (std::int32_t slot = 1; slot <= slots; ++slot) {
-    if (!queue->Read(slot)) continue;
-    const auto fields = queue->GetFields();
-    const std::wstring name = fields->Item(L"LOGON_NAME")->GetValue().ToText();
-    if (Trimmed(name).empty()) continue;
-    users += !fields->Item(L"EMPTY_FLAG")->GetValue().ToBoolean();
-  }
-  queue->Close();
-  return users;
-}
-
-double DiscountByHand(engine::Workspace& workspace) {
-  double percentage = 0;
-  std::int32_t type = 0;
-  {
-    const auto account = FindByHand(workspace, L"SalesRecord", L"ACCOUNT_REF", L"ABC001");
-    const auto fields = account->GetFields();
-    percentage = NumberOf(*fields, L"DISCOUNT_RATE");
-    type = fields->Item(L"DISCOUNT_TYPE")->GetValue().ToLong();
-  }
-  if (type != 4) return percentage;
-  const auto product = FindByHand(workspace, L"StockRecord", L"STOCK_CODE", L"BOLT");
-  const auto fields = product->GetFields();
-  for (int level = 10; level >= 1; --level) {
-    const std::wstring field = L"DISC_C_LEVEL_" + std::to_wstring(level);
-    const double threshold = NumberOf(*fields, field + L"_QTY");
-    if (threshold > 0 && 10.0 >= threshold) return percentage + NumberOf(*fields, field + L"_RATE");
-  }
-  return percentage;
-}
-
-double PriceByHand(engine::Workspace& workspace) {
-  if (workspace.CreatePricing()) return 0;
-  const auto stock = FindByHand(workspace, L"StockRecord", L"STOCK_CODE", L"BOLT");
-  const auto prices = stock->GetFields();
-  const double selling = NumberOf(*prices, L"SALES_PRICE");
-  const double cost = NumberOf(*prices, L"LAST_PURCHASE_PRICE");
-  const auto entry = workspace.CreateRecord(L"PriceRecord");
-  const auto customer = workspace.CreateRecord(L"SalesRecord");
-  do {
-    const auto fields = entry->GetFields();
-    const auto text = [](engine::Fields& of, std::wstring_view field) {
-      return of.Item(field)->GetValue().ToText();
-    };
-    if (Trimmed(text(*fields, L"Stock_Code")) != L"BOLT") continue;
-    const bool for_one = fields->Item(L"Type")->GetValue().ToLong() == 83;
-    std::wstring wanted = L"ABC001";
-    if (!for_one) {
-      customer->GetFields()->Item(L"ACCOUNT_REF")->SetValue(std::wstring_view(L"ABC001"));
-      if (!customer->Find(engine::Match::kExact)) continue;
-      wanted = text(*customer->GetFields(), L"Price_List_Ref");
-    }
-    if (Trimmed(text(*fields, L"Ext_Ref")) != Trimmed(wanted)) continue;
-    const std::int32_t type = fields->Item(L"Discount_Type")->GetValue().ToLong();
-    const double value = NumberOf(*fields, L"Value");
-    return type == 2 ? selling - selling / 100 * value : cost;
-  } while (entry->MoveNext());
-  return selling;
-}
-
-// A replay costs what the same sequence costs that is written by hand; else it would be no limit.
-bool HoldReplaysToHand() {
-  constexpr struct {
-    std::wstring_view member;
-    double (*by_hand)(engine::Workspace&);
-    double answer;
-  } kSequences[] = {{L"Customers.GetName", KeyedReadByHand, 7},
-                    {L"Products.GetSellPrice", IndexLookUpByHand, 50},
-                    {L"General.GetNumActiveUsers", WalkByHand, 2},
-                    {L"Customers.GetDiscPercent, table", DiscountByHand, 12.5},
-                    {L"Products.GetSpecialPrice", PriceByHand, 45}};
-  bool met = true;
-  for (const auto& sequence : kSequences) {
-    for (const testing::Member& member : testing::Members()) {
-      if (member.name != sequence.member) continue;
-      Bench bench(testing::MembersCompany());
-      testing::Recording bare;
-      bench.Record(bare, [&](const Context& context) { member.bind(context)(nullptr); });
-      engine::Workspace& workspace = *bench.context().workspace;
-      double answer = 0;
-      met &= bench.Compare(
-          member.name + L", replayed", [&] { answer = sequence.by_hand(workspace); },
-          [&] { bare.Replay(workspace); });
-      met &= answer == sequence.answer;
-      const testing::Call call = member.bind(bench.context());
-      met &= bench.Compare(
-          member.name + L", by hand", [&] { answer = sequence.by_hand(workspace); },
-          [&] { call(nullptr); });
-    }
   }
   return met;
 }
@@ -407,16 +271,16 @@ bool ComparePages(const PagedDialog& paged) {
     shown = bare.steps.size();
   });
   engine::Workspace& workspace = *bench.context().workspace;
-  testing::Recording::Slots slots;
-  bare.Replay(workspace, slots, 0, opened);
+  testing::ReplayedObjects objects(bare.objects);
+  bare.Replay(workspace, objects, 0, opened);
   const Dialog dialog = paged.open(bench.context(), kRecords);
   dialog->list().SetPageSize(kPage);
   std::size_t rows = 0;
-  const bool met = bench.Compare(
-      std::wstring(paged.name) + L", pages", [&] { bare.Replay(workspace, slots, opened, shown); },
-      [&] { rows += ShowPages(dialog->list()); });
-  bare.Release(slots);
-  return met && rows > 0;
+  return bench.Compare(
+             std::wstring(paged.name) + L", pages",
+             [&] { bare.Replay(workspace, objects, opened, shown); },
+             [&] { rows += ShowPages(dialog->list()); }) &&
+         rows > 0;
 }
 
 // Pages of products with their rows, as a host would write them.
@@ -657,8 +521,7 @@ int main() {
   using namespace ard::benchmarks;
   try {
     PrintComparisonHeader();
-    bool met = HoldReplaysToHand();
-    met &= AskEveryMember();
+    bool met = AskEveryMember();
     met &= WalkPriceList();
     for (const PagedDialog& paged : PagedDialogs()) met &= ComparePages(paged);
     met &= CompareStockPages();

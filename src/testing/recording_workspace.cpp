@@ -52,15 +52,13 @@ auto Action(const auto&... arguments) {
   return [... kept = Kept(arguments)](auto& target) { return (target.*kMethod)(Anew(kept)...); };
 }
 
-using Slots = Recording::Slots;
-
 // What stands in a replay for the object of that slot.
 template <class T>
-T& Replayed(engine::Workspace& workspace, const Slots& slots, std::size_t slot) {
+T& Replayed(engine::Workspace& workspace, const ReplayedObjects& objects, std::size_t slot) {
   if constexpr (std::is_same_v<T, engine::Workspace>) {
     return workspace;
   } else {
-    return *static_cast<T*>(slots[slot]);
+    return objects.Get<T>(slot);
   }
 }
 
@@ -72,15 +70,13 @@ class Recorder : public T {
 
   Recorder(std::shared_ptr<Target> target, std::wstring path, Recording& recording)
       : target_(std::move(target)), path_(std::move(path)), recording_(recording) {
-    if constexpr (kIsWorkspace) return;
-    slot_ = recording.release.size();
-    recording.release.push_back([](void* object) { delete static_cast<T*>(object); });
+    if constexpr (!kIsWorkspace) slot_ = recording.objects++;
   }
   ~Recorder() override {
-    if constexpr (kIsWorkspace) return;
-    recording_.steps.push_back([slot = slot_](engine::Workspace&, Slots& slots) {
-      delete static_cast<T*>(std::exchange(slots[slot], nullptr));
-    });
+    if constexpr (!kIsWorkspace) {
+      recording_.steps.push_back(
+          [slot = slot_](engine::Workspace&, ReplayedObjects& objects) { objects.Release(slot); });
+    }
   }
 
   std::size_t slot() const { return slot_; }
@@ -109,8 +105,8 @@ class Recorder : public T {
     if (!object) return nullptr;
     auto made = std::make_unique<Wrapper>(std::move(object), std::move(path), recording_);
     recording_.steps.back() = [slot = slot_, made = made->slot(), action](
-                                  engine::Workspace& workspace, Slots& slots) {
-      slots[made] = action(Replayed<T>(workspace, slots, slot)).release();
+                                  engine::Workspace& workspace, ReplayedObjects& objects) {
+      objects.Put(made, action(Replayed<T>(workspace, objects, slot)));
     };
     return made;
   }
@@ -120,9 +116,10 @@ class Recorder : public T {
 
   auto Note(const std::wstring& call, auto action) {
     recording_.operations.push_back(path_ + call);
-    recording_.steps.push_back([slot = slot_, action](engine::Workspace& workspace, Slots& slots) {
-      action(Replayed<T>(workspace, slots, slot));
-    });
+    recording_.steps.push_back(
+        [slot = slot_, action](engine::Workspace& workspace, ReplayedObjects& objects) {
+          action(Replayed<T>(workspace, objects, slot));
+        });
     return action(*target_);
   }
 
@@ -269,21 +266,19 @@ class RecordingWorkspace : public Recorder<engine::Workspace> {
 
 }  // namespace
 
-void Recording::Replay(engine::Workspace& workspace, Slots& slots, std::size_t first,
+void Recording::Replay(engine::Workspace& workspace) const {
+  ReplayedObjects handed_out(objects);
+  Replay(workspace, handed_out, 0, steps.size());
+}
+
+void Recording::Replay(engine::Workspace& workspace, ReplayedObjects& handed_out, std::size_t first,
                        std::size_t last) const {
-  slots.resize(release.size());
   for (std::size_t i = first; i < last; ++i) {
     try {
-      steps[i](workspace, slots);
+      steps[i](workspace, handed_out);
     } catch (const Error&) {
       // As when it was recorded.
     }
-  }
-}
-
-void Recording::Release(Slots& slots) const {
-  for (std::size_t i = slots.size(); i > 0; --i) {
-    if (slots[i - 1]) release[i - 1](std::exchange(slots[i - 1], nullptr));
   }
 }
 

@@ -13,6 +13,38 @@
 
 namespace ard::testing {
 
+// The objects that a replay has been handed out, by the order in which they were first.
+class ReplayedObjects {
+ public:
+  explicit ReplayedObjects(std::size_t count) : slots_(count) {}
+  ReplayedObjects(const ReplayedObjects&) = delete;
+  ReplayedObjects& operator=(const ReplayedObjects&) = delete;
+  ~ReplayedObjects() {
+    for (std::size_t i = slots_.size(); i > 0; --i) Release(i - 1);
+  }
+
+  template <class Target>
+  Target& Get(std::size_t slot) const {
+    return *static_cast<Target*>(slots_[slot].object);
+  }
+  template <class Target>
+  void Put(std::size_t slot, std::unique_ptr<Target> object) {
+    Release(slot);
+    slots_[slot] = {object.release(), [](void* target) { delete static_cast<Target*>(target); }};
+  }
+  void Release(std::size_t slot) {
+    if (slots_[slot].object) slots_[slot].release(slots_[slot].object);
+    slots_[slot] = {};
+  }
+
+ private:
+  struct Slot {
+    void* object = nullptr;
+    void (*release)(void*) = nullptr;
+  };
+  std::vector<Slot> slots_;
+};
+
 struct Recording {
   // A line for each operation:
   //
@@ -27,24 +59,18 @@ struct Recording {
   // Values are as Value::ToText gives them, text in quotes; nothing is `Empty` or `Null`.
   std::vector<std::wstring> operations;
 
-  // What an operation hands out is kept in a slot, until it is released.
-  using Slots = std::vector<void*>;
   // The operations, and the releases of what they handed out.
-  using Step = std::function<void(engine::Workspace&, Slots&)>;
+  using Step = std::function<void(engine::Workspace&, ReplayedObjects&)>;
   std::vector<Step> steps;
-  std::vector<void (*)(void*)> release;  // of the object in each slot
+  std::size_t objects = 0;
 
   // Asks `workspace` for the same again; an operation that failed then and fails now is passed
   // over.
-  void Replay(engine::Workspace& workspace) const { Replay(workspace, slots_, 0, steps.size()); }
+  void Replay(engine::Workspace& workspace) const;
   // Asks for the steps from `first` up to, not including, `last`, with the objects of the steps
-  // before them. Release what is left in the slots at the end.
-  void Replay(engine::Workspace& workspace, Slots& slots, std::size_t first,
+  // before them.
+  void Replay(engine::Workspace& workspace, ReplayedObjects& handed_out, std::size_t first,
               std::size_t last) const;
-  void Release(Slots& slots) const;
-
- private:
-  mutable Slots slots_;  // kept, so that a replay asks for no memory of its own
 };
 
 // A workspace that passes every operation on to `workspace`, and so do the objects created through
