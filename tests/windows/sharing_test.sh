@@ -15,7 +15,7 @@ source tools/display.sh
 
 ARCH="$1"
 EACH=20
-SECONDS_ALLOWED=120
+SECONDS_ALLOWED=60
 PROMPT="$BUILD/native-debug/bin/ard_console"
 FOLDER="$(mktemp -d "$BUILD/sharing-$ARCH.XXXXXX")"
 trap 'rm -rf "$FOLDER"' EXIT
@@ -28,7 +28,7 @@ printf 'LOGON_NAME:text(30)\tEMPTY_FLAG:boolean\n' >"$FOLDER/QueueData.table"
 printf 'NAME:text(30)\nANN\nBOB\n' >"$FOLDER/AccessData.table"
 mkdir -p "$FOLDER/broken/SalesData.table"
 cat >"$FOLDER/host.vbs" <<'VBS'
-Dim engine, products, users, made, answer
+Dim engine, products, users, files, made, answer
 Set engine = CreateObject("ArdSimulator.Engine")
 On Error Resume Next
 engine.Open WScript.Arguments(0) & "\broken"
@@ -40,7 +40,12 @@ Set products.ArdWorkspace = engine.Workspace
 Set users = CreateObject("ArdObjects100.General")
 Set users.ArdWorkspace = engine.Workspace
 If Not engine.Workspace.Connect("", WScript.Arguments(1), "", "") Then WScript.Quit 1
+Set files = CreateObject("Scripting.FileSystemObject")
 Do While users.GetNumActiveUsers() < 3
+Loop
+' Nobody leaves before everybody has seen the others.
+files.CreateTextFile(WScript.Arguments(0) & "\" & WScript.Arguments(1) & ".seen").Close
+Do Until files.FileExists(WScript.Arguments(0) & "\go")
 Loop
 Do While made < CLng(WScript.Arguments(2))
   answer = products.UpdateAllocQty("BOLT", 1)
@@ -61,7 +66,6 @@ ask() {
   printf '%s' "$answer"
 }
 
-answers() { [[ "$(ask "$2")" == "$1" ]]; }
 # expect ANSWER QUESTION
 expect() {
   local answer
@@ -82,7 +86,11 @@ for user in ann bob; do
     "$EACH" >"$FOLDER/$user.txt" 2>&1 </dev/null &
   scripts+=($!)
 done
-wait_until "$SECONDS_ALLOWED" answers 3 'General.GetNumActiveUsers()' || STATUS=1
+for user in ann bob; do
+  wait_until "$SECONDS_ALLOWED" test -f "$FOLDER/$user.seen" || STATUS=1
+done
+expect 3 'General.GetNumActiveUsers()'
+touch "$FOLDER/go"
 made=0
 while ((made < EACH)); do
   if [[ "$(ask 'Products.UpdateAllocQty("BOLT", 1)')" == True ]]; then ((made += 1)); fi
