@@ -2,7 +2,7 @@
 #
 # ard_widl(<target> <idl file> [OUT_DIR <dir>] [DEPENDS <imported idl file>...])
 #   From <name>.idl, generates what tools/type_library.py makes of it (<name>.h, <name>_i.c, <name>.tlb,
-#   <name>_names.h, <name>.manifest) in OUT_DIR (default: the current binary folder), and makes <target>
+#   <name>_classes.h, <name>.manifest) in OUT_DIR (default: the current binary folder), and makes <target>
 #   a static library of the identifiers. Linking to it gives the headers as system headers. A copy of the
 #   manifest lands beside the programs.
 #
@@ -40,15 +40,15 @@ function(ard_widl target idl)
   set(manifest ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}.manifest)
   file(MAKE_DIRECTORY ${arg_OUT_DIR})
   add_custom_command(
-    OUTPUT ${base}.h ${base}_i.c ${base}.tlb ${base}_names.h ${base}.manifest ${manifest}
-    COMMAND Python3::Interpreter ${tool} ${idl} ${arg_OUT_DIR} ${ARD_WIDL} --win${bits} -I ${idl_dir}
+    OUTPUT ${base}.h ${base}_i.c ${base}.tlb ${base}_classes.h ${base}.manifest ${manifest}
+    COMMAND Python3::Interpreter ${tool} ${idl} ${arg_OUT_DIR} ${CMAKE_C_COMPILER} ${ARD_WIDL} --win${bits} -I ${idl_dir}
             -I ${ARD_WIDL_INCLUDE_DIR} -L ${ARD_WIDL_TYPELIB_DIR}
     COMMAND ${CMAKE_COMMAND} -E copy ${base}.manifest ${manifest}
-    DEPENDS ${tool} ${idl} ${arg_DEPENDS}
+    DEPENDS ${tool} ${PROJECT_SOURCE_DIR}/tools/published.py ${idl} ${arg_DEPENDS}
     COMMENT "Interfaces of ${name}.idl"
     VERBATIM)
 
-  add_library(${target} STATIC ${base}_i.c ${base}.h ${base}_names.h ${base}.tlb)
+  add_library(${target} STATIC ${base}_i.c ${base}.h ${base}_classes.h ${base}.tlb)
   target_include_directories(${target} SYSTEM INTERFACE ${arg_OUT_DIR})
   set_target_properties(${target} PROPERTIES ARD_TYPELIB ${base}.tlb)
 endfunction()

@@ -4,21 +4,13 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "accounts/account_records.h"
-#include "accounts/customers.h"
-#include "accounts/nominal_bank.h"
-#include "accounts/suppliers.h"
-#include "addresses/delivery_address.h"
 #include "database/seam.h"
 #include "engine/seam.h"
-#include "orders/orders.h"
-#include "products/products.h"
-#include "settings/general.h"
-#include "users/access_rights.h"
-#include "users/messaging.h"
+#include "frame/public_class.h"
 
 namespace ard::console {
 
@@ -38,14 +30,29 @@ struct Answer {
   Value value;
 };
 
-struct Member {
-  std::wstring_view class_name;
+struct Parameter {
   std::wstring_view name;
-  std::vector<std::wstring_view> parameters;  // those that are passed in
-  std::vector<Value> defaults;                // of the last ones, which may be left out
-  std::function<std::vector<Answer>(Arguments&)> call;
-  std::function<void(Value)> put = nullptr;  // of a property
+  std::wstring_view type;  // "String"; none for what the prompt takes in its own way
+  const wchar_t* default_value = nullptr;  // of one that may be left out
 };
+
+// What is published of a member.
+struct Published {
+  std::wstring_view name;
+  std::wstring_view type;  // of a property or of a method's result; "" without one
+  std::wstring_view help;
+};
+
+struct Member : Published {
+  std::wstring_view class_name;
+  std::vector<Parameter> parameters;  // that are passed; those that may be left out last
+  std::vector<Parameter> outputs;
+  std::function<std::vector<Answer>(Arguments&)> call;
+  std::function<void(Value)> put;  // of a property
+};
+
+// "? Customers.GetName(AccRef As String) As String", "Customers.AppName = String".
+std::wstring Signature(const Member& member);
 
 class Classes {
  public:
@@ -54,33 +61,7 @@ class Classes {
   const std::vector<Member>& members() const { return members_; }
 
  private:
-  void AddContext(PublicClass& object, const Stores& stores);
-  void AddCustomers();
-  void AddProducts();
-  void AddAccountsProgram();
-  void AddCurrentUsers();
-  void AddMessaging(const Stores& stores);
-  void AddAccessRights();
-  void AddLedgers();
-  template <class Record>
-  void AddRecord(Record& record, const Stores& stores);
-  void AddOrders();
-  void AddDeliveryAddress();
-  void AddCompanySettings();
-
-  accounts::Customers customers_;
-  products::Products products_;
-  settings::General general_;
-  users::Messaging messaging_;
-  users::AccessRights access_rights_;
-  accounts::Suppliers suppliers_;
-  accounts::Nominal nominal_;
-  accounts::Bank bank_;
-  accounts::CustomerRecord customer_record_;
-  accounts::SupplierRecord supplier_record_;
-  orders::SalesOrders sales_orders_;
-  orders::PurchaseOrders purchase_orders_;
-  addresses::DeliveryAddress delivery_address_;
+  std::vector<std::shared_ptr<void>> objects_;
   std::vector<Member> members_;
 };
 

@@ -6,7 +6,6 @@
 #include <ostream>
 #include <utility>
 
-#include "console/published.h"
 #include "frame/error.h"
 #include "frame/text.h"
 
@@ -98,14 +97,19 @@ Arguments ReadArguments(Reader& reader, const Member& member) {
     } while (reader.Take(L','));
     reader.Expect(L')');
   }
-  const std::size_t most = member.parameters.size();
-  const std::size_t least = most - member.defaults.size();
+  const std::vector<Parameter>& parameters = member.parameters;
+  const std::size_t most = parameters.size();
+  const auto least = static_cast<std::size_t>(
+      std::count_if(parameters.begin(), parameters.end(),
+                    [](const Parameter& parameter) { return !parameter.default_value; }));
   if (arguments.size() < least || arguments.size() > most) {
     reader.Fail(std::wstring(member.name) + L" takes " +
                 (least < most ? std::to_wstring(least) + L" to " : L"") + std::to_wstring(most) +
                 L" argument(s).");
   }
-  while (arguments.size() < most) arguments.push_back(member.defaults[arguments.size() - least]);
+  while (arguments.size() < most) {
+    arguments.push_back(Value(parameters[arguments.size()].default_value));
+  }
   return arguments;
 }
 
@@ -253,7 +257,8 @@ std::wstring Prompt::Help(std::wstring_view line) const {
   }
   const auto [name, members] = ReadClass(reader, classes_);
   if (reader.Take(L'.')) {
-    help = Signature(*ReadMember(reader, members));
+    const Member* const member = ReadMember(reader, members);
+    help = Signature(*member) + L'\n' + std::wstring(member->help);
   } else {
     add_class(name, members);
     help.pop_back();

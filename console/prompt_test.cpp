@@ -94,13 +94,21 @@ TEST_F(PromptTest, HelpsByClassWithTypes) {
   EXPECT_TRUE(all.ends_with("shows one of them, \"quit\" ends.\n")) << all;
   const char* const members[] = {
       "? cDeliveryAddress.GetAddress([AccRef As String], [AccName As String], [DelType As Long]) "
-      "As "
-      "Boolean",
-      "? General.GetCategories(LowerBound, UpperBound), CatList As String()",
-      "? General.GetNumActiveUsersInclDet(sUserName As String) As Integer, sMachName As String",
-      "? Products.GetAllocOnOrder(ProdCode As String), Allocated As Double, OnOrder As Double",
-      "? Products.GetAveragePrice(ProdHeader) As Double",
-      "CustomerRecord.DueDays = Integer"};
+      "As Boolean\nLets the user pick a delivery address into the properties: True when one was "
+      "confirmed; False, and they stay, when cancelled.",
+      "? General.GetCategories(LowerBound, UpperBound), CatList As String()\nFills each element "
+      "with "
+      "its number, three blanks and the stock category of that number; it stays when they cannot "
+      "be "
+      "read.",
+      "? Products.GetAllocOnOrder(ProdCode As String, [Allocated As Double], [OnOrder As Double]), "
+      "Allocated As Double, OnOrder As Double\nSets the quantities allocated and on order; both "
+      "stay "
+      "when the product is not found.",
+      "? Products.GetAveragePrice(ProdHeader) As Double\nAverage cost of a unit over what is left "
+      "of "
+      "the stock record's receipts; 0 when nothing is.",
+      "CustomerRecord.DueDays = Integer\nDays within which the settlement discount is given."};
   for (const std::string member : members) {
     const std::size_t name = member.find_first_not_of("? ");
     EXPECT_EQ(Run("help " + member.substr(name, member.find_first_of(" (", name) - name)),
@@ -113,7 +121,7 @@ TEST_F(PromptTest, CompletesClassesAndMembers) {
   std::ostringstream out;
   const Prompt prompt(in, out, {engine_->workspace(), nullptr});
   using Words = std::vector<std::string>;
-  EXPECT_EQ(prompt.Completions("cust"), (Words{"Customers.", "CustomerRecord."}));
+  EXPECT_EQ(prompt.Completions("cust"), (Words{"CustomerRecord.", "Customers."}));
   EXPECT_EQ(prompt.Completions("bank.l"), Words{"Bank.List("});
   EXPECT_EQ(prompt.Completions("Customers.A"), Words{"Customers.AppName"});
   EXPECT_EQ(prompt.Completions("Bank.x"), Words());

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes of an IDL file what the library is built of.
 
-    type_library.py IDL FOLDER WIDL [ARGUMENT...]
+    type_library.py IDL FOLDER COMPILER WIDL [ARGUMENT...]
 
 runs WIDL for FOLDER/<name>.h (interfaces), <name>_i.c (identifiers) and <name>.tlb (type library).
 Two things that the IDL says are more than widl takes; they are put into the type library here:
@@ -9,9 +9,9 @@ Two things that the IDL says are more than widl takes; they are put into the typ
   * help strings of an enumeration's values, written before the value;
   * text as the default of a parameter by reference.
 
-From the type library, so from the same facts, it then writes
+Then it writes what else is derived of the IDL (published.py):
 
-  <name>_names.h    what the classes, their members and the parameters are called, in C++;
+  <name>_classes.h  the automation classes, in C++;
   <name>.manifest   by which hosts use the classes without registration.
 """
 
@@ -19,14 +19,14 @@ import re
 import struct
 import subprocess
 import sys
-import uuid
 from pathlib import Path
+
+import published
 
 STRING = r'"((?:[^"\\]|\\.)*)"'
 HAS_DEFAULTS = 0x1000  # in a function's record
 PARAMETER_HAS_DEFAULT = 0x20
-ENUM, DISPATCH, COCLASS = 0, 4, 5
-GET, PUT, PUTREF = 2, 4, 8
+ENUM, DISPATCH = 0, 4
 VT_BSTR = 8
 
 
@@ -103,15 +103,6 @@ class TypeLibrary:
         length = self.segments[self.NAMES][at + 8]
         return self.segments[self.NAMES][at + 12 : at + 12 + length].decode("ascii")
 
-    def string(self, at):
-        if at < 0:
-            return ""
-        (length,) = struct.unpack_from("<H", self.segments[self.STRINGS], at)
-        return self.segments[self.STRINGS][at + 2 : at + 2 + length].decode("ascii")
-
-    def guid(self, at):
-        return "{" + str(uuid.UUID(bytes_le=bytes(self.segments[self.GUIDS][at : at + 16]))).upper() + "}"
-
 
 class Type:
     """A type: its place in the first segment, and its members' records."""
@@ -121,10 +112,8 @@ class Type:
         self.at = number * library.TYPE_SIZE
         kind, block = struct.unpack_from("<2I", self._base(), 0)
         self.kind = kind & 0xF
-        members, guid = struct.unpack_from("<I", self._base(), 0x18)[0], struct.unpack_from("<i", self._base(), 0x2C)[0]
-        self.guid = library.guid(guid) if guid >= 0 else ""
+        (members,) = struct.unpack_from("<I", self._base(), 0x18)
         self.name = library.name(struct.unpack_from("<i", self._base(), 0x34)[0])
-        self.help = library.string(struct.unpack_from("<i", self._base(), 0x3C)[0])
         self.functions, self.records, self.index = members & 0xFFFF, [], b""
         count = self.functions + (members >> 16)
         if not count:
@@ -179,72 +168,9 @@ class Type:
         constant = self.typelib.add_constant(text)
         struct.pack_into("<I", record, parameters[0][0] - 4 * len(parameters) + 4 * number, constant)
 
-    def is_call(self, function):
-        (kinds,) = struct.unpack_from("<I", self.records[function], 0x10)
-        return not kinds >> 3 & (GET | PUT | PUTREF)
-
-
-def classes(library):
-    """Each class with the interface that it is used by."""
-    interfaces = {kind.name: kind for kind in library.types if kind.kind == DISPATCH}
-    for kind in library.types:
-        if kind.kind == COCLASS:
-            assert not set(kind.help) & set('<&"\\'), kind.help  # neither XML nor C++ minds the rest
-            yield kind, interfaces["_" + kind.name]
-
-
-def member_names(interface):
-    """A text for each id: the member's name, and those of a method's parameters but its result."""
-    texts = {}
-    for function, member in enumerate(interface.ids):
-        words = [interface.names[function]]
-        if interface.is_call(function):
-            words += [name for _, name in interface.parameters(function) if name != "Result"]
-        texts.setdefault(member, " ".join(words))
-    assert list(texts) == list(range(1, len(texts) + 1)), interface.name
-    return texts.values()
-
-
-def names_header(library, idl):
-    lines = [f"// Written by {Path(__file__).name} from {idl}.", "namespace ard::windows {"]
-    for kind, interface in classes(library):
-        lines += [f"inline constexpr wchar_t k{kind.name}Help[] = L\"{kind.help}\";"]
-        lines += [f"inline constexpr const wchar_t* k{kind.name}Names[] = {{"]
-        lines += [f'    L"{text}",' for text in member_names(interface)]
-        lines += ["};"]
-    return "\n".join(lines + ["}  // namespace ard::windows", ""])
-
-
-def manifest(library, name):
-    processor = {1: "x86", 3: "amd64"}[library.header[0x14] & 0xF]
-    major, minor = struct.unpack_from("<2H", library.header, 0x18)
-    identity = library.guid(struct.unpack_from("<i", library.header, 8)[0])
-    lines = [
-        '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>',
-        '<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">',
-        f'  <assemblyIdentity type="win32" name="{name}" version="{major}.{minor}.0.0"'
-        f' processorArchitecture="{processor}"/>',
-        f'  <file name="{name}.dll">',
-        f'    <typelib tlbid="{identity}" version="{major}.{minor}" helpdir=""/>',
-    ]
-    for kind, _ in classes(library):
-        lines += [
-            f'    <comClass description="{kind.help}" clsid="{kind.guid}" tlbid="{identity}"'
-            f' progid="{name}.{kind.name}" threadingModel="Apartment">',
-            f"      <progid>{name}.{kind.name}.1</progid>",
-            "    </comClass>",
-        ]
-    lines += ["  </file>"]
-    for _, interface in classes(library):
-        lines += [
-            f'  <comInterfaceExternalProxyStub name="{interface.name}" iid="{interface.guid}"'
-            f' tlbid="{identity}" proxyStubClsid32="{{00020424-0000-0000-C000-000000000046}}"/>',
-        ]
-    return "\n".join(lines + ["</assembly>", ""])
-
 
 def main():
-    source, folder, widl = Path(sys.argv[1]), Path(sys.argv[2]), sys.argv[3:]
+    source, folder, compiler, *widl = Path(sys.argv[1]), Path(sys.argv[2]), *sys.argv[3:]
     base = folder / source.stem
     text, helps, defaults = split(source.read_text("ascii"))
     reduced = folder / source.name
@@ -264,8 +190,10 @@ def main():
                 kind.set_default(function, parameter, defaults.pop((method, parameter)))
     assert not helps and not defaults, (helps, defaults)
     path.write_bytes(library.bytes())
-    Path(f"{base}_names.h").write_text(names_header(library, source.name))
-    base.with_suffix(".manifest").write_text(manifest(library, source.stem))
+    interface = published.read(source, compiler)
+    processor = {1: "x86", 3: "amd64"}[library.header[0x14] & 0xF]
+    Path(f"{base}_classes.h").write_text(published.shell_header(interface, source))
+    base.with_suffix(".manifest").write_text(published.manifest(interface, processor))
 
 
 main()

@@ -69,7 +69,7 @@ bool DeliveryAddress::GetAddress(std::wstring_view acc_ref, std::wstring_view ac
     if (!Trimmed(acc_name).empty()) dialog.ShowAccountName(acc_name);
     Show(context(), dialog);
     picked = dialog.result();
-    if (picked) ReadAddress(context(), dialog.kind(), dialog.selected_record(), address_);
+    if (picked) ReadAddress(context(), dialog.kind(), dialog.selected_record(), details());
   });
 }
 

@@ -13,24 +13,6 @@ namespace {
 
 using A = Address;
 
-constexpr engine::FieldProperty<A> kProperties[] = {
-    {L"AccountRef", L"ACCOUNT_REF", &A::account_ref},
-    {L"Address1", L"ADDRESS_1", &A::address_1},
-    {L"Address2", L"ADDRESS_2", &A::address_2},
-    {L"Address3", L"ADDRESS_3", &A::address_3},
-    {L"Address4", L"ADDRESS_4", &A::address_4},
-    {L"Address5", L"ADDRESS_5", &A::address_5},
-    {L"AddressRef", L"ADDRESS_REF", &A::address_ref},
-    {L"ContactName", L"CONTACT_NAME", &A::contact_name},
-    {L"DefaultRef", L"DEFAULT_REF", &A::default_ref},
-    {L"Description", L"DESCRIPTION", &A::description},
-    {L"EMail", L"EMAIL", &A::email},
-    {L"Fax", L"FAX", &A::fax},
-    {L"Name", L"NAME", &A::name},
-    {L"Reference", L"REFERENCE", &A::reference},
-    {L"Telephone", L"TELEPHONE", &A::telephone},
-};
-
 // What tells one kind of address from another, in the order of the kind selector.
 struct AddressFile {
   std::wstring_view record;     // walked to list the addresses
@@ -87,12 +69,10 @@ std::vector<FieldsDialog::Line> LinesOf(const Context& context, const Address& a
 
 }  // namespace
 
-std::span<const engine::FieldProperty<Address>> AddressProperties() { return kProperties; }
-
 bool ReadAddress(const Context& context, AddressKind kind, std::int32_t record, Address& address) {
   engine::DataFile file(context, FileOf(kind).data_file);
   if (!file.Open(engine::Mode::kRead) || !file.Read(record)) return false;
-  engine::ReadFields(file, AddressProperties(), address);
+  engine::ReadFields<engine::DataFile, Address>(file, kAddressProperties, address);
   return true;
 }
 

@@ -25,7 +25,23 @@ struct Address {
 };
 
 // What is read of an address, in that order, by the published names.
-std::span<const engine::FieldProperty<Address>> AddressProperties();
+inline constexpr engine::FieldProperty<Address> kAddressProperties[] = {
+    {L"AccountRef", L"ACCOUNT_REF", &Address::account_ref},
+    {L"Address1", L"ADDRESS_1", &Address::address_1},
+    {L"Address2", L"ADDRESS_2", &Address::address_2},
+    {L"Address3", L"ADDRESS_3", &Address::address_3},
+    {L"Address4", L"ADDRESS_4", &Address::address_4},
+    {L"Address5", L"ADDRESS_5", &Address::address_5},
+    {L"AddressRef", L"ADDRESS_REF", &Address::address_ref},
+    {L"ContactName", L"CONTACT_NAME", &Address::contact_name},
+    {L"DefaultRef", L"DEFAULT_REF", &Address::default_ref},
+    {L"Description", L"DESCRIPTION", &Address::description},
+    {L"EMail", L"EMAIL", &Address::email},
+    {L"Fax", L"FAX", &Address::fax},
+    {L"Name", L"NAME", &Address::name},
+    {L"Reference", L"REFERENCE", &Address::reference},
+    {L"Telephone", L"TELEPHONE", &Address::telephone},
+};
 
 // Reads the address with that record number into `address`; false, and nothing changed, when there
 // is none.

@@ -7,7 +7,9 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
 #include "frame/context.h"
 #include "frame/value.h"
@@ -77,6 +79,50 @@ class PublicClass {
   std::wstring_view name_;
   Context context_;
 };
+
+// A class with properties of its own, which are members of `Details`. It lists them by their
+// published names in `kProperties`, a table of structures with a `name` and a `member`.
+template <class Details>
+class PropertyClass : public PublicClass {
+ public:
+  Details& details() { return details_; }
+  const Details& details() const { return details_; }
+
+  // As a host gets and sets them.
+  template <class T>
+  T Get(std::wstring_view property, T Details::*member) const noexcept {
+    return Call<T>(property, [&](T& value) { value = details_.*member; });
+  }
+  template <class T, class Value>
+  void Put(std::wstring_view property, T Details::*member, const Value& value) noexcept {
+    Run(property, [&] { details_.*member = value; });
+  }
+
+ protected:
+  using PublicClass::PublicClass;
+  ~PropertyClass() = default;
+
+ private:
+  Details details_;
+};
+
+// A row of `kProperties`.
+template <class Details>
+struct Property {
+  std::wstring_view name;
+  std::variant<std::wstring Details::*, bool Details::*> member;
+};
+
+// The member that is the property `name` of `Class`, which has to be of type `T`. Where there is
+// none, the compiler says so.
+template <class Class, class T>
+consteval auto PropertyOf(std::wstring_view name) {
+  using Details = std::decay_t<decltype(std::declval<Class&>().details())>;
+  for (const auto& property : Class::kProperties) {
+    if (property.name == name) return std::get<T Details::*>(property.member);
+  }
+  throw "no such property";
+}
 
 }  // namespace ard
 

@@ -13,16 +13,21 @@
 
 namespace ard::products {
 
+// What a host sets of the lists.
+struct ListOptions {
+  bool show_special_prods = false;  // they offer the special non-stock items, too
+};
+
 // Stock codes are looked up exactly as given: neither trimmed nor upper-cased. Quantities are in
 // the product's unit of sale, prices in the units that the accounts product stores; nothing is
 // rounded.
-class Products : public PublicClass {
+class Products : public PropertyClass<ListOptions> {
  public:
-  explicit Products(Environment& environment) : PublicClass(L"Products", environment) {}
+  explicit Products(Environment& environment) : PropertyClass(L"Products", environment) {}
 
-  // Whether the lists offer the special non-stock items too.
-  bool ShowSpecialProds() const noexcept;
-  void SetShowSpecialProds(bool show) noexcept;
+  static constexpr Property<ListOptions> kProperties[] = {
+      {L"ShowSpecialProds", &ListOptions::show_special_prods},
+  };
 
   // Whether the code is in the stock index; no record is read.
   bool IsValid(std::wstring_view prod_ref) const noexcept;
@@ -93,8 +98,6 @@ class Products : public PublicClass {
   template <class T>
   T StockField(std::wstring_view member, std::wstring_view stock_code,
                std::wstring_view field) const noexcept;
-
-  bool show_special_prods_ = false;
 };
 
 }  // namespace ard::products

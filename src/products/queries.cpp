@@ -13,14 +13,6 @@ T Products::StockField(std::wstring_view member, std::wstring_view stock_code,
   });
 }
 
-bool Products::ShowSpecialProds() const noexcept {
-  return Call<bool>(L"ShowSpecialProds", [&](bool& show) { show = show_special_prods_; });
-}
-
-void Products::SetShowSpecialProds(bool show) noexcept {
-  Run(L"ShowSpecialProds", [&] { show_special_prods_ = show; });
-}
-
 bool Products::IsValid(std::wstring_view prod_ref) const noexcept {
   return Call<bool>(L"IsValid", [&](bool& valid) { valid = StockFiles(context()).Has(prod_ref); });
 }

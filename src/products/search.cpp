@@ -62,14 +62,14 @@ std::wstring PickOne(const Context& context, const ProductDialog::Options& optio
 std::wstring Products::FastList(bool prod_info) const noexcept {
   return Call<std::wstring>(L"FastList", [&](std::wstring& stock_code) {
     stock_code =
-        PickOne(context(), {.special_rows = show_special_prods_, .product_info = prod_info});
+        PickOne(context(), {.special_rows = details().show_special_prods, .product_info = prod_info});
   });
 }
 
 std::wstring Products::List(std::wstring_view search_criteria, bool prod_info) const noexcept {
   return Call<std::wstring>(L"List", [&](std::wstring& stock_code) {
     stock_code =
-        PickOne(context(), {.special_rows = show_special_prods_, .product_info = prod_info},
+        PickOne(context(), {.special_rows = details().show_special_prods, .product_info = prod_info},
                 search_criteria);
   });
 }
@@ -77,7 +77,7 @@ std::wstring Products::List(std::wstring_view search_criteria, bool prod_info) c
 std::wstring Products::ListMultipleSelect(std::wstring_view search_criteria) const noexcept {
   return Call<std::wstring>(L"ListMultipleSelect", [&](std::wstring& stock_codes) {
     const std::vector<dialogs::Row> rows = PickProducts(
-        context(), {.special_rows = show_special_prods_, .multiple = true}, search_criteria);
+        context(), {.special_rows = details().show_special_prods, .multiple = true}, search_criteria);
     std::wstring codes = L";";
     for (const dialogs::Row& row : rows) {
       codes += Trimmed(row.Cell(1));

@@ -172,7 +172,7 @@ TEST_F(SearchTest, SearchesAsTypedAndAgainWhenTheFieldChanges) {
 }
 
 TEST_F(SearchTest, SpecialRowsStandOnTheFirstPages) {
-  products_.SetShowSpecialProds(true);
+  products_.details().show_special_prods = true;
   Answer([](ProductDialog& dialog) {
     ListModel& list = dialog.list();
     list.SetPageSize(5);
@@ -225,7 +225,7 @@ TEST_F(SearchTest, SeveralProductsComeInTheOrderOfTheList) {
     dialog.Ok();
   });
   EXPECT_EQ(products_.ListMultipleSelect(L""), L";A1;B2;C3;");
-  products_.SetShowSpecialProds(true);
+  products_.details().show_special_prods = true;
   Answer([](ProductDialog& dialog) {
     ListModel& list = dialog.list();
     list.SelectRow(2);

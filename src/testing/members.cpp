@@ -234,14 +234,14 @@ bool LogOnByDialog(Messaging& messaging, const Context& context) {
     dialog.PasswordChange(L"x");
     dialog.Ok();
   });
-  messaging.session().use_acc_rights = true;
+  messaging.details().use_acc_rights = true;
   return messaging.CheckForLogon();
 }
 
 bool LogOnByWindows(Messaging& messaging, const Context& context) {
   Scripted(context).settings()[L"|Company|AttemptDomainUserLogon"] = L"1";
   Scripted(context).machine().account_name = L"ANN";
-  messaging.session().use_acc_rights = true;
+  messaging.details().use_acc_rights = true;
   return messaging.CheckForLogon(true);
 }
 
@@ -260,7 +260,7 @@ bool LogOnToHeldData(Messaging& messaging, const Context& context) {
 Way LogsOn(const wchar_t* user, const wchar_t* password) {
   return Does<Messaging>(
       [=](Messaging& messaging, const Context&) {
-        messaging.session().use_acc_rights = true;
+        messaging.details().use_acc_rights = true;
         return messaging.LogonUser(user, password);
       },
       {user, password});
@@ -323,7 +323,7 @@ std::wstring Breakdown(const Customers& customers, const Context& context) {
 template <class Record>
 std::wstring ReadProperties(Record& record, const wchar_t* acc_ref) {
   std::wstring answer = Text(record.Read(acc_ref));
-  for (const auto& property : record.properties()) {
+  for (const auto& property : Record::kProperties) {
     std::visit(
         [&](auto member) {
           record.Put(property.name, member, record.Get(property.name, member));
@@ -365,7 +365,7 @@ std::wstring WorkTheAddresses(DeliveryAddress& address, const Context& context) 
 std::wstring PickAddress(DeliveryAddress& address, const Context& context) {
   Scripted(context).AnswerAddresses([](AddressDialog& dialog) { dialog.Ok(); });
   std::wstring answer = Text(address.GetAddress(L"SUP001", L"Name", DelAddType::kPurchase));
-  for (const auto& property : dialogs::AddressProperties()) {
+  for (const auto& property : DeliveryAddress::kProperties) {
     const auto member = std::get<std::wstring dialogs::Address::*>(property.member);
     answer += L"|" + std::wstring(Trimmed(address.Get(property.name, member)));
   }

@@ -47,17 +47,9 @@ bool IsCtrlDown(const Context& context) {
 
 }  // namespace
 
-bool Messaging::UseAccRights() const noexcept {
-  return Call<bool>(L"UseAccRights", [&](bool& use) { use = session_.use_acc_rights; });
-}
-
-void Messaging::SetUseAccRights(bool use) noexcept {
-  Run(L"UseAccRights", [&] { session_.use_acc_rights = use; });
-}
-
 bool Messaging::CheckForLogon(bool check_nt_account) noexcept {
   return Call<bool>(L"CheckForLogon", [&](bool& logged_on) {
-    if (settings::General(context().environment).IsArdExclusive(session_.ard_data_path)) {
+    if (settings::General(context().environment).IsArdExclusive(details().ard_data_path)) {
       ShowMessage(ExclusiveText(context().app_name));
       return;
     }
@@ -78,10 +70,10 @@ bool Messaging::LogonUser(std::wstring_view user_name, std::wstring_view passwor
 bool Messaging::LogOn(engine::Logon& logon, std::wstring_view user_name,
                       std::wstring_view password) noexcept {
   const bool logged_on = Call<bool>(L"LogonUser", [&](bool& allowed) {
-    session_.user_logged = Trimmed(user_name);
-    session_.pass_logged = Trimmed(password);
+    details().user_logged = Trimmed(user_name);
+    details().pass_logged = Trimmed(password);
     if (!logon.Connect(user_name, password)) return TellRefusal();
-    allowed = !session_.use_acc_rights || IsManager(user_name) || IsInAccessTable(user_name);
+    allowed = !details().use_acc_rights || IsManager(user_name) || IsInAccessTable(user_name);
     if (allowed) return;
     ShowMessage(std::wstring(Trimmed(user_name)) + L" is not allowed access to " +
                 std::wstring(Trimmed(context().app_name)) + L".");
@@ -116,7 +108,7 @@ bool Messaging::PoAccess(std::wstring_view user_name) const noexcept {
 }
 
 engine::Logon Messaging::NewLogon() const noexcept {
-  return {context(), session_.ard_data_path, session_.unique_id};
+  return {context(), details().ard_data_path, details().unique_id};
 }
 
 bool Messaging::LogonByDialog(engine::Logon& logon, bool check_nt_account) {
@@ -124,8 +116,8 @@ bool Messaging::LogonByDialog(engine::Logon& logon, bool check_nt_account) {
                      [&](const std::wstring& name, const std::wstring& password) {
                        return LogOn(logon, name, password);
                      });
-  dialog.SetCompany(session_.company_name);
-  dialog.SetProgPath(session_.prog_path);
+  dialog.SetCompany(details().company_name);
+  dialog.SetProgPath(details().prog_path);
   dialog.SetRemembered(SettingAs<std::int16_t>(context(), LogonSection(), kRemember));
   if (dialog.remember()) {
     dialog.SetName(UserSetting(context(), LogonSection(), kLogonName, L""));
@@ -184,7 +176,7 @@ bool Messaging::IsInAccessTable(std::wstring_view user_name) const {
   return !(users.Bof() && users.Eof());
 }
 
-std::wstring Messaging::LogonSection() const { return L"Options\\Logon\\" + session_.company_name; }
+std::wstring Messaging::LogonSection() const { return L"Options\\Logon\\" + details().company_name; }
 
 void Messaging::SaveLogonSetting(std::wstring_view name, std::wstring_view value) const {
   SaveUserSetting(context(), LogonSection(), name, value);

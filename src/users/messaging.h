@@ -22,15 +22,17 @@ struct Session {
   bool use_acc_rights = false;
 };
 
-class Messaging : public PublicClass {
+class Messaging : public PropertyClass<Session> {
  public:
-  explicit Messaging(Environment& environment) : PublicClass(L"Messaging", environment) {}
+  explicit Messaging(Environment& environment) : PropertyClass(L"Messaging", environment) {}
   virtual ~Messaging() = default;
 
-  Session& session() { return session_; }
-  // As published.
-  bool UseAccRights() const noexcept;
-  void SetUseAccRights(bool use) noexcept;
+  static constexpr Property<Session> kProperties[] = {
+      {L"ArdDataPath", &Session::ard_data_path},   {L"UserLogged", &Session::user_logged},
+      {L"PassLogged", &Session::pass_logged},      {L"UniqueID", &Session::unique_id},
+      {L"UseAccRights", &Session::use_acc_rights}, {L"ProgPath", &Session::prog_path},
+      {L"CompanyName", &Session::company_name},
+  };
 
   // The whole logon: refuses when the accounts data is held exclusively, then asks the user for
   // name and password; with `check_nt_account`, and if the user's settings say so, who is logged on
@@ -71,8 +73,6 @@ class Messaging : public PublicClass {
   void ShowMessage(std::wstring_view text) const {
     context().ShowMessage(Icon::kExclamation, text, context().app_name);
   }
-
-  Session session_;
 };
 
 }  // namespace ard::users

@@ -43,10 +43,10 @@ class MessagingTest : public testing::CompanyTest {
     context.workspace = testing::Recorded(engine_->workspace(), recording_);
     context.engine = engine_;
     context.database = database_;
-    messaging.session().ard_data_path = L" C:\\Data ";
-    messaging.session().unique_id = L" id ";
-    messaging.session().company_name = L"Acme";
-    messaging.session().prog_path = L"C:\\Host";
+    messaging.details().ard_data_path = L" C:\\Data ";
+    messaging.details().unique_id = L" id ";
+    messaging.details().company_name = L"Acme";
+    messaging.details().prog_path = L"C:\\Host";
   }
 
   static void Enter(LogonDialog& dialog, const wchar_t* name, const wchar_t* password = L"") {
@@ -74,7 +74,7 @@ TEST_F(MessagingTest, TheEngineHasItsSay) {
   EXPECT_FALSE(messaging_.LogonUser(L"Mallory", L""));
   EXPECT_EQ(environment_.TakeMessages(), Texts{kRefused});
   // What has been tried stays.
-  EXPECT_EQ(messaging_.session().user_logged, L"Mallory");
+  EXPECT_EQ(messaging_.details().user_logged, L"Mallory");
   EXPECT_EQ(engine_->disconnects(), 1);  // nothing is undone that has not been done
 }
 
@@ -98,7 +98,7 @@ TEST_F(MessagingTest, TheAccessTableHasTheLastWord) {
                {L" Manager ", true},    {L"O'BRIEN", false},  // the query fails
                {L"x' OR '1'='1", true},                       // the query is what it has been made
                {L" ANN", false}};                             // put to the table untrimmed
-  messaging_.session().use_acc_rights = true;
+  messaging_.details().use_acc_rights = true;
   for (const auto& c : cases) {
     EXPECT_EQ(messaging_.LogonUser(c.user, L""), c.allowed) << c.user;
     EXPECT_EQ(engine_->user().empty(), !c.allowed) << c.user;
@@ -129,8 +129,8 @@ TEST_F(MessagingTest, DataHeldExclusivelyIsNotForUs) {
 TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
   std::string trace;
   environment_.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
-  messaging_.SetUseAccRights(true);
-  EXPECT_TRUE(messaging_.UseAccRights());
+  messaging_.Put(L"UseAccRights", &Session::use_acc_rights, true);
+  EXPECT_TRUE(messaging_.Get(L"UseAccRights", &Session::use_acc_rights));
   environment_.AnswerLogon([&](LogonDialog& dialog) {
     EXPECT_EQ(dialog.welcome(), L"Welcome to  Manufacturing .");
     EXPECT_EQ(dialog.company(), L"Acme");
@@ -152,7 +152,7 @@ TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
   EXPECT_EQ(environment_.machine().help_pages, Texts{L"C:\\Host\\Html\\Logging On.htm"});
   EXPECT_EQ(environment_.settings()[kRemembered], L"1");
   EXPECT_EQ(environment_.settings()[kName], L"BOB");
-  EXPECT_EQ(messaging_.session().pass_logged, L"Secret");
+  EXPECT_EQ(messaging_.details().pass_logged, L"Secret");
   for (const char* call : {"\tcall\tMessaging.LogonUser\t", "\tcall\tMessaging.UseAccRights\t"}) {
     EXPECT_NE(trace.find(call), std::string::npos) << call;
   }
@@ -178,10 +178,10 @@ TEST_F(MessagingTest, RemembersTheLastLogonOfEachCompany) {
   log_on(false, L"", true, /*confirm=*/false);
   EXPECT_TRUE(environment_.settings().empty()) << "a cancelled dialog leaves no trace";
   log_on(false, L"", true);
-  messaging_.session().company_name = L"Other";
+  messaging_.details().company_name = L"Other";
   log_on(false, L"", false);
   EXPECT_FALSE(environment_.settings().contains(L"Host|Options\\Logon\\Other|LogonName"));
-  messaging_.session().company_name = L"Acme";
+  messaging_.details().company_name = L"Acme";
   log_on(true, L"ANN", false);
   log_on(false, L"", false);
   // The box holds a number, which stays until it is ticked.
@@ -222,7 +222,7 @@ TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
     environment_.settings() = {{kDomain, c.setting}};
     environment_.machine().ctrl_down = c.ctrl;
     environment_.machine().account_name = c.account;
-    messaging_.session().use_acc_rights = c.use_acc_rights;
+    messaging_.details().use_acc_rights = c.use_acc_rights;
     engine_->TrustWindows(c.trusted);
     recording_.operations.clear();
     const int before = environment_.dialogs_shown();
@@ -304,7 +304,7 @@ TEST_F(MessagingTest, HoldsTheConnectionThatOpensARecordset) {
       return opened->Open(command, cursor, lock);
     }
   };
-  messaging_.session().use_acc_rights = true;
+  messaging_.details().use_acc_rights = true;
   messaging_.context().database = std::make_shared<Replaced>(messaging_.context(), database_);
   EXPECT_TRUE(messaging_.LogonUser(L"ANN", L""));
 }

@@ -22,18 +22,14 @@ FOLDER="$(mktemp -d "$BUILD/answers-$ARCH.XXXXXX")"
 trap 'rm -rf "$FOLDER"' EXIT
 wine_use "$WINEPREFIX"
 
-MEMBERS=src/testing/published_members.inc
+MEMBERS="$BUILD/native-debug/console/ArdObjects100_members.txt"
 PROMPT="$BUILD/native-debug/bin/ard_console"
 VB_SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Demo'
 INI="$WINEPREFIX/drive_c/windows/veltrix.ini"
 STATUS=0
 
 # The published members as "KIND CLASS.MEMBER TYPE", KIND being call, get or put.
-published() {
-  awk '/^[A-Za-z]/ && !/^LR/ {class = $1}
-       /^  [a-z]/ {kind = $1; name = $2; sub(/\(.*/, "", name); sub(/.*\((in|out retval) /, "")
-                   print kind, class "." name, $1}' "$MEMBERS"
-}
+published() { cat "$MEMBERS"; }
 
 # The table, and then every property: what it has come to be, and what it takes.
 questions() {

@@ -7,21 +7,25 @@
 // After windows.h.
 #include <ocidl.h>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <memory>
 #include <new>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
 #include "frame/context.h"
 #include "frame/public_class.h"
 #include "windows/engine/com.h"
+#include "windows/engine/late_bound.h"
 #include "windows/floating_point.h"
 #include "windows/server/module.h"
 #include "windows/server/published_class.h"
+#include "windows/server/string_array.h"
 
 namespace ard::windows {
 
@@ -36,29 +40,155 @@ inline BSTR ToAutomation(const std::wstring& text) {
 }
 inline IDispatch* ToAutomation(ComPtr<IDispatch> object) { return object.Detach(); }
 
-// A text that a method of the portable class puts out: it starts as what the caller has passed, and
-// the caller's string is replaced when it has changed.
-class TextOutput {
+// What the portable class is passed for an argument of a published kind (dispatch.h).
+template <class Kind>
+class Passed;
+
+// One that is the same on both sides, or all but.
+template <class Kind, class Kept_>
+class PassedPlainly {
  public:
-  explicit TextOutput(BSTR* target) noexcept : target_(target) {
+  using Given = typename Kind::Type;
+  using Kept = Kept_;  // what a property of that kind is
+
+  explicit PassedPlainly(Given value) : value_(static_cast<Kept>(value)) {}
+  static bool Misses(Given) { return false; }
+  Kept value() const { return value_; }
+
+ private:
+  Kept value_;
+};
+template <>
+class Passed<Boolean> : public PassedPlainly<Boolean, bool> {
+  using PassedPlainly::PassedPlainly;
+};
+template <>
+class Passed<Integer> : public PassedPlainly<Integer, std::int16_t> {
+  using PassedPlainly::PassedPlainly;
+};
+template <>
+class Passed<Long> : public PassedPlainly<Long, std::int32_t> {
+  using PassedPlainly::PassedPlainly;
+};
+template <>
+class Passed<Double> : public PassedPlainly<Double, double> {
+  using PassedPlainly::PassedPlainly;
+};
+
+template <>
+class Passed<String> {
+ public:
+  using Given = BSTR;
+  using Kept = std::wstring;
+
+  explicit Passed(BSTR text) : text_(View(text)) {}
+  static bool Misses(BSTR) { return false; }
+  std::wstring_view value() const { return text_; }
+
+ private:
+  std::wstring_view text_;
+};
+
+// The portable side has an enumeration of its own, with the same values.
+template <class E>
+class Passed<Enumeration<E>> {
+ public:
+  using Given = E;
+
+  explicit Passed(E value) : value_(value) {}
+  static bool Misses(E) { return false; }
+  auto value() const { return *this; }
+  template <class Own>
+  operator Own() const {
+    return static_cast<Own>(value_);
+  }
+
+ private:
+  E value_;
+};
+
+// A record of the engine's. One that there is no memory for is none.
+template <>
+class Passed<ObjectReference> {
+ public:
+  explicit Passed(IDispatch* record) noexcept {
+    try {
+      record_ = WrapRecord(record);
+    } catch (const std::bad_alloc&) {
+    }
+  }
+  static bool Misses(IDispatch*) { return false; }
+  std::unique_ptr<engine::RecordObject> value() { return std::move(record_); }
+
+ private:
+  std::unique_ptr<engine::RecordObject> record_;
+};
+
+// One that may be left out has been replaced by then; to a vtable host none by reference is zero.
+template <class Kind, auto default_value>
+class Passed<Optional<Kind, default_value>> : public Passed<Kind> {
+  using Passed<Kind>::Passed;
+};
+template <class Kind>
+class Passed<ReadByRef<Kind>> : public Passed<Kind> {
+ public:
+  using Given = typename Passed<Kind>::Given;
+
+  explicit Passed(const Given* value) : Passed<Kind>(value ? *value : Given{}) {}
+  static bool Misses(const Given*) { return false; }
+};
+
+template <class Kind>
+class Passed<ByRef<Kind>> {
+ public:
+  explicit Passed(typename Kind::Type* target) : target_(target) {}
+  static bool Misses(const typename Kind::Type* target) { return !target; }
+  typename Kind::Type& value() { return *target_; }
+
+ private:
+  typename Kind::Type* target_;
+};
+
+// A text that is put out starts as what the caller has passed, and the caller's string is replaced
+// when it has changed.
+template <>
+class Passed<ByRef<String>> {
+ public:
+  explicit Passed(BSTR* target) noexcept : target_(target) {
     try {
       value_ = View(*target);
     } catch (const std::bad_alloc&) {
       target_ = nullptr;  // the caller keeps what it has
     }
   }
-  TextOutput(const TextOutput&) = delete;
-  TextOutput& operator=(const TextOutput&) = delete;
-  ~TextOutput() {
+  Passed(const Passed&) = delete;
+  Passed& operator=(const Passed&) = delete;
+  ~Passed() {
     if (!target_ || value_ == View(*target_)) return;
     SysReAllocStringLen(target_, value_.data(), static_cast<UINT>(value_.size()));
   }
-
+  static bool Misses(const BSTR* target) { return !target; }
   std::wstring& value() { return value_; }
 
  private:
   BSTR* target_;
   std::wstring value_;
+};
+
+template <>
+class Passed<StringArray> : public StringArrayArgument {
+ public:
+  explicit Passed(SAFEARRAY** array) noexcept : StringArrayArgument(*array) {}
+  static bool Misses(SAFEARRAY** array) { return !array; }
+};
+
+// The name of a property, as a template argument.
+template <std::size_t size>
+struct PropertyName {
+  consteval PropertyName(const wchar_t (&name)[size]) { std::copy_n(name, size, text); }
+  constexpr std::wstring_view view() const { return {text, size - 1}; }
+
+  wchar_t text[size];
 };
 
 template <class Interface, class Portable>
@@ -137,47 +267,42 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     ComPtr<Interface> self_;  // the host may let go of it in the middle
   };
 
-  // What a method of the portable class answers to the arguments, as the vtable hands it out.
-  template <class Answer, class Method, class... Arguments>
-  HRESULT Call(Answer* result, Method method, Arguments... arguments) {
-    if (!result) return E_POINTER;
+  // Calls a method of the portable class by its published signature, and hands its result out.
+  template <class Signature, class Method, class Result, class... Arguments>
+  HRESULT Call(Method method, Result result, Arguments... arguments) {
+    return CallAs(static_cast<Signature*>(nullptr), method, result, arguments...);
+  }
+
+  // The procedures of a property of the portable class, of that published type and name.
+  template <class Kind, PropertyName name>
+  HRESULT GetProperty(typename Kind::Type* value) {
+    if (!value) return E_POINTER;
     const Entry entry(this);
-    *result = ToAutomation(std::invoke(method, portable_, arguments...));
+    constexpr auto property = PropertyOf<Portable, typename Passed<Kind>::Kept>(name.view());
+    *value = ToAutomation(portable_.Get(name.view(), property));
+    return S_OK;
+  }
+  template <class Kind, PropertyName name>
+  HRESULT PutProperty(typename Kind::Type value) {
+    const Entry entry(this);
+    constexpr auto property = PropertyOf<Portable, typename Passed<Kind>::Kept>(name.view());
+    portable_.Put(name.view(), property, Passed<Kind>(value).value());
     return S_OK;
   }
 
-  // The same for one without a result.
-  template <class Method>
-  HRESULT Perform(Method&& method) {
+  // The procedures of a context property that is a text.
+  HRESULT PutText(std::wstring_view name, std::wstring Context::*property, BSTR value) {
     const Entry entry(this);
-    std::invoke(method, portable_);
+    portable_.template Call<std::wstring>(
+        name, [&](std::wstring&) { portable_.context().*property = View(value); });
     return S_OK;
   }
-
-  Portable& portable() { return portable_; }
-
-  // The procedures of a property that is a text: a member of `owner`, or of the context.
-  template <class Owner>
-  HRESULT PutText(std::wstring_view name, Owner& owner, std::wstring Owner::*property, BSTR value) {
-    const Entry entry(this);
-    portable_.template Call<std::wstring>(name,
-                                          [&](std::wstring&) { owner.*property = View(value); });
-    return S_OK;
-  }
-  template <class Owner>
-  HRESULT GetText(std::wstring_view name, Owner& owner, std::wstring Owner::*property,
-                  BSTR* value) {
+  HRESULT GetText(std::wstring_view name, std::wstring Context::*property, BSTR* value) {
     if (!value) return E_POINTER;
     const Entry entry(this);
     *value = ToAutomation(portable_.template Call<std::wstring>(
-        name, [&](std::wstring& result) { result = owner.*property; }));
+        name, [&](std::wstring& result) { result = portable_.context().*property; }));
     return S_OK;
-  }
-  HRESULT PutText(std::wstring_view name, std::wstring Context::*property, BSTR value) {
-    return PutText(name, portable_.context(), property, value);
-  }
-  HRESULT GetText(std::wstring_view name, std::wstring Context::*property, BSTR* value) {
-    return GetText(name, portable_.context(), property, value);
   }
 
   // The procedures of a context property that is an object. The host gets back the very pointer
@@ -208,6 +333,26 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     using Portable::Portable;
     using PublicClass::Call;
   };
+
+  template <class Published, class... Kinds, class Method, class Result, class... Arguments>
+  HRESULT CallAs(Published (*)(Kinds...), Method method, Result result, Arguments... arguments) {
+    constexpr bool has_result = !std::is_void_v<Published>;
+    if constexpr (has_result) {
+      if (!result) return E_POINTER;
+    }
+    if ((Passed<Kinds>::Misses(arguments) || ...)) return E_POINTER;
+    const Entry entry(this);
+    std::tuple<Passed<Kinds>...> passed(arguments...);
+    const auto call = [&](auto&... argument) {
+      return std::invoke(method, portable_, argument.value()...);
+    };
+    if constexpr (has_result) {
+      *result = ToAutomation(std::apply(call, passed));
+    } else {
+      std::apply(call, passed);
+    }
+    return S_OK;
+  }
 
   static HRESULT HandOut(ComPtr<ITypeInfo> info, ITypeInfo** out) {
     *out = info.Detach();

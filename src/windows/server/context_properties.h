@@ -78,23 +78,6 @@ class WithDBaseConn : public Base {
   ComPtr<IDispatch> connection_;
 };
 
-// The properties in the tables of members.
-template <class Interface>
-inline constexpr Member kAppName =
-    Property<&Interface::get_AppName, &Interface::put_AppName, String>;
-template <class Interface>
-inline constexpr Member kRegistryPath =
-    Property<&Interface::get_RegistryPath, &Interface::put_RegistryPath, String>;
-template <class Interface>
-inline constexpr Member kArdWorkspace =
-    ObjectProperty<&Interface::get_ArdWorkspace, &Interface::putref_ArdWorkspace>;
-template <class Interface>
-inline constexpr Member kArdEngine =
-    ObjectProperty<&Interface::get_ArdEngine, &Interface::putref_ArdEngine>;
-template <class Interface>
-inline constexpr Member kDBaseConn =
-    ObjectProperty<&Interface::get_oDBaseConn, &Interface::putref_oDBaseConn>;
-
 }  // namespace ard::windows
 
 #endif  // ARD_WINDOWS_SERVER_CONTEXT_PROPERTIES_H_

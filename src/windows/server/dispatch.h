@@ -64,6 +64,9 @@ struct ObjectReference {
   static constexpr VARTYPE kVt = VT_DISPATCH;
   static Type& In(VARIANT& variant) { return variant.pdispVal; }
 };
+// A published enumeration: a Long that the vtable has another name for.
+template <class E>
+struct Enumeration : Long {};
 // A parameter passed by reference: an output.
 template <class T>
 struct ByRef {};
@@ -160,6 +163,17 @@ class Parameter<ReadByRef<T>> : public Parameter<T> {
     VARIANT& value = *this->value_;
     return value.vt & VT_BYREF ? static_cast<typename T::Type*>(value.byref) : &T::In(value);
   }
+};
+
+template <class E>
+class Parameter<Enumeration<E>> : public Parameter<Long> {
+ public:
+  E Get() { return static_cast<E>(Parameter<Long>::Get()); }
+};
+template <class E>
+class Parameter<ReadByRef<Enumeration<E>>> : public Parameter<ReadByRef<Long>> {
+ public:
+  E* Get() { return reinterpret_cast<E*>(Parameter<ReadByRef<Long>>::Get()); }
 };
 
 // What an output of type `vt` goes to. A variable of exactly this type is passed on. Any other is

@@ -12,8 +12,8 @@ using namespace ard::windows;  // NOLINT(google-build-using-namespace): the expo
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID iid, void** object) {
   if (!object) return E_POINTER;
   *object = nullptr;
-  for (const PublishedClass* published : PublishedClasses()) {
-    if (published->class_id == class_id) return CreateClassFactory(*published, iid, object);
+  for (const PublishedClass& published : PublishedClasses()) {
+    if (published.class_id == class_id) return CreateClassFactory(published, iid, object);
   }
   return CLASS_E_CLASSNOTAVAILABLE;
 }

@@ -18,11 +18,7 @@ struct PublishedClass {
 };
 
 // All thirteen.
-std::span<const PublishedClass* const> PublishedClasses();
-
-extern const PublishedClass kBank, kCustomerRecord, kCustomers, kGeneral, kMessaging, kNominal,
-    kProducts, kPurchaseOrders, kSalesOrders, kSupplierRecord, kSuppliers, kcAccessRights,
-    kcDeliveryAddress;
+std::span<const PublishedClass> PublishedClasses();
 
 }  // namespace ard::windows
 

@@ -83,27 +83,27 @@ std::vector<Entry> Entries() {
   add(PlatformKey(), {{L"", nullptr, dll}});
   add(ApplicationKey(), {{L"", nullptr, kName}});
   add(ApplicationFileKey(), {{L"", L"AppID", library}});
-  for (const PublishedClass* published : PublishedClasses()) {
-    const std::wstring id = Text(published->class_id);
-    const std::wstring prog_id = ProgId(*published);
-    const std::wstring versioned = VersionedProgId(*published);
-    add(ClassKey(*published), {{L"", nullptr, published->help},
-                               {L"", L"AppID", library},
-                               {kServer, nullptr, dll},
-                               {kServer, L"ThreadingModel", L"Apartment"},
-                               {L"\\ProgID", nullptr, prog_id},
-                               {L"\\VersionIndependentProgID", nullptr, prog_id},
-                               {L"\\Programmable", nullptr, L""},
-                               {L"\\TypeLib", nullptr, library},
-                               {L"\\Version", nullptr, kVersion}});
-    add(InterfaceKey(*published), {{L"", nullptr, L"_" + std::wstring(published->table.class_name)},
-                                   {L"\\ProxyStubClsid32", nullptr, kMarshaler},
-                                   {L"\\TypeLib", nullptr, library},
-                                   {L"\\TypeLib", L"Version", kVersion}});
-    add(kClasses + prog_id, {{L"", nullptr, published->help},
+  for (const PublishedClass& published : PublishedClasses()) {
+    const std::wstring id = Text(published.class_id);
+    const std::wstring prog_id = ProgId(published);
+    const std::wstring versioned = VersionedProgId(published);
+    add(ClassKey(published), {{L"", nullptr, published.help},
+                              {L"", L"AppID", library},
+                              {kServer, nullptr, dll},
+                              {kServer, L"ThreadingModel", L"Apartment"},
+                              {L"\\ProgID", nullptr, prog_id},
+                              {L"\\VersionIndependentProgID", nullptr, prog_id},
+                              {L"\\Programmable", nullptr, L""},
+                              {L"\\TypeLib", nullptr, library},
+                              {L"\\Version", nullptr, kVersion}});
+    add(InterfaceKey(published), {{L"", nullptr, L"_" + std::wstring(published.table.class_name)},
+                                  {L"\\ProxyStubClsid32", nullptr, kMarshaler},
+                                  {L"\\TypeLib", nullptr, library},
+                                  {L"\\TypeLib", L"Version", kVersion}});
+    add(kClasses + prog_id, {{L"", nullptr, published.help},
                              {L"\\CLSID", nullptr, id},
                              {L"\\CurVer", nullptr, versioned}});
-    add(kClasses + versioned, {{L"", nullptr, published->help}, {L"\\CLSID", nullptr, id}});
+    add(kClasses + versioned, {{L"", nullptr, published.help}, {L"\\CLSID", nullptr, id}});
   }
   return entries;
 }
@@ -199,16 +199,16 @@ LSTATUS DeleteAll(HKEY root) {
   const std::wstring dll = ModulePath();
   Deletion deletion(root);
   bool used = false;
-  for (const PublishedClass* published : PublishedClasses()) {
-    const std::wstring key = ClassKey(*published);
+  for (const PublishedClass& published : PublishedClasses()) {
+    const std::wstring key = ClassKey(published);
     if (IsSameFile(TextOf(root, key + kServer), dll)) deletion.Tree(key);
     if (Exists(root, key) || Exists(root, key, kOtherView)) {
       used = true;
       continue;
     }
-    for (const std::wstring& id : {ProgId(*published), VersionedProgId(*published)}) {
+    for (const std::wstring& id : {ProgId(published), VersionedProgId(published)}) {
       const std::wstring id_key = kClasses + id;
-      if (TextOf(root, id_key + L"\\CLSID") == Text(published->class_id)) deletion.Tree(id_key);
+      if (TextOf(root, id_key + L"\\CLSID") == Text(published.class_id)) deletion.Tree(id_key);
     }
   }
   if (!used) {
@@ -217,8 +217,8 @@ LSTATUS DeleteAll(HKEY root) {
   }
   if (IsSameFile(TextOf(root, PlatformKey()), dll)) {
     deletion.Tree(PlatformKey());
-    for (const PublishedClass* published : PublishedClasses()) {
-      deletion.Tree(InterfaceKey(*published));
+    for (const PublishedClass& published : PublishedClasses()) {
+      deletion.Tree(InterfaceKey(published));
     }
   }
   const std::wstring version_key = LibraryKey() + L"\\" + kVersion;
