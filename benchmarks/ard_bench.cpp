@@ -23,7 +23,6 @@
 #include "products/products.h"
 #include "simulator/testing/company_builder.h"
 #include "testing/members.h"
-#include "testing/operations.h"
 #include "testing/recording_workspace.h"
 #include "testing/scripted_environment.h"
 
@@ -137,8 +136,7 @@ class Bench {
 
   // Times the library against the bare operations, and counts what it asks of the engine in one
   // call, which is to be as many as `needed` says.
-  bool Compare(std::wstring_view name, auto&& bare, auto&& library,
-               std::optional<int> needed = std::nullopt) {
+  bool Compare(std::wstring_view name, auto&& bare, auto&& library, int needed = testing::kAsItIs) {
     const auto operations_of = [&](auto& action) {
       const std::int64_t before = engine_->operations();
       action();
@@ -147,20 +145,19 @@ class Bench {
     // What is read once and kept does not belong to a call.
     library();
     const std::int64_t asked = operations_of(library);
-    const std::int64_t expected = needed ? *needed : operations_of(bare);
+    const std::int64_t expected = needed == testing::kAsItIs ? operations_of(bare) : needed;
     const double target = TargetOf(name);
     return Report(ToUtf8(name).c_str(), CompareWithin(target, bare, library), target, expected,
                   asked);
   }
 
   // The same for a member, against what a call of it asks, with nothing around it.
-  bool CompareMember(std::wstring_view name, const Binding& bind) {
+  bool CompareMember(std::wstring_view name, const Binding& bind, int needed = testing::kAsItIs) {
     testing::Recording bare;
     Record(bare, [&](const Context& context) { bind(context)(nullptr); });
     const testing::Call call = bind(context_);
     return Compare(
-        name, [&] { bare.Replay(*context_.workspace); }, [&] { call(nullptr); },
-        testing::NeededOperations(name));
+        name, [&] { bare.Replay(*context_.workspace); }, [&] { call(nullptr); }, needed);
   }
 
  private:
@@ -174,7 +171,8 @@ bool AskEveryMember() {
   bool met = true;
   for (const testing::Member& member : testing::Members()) {
     if (member.script || member.has_effects) continue;
-    met &= Bench(testing::MembersCompany()).CompareMember(member.name, member.bind);
+    met &=
+        Bench(testing::MembersCompany()).CompareMember(member.name, member.bind, member.operations);
   }
   return met;
 }

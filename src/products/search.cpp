@@ -61,23 +61,24 @@ std::wstring PickOne(const Context& context, const ProductDialog::Options& optio
 
 std::wstring Products::FastList(bool prod_info) const noexcept {
   return Call<std::wstring>(L"FastList", [&](std::wstring& stock_code) {
-    stock_code =
-        PickOne(context(), {.special_rows = details().show_special_prods, .product_info = prod_info});
+    stock_code = PickOne(context(),
+                         {.special_rows = details().show_special_prods, .product_info = prod_info});
   });
 }
 
 std::wstring Products::List(std::wstring_view search_criteria, bool prod_info) const noexcept {
   return Call<std::wstring>(L"List", [&](std::wstring& stock_code) {
-    stock_code =
-        PickOne(context(), {.special_rows = details().show_special_prods, .product_info = prod_info},
-                search_criteria);
+    stock_code = PickOne(context(),
+                         {.special_rows = details().show_special_prods, .product_info = prod_info},
+                         search_criteria);
   });
 }
 
 std::wstring Products::ListMultipleSelect(std::wstring_view search_criteria) const noexcept {
   return Call<std::wstring>(L"ListMultipleSelect", [&](std::wstring& stock_codes) {
-    const std::vector<dialogs::Row> rows = PickProducts(
-        context(), {.special_rows = details().show_special_prods, .multiple = true}, search_criteria);
+    const std::vector<dialogs::Row> rows =
+        PickProducts(context(), {.special_rows = details().show_special_prods, .multiple = true},
+                     search_criteria);
     std::wstring codes = L";";
     for (const dialogs::Row& row : rows) {
       codes += Trimmed(row.Cell(1));

@@ -50,15 +50,20 @@ struct Way {
   std::optional<std::vector<Argument>> arguments;
 };
 
+inline constexpr int kAsItIs = -1;
+
 struct Member {
   using Answers = std::function<bool(const std::wstring&)>;
 
-  Member(std::wstring_view name, Way way, ScriptedEnvironment::Script script, Answers may_answer,
-         bool has_effects = false);
+  Member(std::wstring_view name, int operations, Way way, ScriptedEnvironment::Script script,
+         Answers may_answer, bool has_effects = false);
 
   std::wstring name;  // "Customers.GetName"; how the user goes about it may follow, after a comma
   std::wstring class_name;   // "Customers"
   std::wstring member_name;  // "GetName"
+  // How many operations a call asks of the engine, as its description needs them (operations.h);
+  // kAsItIs where a user decides how many.
+  int operations;
   std::function<Call(const Context&)> bind;
   std::optional<std::vector<Argument>> arguments;
   ScriptedEnvironment::Script script;  // answers the dialog

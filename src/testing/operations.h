@@ -1,13 +1,9 @@
-// How many operations a call of each member asks of the engine: what its description needs, put
-// down by hand from the steps. Members whose dialogs ask for more are left out.
+// The steps that members take, by the operations that they ask of the engine: a member's number
+// (members.cpp) is put down with them, by hand, from its description.
 #ifndef ARD_TESTING_OPERATIONS_H_
 #define ARD_TESTING_OPERATIONS_H_
 
-#include <optional>
-#include <string_view>
-
-namespace ard::testing {
-namespace needed {
+namespace ard::testing::needed {
 
 // The steps, by the operations that they take.
 inline constexpr int kOpen = 2;    // CreateRecordObject, Open
@@ -46,116 +42,6 @@ inline constexpr int kAccessFields = 11;
 // What a copy of a product clears: 15 fields, and 14 months of 8 figures.
 inline constexpr int kCleared = 15 + 14 * 8;
 
-struct Member {
-  std::wstring_view name;
-  int operations;
-};
-inline constexpr Member kMembers[] = {
-    // Limit, balance, on hold and terms; whether there are to be warnings.
-    {L"Customers.IsValid", kFound + 4 * kField + kSingle + kField},
-    {L"Customers.IsValid, unknown", kLooked},
-    {L"Customers.GetName", kFound + kField},
-    {L"Customers.GetContact", kFound + kField},
-    // The account's rate and type; the thresholds from level 10 down to the one reached, its rate.
-    {L"Customers.GetDiscPercent, table", kFound + 2 * kField + kFound + 4 * kField + kField},
-    {L"Customers.GetDiscPercent, value", kFound + 2 * kField + kSingle + 9 * kField + kField},
-    {L"Suppliers.IsValid", kFound + 4 * kField + kSingle + kField},
-    {L"Suppliers.GetName", kFound + kField},
-    {L"Suppliers.GetDiscPercent", kFound + kField},
-    {L"Nominal.IsValid", kLooked},
-    {L"Bank.IsValid", kLooked},
-    {L"CustomerRecord.Read and all properties", kFound + 18 * kField},
-    {L"SupplierRecord.Read and all properties", kFound + 5 * kField},
-
-    {L"SalesOrders.GetAccName", kFound + kField},
-    {L"SalesOrders.GetAccRef", kFound + kField},
-    {L"PurchaseOrders.GetAccRef", kFound + kField},
-    {L"PurchaseOrders.GetOrderDate", kFound + kField},
-    {L"PurchaseOrders.IsValid", kFound + kField},
-
-    // An array of four, and one of two; twelve tax codes.
-    {L"General.GetCategories", kOpen + 4 * (kRead + kFields + kField) + kClose},
-    {L"General.GetDepartments", kOpen + 2 * (kRead + kFields + kField) + kClose},
-    {L"General.GetDPSettings", kSingle + 2 * kField},
-    {L"General.GetTaxCodes", kSingle + 12 * kField},
-    {L"General.GetVatRate", kSingle + kField},
-    {L"General.GetVatDesc", kSingle + kField},
-    {L"General.AddEntryToIniFile", 0},
-    {L"General.IsF12Hide", 0},
-    {L"General.GetF11Program", 0},
-    {L"General.IsArdExclusive", 0},
-    {L"General.CreateAccountsShortcut", 0},
-    // Three slots, whose names and flags are read; the station of one.
-    {L"General.GetNumActiveUsers", kOpen + kCount + 3 * (kRead + kFields + 2 * kField) + kClose},
-    {L"General.GetNumActiveUsersInclDet",
-     kOpen + kCount + 3 * (kRead + kFields + 2 * kField) + kField + kClose},
-
-    {L"Products.IsValid", kNotInIndex},
-    {L"Products.GetDesc", kProduct + kField},
-    {L"Products.GetDept", kProduct + kField},
-    {L"Products.GetCategory", kProduct + kField},
-    {L"Products.GetBinLocation", kProduct + kField},
-    {L"Products.GetSupplier", kProduct + kField},
-    {L"Products.GetSupplierPart", kProduct + kField},
-    {L"Products.GetUnitSale", kProduct + kField},
-    {L"Products.GetInStock", kProduct + kField},
-    {L"Products.GetReOrderLevel", kProduct + kField},
-    {L"Products.GetReOrderQty", kProduct + kField},
-    {L"Products.GetLastPurDate", kProduct + kField},
-    {L"Products.IgnoreStock", kProduct + kField},
-    {L"Products.GetFreeStock", kProduct + 2 * kField},
-    {L"Products.GetAllocOnOrder", kProduct + 2 * kField},
-    {L"Products.GetSupplierOnOrder", kProduct + 3 * kField},
-    {L"Products.IsMemberOfCategory", kProduct + kField},
-    {L"Products.GetSellPrice", kProduct + kField},
-    {L"Products.GetCostPrice", kLooked + kAverage},
-    {L"Products.GetAveragePrice", kLooked + kAverage},  // the host finds the record
-    // Both prices; two entries of the price list, with their codes and types: the customer's own
-    // list
-    // and the reference of the first, the reference and the rule of the second.
-    {L"Products.GetSpecialPrice", kNoService + kFound + 2 * kField + kCreate + 2 * kFields +
-                                      2 * 2 * kField + kMove + kFound + kField + kField +
-                                      3 * kField},
-    // No price is kept: the cost price, the supplier's currency, its rate.
-    {L"Products.GetSupplierPrice",
-     kNoService + kNotInIndex + kFound + kField + kFound + kField + kSingle + kField},
-    // AddNew; each field and its type; the code; ExtraText, Update, Version.
-    {L"Products.SaveNewProduct",
-     kCreate + 1 + kFields + kCount + 2 * kStockFields + kBlankedStockFields + kField + 3},
-    // AddNew; each field, from the one to the other; code and description; Update.
-    {L"Products.CopyProduct", kFound + kCreate + 1 + kFields + kCount + 2 * kStockFields* kField +
-                                  2 * kField + kCleared* kField + 1},
-    // Whether stock is kept, in stock, allocated: too little is there.
-    {L"Products.UpdateAllocQty", kFound + 3 * kField},
-
-    // Connect; and Disconnect; in vain, and LastError, its number and text.
-    {L"Messaging.LogonUser", 1},
-    {L"Messaging.LogonUser, not in the table", 2},
-    {L"Messaging.LogonUser, refused", 4},
-    {L"Messaging.LogoffUser", 1},
-    {L"Messaging.PoAccess, denied", kOpen + kFind + kFields + kField + kClose},
-    {L"Messaging.PoAccess", kOpen + kFind + kFields + kField + kClose},
-    // A name tells how long they are kept; found at once; the right.
-    {L"cAccessRights.IsUserAllowedAccess",
-     kOpen + kFields + kField + kFind + kFields + kField + kClose},
-    // Not found in three ways, then read one after the other.
-    {L"cAccessRights.IsValid",
-     kOpen + kFields + kField + 3 * kFind + kCount + 3 * (kRead + kFields + kField) + kClose},
-    // Not there; opened anew, each field, its type and blank value, the name, Write.
-    {L"cAccessRights.AddUser", kOpen + kFind + kClose + kOpen + kFields + kCount +
-                                   3 * kAccessFields + kField + kCount + 1 + kClose},
-};
-
-}  // namespace needed
-
-// Nothing for a member that is left out.
-inline std::optional<int> NeededOperations(std::wstring_view member) {
-  for (const needed::Member& entry : needed::kMembers) {
-    if (entry.name == member) return entry.operations;
-  }
-  return std::nullopt;
-}
-
-}  // namespace ard::testing
+}  // namespace ard::testing::needed
 
 #endif  // ARD_TESTING_OPERATIONS_H_

@@ -176,7 +176,9 @@ bool Messaging::IsInAccessTable(std::wstring_view user_name) const {
   return !(users.Bof() && users.Eof());
 }
 
-std::wstring Messaging::LogonSection() const { return L"Options\\Logon\\" + details().company_name; }
+std::wstring Messaging::LogonSection() const {
+  return L"Options\\Logon\\" + details().company_name;
+}
 
 void Messaging::SaveLogonSetting(std::wstring_view name, std::wstring_view value) const {
   SaveUserSetting(context(), LogonSection(), name, value);
