@@ -118,7 +118,7 @@ class TraceFile {
   std::size_t written_ = kTraceStride;  // since the size was looked at: never so far
 };
 
-// "1.0.0.0", of a module in memory; "" for one that tells no version.
+// " 1.0.0.0", of a module in memory; "" for one that tells no version.
 std::wstring VersionOf(HMODULE module) {
   const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(1), RT_VERSION);
   const HGLOBAL loaded = resource ? LoadResource(module, resource) : nullptr;
@@ -129,7 +129,7 @@ std::wstring VersionOf(HMODULE module) {
   std::memcpy(&info, static_cast<const std::byte*>(LockResource(loaded)) + kFixed, sizeof info);
   std::wstring version;
   for (const DWORD part : {info.dwFileVersionMS, info.dwFileVersionLS}) {
-    if (!version.empty()) version += L'.';
+    version += version.empty() ? L' ' : L'.';
     version += std::to_wstring(HIWORD(part)) + L'.' + std::to_wstring(LOWORD(part));
   }
   return version;
@@ -152,8 +152,8 @@ std::wstring WindowsVersion() {
 std::wstring AboutProcess(HINSTANCE module) {
   wchar_t host[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, host, MAX_PATH - 1);
-  return L"ArdObjects100 " + VersionOf(module) + L", " + std::to_wstring(8 * sizeof(void*)) +
-         L" bits, in " + host + L' ' + VersionOf(GetModuleHandleW(nullptr)) + L", Windows " +
+  return L"ArdObjects100" + VersionOf(module) + L", " + std::to_wstring(8 * sizeof(void*)) +
+         L" bits, in " + host + VersionOf(GetModuleHandleW(nullptr)) + L", Windows " +
          WindowsVersion();
 }
 

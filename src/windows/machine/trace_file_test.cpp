@@ -71,7 +71,7 @@ class TraceFileTest : public ::testing::Test {
       const std::size_t cells = line.find(process);
       if (cells == line.npos) return content + "not ours: " + std::string(line);
       const std::string_view cell = line.substr(cells + process.size());
-      content += cell.starts_with("0\tprocess\tArdObjects100 ") ? "begun" : cell;
+      content += cell.starts_with("0\tprocess\tArdObjects100") ? "begun" : cell;
       rest.remove_prefix(end);
       if (!rest.empty()) content += "|";
       rest.remove_prefix(std::min<std::size_t>(rest.size(), 2));
