@@ -250,6 +250,8 @@ std::vector<std::string> Report::Findings() const {
   AddGroups("Failed steps", "skip", lines);
   AddGroups("Notes", "note", lines);
   AddGroups("Messages shown", "message", lines);
+  if (!processes_.empty()) lines.insert(lines.end(), {"", "Processes"});
+  lines.insert(lines.end(), processes_.begin(), processes_.end());
   return lines;
 }
 
@@ -288,8 +290,6 @@ std::string Report::ToText() const {
                   use.microseconds / 1000, use.microseconds / static_cast<double>(use.count)),
         member));
   }
-  if (!processes_.empty()) lines.insert(lines.end(), {"", "Processes"});
-  lines.insert(lines.end(), processes_.begin(), processes_.end());
   if (!unread_.empty()) lines.insert(lines.end(), {"", "Not an entry of a trace"});
   lines.insert(lines.end(), unread_.begin(), unread_.end());
   std::string text;

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +19,7 @@
 #include "simulator/testing/company_builder.h"
 #include "testing/members.h"
 #include "testing/temporary_folder.h"
+#include "trace_report/command.h"
 #include "trace_report/page.h"
 #include "users/access_rights.h"
 #include "users/messaging.h"
@@ -88,6 +92,9 @@ TEST(ReportTest, SumsATraceUp) {
             "Messaging.LogonUser(\"A\", ***) = True, :03.002Z\n"
             "       1  Host  Nobody\n"
             "\n"
+            "Processes\n"
+            ":00.000Z  process 7: ArdObjects100 1.0.0.0\n"
+            "\n"
             "Slowest calls\n"
             "          us  time                      member\n"
             "      1500.0  :01.001Z  Products.GetSellPrice(\"A\")\n"
@@ -104,10 +111,7 @@ TEST(ReportTest, SumsATraceUp) {
             "       1         9.5      9500.0  Messaging.CheckForLogon\n"
             "       1         9.0      9000.0  Messaging.LogonUser\n"
             "       2         2.0      1000.0  Products.GetSellPrice\n"
-            "       1         0.0         7.0  Products.GetDesc\n"
-            "\n"
-            "Processes\n"
-            ":00.000Z  process 7: ArdObjects100 1.0.0.0\n");
+            "       1         0.0         7.0  Products.GetDesc\n");
 
   const std::string page = ToPage(report, "<odd> $calls$");
   EXPECT_NE(page.find("<h1>&lt;odd> $calls$</h1>"), page.npos);
@@ -143,6 +147,60 @@ TEST(ReportTest, NamesTheLinesThatItCannotRead) {
   EXPECT_EQ(text.find("line 12"), text.npos) << text;
 }
 
+TEST(CommandTest, DoesWhatItIsTold) {
+  const testing::TemporaryFolder folder;
+  const std::filesystem::path trace = folder / "trace \u00e9.txt";
+  std::ofstream(trace, std::ios::binary) << Written();
+  std::ofstream(folder / "other.txt") << "no trace\n";
+  std::ofstream(folder / "empty.txt");
+  const std::string usage = "usage: trace_report [--html PAGE | --follow] FILE\n";
+  const auto folders = [&](std::string text) {
+    return Replaced(std::move(text), folder.string() + "/", "");
+  };
+  const auto run = [&](std::vector<std::filesystem::path> arguments,
+                       const std::function<bool()>& wait = {}) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int rc = RunCommand(arguments, out, err, wait);
+    return std::to_string(rc) + "|" + folders(out.str()) + "|" + folders(err.str());
+  };
+  const auto starts = [](const std::string& text, const std::string& start) {
+    return text.starts_with(start) ? start : text;
+  };
+  EXPECT_EQ(starts(run({trace}), "0|5 calls, "), "0|5 calls, ");
+  EXPECT_EQ(starts(run({"--help", "x", "y"}), "0|" + usage), "0|" + usage);
+  EXPECT_EQ(run({}), "2||" + usage);
+  EXPECT_EQ(run({"-x", trace}), "2||trace_report: -x: It is not understood.\n" + usage);
+  EXPECT_EQ(run({trace, trace}),
+            "2||trace_report: trace \u00e9.txt: It is not understood.\n" + usage);
+  EXPECT_EQ(run({"--html"}), "2||trace_report: --html: It is not understood.\n" + usage);
+  EXPECT_EQ(run({"--follow", "--html", "x", trace}), "2||" + usage);
+  EXPECT_EQ(run({folder / "nowhere"}), "1||trace_report: nowhere: No such file or directory\n");
+  EXPECT_EQ(run({folder}), "1||trace_report: " + folder.string() + ": It is a folder.\n");
+  for (const char* name : {"other.txt", "empty.txt"}) {
+    EXPECT_EQ(run({folder / name}), "1||trace_report: " + std::string(name) +
+                                        ": No line of it is an entry of a trace.\n");
+  }
+  EXPECT_EQ(run({"--html", folder / "nowhere" / "x", trace}),
+            "1||trace_report: nowhere/x: No such file or directory\n");
+  EXPECT_EQ(run({trace, "--html", folder / "page.html"}), "0||");
+  std::stringstream page;
+  page << std::ifstream(folder / "page.html").rdbuf();
+  EXPECT_NE(page.str().find("<h1>trace \u00e9.txt</h1>"), std::string::npos);
+
+  // The file grows, in the middle of a line, too; then it is begun anew.
+  int waits = 0;
+  const std::filesystem::path growing = folder / "growing.txt";
+  std::ofstream(growing) << "1\ta\x1B\r\n2";
+  EXPECT_EQ(run({"--follow", growing},
+                [&] {
+                  std::ofstream file(growing, ++waits == 2 ? std::ios::trunc : std::ios::app);
+                  file << (waits == 1 ? "\tb\n3" : "4\n");
+                  return waits < 3;
+                }),
+            "0|1  a\\x1B\n2  b\n4\n|");
+}
+
 // What a host may hand over for a workspace by mistake.
 class OtherObject : public engine::Workspace {
   [[noreturn]] static void Fail() { throw Error(kErrorNoMember, L"Member not found."); }
@@ -174,7 +232,7 @@ std::unique_ptr<Class> Made(const Context& host) {
 
 void LogOn(const Context& host, const wchar_t* user, const wchar_t* password) {
   const auto messaging = Made<users::Messaging>(host);
-  messaging->session().use_acc_rights = true;
+  messaging->details().use_acc_rights = true;
   messaging->LogonUser(user, password);
 }
 
@@ -213,7 +271,7 @@ const struct Fault {
      [](Context& host, ScriptedEnvironment& machine) {
        machine.machine().held_files.insert(L"C:\\nowhere\\queue.dta");
        const auto messaging = Made<users::Messaging>(host);
-       messaging->session().ard_data_path = L"C:\\nowhere";
+       messaging->details().ard_data_path = L"C:\\nowhere";
        messaging->CheckForLogon();
      },
      "Environment.TryToRead(\"C:\\nowhere\\queue.dta\")"},
