@@ -76,7 +76,14 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     environment.AnswerInput(L"Asked");
     environment.Obey(engine_->faults());
     database->Obey(engine_->faults());
-    environment.trace().Attach([](std::string_view) {});
+    Trace::Origin origin;
+    origin.detail = true;
+    static const std::string password = ToUtf8(kPassword);
+    environment.trace().Attach(
+        [](std::string_view line) {
+          EXPECT_EQ(line.find(password), line.npos) << "a password in the trace: " << line;
+        },
+        origin);
     Context context(environment);
     context.workspace = engine_->workspace();
     context.engine = engine_;

@@ -1,53 +1,83 @@
-// What a trace file comes to: how often each member has been called and how long that took, the
-// slowest calls, the steps that failed, the messages that the user has seen.
+// What a trace file comes to: the steps that failed and what was noted, by the member in whose
+// calls that was; the slowest calls; how often each member has been called; the messages that the
+// user has seen.
 #ifndef ARD_TRACE_REPORT_REPORT_H_
 #define ARD_TRACE_REPORT_REPORT_H_
 
 #include <cstdint>
-#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace ard::trace_report {
 
+// One line of a trace. What it refers to belongs to the line.
+struct Entry {
+  std::string_view time;
+  std::string_view process;
+  std::string_view calls;  // "1/2": within call 2, which was made within call 1; "0" for none
+  std::string_view kind;
+  std::vector<std::string_view> cells;  // as many as the kind has
+  double microseconds = 0;              // of a call
+};
+
+// None when the line is no entry of a trace.
+std::optional<Entry> ParseEntry(std::string_view line);
+
+// With the bytes that would steer a terminal written as \x1B.
+std::string Printable(std::string_view text);
+
 class Report {
  public:
+  // Something that was told within a call.
+  struct Told {
+    std::string kind;  // "skip", "note" or "message"
+    std::string what;  // the step, or the title of the message
+    std::string code;  // of a skip
+    std::string text;
+  };
+  struct Call {
+    std::string time;  // when it ended
+    std::string process;
+    std::string calls;
+    std::string member;
+    double microseconds = 0;
+    std::string type;
+    std::string outcome;  // "neutral", "answered" or nothing
+    std::string arguments;
+    std::string answer;
+    bool is_dialog = false;  // its time is that of a user
+    std::vector<Told> told;
+  };
+
   // The next line of the file, with or without its carriage return. One that is no entry of a trace
   // is noted with its number.
   void Add(std::string_view line);
+  // There are no more lines. What was told in a call that has not ended is a call without a name.
+  void End();
 
-  // Whether anything read so far is a trace. An empty file is one, in which nothing has happened.
-  bool is_trace() const { return lines_ == 0 || entries_ > 0; }
+  bool is_trace() const { return entries_ > 0; }
+  const std::vector<Call>& calls() const { return calls_; }
 
-  // As text of several lines. Members come by their total time, all else by its count, the most
-  // first.
+  // The lines that open a report: how much there is, then what failed, then what was noted, of the
+  // calls without an answer first. A line that begins with a blank belongs to the one above.
+  std::vector<std::string> Findings() const;
+  // All of it, as text of several lines.
   std::string ToText() const;
 
  private:
-  struct Calls {
-    std::int64_t count = 0;
-    double microseconds = 0;
-  };
-  struct Call {
-    double microseconds;
-    std::string time;
-    std::string member;
-  };
-  // How often, by what is printed of it.
-  using Counts = std::map<std::string, std::int64_t>;
-
-  bool AddEntry(const std::vector<std::string_view>& cells);
-  void AddCall(std::string_view time, std::string_view member, double microseconds);
+  void AddEntry(const Entry& entry);
+  // What is told by steps of that kind, by member.
+  void AddGroups(std::string_view title, std::string_view kind,
+                 std::vector<std::string>& lines) const;
 
   std::int64_t lines_ = 0;
   std::int64_t entries_ = 0;
-  std::map<std::string, Calls, std::less<>> calls_;  // by member
-  std::vector<Call> slowest_;
-  Counts failures_;
-  Counts notes_;
-  Counts messages_;
+  std::vector<Call> calls_;
+  std::map<std::string, Call, std::less<>> running_;  // by process and number
+  std::vector<std::string> processes_;
   std::vector<std::string> unread_;
 };
 

@@ -2,92 +2,342 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "accounts/customers.h"
 #include "frame/error.h"
-#include "frame/trace.h"
+#include "products/products.h"
+#include "settings/general.h"
+#include "simulator/testing/company_builder.h"
+#include "testing/members.h"
+#include "testing/temporary_folder.h"
+#include "trace_report/command.h"
+#include "trace_report/page.h"
+#include "users/access_rights.h"
+#include "users/messaging.h"
 
 namespace ard::trace_report {
 namespace {
 
-using std::chrono::microseconds;
+using simulator::CompanyBuilder;
+using testing::ScriptedEnvironment;
 
-// The times of the entries are the clock's: all alike here.
-std::string WithoutTimes(std::string text) {
-  for (std::size_t z = 0; (z = text.find("Z  ", z)) != text.npos; ++z) {
-    text.replace(z - 23, 24, 24, '-');
+std::string Replaced(std::string text, std::string_view what, std::string_view by) {
+  for (std::size_t at = 0; (at = text.find(what, at)) != text.npos; at += by.size()) {
+    text.replace(at, what.size(), by);
   }
   return text;
 }
 
-// Written by the trace itself, so that the two cannot drift apart.
-TEST(ReportTest, SumsUpWhatTheTraceWrites) {
+const std::string kMinute = "2026-11-21T09:30:";
+
+// A trace with each kind of entry: the minute of the times is left out, and TABs are bars.
+std::string Written() {
+  std::string text = "\xEF\xBB\xBF";
+  for (const char* line : {
+           "00.000Z|7|0|process|ArdObjects100 1.0.0.0",
+           "01.000Z|7|1|skip|StockData.Fields(\"PRICE\")|0x80020006|No\x1B[2J such",
+           "01.001Z|7|1|call|Products.GetSellPrice|1500.0 us|Double|neutral|(\"A\")|0",
+           "02.000Z|7|2|skip|StockData.Fields(\"PRICE\")|0x80020006|No\x1B[2J such",
+           "02.001Z|7|2|call|Products.GetSellPrice|500.0 us|Double|neutral|(\"B\")|0",
+           "03.000Z|7|3/4|message|Host|Nobody",
+           "03.001Z|8|3|note|StockIndex.Find|False",
+           "03.002Z|7|3/4|call|Messaging.LogonUser|9000.0 us|Boolean|answered|(\"A\", ***)|True",
+           "03.003Z|8|3|call|Products.GetDesc|7.0 us|String|neutral||",
+           "03.004Z|7|3|call|Messaging.CheckForLogon|9500.0 us|Boolean|answered|(False)|True",
+           "04.000Z|7|0|skip|Products.GetDesc|0x80004005|<odd>",
+           "05.000Z|7|9|note|A.B|unfinished",
+       }) {
+    text += kMinute + Replaced(line, "|", "\t") + "\r\n";
+  }
+  return text;
+}
+
+void Read(const std::string& text, Report& report) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    report.Add(std::string_view(text).substr(at, end - at));
+    at = end + 1;
+  }
+  report.End();
+}
+
+TEST(ReportTest, SumsATraceUp) {
   Report report;
-  Trace trace;
-  trace.Attach([&](std::string_view line) { report.Add(std::string(line) + '\r'); });
-  for (int call = 1; call <= 11; ++call) {
-    trace.Called(L"Customers", L"IsValid", L"Boolean", microseconds(100 * call));
-  }
-  trace.Called(L"Products", L"List", L"String", microseconds(7000));
-  trace.Called(L"Messaging", L"PutLogon", L"", {});
-  trace.Skipped({L"Setup", L"Open"}, kErrorFailed, L"");
-  for (int skip = 0; skip < 2; ++skip) {
-    trace.Skipped({L"SalesRecord", L"Fields", L"NAME"}, kErrorUnknownName, L"No such field.");
-  }
-  trace.Noted({L"Pricing", L"CreateRecordObject"}, L"The engine offers none.");
-  trace.Shown(L"Orders \u00e9", L"Account is on hold.");
-  EXPECT_EQ(WithoutTimes(report.ToText()),
-            "18 entries\n"
+  Read(Written(), report);
+  EXPECT_EQ(Replaced(report.ToText(), kMinute, ":"),
+            "5 calls, 3 failed steps, 2 notes, 1 message shown\n"
             "\n"
-            "Calls\n"
-            "   count    total ms     mean us  member\n"
-            "       1         7.0      7000.0  Products.List\n"
-            "      11         6.6       600.0  Customers.IsValid\n"
-            "       1         0.0         0.0  Messaging.PutLogon\n"
+            "Failed steps\n"
+            "Products.GetSellPrice(\"A\") = 0, :01.001Z to :02.001Z\n"
+            "       2  StockData.Fields(\"PRICE\")  0x80020006 No\\x1B[2J such\n"
+            "(outside a call that has ended), :04.000Z\n"
+            "       1  Products.GetDesc  0x80004005 <odd>\n"
+            "\n"
+            "Notes\n"
+            "Products.GetDesc (neutral answer), :03.003Z\n"
+            "       1  StockIndex.Find  False\n"
+            "(outside a call that has ended), :05.000Z\n"
+            "       1  A.B  unfinished\n"
+            "\n"
+            "Messages shown\n"
+            "Messaging.LogonUser(\"A\", ***) = True, :03.002Z\n"
+            "       1  Host  Nobody\n"
+            "\n"
+            "Processes\n"
+            ":00.000Z  process 7: ArdObjects100 1.0.0.0\n"
             "\n"
             "Slowest calls\n"
             "          us  time                      member\n"
-            "      7000.0  ------------------------  Products.List\n"
-            "      1100.0  ------------------------  Customers.IsValid\n"
-            "      1000.0  ------------------------  Customers.IsValid\n"
-            "       900.0  ------------------------  Customers.IsValid\n"
-            "       800.0  ------------------------  Customers.IsValid\n"
-            "       700.0  ------------------------  Customers.IsValid\n"
-            "       600.0  ------------------------  Customers.IsValid\n"
-            "       500.0  ------------------------  Customers.IsValid\n"
-            "       400.0  ------------------------  Customers.IsValid\n"
-            "       300.0  ------------------------  Customers.IsValid\n"
+            "      1500.0  :01.001Z  Products.GetSellPrice(\"A\")\n"
+            "       500.0  :02.001Z  Products.GetSellPrice(\"B\")\n"
+            "         7.0  :03.003Z  Products.GetDesc\n"
             "\n"
-            "Failed steps\n"
-            "       2  0x80020006  SalesRecord.Fields(\"NAME\")  No such field.\n"
-            "       1  0x80004005  Setup.Open  \n"
+            "Longest dialogs\n"
+            "          us  time                      member\n"
+            "      9500.0  :03.004Z  Messaging.CheckForLogon(False)\n"
+            "      9000.0  :03.002Z  Messaging.LogonUser(\"A\", ***)\n"
             "\n"
-            "Notes\n"
-            "       1  Pricing.CreateRecordObject  The engine offers none.\n"
-            "\n"
-            "Messages shown\n"
-            "       1  Orders \xC3\xA9: Account is on hold.\n");
+            "Calls\n"
+            "   count    total ms     mean us  member\n"
+            "       1         9.5      9500.0  Messaging.CheckForLogon\n"
+            "       1         9.0      9000.0  Messaging.LogonUser\n"
+            "       2         2.0      1000.0  Products.GetSellPrice\n"
+            "       1         0.0         7.0  Products.GetDesc\n");
+
+  const std::string page = ToPage(report, "<odd> $calls$");
+  EXPECT_NE(page.find("<h1>&lt;odd> $calls$</h1>"), page.npos);
+  EXPECT_NE(page.find("<div class=\"skip\">       1  Products.GetDesc  0x80004005 &lt;odd></div>"),
+            page.npos);
+  EXPECT_NE(page.find("[\"skip\",\"Products.GetDesc\",\"0x80004005 \\u003codd>\"]"), page.npos);
+  EXPECT_NE(page.find("\"7\",\"3/4\",\"Messaging.LogonUser\",9000.0,\"answered\","
+                      "\"(\\\"A\\\", ***)\",\"True\",1,[[\"message\",\"Host\",\"Nobody\"]]]"),
+            page.npos);
+  EXPECT_EQ(page.find("http"), page.npos) << "nothing comes from elsewhere";
 }
 
 TEST(ReportTest, NamesTheLinesThatItCannotRead) {
   const std::string time = "2026-11-21T09:30:00.125Z\t";
   Report report;
-  EXPECT_TRUE(report.is_trace()) << "nothing has happened";
   for (const std::string& line :
-       {std::string(), std::string("call\tA.B\t1.0 us\tLong"), time + "call\tA.B\t1.0 ms\tLong",
-        time + "call\tA.B\tx us\tLong", time + "call\tA.B\tnan us\tLong",
-        time + "call\tA.B\t1.0 us", time + "skip\tA.B\t5\ttext", time + "message\ttitle",
-        time + "other\ta\tb\tc", "x" + time + "message\ttitle\ttext"}) {
+       {std::string(), std::string("7\t1\tnote\ta\tb"),
+        time + "7\t1\tcall\tA.B\t1.0 ms\tLong\t\t\t", time + "7\t1\tcall\tA.B\tnan us\tLong\t\t\t",
+        time + "7\t1\tcall\tA.B\t1.0 us\tLong", time + "7\t1\tskip\tA.B\t5\ttext",
+        time + "7\t1\tmessage\ttitle", time + "7\t1\tother\ta\tb", time + "x\t1\tnote\ta\tb",
+        time + "7\t1-2\tnote\ta\tb", "x" + time + "7\t1\tnote\ta\tb\x01"}) {
     report.Add(line);
   }
   EXPECT_FALSE(report.is_trace());
-  report.Add(time + "call\tA.B\t1.0 us\tLong");
+  report.Add(time + "7\t1\tcall\tA.B\t1.0 us\tLong\tneutral\t\t\r");
+  report.End();
   EXPECT_TRUE(report.is_trace());
   const std::string text = report.ToText();
-  EXPECT_NE(text.find("\n  line 10: x2026"), text.npos) << text;
-  EXPECT_EQ(text.find("line 11"), text.npos) << text;
+  EXPECT_NE(
+      text.find("\n  line 11: x2026-11-21T09:30:00.125Z\\x097\\x091\\x09note\\x09a\\x09b\\x01\n"),
+      text.npos)
+      << text;
+  EXPECT_EQ(text.find("line 12"), text.npos) << text;
+}
+
+TEST(CommandTest, DoesWhatItIsTold) {
+  const testing::TemporaryFolder folder;
+  const std::filesystem::path trace = folder / "trace \u00e9.txt";
+  std::ofstream(trace, std::ios::binary) << Written();
+  std::ofstream(folder / "other.txt") << "no trace\n";
+  std::ofstream(folder / "empty.txt");
+  const std::string usage = "usage: trace_report [--html PAGE | --follow] FILE\n";
+  const auto folders = [&](std::string text) {
+    return Replaced(std::move(text), folder.string() + "/", "");
+  };
+  const auto run = [&](std::vector<std::filesystem::path> arguments,
+                       const std::function<bool()>& wait = {}) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int rc = RunCommand(arguments, out, err, wait);
+    return std::to_string(rc) + "|" + folders(out.str()) + "|" + folders(err.str());
+  };
+  const auto starts = [](const std::string& text, const std::string& start) {
+    return text.starts_with(start) ? start : text;
+  };
+  EXPECT_EQ(starts(run({trace}), "0|5 calls, "), "0|5 calls, ");
+  EXPECT_EQ(starts(run({"--help", "x", "y"}), "0|" + usage), "0|" + usage);
+  EXPECT_EQ(run({}), "2||" + usage);
+  EXPECT_EQ(run({"-x", trace}), "2||trace_report: -x: It is not understood.\n" + usage);
+  EXPECT_EQ(run({trace, trace}),
+            "2||trace_report: trace \u00e9.txt: It is not understood.\n" + usage);
+  EXPECT_EQ(run({"--html"}), "2||trace_report: --html: It is not understood.\n" + usage);
+  EXPECT_EQ(run({"--follow", "--html", "x", trace}), "2||" + usage);
+  EXPECT_EQ(run({folder / "nowhere"}), "1||trace_report: nowhere: No such file or directory\n");
+  EXPECT_EQ(run({folder}), "1||trace_report: " + folder.string() + ": It is a folder.\n");
+  for (const char* name : {"other.txt", "empty.txt"}) {
+    EXPECT_EQ(run({folder / name}), "1||trace_report: " + std::string(name) +
+                                        ": No line of it is an entry of a trace.\n");
+  }
+  EXPECT_EQ(run({"--html", folder / "nowhere" / "x", trace}),
+            "1||trace_report: nowhere/x: No such file or directory\n");
+  EXPECT_EQ(run({trace, "--html", folder / "page.html"}), "0||");
+  std::stringstream page;
+  page << std::ifstream(folder / "page.html").rdbuf();
+  EXPECT_NE(page.str().find("<h1>trace \u00e9.txt</h1>"), std::string::npos);
+
+  // The file grows, in the middle of a line, too; then it is begun anew.
+  int waits = 0;
+  const std::filesystem::path growing = folder / "growing.txt";
+  std::ofstream(growing) << "1\ta\x1B\r\n2";
+  EXPECT_EQ(run({"--follow", growing},
+                [&] {
+                  std::ofstream file(growing, ++waits == 2 ? std::ios::trunc : std::ios::app);
+                  file << (waits == 1 ? "\tb\n3" : "4\n");
+                  return waits < 3;
+                }),
+            "0|1  a\\x1B\n2  b\n4\n|");
+}
+
+// What a host may hand over for a workspace by mistake.
+class OtherObject : public engine::Workspace {
+  [[noreturn]] static void Fail() { throw Error(kErrorNoMember, L"Member not found."); }
+  std::unique_ptr<engine::DataFileObject> CreateDataFile(std::wstring_view) override { Fail(); }
+  std::unique_ptr<engine::RecordObject> CreateRecord(std::wstring_view) override { Fail(); }
+  std::unique_ptr<engine::IndexObject> CreateIndex(std::wstring_view) override { Fail(); }
+  std::unique_ptr<engine::PricingObject> CreatePricing() override { return nullptr; }
+  bool Connect(std::wstring_view, std::wstring_view, std::wstring_view,
+               std::wstring_view) override {
+    Fail();
+  }
+  bool ConnectNT(std::wstring_view, std::wstring_view, std::wstring_view,
+                 std::wstring_view) override {
+    Fail();
+  }
+  void Disconnect() override { Fail(); }
+  std::wstring Version() override { Fail(); }
+};
+
+// An object of the host's.
+template <class Class>
+std::unique_ptr<Class> Made(const Context& host) {
+  auto object = std::make_unique<Class>(host.environment);
+  object->context().workspace = host.workspace;
+  object->context().engine = host.engine;
+  object->context().database = host.database;
+  return object;
+}
+
+void LogOn(const Context& host, const wchar_t* user, const wchar_t* password) {
+  const auto messaging = Made<users::Messaging>(host);
+  messaging->details().use_acc_rights = true;
+  messaging->LogonUser(user, password);
+}
+
+std::unique_ptr<simulator::Simulator> WithoutPrices() {
+  const testing::TemporaryFolder folder;
+  std::ofstream(folder / "StockData.table")
+      << "STOCK_CODE:text(30)\tLAST_PURCHASE_PRICE:double\nBOLT\t20\n";
+  return simulator::Simulator::Open(folder);
+}
+
+// Faults as customers meet them: how each is met, and what names its cause in the first ten lines
+// of the trace, of the report and of the page.
+const struct Fault {
+  const char* name;
+  void (*meet)(Context& host, ScriptedEnvironment& machine);
+  const char* cause;
+  std::unique_ptr<simulator::Simulator> (*engine)() = testing::MembersCompany;
+} kFaults[] = {
+    {"no selling price",
+     [](Context& host, ScriptedEnvironment&) {
+       Made<products::Products>(host)->GetSpecialPrice(L"BOLT", L"ABC001");
+     },
+     "StockRecord.Fields(\"SALES_PRICE\")", WithoutPrices},
+    {"a closed database",
+     [](Context& host, ScriptedEnvironment&) {
+       dynamic_cast<host_database::OdbcConnection&>(*host.database).Close();
+       LogOn(host, L"ANN", testing::kPassword);
+     },
+     "Recordset.Open(\"SELECT ID FROM AccessRights WHERE UserName='ANN'\")"},
+    {"no pricing service",
+     [](Context& host, ScriptedEnvironment&) {
+       Made<products::Products>(host)->GetSpecialPrice(L"NUT", L"ABC001");
+     },
+     "The engine offers none."},
+    {"a wrong data path",
+     [](Context& host, ScriptedEnvironment& machine) {
+       machine.machine().held_files.insert(L"C:\\nowhere\\queue.dta");
+       const auto messaging = Made<users::Messaging>(host);
+       messaging->details().ard_data_path = L"C:\\nowhere";
+       messaging->CheckForLogon();
+     },
+     "Environment.TryToRead(\"C:\\nowhere\\queue.dta\")"},
+    {"no ControlData",
+     [](Context& host, ScriptedEnvironment&) { Made<accounts::Customers>(host)->FastList(); },
+     "ControlData.Open",
+     [] {
+       CompanyBuilder company;
+       return company.Without(L"ControlData").Build();
+     }},
+    {"a user missing from the rights table",
+     [](Context& host, ScriptedEnvironment&) { LogOn(host, L"EVE", L""); },
+     "Refused: the user is not in the table AccessRights."},
+    {"a product that is gone",
+     [](Context& host, ScriptedEnvironment&) {
+       Made<products::Products>(host)->GetSellPrice(L"BOLT ");
+     },
+     "StockIndex.Find"},
+    {"another object for the workspace",
+     [](Context& host, ScriptedEnvironment&) {
+       host.workspace = std::make_shared<OtherObject>();
+       Made<products::Products>(host)->GetSellPrice(L"BOLT");
+     },
+     "ArdWorkspace has no member CreateRecordObject."},
+    {"an ini file that is read-only",
+     [](Context& host, ScriptedEnvironment& machine) {
+       machine.machine().ini_files_read_only = true;
+       Made<settings::General>(host)->AddEntryToIniFile({}, L"C:\\Host", L"Host", L"", L"x.exe");
+     },
+     "Environment.WriteIni(\"veltrix.ini\")"},
+    {"a right that is denied",
+     [](Context& host, ScriptedEnvironment&) {
+       Made<users::AccessRights>(host)->IsUserAllowedAccess(L"EVE", users::Access::kBankRecord,
+                                                            false);
+     },
+     "AccessData.HasRight(\"BANK_RECORD\")"},
+};
+
+// Without its tags, the first ten lines of what a page shows.
+std::string FirstTen(std::string text) {
+  if (const std::size_t findings = text.find("<section"); findings != text.npos) {
+    text = Replaced(text.substr(text.find('\n', findings) + 1), "&lt;", "<");
+  }
+  std::size_t end = 0;
+  for (int line = 0; line < 10 && end < text.size(); ++line) end = text.find('\n', end) + 1;
+  return text.substr(0, end);
+}
+
+TEST(FaultTest, TheFirstTenLinesNameTheCause) {
+  for (const Fault& fault : kFaults) {
+    const std::shared_ptr<simulator::Simulator> engine = fault.engine();
+    ScriptedEnvironment environment;
+    Context host(environment);
+    host.workspace = engine->workspace();
+    host.engine = engine;
+    host.database = testing::MembersDatabase();
+    std::string trace;
+    environment.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
+    fault.meet(host, environment);
+    Report report;
+    Read(trace, report);
+    for (const std::string& text : {trace, report.ToText(), ToPage(report, "trace")}) {
+      EXPECT_NE(FirstTen(text).find(fault.cause), text.npos) << fault.name << ":\n"
+                                                             << FirstTen(text);
+    }
+  }
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ class AccountRecord : public PropertyClass<Details> {
   // Fills the properties from that account, looked up exactly as given. They stay as they are when
   // there is none, and each does whose field cannot be read.
   bool Read(std::wstring_view acc_ref) noexcept {
-    return this->template Call<bool>(L"Read", [&](bool& found) {
+    return this->template Call<bool>(L"Read", {acc_ref}, [&](bool& found) {
       engine::Record account(this->context(), Record::kFile);
       found = FindAccount(account, acc_ref);
       if (found)

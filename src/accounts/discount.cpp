@@ -33,7 +33,7 @@ std::optional<double> RateReached(auto& source, auto&& threshold_field, auto&& r
                                   double reached) {
   for (std::int16_t level = kLevels; level >= 1; --level) {
     double threshold = 0;
-    source.Get(threshold_field.With(level), threshold);
+    source.GetIfThere(threshold_field.With(level), threshold);
     if (threshold <= 0 || !AtLeast(reached, threshold)) continue;
     double rate = 0;
     if (!source.Get(rate_field.With(level), rate)) return std::nullopt;

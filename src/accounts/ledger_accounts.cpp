@@ -51,7 +51,7 @@ const Ledger kPurchaseLedger = {
      {L"PurchaseData", L"PurchaseIndex", L"NO_OF_PURCHASE", kAccountColumns, &IsOverLimit}}};
 
 bool LedgerAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
-  return Call<bool>(L"IsValid", [&](bool& valid) {
+  return Call<bool>(L"IsValid", {acc_ref}, [&](bool& valid) {
     engine::Record account(context(), ledger_.record);
     valid = FindAccount(account, acc_ref);
     // The warnings are worked out here as they are for a choice, and not shown: an account that
@@ -63,7 +63,7 @@ bool LedgerAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
 }
 
 std::wstring LedgerAccounts::GetName(std::wstring_view acc_ref) const noexcept {
-  return Call<std::wstring>(L"GetName",
+  return Call<std::wstring>(L"GetName", {acc_ref},
                             [&](std::wstring& name) { name = TextOf(acc_ref, L"NAME"); });
 }
 
@@ -73,7 +73,7 @@ std::wstring LedgerAccounts::FastList() const noexcept {
 }
 
 std::wstring LedgerAccounts::List(std::wstring_view search_criteria) const noexcept {
-  return Call<std::wstring>(L"List",
+  return Call<std::wstring>(L"List", {search_criteria},
                             [&](std::wstring& acc_ref) { acc_ref = Pick(search_criteria); });
 }
 

@@ -25,7 +25,7 @@ const dialogs::FastSelectForm kBankList = {
     dialogs::FastSelectForm::Fill::kFirstTwelve};
 
 bool CodedAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
-  return Call<bool>(L"IsValid", [&](bool& valid) {
+  return Call<bool>(L"IsValid", {acc_ref}, [&](bool& valid) {
     engine::Record account(context(), record_);
     valid = FindAccount(account, acc_ref);
   });
@@ -40,11 +40,12 @@ std::wstring CodedAccounts::Pick(std::optional<std::wstring_view> criteria) cons
 }
 
 std::wstring Nominal::List(std::wstring_view search_criteria) const noexcept {
-  return Call<std::wstring>(L"List", [&](std::wstring& code) { code = Pick(search_criteria); });
+  return Call<std::wstring>(L"List", {search_criteria},
+                            [&](std::wstring& code) { code = Pick(search_criteria); });
 }
 
 std::wstring Bank::List(std::wstring_view search_criteria) const noexcept {
-  return Call<std::wstring>(L"List", [&](std::wstring& code) {
+  return Call<std::wstring>(L"List", {search_criteria}, [&](std::wstring& code) {
     dialogs::SelectRecordDialog dialog(kSelectBank);
     {
       engine::DataFile banks(context(), L"BankData");

@@ -5,7 +5,7 @@
 namespace ard::accounts {
 
 double Suppliers::GetDiscPercent(std::wstring_view acc_ref) const noexcept {
-  return Call<double>(L"GetDiscPercent", [&](double& percentage) {
+  return Call<double>(L"GetDiscPercent", {acc_ref}, [&](double& percentage) {
     engine::Record account(context(), kPurchaseLedger.record);
     if (FindAccount(account, acc_ref)) account.Get(L"DISCOUNT_RATE", percentage);
   });

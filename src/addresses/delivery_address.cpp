@@ -61,7 +61,7 @@ std::optional<AddressKind> KindOf(DelAddType type) {
 
 bool DeliveryAddress::GetAddress(std::wstring_view acc_ref, std::wstring_view acc_name,
                                  DelAddType type) noexcept {
-  return Call<bool>(L"GetAddress", [&](bool& picked) {
+  return Call<bool>(L"GetAddress", {acc_ref, acc_name, type}, [&](bool& picked) {
     Owners owners(context());
     dialogs::AddressDialog dialog(context(), owners);
     if (const std::optional<AddressKind> kind = KindOf(type)) dialog.KindChange(*kind);

@@ -33,7 +33,7 @@ class Recordset {
 
   // Opens `command` on the host's connection.
   void Open(std::wstring_view command, Cursor cursor, Lock lock = Lock::kReadOnly) {
-    Attempt(context_.trace(), {kName, L"Open"}, [&] {
+    Attempt(context_.trace(), {kName, L"Open", command}, [&] {
       target_ = Context::Held(context_.database, L"No database connection has been set.")
                     ->Open(command, cursor, lock);
     });

@@ -6,10 +6,13 @@
 
 namespace ard::dialogs {
 
-// Shows the dialog modally. One that cannot be shown is noted, and counts as cancelled.
+// Shows the dialog modally. One that cannot be shown is skipped, and counts as cancelled.
 template <class Dialog>
 void Show(const Context& context, Dialog& dialog) {
-  Attempt(context.trace(), {dialog.form(), L"Show"}, [&] { context.environment.Show(dialog); });
+  const Step step = {dialog.form(), L"Show"};
+  if (Attempt(context.trace(), step, [&] { context.environment.Show(dialog); })) {
+    context.trace().Noted(step, L"The user has closed it.");
+  }
 }
 
 }  // namespace ard::dialogs

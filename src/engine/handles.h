@@ -21,9 +21,17 @@
 
 namespace ard::engine {
 
-// The operations of objects with fields, in the trace.
+// Names in the trace: as the host knows them, or the engine.
+inline constexpr std::wstring_view kWorkspace = L"ArdWorkspace";
 inline constexpr std::wstring_view kCreate = L"CreateRecordObject";
 inline constexpr std::wstring_view kFields = L"Fields";
+
+// Why an operation has answered False, as the trace tells it.
+inline constexpr std::wstring_view kNotOpened = L"False: the engine has not opened it.";
+inline constexpr std::wstring_view kNoRecord = L"False: there is no such record.";
+inline constexpr std::wstring_view kNoKey = L"False: nothing has that key.";
+inline constexpr std::wstring_view kNoMatch = L"False: no record matches.";
+inline constexpr std::wstring_view kNotStored = L"False: the engine has not stored the record.";
 
 // Asks Get for text without its surrounding blanks.
 struct TrimmedTag {};
@@ -41,6 +49,7 @@ class Handle {
 
   // Whether the engine has handed out an object.
   bool exists() const { return target_ != nullptr; }
+  Trace& trace() const { return trace_; }
 
  protected:
   // `create` makes the object, given the workspace and the name.
@@ -50,7 +59,7 @@ class Handle {
     Attempt(
         trace_,
         [&] {
-          return Step{name, kCreate};
+          return Step{kWorkspace, kCreate, name};
         },
         [&] {
           target_ = std::invoke(
@@ -74,6 +83,17 @@ class Handle {
     return Run([&] { return Step{name_, {operation, n - 1}}; }, action);
   }
 
+  // Runs a step that tells whether it has done what it is for. False is noted with its reason: no
+  // error tells of it.
+  template <std::size_t n, class Action>
+  bool Told(const wchar_t (&operation)[n], std::wstring_view why_not, Action&& action) {
+    bool told = false;
+    if (Do(operation, [&](Target& target) { told = action(target); }) && !told) {
+      trace_.Noted({name_, {operation, n - 1}}, why_not);
+    }
+    return told;
+  }
+
   // Runs a step that has an answer; gives the neutral one when it fails.
   template <class Answer, std::size_t n, class Action>
   Answer Ask(const wchar_t (&operation)[n], Action&& action) {
@@ -95,7 +115,7 @@ class Openable : public Base {
  public:
   bool Open(Mode mode) {
     this->usable_ = true;
-    open_ = this->template Ask<bool>(L"Open", [&](auto& file) { return file.Open(mode); });
+    open_ = this->Told(L"Open", kNotOpened, [&](auto& file) { return file.Open(mode); });
     return this->usable_ = open_;
   }
   // Goes on with the file whatever it answered.
@@ -131,6 +151,20 @@ class FieldsHandle : public Handle<Target> {
   template <class T>
   bool Get(std::wstring_view field, T& out) {
     return WithField(field, [&](Field& item) { Convert(item.GetValue(), out); });
+  }
+  // The same for a field that some engines do not have: that it is not there is no failure.
+  template <class T>
+  bool GetIfThere(std::wstring_view field, T& out) {
+    std::unique_ptr<Field> item;
+    if (!this->target_ || !this->usable_) return false;
+    try {
+      item = Item(field);
+    } catch (...) {
+      this->trace_.NotedByException({this->name_, kFields, field});
+      return false;
+    }
+    return Attempt(this->trace_, {this->name_, kFields, field},
+                   [&] { Convert(item->GetValue(), out); });
   }
   bool Get(std::wstring_view field, std::wstring& out, TrimmedTag) {
     if (!Get(field, out)) return false;
@@ -174,12 +208,18 @@ class FieldsHandle : public Handle<Target> {
     fields_.reset();
     return this->Do(operation, action);
   }
-  // The same for one that tells whether it has.
+  // The same for a step to the next record, which there may be.
   template <std::size_t n, class Action>
   bool AskToMove(const wchar_t (&operation)[n], Action&& action) {
     bool moved = false;
     Move(operation, [&](Target& target) { moved = action(target); });
     return moved;
+  }
+  // The same for one that is to find a record.
+  template <std::size_t n, class Action>
+  bool ToldMove(const wchar_t (&operation)[n], std::wstring_view why_not, Action&& action) {
+    fields_.reset();
+    return this->Told(operation, why_not, action);
   }
 
  private:
@@ -212,7 +252,7 @@ class DataFile : public internal::Openable<internal::FieldsHandle<DataFileObject
       : Openable(context, name, &Workspace::CreateDataFile) {}
 
   bool Read(std::int32_t record) {
-    return AskToMove(L"Read", [&](DataFileObject& file) { return file.Read(record); });
+    return ToldMove(L"Read", kNoRecord, [&](DataFileObject& file) { return file.Read(record); });
   }
   std::int32_t Count() {
     std::int32_t count = 0;
@@ -229,14 +269,17 @@ class DataFile : public internal::Openable<internal::FieldsHandle<DataFileObject
   }
   // For who has to know the difference: false when the search failed, and so tells nothing.
   bool FindFirst(std::wstring_view field, const Value& value, bool& found) {
-    return Move(L"FindFirst", [&](DataFileObject& file) { found = file.FindFirst(field, value); });
+    const bool done =
+        Move(L"FindFirst", [&](DataFileObject& file) { found = file.FindFirst(field, value); });
+    if (done && !found) trace_.Noted({name_, L"FindFirst", field}, kNoMatch);
+    return done;
   }
   bool FindNext(std::wstring_view field, const Value& value) {
     return AskToMove(L"FindNext",
                      [&](DataFileObject& file) { return file.FindNext(field, value); });
   }
   bool Write(std::int32_t record) {
-    return Ask<bool>(L"Write", [&](DataFileObject& file) { return file.Write(record); });
+    return Told(L"Write", kNotStored, [&](DataFileObject& file) { return file.Write(record); });
   }
 };
 
@@ -250,7 +293,7 @@ class Record : public internal::FieldsHandle<RecordObject> {
       : FieldsHandle(context.trace(), name, std::move(record)) {}
 
   bool Find(Match match) {
-    return AskToMove(L"Find", [&](RecordObject& record) { return record.Find(match); });
+    return ToldMove(L"Find", kNoKey, [&](RecordObject& record) { return record.Find(match); });
   }
   bool MoveFirst() {
     return Move(L"MoveFirst", [](RecordObject& record) { record.MoveFirst(); });
@@ -265,12 +308,7 @@ class Record : public internal::FieldsHandle<RecordObject> {
     return Move(L"Edit", [](RecordObject& record) { record.Edit(); });
   }
   bool Update() {
-    bool stored = false;
-    // Nobody else tells of a save that the engine refuses.
-    if (Do(L"Update", [&](RecordObject& record) { stored = record.Update(); }) && !stored) {
-      trace_.Noted({name_, L"Update"}, L"The engine has not stored the record.");
-    }
-    return stored;
+    return Told(L"Update", kNotStored, [](RecordObject& record) { return record.Update(); });
   }
   bool SetExtraText(std::wstring_view text) {
     return Do(L"ExtraText", [&](RecordObject& record) { record.SetExtraText(text); });
@@ -280,7 +318,6 @@ class Record : public internal::FieldsHandle<RecordObject> {
     return Ask<std::unique_ptr<TransactionsObject>>(
         L"Transactions", [](RecordObject& record) { return record.Transactions(); });
   }
-  Trace& trace() { return trace_; }
 };
 
 // The stock transactions of a stock record, which must outlive it.
@@ -306,7 +343,8 @@ class Pricing : public internal::Handle<PricingObject> {
   explicit Pricing(const Context& context)
       : Handle(context, L"Pricing", [&](Workspace& workspace, std::wstring_view name) {
           std::unique_ptr<PricingObject> service = workspace.CreatePricing();
-          if (!service) context.trace().Noted({name, kCreate}, L"The engine offers none.");
+          if (!service)
+            context.trace().Noted({kWorkspace, kCreate, name}, L"The engine offers none.");
           return service;
         }) {}
 
@@ -332,7 +370,7 @@ class Index : public internal::Openable<internal::Handle<IndexObject>> {
     return Do(L"Key", [&](IndexObject& index) { index.SetKey(key); });
   }
   bool Find(Match match) {
-    return Ask<bool>(L"Find", [&](IndexObject& index) { return index.Find(match); });
+    return Told(L"Find", kNoKey, [&](IndexObject& index) { return index.Find(match); });
   }
   // Positions the index on the entry with that key; false when there is none.
   bool FindKey(const Value& key) { return SetKey(key) && Find(Match::kExact); }
@@ -368,7 +406,7 @@ inline bool ReadKey(Index& index, DataFile& data, const Value& key) {
 
 // What the engine says of its last error; what it does not say stays as it is.
 inline void ReadLastError(const Context& context, std::wstring& number, std::wstring& text) {
-  Attempt(context.trace(), {L"Engine", L"LastError"}, [&] {
+  Attempt(context.trace(), {L"ArdEngine", L"LastError"}, [&] {
     const std::unique_ptr<EngineError> error =
         Context::Held(context.engine, L"No engine has been set.")->LastError();
     Attempt(context.trace(), {L"Error", L"Number"},
@@ -380,10 +418,17 @@ inline void ReadLastError(const Context& context, std::wstring& number, std::wst
 // The engine's version text; "" when it cannot be told.
 inline std::wstring EngineVersion(const Context& context) {
   std::wstring version;
-  Attempt(context.trace(), {L"Workspace", L"Version"}, [&] {
+  Attempt(context.trace(), {kWorkspace, L"Version"}, [&] {
     if (const auto workspace = context.workspace) version = workspace->Version();
   });
   return version;
+}
+
+// Tells the trace which engine the host has handed over.
+inline void NoteEngine(const Context& context) {
+  if (!context.trace().on() || !context.workspace) return;
+  const std::wstring version = EngineVersion(context);
+  if (!version.empty()) context.trace().Noted({kWorkspace, L"Version"}, version);
 }
 
 }  // namespace ard::engine

@@ -18,7 +18,7 @@ namespace ard::engine {
 template <class Action>
 bool OnWorkspace(Trace& trace, const std::shared_ptr<Workspace>& workspace,
                  std::wstring_view operation, Action&& action) noexcept {
-  return Attempt(trace, {L"Workspace", operation},
+  return Attempt(trace, {L"ArdWorkspace", operation},
                  [&] { action(*Context::Held(workspace, L"No workspace has been set.")); });
 }
 

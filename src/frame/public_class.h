@@ -3,8 +3,8 @@
 #ifndef ARD_FRAME_PUBLIC_CLASS_H_
 #define ARD_FRAME_PUBLIC_CLASS_H_
 
-#include <chrono>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -53,9 +53,11 @@ class PublicClass {
   ~PublicClass() = default;
 
   // Runs a public method: `body` fills its result, which starts neutral. Whatever goes wrong in
-  // it, nothing leaves this frame, and the result is what had been assigned by then.
+  // it, nothing leaves this frame, and the result is what had been assigned by then. The arguments,
+  // in the published order, are for the trace.
   template <class Result, class Body>
-  Result Call(std::wstring_view member, Body&& body) const noexcept {
+  Result Call(std::wstring_view member, std::initializer_list<Seen> arguments,
+              Body&& body) const noexcept {
     Trace& trace = context_.trace();
     const auto describe = [&] { return Step{name_, member}; };
     Result result{};
@@ -63,16 +65,26 @@ class PublicClass {
       Attempt(trace, describe, [&] { body(result); });
       return result;
     }
-    const auto start = std::chrono::steady_clock::now();
+    const Trace::Call call(trace, name_, member);
     Attempt(trace, describe, [&] { body(result); });
-    trace.Called(name_, member, kTypeName<Result>, std::chrono::steady_clock::now() - start);
+    call.End(kTypeName<Result>, result, arguments);
     return result;
+  }
+  template <class Result, class Body>
+  Result Call(std::wstring_view member, Body&& body) const noexcept {
+    return Call<Result>(member, {}, body);
   }
 
   // The same for a method without a result.
   template <class Body>
-  void Run(std::wstring_view member, Body&& body) const noexcept {
-    Call<Nothing>(member, [&](Nothing&) { body(); });
+  void Run(std::wstring_view member, std::initializer_list<Seen> arguments,
+           Body&& body) const noexcept {
+    Call<Nothing>(member, arguments, [&](Nothing&) { body(); });
+  }
+
+  // Tells the trace which branch of a member has refused somebody, and why.
+  void NoteRefusal(std::wstring_view member, std::wstring_view why) const noexcept {
+    context_.trace().Noted({name_, member}, why);
   }
 
  private:
@@ -95,7 +107,7 @@ class PropertyClass : public PublicClass {
   }
   template <class T, class Value>
   void Put(std::wstring_view property, T Details::*member, const Value& value) noexcept {
-    Run(property, [&] { details_.*member = value; });
+    Run(property, {value}, [&] { details_.*member = value; });
   }
 
  protected:

@@ -1,11 +1,10 @@
 #include "frame/trace.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <exception>
+#include <iterator>
 #include <new>
-#include <string>
-#include <utility>
 
 #include "frame/error.h"
 #include "frame/text.h"
@@ -49,25 +48,164 @@ std::string Cell(const Step& step) {
   return cell;
 }
 
+// The published members that take or give a password, which is never written: parameter 0 is the
+// answer. They are known by their names alone.
+constexpr struct {
+  std::wstring_view member;
+  std::size_t parameter;
+} kPasswords[] = {{L"LogonUser", 2}, {L"PassLogged", 0}, {L"PassLogged", 1}, {L"GetPassword", 0}};
+
+std::string Detail(const Seen& value, std::wstring_view member, std::size_t parameter) {
+  const bool secret =
+      std::any_of(std::begin(kPasswords), std::end(kPasswords), [&](const auto& password) {
+        return password.member == member && password.parameter == parameter;
+      });
+  return secret ? "***" : Cell(value.ToText());
+}
+
+std::wstring Quoted(std::wstring_view text) {
+  std::wstring quoted = L"\"";
+  for (const wchar_t c : text) quoted.append(c == L'"' ? 2 : 1, c);
+  return quoted + L'"';
+}
+
+// What an exception that is being handled tells.
+Error Handled(const Step& step) {
+  try {
+    throw;
+  } catch (const Error& error) {
+    if (error.number() != kErrorNoMember) return error;
+    std::wstring text(step.object);
+    text.append(L" has no member ").append(step.operation).append(L".");
+    return {error.number(), std::move(text)};
+  } catch (const std::bad_alloc&) {
+    return {kErrorOutOfMemory, L"Out of memory."};
+  } catch (const std::exception&) {
+    return {kErrorFailed, L"Internal error."};
+  } catch (...) {
+    return {kErrorFailed, L"Unknown error."};
+  }
+}
+
 }  // namespace
 
-void Trace::Attach(Sink sink) {
+bool Seen::IsNeutral() const {
+  switch (kind_) {
+    case Kind::kBoolean:
+      return !As<bool>();
+    case Kind::kInteger:
+      return As<std::int16_t>() == 0;
+    case Kind::kLong:
+      return As<std::int32_t>() == 0;
+    case Kind::kDouble:
+      return As<double>() == 0;
+    case Kind::kDate:
+      return As<Date>() == Date();
+    case Kind::kText:
+      return As<std::wstring>().empty();
+    default:
+      return !value_;
+  }
+}
+
+std::wstring Seen::ToText() const {
+  switch (kind_) {
+    case Kind::kBoolean:
+      return As<bool>() ? L"True" : L"False";
+    case Kind::kInteger:
+      return std::to_wstring(As<std::int16_t>());
+    case Kind::kLong:
+      return std::to_wstring(As<std::int32_t>());
+    case Kind::kDouble:
+      return Value(As<double>()).ToText();
+    case Kind::kDate:
+      return Value(As<Date>()).ToText();
+    case Kind::kText:
+      return Quoted(As<std::wstring>());
+    case Kind::kTextView:
+      return Quoted(As<std::wstring_view>());
+    case Kind::kTexts: {
+      std::wstring texts;
+      for (const std::wstring& text : As<TextArray>().elements) {
+        texts += (texts.empty() ? L"{" : L", ") + Quoted(text);
+      }
+      return texts.empty() ? L"{}" : texts + L'}';
+    }
+    default:
+      return value_ ? L"Object" : L"Nothing";
+  }
+}
+
+void Trace::Attach(Sink sink, const Origin& origin) {
   sink_ = std::move(sink);
+  origin_ = origin;
+  origin_.about = {};
   on_ = static_cast<bool>(sink_);
+  if (!on_ || origin.about.empty()) return;
+  try {
+    Write({"process", Cell(origin.about)});
+  } catch (...) {
+    // A line that cannot be written is lost: the trace never disturbs what it describes.
+  }
+}
+
+Trace::Call::Call(Trace& trace, std::wstring_view object, std::wstring_view member) noexcept
+    : trace_(trace), object_(object), member_(member), thread_(trace.Thread()) {
+  const std::lock_guard lock(trace.mutex_);
+  number_ = ++trace.calls_;
+  outer_ = std::exchange(trace.running_, this);
+}
+
+Trace::Call::~Call() {
+  const std::lock_guard lock(trace_.mutex_);
+  Call** place = &trace_.running_;
+  while (*place != this) place = &(*place)->outer_;
+  *place = outer_;
+}
+
+void Trace::Call::End(std::wstring_view result_type, const Seen& result,
+                      std::initializer_list<Seen> arguments) const noexcept {
+  const auto duration = steady_clock::now() - start_;
+  try {
+    char microseconds[32];
+    std::snprintf(microseconds, sizeof microseconds, "%.1f us",
+                  std::chrono::duration<double, std::micro>(duration).count());
+    const char* const kind = !result.has_value() ? "" : result.IsNeutral() ? "neutral" : "answered";
+    std::string given;
+    std::string answer;
+    if (trace_.origin_.detail) {
+      std::size_t parameter = 0;
+      if (result.has_value()) answer = Detail(result, member_, parameter);
+      for (const Seen& argument : arguments) {
+        std::string& cell = argument.is_output() ? answer : given;
+        cell.append(cell.empty() ? "" : ", ").append(Detail(argument, member_, ++parameter));
+      }
+      given = '(' + given + ')';
+    }
+    trace_.Write({"call", Cell(Step{object_, member_}), microseconds, Cell(result_type), kind,
+                  given, answer},
+                 this);
+  } catch (...) {
+    // As above.
+  }
 }
 
 void Trace::SkippedByException(const Step& step) noexcept {
   if (!on_) return;
   try {
-    throw;
-  } catch (const Error& error) {
+    const Error error = Handled(step);
     Skipped(step, error.number(), error.text());
-  } catch (const std::bad_alloc&) {
-    Skipped(step, kErrorOutOfMemory, L"Out of memory.");
-  } catch (const std::exception&) {
-    Skipped(step, kErrorFailed, L"Internal error.");
   } catch (...) {
-    Skipped(step, kErrorFailed, L"Unknown error.");
+    // As above.
+  }
+}
+
+void Trace::NotedByException(const Step& step) noexcept {
+  if (!on_) return;
+  try {
+    Noted(step, Handled(step).text());
+  } catch (...) {
+    // As above.
   }
 }
 
@@ -76,30 +214,16 @@ void Trace::Skipped(const Step& step, std::int32_t number, std::wstring_view tex
   try {
     char code[16];
     std::snprintf(code, sizeof code, "0x%08X", static_cast<unsigned>(number));
-    Write(Now() + "\tskip\t" + Cell(step) + '\t' + code + '\t' + Cell(text));
+    Write({"skip", Cell(step), code, Cell(text)});
   } catch (...) {
-    // A line that cannot be written is lost: the trace never disturbs the call it describes.
+    // As above.
   }
 }
 
 void Trace::Noted(const Step& step, std::wstring_view text) noexcept {
   if (!on_) return;
   try {
-    Write(Now() + "\tnote\t" + Cell(step) + '\t' + Cell(text));
-  } catch (...) {
-    // As above.
-  }
-}
-
-void Trace::Called(std::wstring_view object, std::wstring_view member,
-                   std::wstring_view result_type, steady_clock::duration duration) noexcept {
-  if (!on_) return;
-  try {
-    char microseconds[32];
-    std::snprintf(microseconds, sizeof microseconds, "%.1f us",
-                  std::chrono::duration<double, std::micro>(duration).count());
-    Write(Now() + "\tcall\t" + Cell(object) + '.' + Cell(member) + '\t' + microseconds + '\t' +
-          Cell(result_type));
+    Write({"note", Cell(step), Cell(text)});
   } catch (...) {
     // As above.
   }
@@ -108,14 +232,24 @@ void Trace::Called(std::wstring_view object, std::wstring_view member,
 void Trace::Shown(std::wstring_view title, std::wstring_view text) noexcept {
   if (!on_) return;
   try {
-    Write(Now() + "\tmessage\t" + Cell(title) + '\t' + Cell(text));
+    Write({"message", Cell(title), Cell(text)});
   } catch (...) {
     // As above.
   }
 }
 
-void Trace::Write(std::string_view line) {
+void Trace::Write(std::initializer_list<std::string_view> cells, const Call* call) {
+  const std::uint32_t thread = Thread();
+  std::string line = Now();
   const std::lock_guard lock(mutex_);
+  std::string number;
+  for (const Call* running = call ? call : running_; running; running = running->outer_) {
+    if (running->thread_ != thread) continue;
+    number.insert(0, std::to_string(running->number_) + (number.empty() ? "" : "/"));
+  }
+  line.append("\t").append(std::to_string(origin_.process)).append("\t");
+  line.append(number.empty() ? "0" : number);
+  for (const std::string_view cell : cells) line.append("\t").append(cell);
   sink_(line);
 }
 

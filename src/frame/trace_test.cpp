@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -14,65 +15,144 @@
 namespace ard {
 namespace {
 
-// The cells after the time stamp.
-std::string Rest(const std::string& line) { return line.substr(line.find('\t') + 1); }
+using namespace std::string_view_literals;
 
+// The lines without their times, with the durations of calls left out.
 class TraceTest : public ::testing::Test {
  protected:
-  void Attach() {
-    trace_.Attach([this](std::string_view line) { lines_.emplace_back(line); });
+  void Attach(bool detail = false) {
+    Trace::Origin origin;
+    origin.detail = detail;
+    origin.process = 7;
+    origin.thread = [] { return thread; };
+    environment_.trace().Attach(
+        [this](std::string_view line) {
+          EXPECT_EQ(line.find_first_not_of("0123456789-:.TZ"), 24u) << line;
+          std::string rest(line.substr(25));
+          if (const std::size_t us = rest.find(" us\t"); us != rest.npos) {
+            const std::size_t start = rest.rfind('\t', us) + 1;
+            EXPECT_NE(rest.find('.', start), rest.npos) << rest;
+            rest.erase(start, us + 3 - start);
+          }
+          lines_.push_back(rest);
+        },
+        origin);
   }
+  Trace& trace() { return environment_.trace(); }
+  std::vector<std::string> Take() { return std::exchange(lines_, {}); }
 
-  Trace trace_;
+  static inline std::uint32_t thread = 1;
+  testing::ScriptedEnvironment environment_;
   std::vector<std::string> lines_;
 };
 
+using Lines = std::vector<std::string>;
+
 TEST_F(TraceTest, NotesSkippedStepsWithNumberAndText) {
   Attach();
-  EXPECT_TRUE(Attempt(trace_, {L"A", L"Fine"}, [] {}));
-  EXPECT_FALSE(Attempt(trace_, {L"SalesRecord", L"Fields", L"NAME"},
+  EXPECT_TRUE(Attempt(trace(), {L"A", L"Fine"}, [] {}));
+  EXPECT_FALSE(Attempt(trace(), {L"SalesRecord", L"Fields", L"NAME"},
                        [] { throw Error(kErrorUnknownName, L"No such\r\nfield\t!"); }));
-  EXPECT_FALSE(Attempt(trace_, {L"A", L"B"}, [] { throw std::bad_alloc(); }));
-  EXPECT_FALSE(Attempt(trace_, {L"A", L"B"}, [] { throw 5; }));
-  ASSERT_EQ(lines_.size(), 3u);
-  EXPECT_EQ(Rest(lines_[0]), "skip\tSalesRecord.Fields(\"NAME\")\t0x80020006\tNo such  field !");
-  EXPECT_EQ(Rest(lines_[1]), "skip\tA.B\t0x8007000E\tOut of memory.");
-  EXPECT_EQ(Rest(lines_[2]), "skip\tA.B\t0x80004005\tUnknown error.");
-  EXPECT_EQ(lines_[0].find_first_not_of("0123456789-:.TZ"), 24u) << lines_[0];
+  EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw std::bad_alloc(); }));
+  EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw 5; }));
+  EXPECT_FALSE(Attempt(trace(), {L"ArdWorkspace", L"CreateRecordObject", L"StockData"},
+                       [] { throw Error(kErrorNoMember, L"Member not found."); }));
+  EXPECT_EQ(Take(),
+            (Lines{"7\t0\tskip\tSalesRecord.Fields(\"NAME\")\t0x80020006\tNo such  field !",
+                   "7\t0\tskip\tA.B\t0x8007000E\tOut of memory.",
+                   "7\t0\tskip\tA.B\t0x80004005\tUnknown error.",
+                   "7\t0\tskip\tArdWorkspace.CreateRecordObject(\"StockData\")\t0x80020003\t"
+                   "ArdWorkspace has no member CreateRecordObject."}));
 }
 
-TEST_F(TraceTest, AFailingSinkDisturbsNothing) {
-  trace_.Attach([](std::string_view) { throw std::runtime_error("disk full"); });
-  EXPECT_FALSE(Attempt(trace_, {L"A", L"B"}, [] { throw Error(1, L""); }));
-  trace_.Called(L"A", L"B", L"String", {});
-}
-
+// Members of every kind of parameter and answer.
 class Sample : public PublicClass {
  public:
   explicit Sample(Environment& environment) : PublicClass(L"Sample", environment) {}
 
   std::int32_t Half(std::int32_t number) const noexcept {
-    return Call<std::int32_t>(L"Half", [&](std::int32_t& half) {
+    return Call<std::int32_t>(L"Half", {number}, [&](std::int32_t& half) {
       half = number / 2;
       if (number < 0) throw Error(kErrorOverflow, L"Overflow.");
     });
   }
+  void Outer(const std::function<void()>& action) const noexcept {
+    Call<bool>(L"Outer", [&](bool&) { action(); });
+  }
+  void Many(std::wstring_view text, std::wstring& output, TextArray texts) const noexcept {
+    const std::int16_t integer = -2;
+    const Date date{45000.5};
+    const Icon icon = Icon::kStop;
+    const std::shared_ptr<int> object;
+    Run(L"Many", {text, Output(output), true, integer, 1.5, date, icon, object, Output(texts)},
+        [&] { output = L"out"; });
+  }
+  // Under the names of members that take or give a password.
+  std::wstring Secret(std::wstring_view member, std::wstring_view password) const noexcept {
+    return Call<std::wstring>(member, {L"ANN"sv, password},
+                              [&](std::wstring& answer) { answer = password; });
+  }
 };
 
-TEST(PublicClassTest, RecordsCallsAndKeepsWhatWasAssignedBeforeAFailure) {
-  testing::ScriptedEnvironment environment;
-  const Sample sample(environment);
+TEST_F(TraceTest, KeepsWhatWasAssignedBeforeAFailure) {
+  const Sample sample(environment_);
   EXPECT_EQ(sample.Half(8), 4);
   EXPECT_EQ(sample.Half(-8), -4);
+  Attach();
+  EXPECT_EQ(sample.Half(1), 0);
+  EXPECT_EQ(sample.Half(-8), -4);
+  EXPECT_EQ(Take(), (Lines{"7\t1\tcall\tSample.Half\t\tLong\tneutral\t\t",
+                           "7\t2\tskip\tSample.Half\t0x8002000A\tOverflow.",
+                           "7\t2\tcall\tSample.Half\t\tLong\tanswered\t\t"}));
+}
 
-  std::vector<std::string> lines;
-  environment.trace().Attach([&](std::string_view line) { lines.emplace_back(line); });
-  EXPECT_EQ(sample.Half(8), 4);
-  EXPECT_EQ(sample.Half(-8), -4);
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(Rest(lines[0]).rfind("call\tSample.Half\t", 0), 0u) << lines[0];
-  EXPECT_TRUE(lines[0].ends_with(" us\tLong")) << lines[0] << ": the kind of the answer alone";
-  EXPECT_EQ(Rest(lines[1]), "skip\tSample.Half\t0x8002000A\tOverflow.");
+// A line belongs to the innermost call of its thread, whatever other threads are doing.
+TEST_F(TraceTest, NumbersCallsWithinCalls) {
+  Attach();
+  const Sample sample(environment_);
+  sample.Outer([&] {
+    sample.Outer([&] { trace().Noted({L"A", L"B"}, L"in"); });
+    thread = 2;
+    sample.Outer([&] {
+      thread = 1;
+      trace().Shown(L"Title", L"between");
+      thread = 2;
+    });
+    trace().Noted({L"A", L"B"}, L"idle");
+    thread = 1;
+  });
+  EXPECT_EQ(
+      Take(),
+      (Lines{"7\t1/2\tnote\tA.B\tin", "7\t1/2\tcall\tSample.Outer\t\tBoolean\tneutral\t\t",
+             "7\t1\tmessage\tTitle\tbetween", "7\t3\tcall\tSample.Outer\t\tBoolean\tneutral\t\t",
+             "7\t0\tnote\tA.B\tidle", "7\t1\tcall\tSample.Outer\t\tBoolean\tneutral\t\t"}));
+}
+
+TEST_F(TraceTest, WritesArgumentsAndAnswersWhenAskedFor) {
+  Attach(/*detail=*/true);
+  const Sample sample(environment_);
+  sample.Half(9);
+  std::wstring output = L"before";
+  std::wstring texts[] = {L"A", L""};
+  sample.Many(L"5\" BOLT ", output, {0, texts});
+  for (const wchar_t* member : {L"LogonUser", L"PassLogged", L"GetPassword", L"IsValid"}) {
+    sample.Secret(member, L"word");
+  }
+  EXPECT_EQ(
+      Take(),
+      (Lines{"7\t1\tcall\tSample.Half\t\tLong\tanswered\t(9)\t4",
+             "7\t2\tcall\tSample.Many\t\t\t\t(\"5\"\" BOLT \", True, -2, 1.5, "
+             "2023-03-15 12:00:00, 1, Nothing)\t\"out\", {\"A\", \"\"}",
+             "7\t3\tcall\tSample.LogonUser\t\tString\tanswered\t(\"ANN\", ***)\t\"word\"",
+             "7\t4\tcall\tSample.PassLogged\t\tString\tanswered\t(***, \"word\")\t***",
+             "7\t5\tcall\tSample.GetPassword\t\tString\tanswered\t(\"ANN\", \"word\")\t***",
+             "7\t6\tcall\tSample.IsValid\t\tString\tanswered\t(\"ANN\", \"word\")\t\"word\""}));
+}
+
+TEST_F(TraceTest, AFailingSinkDisturbsNothing) {
+  trace().Attach([](std::string_view) { throw std::runtime_error("disk full"); });
+  EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw Error(1, L""); }));
+  EXPECT_EQ(Sample(environment_).Half(8), 4);
 }
 
 }  // namespace

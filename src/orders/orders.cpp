@@ -62,7 +62,7 @@ Date PurchaseOrders::GetOrderDate(std::int32_t po_number) const noexcept {
 }
 
 bool PurchaseOrders::IsValid(std::int32_t order_no, bool excl_posted) const noexcept {
-  return Call<bool>(L"IsValid", [&](bool& valid) {
+  return Call<bool>(L"IsValid", {order_no, excl_posted}, [&](bool& valid) {
     engine::Record order(context(), kPurchaseOrderBook.record);
     if (!Find(order, order_no)) return;
     bool posted = false;

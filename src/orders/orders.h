@@ -43,7 +43,7 @@ class Orders : public PublicClass {
   // A field of the order in a method of that name.
   template <class T>
   T Read(std::wstring_view method, std::int32_t number, std::wstring_view field) const noexcept {
-    return Call<T>(method, [&](T& value) {
+    return Call<T>(method, {number}, [&](T& value) {
       engine::Record order(context(), book_.record);
       if (Find(order, number)) order.Get(field, value);
     });

@@ -73,8 +73,10 @@ std::wstring AskForDescription(const Context& context, std::wstring_view prod_co
   std::wstring prompt = L"Enter a description for item ";
   prompt += Trimmed(prod_code);
   prompt += L'.';
-  Attempt(context.trace(), {L"Environment", L"InputBox"},
-          [&] { answer = context.environment.InputBox(prompt, context.app_name); });
+  if (Attempt(context.trace(), {L"Environment", L"InputBox"},
+              [&] { answer = context.environment.InputBox(prompt, context.app_name); })) {
+    context.trace().Shown(context.app_name, prompt);
+  }
   return answer;
 }
 
@@ -129,26 +131,29 @@ void ClearHistory(engine::Record& stock) {
 
 std::wstring Products::CreateNewProduct(std::wstring_view prod_code,
                                         std::wstring_view prod_desc) const noexcept {
-  return Call<std::wstring>(L"CreateNewProduct", [&](std::wstring& description) {
-    engine::Record stock(context(), L"StockRecord");
-    if (!stock.exists()) return;  // nobody is asked for what cannot be kept
-    description = Trimmed(prod_desc);
-    if (description.empty()) description = Trimmed(AskForDescription(context(), prod_code));
+  return Call<std::wstring>(L"CreateNewProduct", {prod_code, prod_desc},
+                            [&](std::wstring& description) {
+                              engine::Record stock(context(), L"StockRecord");
+                              if (!stock.exists())
+                                return;  // nobody is asked for what cannot be kept
+                              description = Trimmed(prod_desc);
+                              if (description.empty())
+                                description = Trimmed(AskForDescription(context(), prod_code));
 
-    {
-      engine::DataFile setup(context(), L"SetupData");
-      if (!setup.Open(Mode::kRead) || !setup.Read(1)) setup.Close();
-      if (!stock.AddNew()) return;
-      FillNewRecord(stock, &setup);
-    }
-    stock.Set(L"STOCK_CODE", Trimmed(prod_code));
-    stock.Set(L"DESCRIPTION", description);
-    Save(context(), stock);
-  });
+                              {
+                                engine::DataFile setup(context(), L"SetupData");
+                                if (!setup.Open(Mode::kRead) || !setup.Read(1)) setup.Close();
+                                if (!stock.AddNew()) return;
+                                FillNewRecord(stock, &setup);
+                              }
+                              stock.Set(L"STOCK_CODE", Trimmed(prod_code));
+                              stock.Set(L"DESCRIPTION", description);
+                              Save(context(), stock);
+                            });
 }
 
 bool Products::SaveNewProduct(std::wstring_view prod_code) const noexcept {
-  return Call<bool>(L"SaveNewProduct", [&](bool& saved) {
+  return Call<bool>(L"SaveNewProduct", {prod_code}, [&](bool& saved) {
     engine::Record stock(context(), L"StockRecord");
     saved = stock.exists();
     if (!stock.AddNew()) return;
@@ -160,7 +165,7 @@ bool Products::SaveNewProduct(std::wstring_view prod_code) const noexcept {
 
 bool Products::CopyProduct(std::wstring_view exist_prod, std::wstring_view new_code,
                            std::wstring_view new_desc) const noexcept {
-  return Call<bool>(L"CopyProduct", [&](bool& copied) {
+  return Call<bool>(L"CopyProduct", {exist_prod, new_code, new_desc}, [&](bool& copied) {
     engine::Record existing(context(), L"StockRecord");
     if (!FindProduct(existing, exist_prod)) return;
     copied = true;
@@ -177,7 +182,7 @@ bool Products::CopyProduct(std::wstring_view exist_prod, std::wstring_view new_c
 }
 
 bool Products::UpdateAllocQty(std::wstring_view prod_code, double qty) const noexcept {
-  return Call<bool>(L"UpdateAllocQty", [&](bool& allocated) {
+  return Call<bool>(L"UpdateAllocQty", {prod_code, qty}, [&](bool& allocated) {
     engine::Record stock(context(), L"StockRecord");
     if (!FindProduct(stock, prod_code)) return;
     stock.Get(L"IGNORE_STK_LVL_FLAG", allocated);

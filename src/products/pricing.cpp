@@ -16,6 +16,15 @@ using engine::Mode;
 constexpr std::int16_t kOneCustomer = 83;
 constexpr std::size_t kReferenceLength = 8;
 
+constexpr std::wstring_view kCustomerPrice = L"GetSpecialPrice";
+constexpr std::wstring_view kSupplierPrice = L"GetSupplierPrice";
+constexpr std::wstring_view kByService = L"The engine's pricing service.";
+
+// Tells the trace where the answer of that member comes from.
+void NoteSource(const Context& context, std::wstring_view member, std::wstring_view source) {
+  context.trace().Noted({L"Products", member}, source);
+}
+
 bool IsReceipt(std::int16_t type) { return type == 1 || type == 3 || type == 5 || type == 7; }
 
 // Nothing is rounded. Whether something is left, of a receipt and in all, is asked of the exact
@@ -52,7 +61,11 @@ double CostPrice(const Context& context, std::wstring_view stock_code, bool use_
   engine::Record stock(context, L"StockRecord");
   if (!FindProduct(stock, stock_code)) return price;
   if (use_average) price = AveragePrice(stock);
-  if (price == 0) stock.Get(L"LAST_PURCHASE_PRICE", price);
+  const bool is_average = price != 0;
+  if (is_average || stock.Get(L"LAST_PURCHASE_PRICE", price)) {
+    NoteSource(context, L"GetCostPrice",
+               is_average ? L"The average cost." : L"The last purchase price.");
+  }
   return price;
 }
 
@@ -94,15 +107,27 @@ double PriceListPrice(const Context& context, const BasePrices& prices,
   PriceListOf customer(context, acc_ref);
   std::wstring code;
   std::wstring reference;
+  std::int32_t number = 0;
   do {
+    ++number;
     std::int16_t type = 0;
     if (!entry.Get(L"Stock_Code", code) || !IsSameKey(code, stock_code)) continue;
     if (!entry.Get(L"Type", type)) continue;
     const bool applies = type == kOneCustomer
                              ? entry.Get(L"Ext_Ref", reference) && IsSameKey(reference, acc_ref)
                              : customer.HasListOf(entry);
-    if (applies) return ApplyPriceRule(prices, entry);
+    if (!applies) continue;
+    if (context.trace().on()) {
+      NoteSource(context, kCustomerPrice,
+                 L"Entry " + std::to_wstring(number) + L" of the price list, " +
+                     (type == kOneCustomer ? L"the customer's own." : L"of the customer's list."));
+    }
+    return ApplyPriceRule(prices, entry);
   } while (entry.MoveNext());
+  NoteSource(context, kCustomerPrice,
+             prices.selling != 0 ? L"The selling price: no entry of the price list applies."
+                                 : L"None: no entry of the price list applies, and there is no "
+                                   L"selling price.");
   return prices.selling;
 }
 
@@ -123,28 +148,29 @@ double StoredSupplierPrice(const Context& context, std::wstring_view stock_code,
 double InCurrencyOf(const Context& context, std::wstring_view padded_ref, double price) {
   engine::Record supplier(context, L"PurchaseRecord");
   std::int16_t currency = 0;
-  if (!supplier.Set(L"ACCOUNT_REF", padded_ref) || !supplier.Find(Match::kExact) ||
-      !supplier.Get(L"CURRENCY", currency)) {
-    return price;
+  if (supplier.Set(L"ACCOUNT_REF", padded_ref) && supplier.Find(Match::kExact) &&
+      supplier.Get(L"CURRENCY", currency)) {
+    engine::DataFile currencies(context, L"CurrencyData");
+    double rate = 0;
+    currencies.Open(Mode::kRead);
+    if (currencies.Read(std::int32_t{currency} + 1) && currencies.Get(L"EXCHANGE_RATE", rate)) {
+      NoteSource(context, kSupplierPrice, L"By the rate of the supplier's currency.");
+      return price * rate;
+    }
   }
-  engine::DataFile currencies(context, L"CurrencyData");
-  double rate = 0;
-  currencies.Open(Mode::kRead);
-  if (currencies.Read(std::int32_t{currency} + 1) && currencies.Get(L"EXCHANGE_RATE", rate)) {
-    price *= rate;
-  }
+  NoteSource(context, kSupplierPrice, L"As it is: the supplier has no currency with a rate.");
   return price;
 }
 
 }  // namespace
 
 double Products::GetCostPrice(std::wstring_view prod_code, bool use_average) const noexcept {
-  return Call<double>(L"GetCostPrice",
+  return Call<double>(L"GetCostPrice", {prod_code, use_average},
                       [&](double& price) { price = CostPrice(context(), prod_code, use_average); });
 }
 
 double Products::GetAveragePrice(std::unique_ptr<engine::RecordObject> prod_header) const noexcept {
-  return Call<double>(L"GetAveragePrice", [&](double& price) {
+  return Call<double>(L"GetAveragePrice", {prod_header}, [&](double& price) {
     engine::Record stock(context(), L"StockRecord", std::move(prod_header));
     price = AveragePrice(stock);
   });
@@ -152,10 +178,11 @@ double Products::GetAveragePrice(std::unique_ptr<engine::RecordObject> prod_head
 
 double Products::GetSpecialPrice(std::wstring_view prod_code,
                                  std::wstring_view acc_ref) const noexcept {
-  return Call<double>(L"GetSpecialPrice", [&](double& price) {
+  return Call<double>(kCustomerPrice, {prod_code, acc_ref}, [&](double& price) {
     {
       engine::Pricing pricing(context());
       if (pricing.exists()) {
+        NoteSource(context(), kCustomerPrice, kByService);
         price = pricing.CustomerUnitPrice(acc_ref, prod_code);
         return;
       }
@@ -173,10 +200,11 @@ double Products::GetSpecialPrice(std::wstring_view prod_code,
 
 double Products::GetSupplierPrice(std::wstring_view prod_code,
                                   std::wstring_view acc_ref) const noexcept {
-  return Call<double>(L"GetSupplierPrice", [&](double& price) {
+  return Call<double>(kSupplierPrice, {prod_code, acc_ref}, [&](double& price) {
     {
       engine::Pricing pricing(context());
       if (pricing.exists()) {
+        NoteSource(context(), kSupplierPrice, kByService);
         price = pricing.SupplierUnitPrice(prod_code, acc_ref);
         return;
       }
@@ -184,7 +212,7 @@ double Products::GetSupplierPrice(std::wstring_view prod_code,
     std::wstring padded_ref(acc_ref);
     if (padded_ref.size() < kReferenceLength) padded_ref.resize(kReferenceLength, L' ');
     price = StoredSupplierPrice(context(), prod_code, padded_ref);
-    if (price != 0) return;
+    if (price != 0) return NoteSource(context(), kSupplierPrice, L"The supplier's stored price.");
     price = CostPrice(context(), prod_code, false);
     if (price != 0) price = InCurrencyOf(context(), padded_ref, price);
   });

@@ -305,7 +305,7 @@ TEST_F(ProductsTest, NewRecordsAreFilledByTypeAndTold) {
   EXPECT_NE(trace.find("PostSave"), std::string::npos) << trace;
   // The code is taken.
   EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
-  EXPECT_NE(trace.find("StockRecord.Update\tThe engine has not stored the record."),
+  EXPECT_NE(trace.find("StockRecord.Update\tFalse: the engine has not stored the record."),
             std::string::npos)
       << trace;
 }

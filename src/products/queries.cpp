@@ -7,18 +7,19 @@ namespace ard::products {
 template <class T>
 T Products::StockField(std::wstring_view member, std::wstring_view stock_code,
                        std::wstring_view field) const noexcept {
-  return Call<T>(member, [&](T& value) {
+  return Call<T>(member, {stock_code}, [&](T& value) {
     StockFiles stock(context());
     if (stock.Find(stock_code)) stock.Get(field, value);
   });
 }
 
 bool Products::IsValid(std::wstring_view prod_ref) const noexcept {
-  return Call<bool>(L"IsValid", [&](bool& valid) { valid = StockFiles(context()).Has(prod_ref); });
+  return Call<bool>(L"IsValid", {prod_ref},
+                    [&](bool& valid) { valid = StockFiles(context()).Has(prod_ref); });
 }
 
 std::wstring Products::GetDesc(std::wstring_view product_ref) const noexcept {
-  return Call<std::wstring>(L"GetDesc", [&](std::wstring& description) {
+  return Call<std::wstring>(L"GetDesc", {product_ref}, [&](std::wstring& description) {
     StockFiles stock(context());
     if (stock.Find(product_ref) && stock.Get(L"DESCRIPTION", description)) Trim(description);
   });
@@ -73,7 +74,7 @@ double Products::GetSellPrice(std::wstring_view prod_code) const noexcept {
 }
 
 double Products::GetFreeStock(std::wstring_view prod_code) const noexcept {
-  return Call<double>(L"GetFreeStock", [&](double& free) {
+  return Call<double>(L"GetFreeStock", {prod_code}, [&](double& free) {
     StockFiles stock(context());
     double in_stock = 0;
     double allocated = 0;
@@ -86,7 +87,7 @@ double Products::GetFreeStock(std::wstring_view prod_code) const noexcept {
 
 void Products::GetAllocOnOrder(std::wstring_view prod_code, double& allocated,
                                double& on_order) const noexcept {
-  Run(L"GetAllocOnOrder", [&] {
+  Run(L"GetAllocOnOrder", {prod_code, Output(allocated), Output(on_order)}, [&] {
     StockFiles stock(context());
     if (!stock.Find(prod_code)) return;
     stock.Get(L"QTY_ALLOCATED", allocated);
@@ -96,18 +97,19 @@ void Products::GetAllocOnOrder(std::wstring_view prod_code, double& allocated,
 
 void Products::GetSupplierOnOrder(std::wstring_view prod_code, std::wstring& supplier,
                                   double& on_order, double& min_re_order) const noexcept {
-  Run(L"GetSupplierOnOrder", [&] {
-    StockFiles stock(context());
-    if (!stock.Find(prod_code)) return;
-    stock.Get(L"PURCHASE_REF", supplier);
-    stock.Get(L"QTY_ON_ORDER", on_order);
-    stock.Get(L"QTY_REORDER", min_re_order);
-  });
+  Run(L"GetSupplierOnOrder", {prod_code, Output(supplier), Output(on_order), Output(min_re_order)},
+      [&] {
+        StockFiles stock(context());
+        if (!stock.Find(prod_code)) return;
+        stock.Get(L"PURCHASE_REF", supplier);
+        stock.Get(L"QTY_ON_ORDER", on_order);
+        stock.Get(L"QTY_REORDER", min_re_order);
+      });
 }
 
 bool Products::IsMemberOfCategory(std::wstring_view prod_code,
                                   std::int16_t cat_rec_no) const noexcept {
-  return Call<bool>(L"IsMemberOfCategory", [&](bool& member) {
+  return Call<bool>(L"IsMemberOfCategory", {prod_code, cat_rec_no}, [&](bool& member) {
     StockFiles stock(context());
     std::int16_t category = 0;
     member = stock.Find(prod_code) && stock.Get(L"STOCK_CAT", category) && category == cat_rec_no;

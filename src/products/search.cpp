@@ -60,14 +60,14 @@ std::wstring PickOne(const Context& context, const ProductDialog::Options& optio
 }  // namespace
 
 std::wstring Products::FastList(bool prod_info) const noexcept {
-  return Call<std::wstring>(L"FastList", [&](std::wstring& stock_code) {
+  return Call<std::wstring>(L"FastList", {prod_info}, [&](std::wstring& stock_code) {
     stock_code = PickOne(context(),
                          {.special_rows = details().show_special_prods, .product_info = prod_info});
   });
 }
 
 std::wstring Products::List(std::wstring_view search_criteria, bool prod_info) const noexcept {
-  return Call<std::wstring>(L"List", [&](std::wstring& stock_code) {
+  return Call<std::wstring>(L"List", {search_criteria, prod_info}, [&](std::wstring& stock_code) {
     stock_code = PickOne(context(),
                          {.special_rows = details().show_special_prods, .product_info = prod_info},
                          search_criteria);
@@ -75,17 +75,18 @@ std::wstring Products::List(std::wstring_view search_criteria, bool prod_info) c
 }
 
 std::wstring Products::ListMultipleSelect(std::wstring_view search_criteria) const noexcept {
-  return Call<std::wstring>(L"ListMultipleSelect", [&](std::wstring& stock_codes) {
-    const std::vector<dialogs::Row> rows =
-        PickProducts(context(), {.special_rows = details().show_special_prods, .multiple = true},
-                     search_criteria);
-    std::wstring codes = L";";
-    for (const dialogs::Row& row : rows) {
-      codes += Trimmed(row.Cell(1));
-      codes += L';';
-    }
-    if (codes != L";") stock_codes = codes;
-  });
+  return Call<std::wstring>(
+      L"ListMultipleSelect", {search_criteria}, [&](std::wstring& stock_codes) {
+        const std::vector<dialogs::Row> rows = PickProducts(
+            context(), {.special_rows = details().show_special_prods, .multiple = true},
+            search_criteria);
+        std::wstring codes = L";";
+        for (const dialogs::Row& row : rows) {
+          codes += Trimmed(row.Cell(1));
+          codes += L';';
+        }
+        if (codes != L";") stock_codes = codes;
+      });
 }
 
 }  // namespace ard::products

@@ -47,7 +47,7 @@ class AddInList {
                 std::wstring_view narrative, std::wstring_view bitmap, std::wstring_view exe_name) {
     // A path that has no short form, since it does not exist yet, is written as it is.
     std::wstring short_path(long_path);
-    Attempt(context_.trace(), {L"Environment", L"ShortPath"},
+    Attempt(context_.trace(), {L"Environment", L"ShortPath", long_path},
             [&] { short_path = machine().ShortPath(long_path); });
     std::wstring entry(narrative);
     for (const std::wstring_view part : {std::wstring_view(short_path), bitmap, exe_name}) {
@@ -98,7 +98,7 @@ class AddInList {
         action();
         return true;
       } catch (const Error& error) {
-        context_.trace().SkippedByException({L"Environment", operation});
+        context_.trace().SkippedByException({L"Environment", operation, kIniFile});
         const Choice choice = Ask(ErrorText(error));
         aborted_ = choice == Choice::kAbort;
         if (choice != Choice::kRetry) return false;
@@ -146,9 +146,10 @@ std::wstring MachineSetting(Environment& machine, std::wstring_view name) {
 bool General::AddEntryToIniFile(const TextArray& check_items, std::wstring_view long_path,
                                 std::wstring_view narrative, std::wstring_view bitmap,
                                 std::wstring_view exe_name) const noexcept {
-  return Call<bool>(L"AddEntryToIniFile", [&](bool& done) {
-    done = AddInList(context()).Register(check_items, long_path, narrative, bitmap, exe_name);
-  });
+  return Call<bool>(
+      L"AddEntryToIniFile", {check_items, long_path, narrative, bitmap, exe_name}, [&](bool& done) {
+        done = AddInList(context()).Register(check_items, long_path, narrative, bitmap, exe_name);
+      });
 }
 
 bool General::IsF12Hide() const noexcept {
@@ -165,7 +166,7 @@ std::wstring General::GetF11Program() const noexcept {
 }
 
 bool General::IsArdExclusive(std::wstring_view path) const noexcept {
-  return Call<bool>(L"IsArdExclusive", [&](bool& exclusive) {
+  return Call<bool>(L"IsArdExclusive", {path}, [&](bool& exclusive) {
     exclusive = true;
     std::wstring file;
     file.reserve(path.size() + 1 + kRegister.size());
@@ -173,7 +174,7 @@ bool General::IsArdExclusive(std::wstring_view path) const noexcept {
     if (!file.ends_with(L'\\')) file += L'\\';
     Trim(file);
     file += kRegister;
-    exclusive = !Attempt(context().trace(), {L"Environment", L"TryToRead", kRegister},
+    exclusive = !Attempt(context().trace(), {L"Environment", L"TryToRead", file},
                          [&] { context().environment.TryToRead(file); });
   });
 }
@@ -181,20 +182,23 @@ bool General::IsArdExclusive(std::wstring_view path) const noexcept {
 std::wstring General::CreateAccountsShortcut(std::int32_t owner, std::wstring_view accts_prog_path,
                                              std::wstring_view manuf_prog_path,
                                              std::int16_t accounts_version) const noexcept {
-  return Call<std::wstring>(L"CreateAccountsShortcut", [&](std::wstring& file) {
-    Environment& machine = context().environment;
-    Shortcut shortcut;
-    shortcut.file = std::wstring(WithoutBackslash(manuf_prog_path)).append(kShortcutFile);
-    shortcut.arguments =
-        L" " + MachineSetting(machine, accounts_version == 12 ? kInstallation12 : kInstallation13);
-    shortcut.description = MachineSetting(machine, kLauncherName);
-    shortcut.target = machine.CommonFilesFolder(owner) + L"\\" +
-                      MachineSetting(machine, kLauncherFolder) + L"\\" +
-                      MachineSetting(machine, kLauncherFile);
-    shortcut.working_folder = WithoutBackslash(accts_prog_path);
-    machine.CreateShortcut(shortcut);
-    file = std::move(shortcut.file);
-  });
+  return Call<std::wstring>(
+      L"CreateAccountsShortcut", {owner, accts_prog_path, manuf_prog_path, accounts_version},
+      [&](std::wstring& file) {
+        Environment& machine = context().environment;
+        Shortcut shortcut;
+        shortcut.file = std::wstring(WithoutBackslash(manuf_prog_path)).append(kShortcutFile);
+        shortcut.arguments =
+            L" " +
+            MachineSetting(machine, accounts_version == 12 ? kInstallation12 : kInstallation13);
+        shortcut.description = MachineSetting(machine, kLauncherName);
+        shortcut.target = machine.CommonFilesFolder(owner) + L"\\" +
+                          MachineSetting(machine, kLauncherFolder) + L"\\" +
+                          MachineSetting(machine, kLauncherFile);
+        shortcut.working_folder = WithoutBackslash(accts_prog_path);
+        machine.CreateShortcut(shortcut);
+        file = std::move(shortcut.file);
+      });
 }
 
 }  // namespace ard::settings

@@ -90,31 +90,34 @@ class TaxFile {
 }  // namespace
 
 void General::GetCategories(TextArray cat_list) const noexcept {
-  Run(L"GetCategories", [&] { ListNames(context(), L"StockCategory", cat_list); });
+  Run(L"GetCategories", {Output(cat_list)},
+      [&] { ListNames(context(), L"StockCategory", cat_list); });
 }
 
 void General::GetDepartments(TextArray dept_list) const noexcept {
-  Run(L"GetDepartments", [&] { ListNames(context(), L"DepartmentData", dept_list); });
+  Run(L"GetDepartments", {Output(dept_list)},
+      [&] { ListNames(context(), L"DepartmentData", dept_list); });
 }
 
 void General::GetDPSettings(std::int16_t& qty_dp, std::int16_t& unit_dp, std::wstring& qty_format,
                             std::wstring& unit_format) const noexcept {
-  Run(L"GetDPSettings", [&] {
-    DataFile setup(context(), L"SetupData");
-    if (setup.Open(Mode::kQuery)) {
-      setup.Read(1);
-      setup.Get(L"STOCK_QTYDP", qty_dp);
-      setup.Get(L"STOCK_UNITDP", unit_dp);
-    } else {
-      qty_dp = unit_dp = kUsualDecimals;
-    }
-    MakeFormat(qty_dp, qty_format);
-    MakeFormat(unit_dp, unit_format);
-  });
+  Run(L"GetDPSettings", {Output(qty_dp), Output(unit_dp), Output(qty_format), Output(unit_format)},
+      [&] {
+        DataFile setup(context(), L"SetupData");
+        if (setup.Open(Mode::kQuery)) {
+          setup.Read(1);
+          setup.Get(L"STOCK_QTYDP", qty_dp);
+          setup.Get(L"STOCK_UNITDP", unit_dp);
+        } else {
+          qty_dp = unit_dp = kUsualDecimals;
+        }
+        MakeFormat(qty_dp, qty_format);
+        MakeFormat(unit_dp, unit_format);
+      });
 }
 
 void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
-  Run(L"GetTaxCodes", [&] {
+  Run(L"GetTaxCodes", {Output(tax_code_list)}, [&] {
     TaxFile taxes(context());
     NumberedText field(L"T", L"_RATE");
     for (std::int16_t code = 0; code < kTaxCodes; ++code) {
@@ -127,13 +130,13 @@ void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
 }
 
 double General::GetVatRate(std::int16_t vat_code) const noexcept {
-  return Call<double>(L"GetVatRate", [&](double& rate) {
+  return Call<double>(L"GetVatRate", {vat_code}, [&](double& rate) {
     TaxFile(context()).Get(NumberedText(L"T", L"_RATE").With(vat_code), rate);
   });
 }
 
 std::wstring General::GetVatDesc(std::int16_t vat_code) const noexcept {
-  return Call<std::wstring>(L"GetVatDesc", [&](std::wstring& description) {
+  return Call<std::wstring>(L"GetVatDesc", {vat_code}, [&](std::wstring& description) {
     TaxFile(context()).Get(NumberedText(L"T", L"_DESCRIPTION").With(vat_code), description);
   });
 }

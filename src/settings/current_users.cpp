@@ -24,21 +24,22 @@ std::int16_t General::GetNumActiveUsers() const noexcept {
 
 std::int16_t General::GetNumActiveUsersInclDet(std::wstring& user_name,
                                                std::wstring& mach_name) const noexcept {
-  return Call<std::int16_t>(L"GetNumActiveUsersInclDet", [&](std::int16_t& count) {
-    engine::LogonQueue logons(context());
-    bool found = false;
-    while (logons.Next()) {
-      CountOneMore(count);
-      if (found || logons.name() == Trimmed(user_name)) continue;
-      found = true;
-      user_name = logons.name();
-      mach_name = logons.Station();
-    }
-  });
+  return Call<std::int16_t>(L"GetNumActiveUsersInclDet", {Output(user_name), Output(mach_name)},
+                            [&](std::int16_t& count) {
+                              engine::LogonQueue logons(context());
+                              bool found = false;
+                              while (logons.Next()) {
+                                CountOneMore(count);
+                                if (found || logons.name() == Trimmed(user_name)) continue;
+                                found = true;
+                                user_name = logons.name();
+                                mach_name = logons.Station();
+                              }
+                            });
 }
 
 void General::ShowUserList(bool manager) const noexcept {
-  Run(L"ShowUserList", [&] {
+  Run(L"ShowUserList", {manager}, [&] {
     dialogs::UserListDialog dialog(context(), manager);
     Show(context(), dialog);
   });

@@ -232,7 +232,7 @@ bool LogOnByDialog(Messaging& messaging, const Context& context) {
     dialog.NameChange(L"EVE");
     dialog.Ok();
     dialog.NameChange(L"ANN");
-    dialog.PasswordChange(L"x");
+    dialog.PasswordChange(kPassword);
     dialog.Ok();
   });
   messaging.details().use_acc_rights = true;
@@ -271,13 +271,13 @@ class WithoutUsers : public Messaging {
  public:
   using Messaging::Messaging;
   bool CheckUserAccess() const noexcept override { return false; }
-  std::wstring GetPassword() const noexcept override { return L"x"; }
+  std::wstring GetPassword() const noexcept override { return kPassword; }
 };
 
 bool LogOnByCompanyPassword(WithoutUsers& messaging, const Context& context) {
   Scripted(context).AnswerLogon([](LogonDialog& dialog) {
     dialog.Ok();
-    dialog.PasswordChange(L"x");
+    dialog.PasswordChange(kPassword);
     dialog.Ok();
     dialog.CloseBox();
   });
@@ -747,7 +747,7 @@ const std::vector<Member>& Members() {
                nullptr, OneOf({L"False"}), true},
               // Nobody but Ann, whatever fails.
               // Connect; and Disconnect; in vain, and LastError, its number and text.
-              {L"Messaging.LogonUser", 1, LogsOn(L"ANN", L"x"), nullptr, yes_no, true},
+              {L"Messaging.LogonUser", 1, LogsOn(L"ANN", kPassword), nullptr, yes_no, true},
               {L"Messaging.LogonUser, not in the table", 2, LogsOn(L"EVE", L""), nullptr,
                OneOf({L"False"}), true},
               {L"Messaging.LogonUser, refused", 4, LogsOn(L"NOBODY", L""), nullptr,
@@ -887,7 +887,7 @@ std::unique_ptr<simulator::Simulator> MembersCompany() {
                              {L"DISCOUNT_TYPE", std::int16_t{2}},
                              {L"VALUE", 10.0}})
       .Record(L"CurrencyData", {{L"EXCHANGE_RATE", 1.5}});
-  company.Record(L"AccessData", {{L"NAME", L"ANN"}, {L"PASSWORD", L"x"}})
+  company.Record(L"AccessData", {{L"NAME", L"ANN"}, {L"PASSWORD", kPassword}})
       .Record(L"AccessData", {{L"NAME", L"EVE"}, {L"BANK_RECORD", 1}, {L"POP", 1}})
       .Record(L"AccessData", {{L"NAME", L" Odd"}})
       .Record(L"QueueData", {{L"LOGON_NAME", L"ANN"}, {L"STATION_NAME", L"PC1"}})

@@ -76,6 +76,8 @@ struct Member {
 };
 
 const std::vector<Member>& Members();
+// What their users log on with; it is written nowhere.
+inline constexpr wchar_t kPassword[] = L"q7Z";
 
 // The company that the members are called on: small, with something of everything.
 std::unique_ptr<simulator::Simulator> MembersCompany();

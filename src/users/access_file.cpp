@@ -34,13 +34,17 @@ bool FindUser(engine::DataFile& access, std::wstring_view user) {
       return true;
     }
   }
+  access.trace().Noted({kAccessData, L"FindUser"}, L"Refused: no user has that name.");
   return false;
 }
 
 bool HasRight(engine::DataFile& access, std::wstring_view field) {
   std::int32_t right = kNoAccess;
   access.Get(field, right);
-  return right != kNoAccess;
+  if (right != kNoAccess) return true;
+  access.trace().Noted({kAccessData, L"HasRight", field},
+                       L"Refused: the right is 1, or cannot be read.");
+  return false;
 }
 
 }  // namespace ard::users

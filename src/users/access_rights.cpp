@@ -39,23 +39,23 @@ bool BlankFields(DataFile& access) {
 
 bool AccessRights::IsUserAllowedAccess(std::wstring_view user_name, Access option,
                                        bool display_message) const noexcept {
-  return Call<bool>(L"IsUserAllowedAccess", [&](bool& allowed) {
+  return Call<bool>(L"IsUserAllowedAccess", {user_name, option, display_message}, [&](bool& may) {
     if (IsManager(user_name)) {
-      allowed = true;
+      may = true;
       return;
     }
     DataFile access(context(), kAccessData);
     if (!access.Open(Mode::kRead) || !FindUser(access, user_name)) return;
     const auto kind = static_cast<std::size_t>(option);
-    allowed = kind < std::size(kRights) && HasRight(access, kRights[kind]);
-    if (!allowed && display_message) {
+    may = kind < std::size(kRights) && HasRight(access, kRights[kind]);
+    if (!may && display_message) {
       context().ShowMessage(Icon::kExclamation, kRefusal, context().app_name);
     }
   });
 }
 
 bool AccessRights::AddUser(std::wstring_view user_name) const noexcept {
-  return Call<bool>(L"AddUser", [&](bool& added) {
+  return Call<bool>(L"AddUser", {user_name}, [&](bool& added) {
     if (!IsUserName(user_name)) return;
     {
       DataFile access(context(), kAccessData);
@@ -72,7 +72,7 @@ bool AccessRights::AddUser(std::wstring_view user_name) const noexcept {
 }
 
 bool AccessRights::IsValid(std::wstring_view user_name) const noexcept {
-  return Call<bool>(L"IsValid", [&](bool& valid) {
+  return Call<bool>(L"IsValid", {user_name}, [&](bool& valid) {
     DataFile access(context(), kAccessData);
     valid = access.Open(Mode::kRead) && FindUser(access, user_name);
   });

@@ -19,6 +19,9 @@ using dialogs::LogonDialog;
 constexpr std::wstring_view kRemember = L"RememberLogonName";
 constexpr std::wstring_view kLogonName = L"LogonName";
 
+constexpr std::wstring_view kLogon = L"CheckForLogon";
+constexpr std::wstring_view kLogonUser = L"LogonUser";
+
 std::wstring ExclusiveText(const std::wstring& app_name) {
   const std::wstring app(Trimmed(app_name));
   return L"Ardenic is currently running and is a single-user version.\r\n\r\nIn order to run " +
@@ -48,15 +51,18 @@ bool IsCtrlDown(const Context& context) {
 }  // namespace
 
 bool Messaging::CheckForLogon(bool check_nt_account) noexcept {
-  return Call<bool>(L"CheckForLogon", [&](bool& logged_on) {
+  return Call<bool>(kLogon, {check_nt_account}, [&](bool& logged_on) {
     if (settings::General(context().environment).IsArdExclusive(details().ard_data_path)) {
+      NoteRefusal(kLogon,
+                  L"Refused: queue.dta in ArdDataPath is held by another program, or not there.");
       ShowMessage(ExclusiveText(context().app_name));
       return;
     }
     engine::Logon logon = NewLogon();
     logged_on =
         CheckUserAccess() ? LogonByDialog(logon, check_nt_account) : LogonByCompanyPassword(logon);
-    if (logged_on) logon.Confirm();
+    if (logged_on) return logon.Confirm();
+    NoteRefusal(kLogon, L"Refused: nobody has been logged on in the dialog.");
   });
 }
 
@@ -69,10 +75,13 @@ bool Messaging::LogonUser(std::wstring_view user_name, std::wstring_view passwor
 
 bool Messaging::LogOn(engine::Logon& logon, std::wstring_view user_name,
                       std::wstring_view password) noexcept {
-  const bool logged_on = Call<bool>(L"LogonUser", [&](bool& allowed) {
+  const bool logged_on = Call<bool>(kLogonUser, {user_name, password}, [&](bool& allowed) {
     details().user_logged = Trimmed(user_name);
     details().pass_logged = Trimmed(password);
-    if (!logon.Connect(user_name, password)) return TellRefusal();
+    if (!logon.Connect(user_name, password)) {
+      NoteRefusal(kLogonUser, L"Refused: the engine does not log the user on.");
+      return TellRefusal();
+    }
     allowed = !details().use_acc_rights || IsManager(user_name) || IsInAccessTable(user_name);
     if (allowed) return;
     ShowMessage(std::wstring(Trimmed(user_name)) + L" is not allowed access to " +
@@ -98,7 +107,7 @@ std::wstring Messaging::GetPassword() const noexcept {
 }
 
 bool Messaging::PoAccess(std::wstring_view user_name) const noexcept {
-  return Call<bool>(L"PoAccess", [&](bool& access) {
+  return Call<bool>(L"PoAccess", {user_name}, [&](bool& access) {
     engine::DataFile rights(context(), kAccessData);
     bool found = false;
     if (!rights.Open(engine::Mode::kQuery)) return;
@@ -154,8 +163,10 @@ std::wstring Messaging::AttemptDomainUserLogon(engine::Logon& logon) {
   std::wstring name;
   Attempt(context().trace(), {L"Environment", L"AccountName"},
           [&] { name = context().environment.AccountName(); });
-  if (Trimmed(name).empty() || !logon.ConnectNT(name)) return {};
-  return name;
+  if (!Trimmed(name).empty() && logon.ConnectNT(name)) return name;
+  NoteRefusal(L"AttemptDomainUserLogon",
+              L"Refused: the Windows account is none of the engine's users.");
+  return {};
 }
 
 void Messaging::TellRefusal() const {
@@ -173,7 +184,12 @@ bool Messaging::IsInAccessTable(std::wstring_view user_name) const {
   std::wstring query = L"SELECT ID FROM AccessRights WHERE UserName='";
   query.append(user_name).append(L"'");
   database::Recordset users(context(), query, database::Cursor::kForwardOnly);
-  return !(users.Bof() && users.Eof());
+  const bool found = !(users.Bof() && users.Eof());
+  if (!found) {
+    NoteRefusal(kLogonUser, users.is_open() ? L"Refused: the user is not in the table AccessRights."
+                                            : L"Refused: the table AccessRights cannot be read.");
+  }
+  return found;
 }
 
 std::wstring Messaging::LogonSection() const {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "windows/engine/dispatch_call.h"
+#include "windows/system_error.h"
 
 namespace ard::windows {
 namespace {
@@ -84,7 +85,10 @@ class Named {
 };
 
 void Check(HRESULT result) {
-  if (FAILED(result)) throw Error(result, L"ADO is not available.");
+  if (SUCCEEDED(result)) return;
+  throw Error(result, L"ADODB.Recordset cannot be created in a program of " +
+                          std::to_wstring(8 * sizeof(void*)) + L" bits: " +
+                          SystemError(result).text());
 }
 
 class AdoRecordset final : public database::RecordsetObject {

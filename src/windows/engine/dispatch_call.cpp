@@ -10,12 +10,21 @@ constexpr LCID kLocale = LOCALE_USER_DEFAULT;
 
 }  // namespace
 
-DISPID LateBound::LookUp(const wchar_t* name) const {
+HRESULT LateBound::TryToLookUp(const wchar_t* name, DISPID& id) const {
   auto* text = const_cast<LPOLESTR>(name);
+  return object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);
+}
+
+DISPID LateBound::LookUp(const wchar_t* name) const {
   DISPID id = DISPID_UNKNOWN;
-  const HRESULT result = object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);
-  if (FAILED(result)) throw SystemError(result);
+  const HRESULT result = TryToLookUp(name, id);
+  if (FAILED(result)) throw Error(result, L"There is no member " + std::wstring(name) + L".");
   return id;
+}
+
+bool LateBound::Has(const wchar_t* name) const {
+  DISPID id = DISPID_UNKNOWN;
+  return SUCCEEDED(TryToLookUp(name, id));
 }
 
 LateBound::ExceptionInfo::~ExceptionInfo() {
@@ -41,6 +50,7 @@ void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* r
   if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
   const std::int32_t code = info.scode != 0 ? static_cast<std::int32_t>(info.scode) : info.wCode;
   const UINT length = info.bstrDescription ? SysStringLen(info.bstrDescription) : 0;
+  if (length == 0 && info.scode != 0) throw SystemError(code);
   throw Error(code, std::wstring(length ? info.bstrDescription : L"", length));
 }
 

@@ -118,6 +118,7 @@ class LateBound {
 
   // Throws Error when the object has no member of that name.
   DISPID LookUp(const wchar_t* name) const;
+  bool Has(const wchar_t* name) const;
 
  private:
   // What a server says about a failing call of its own.
@@ -126,6 +127,7 @@ class LateBound {
     ~ExceptionInfo();
   };
 
+  HRESULT TryToLookUp(const wchar_t* name, DISPID& id) const;
   HRESULT TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result,
                       ExceptionInfo& exception) const;
   void Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const;

@@ -7,6 +7,7 @@
 
 #include "windows/engine/dispatch_call.h"
 #include "windows/engine/dispatch_ids.h"
+#include "windows/system_error.h"
 
 namespace ard::windows {
 namespace {
@@ -244,7 +245,13 @@ class LateWorkspace : public engine::Workspace {
 
  private:
   ComPtr<IDispatch> Create(std::wstring_view name) {
-    return object_.AskObject(WorkspaceId::kCreateRecordObject, name);
+    try {
+      return object_.AskObject(WorkspaceId::kCreateRecordObject, name);
+    } catch (const Error&) {
+      // What has no such member is no workspace: the error of something else would mislead.
+      if (!object_.Has(L"CreateRecordObject")) throw SystemError(kErrorNoMember);
+      throw;
+    }
   }
 
   LateBound object_;

@@ -41,7 +41,7 @@ void RunPendingMessages() {
 }  // namespace
 
 WindowsEnvironment::WindowsEnvironment(HINSTANCE module) : module_(module) {
-  if (Trace::Sink sink = OpenTraceFile()) trace().Attach(std::move(sink));
+  AttachTraceFile(trace(), module);
 }
 
 void WindowsEnvironment::ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) {

@@ -18,6 +18,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "engine/handles.h"
 #include "frame/context.h"
 #include "frame/public_class.h"
 #include "windows/engine/com.h"
@@ -293,8 +294,8 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   // The procedures of a context property that is a text.
   HRESULT PutText(std::wstring_view name, std::wstring Context::*property, BSTR value) {
     const Entry entry(this);
-    portable_.template Call<std::wstring>(
-        name, [&](std::wstring&) { portable_.context().*property = View(value); });
+    const std::wstring_view text = View(value);
+    portable_.Run(name, {text}, [&] { portable_.context().*property = text; });
     return S_OK;
   }
   HRESULT GetText(std::wstring_view name, std::wstring Context::*property, BSTR* value) {
@@ -315,8 +316,10 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     // What was there goes last: it is the host's, and may come back to set the property anew.
     ComPtr<IDispatch> last_value = std::exchange(property, ComPtr(value));
     std::shared_ptr<Seam> last = std::exchange(portable_.context().*seam, nullptr);
-    portable_.template Call<ComPtr<IDispatch>>(
-        name, [&](ComPtr<IDispatch>&) { portable_.context().*seam = wrap(value); });
+    portable_.Run(name, {value}, [&] {
+      portable_.context().*seam = wrap(value);
+      if (std::is_same_v<Seam, engine::Workspace>) engine::NoteEngine(portable_.context());
+    });
     return S_OK;
   }
   HRESULT GetObject(std::wstring_view name, const ComPtr<IDispatch>& property, IDispatch** value) {
@@ -332,6 +335,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   struct Framed : Portable {
     using Portable::Portable;
     using PublicClass::Call;
+    using PublicClass::Run;
   };
 
   template <class Published, class... Kinds, class Method, class Result, class... Arguments>
