@@ -216,6 +216,13 @@ TEST_F(SearchTest, SeveralProductsComeInTheOrderOfTheList) {
   });
   // The top of the last page is the fifth of them.
   EXPECT_EQ(products_.ListMultipleSelect(L"AB"), L";AB1;CX2;ZZ;");
+  Answer([](ProductDialog& dialog) {
+    dialog.TabClick(Tab::kProductInfo);
+    dialog.list().SelectRow(0);
+    dialog.list().LineDown(Pick::kExtend);
+    dialog.Ok();
+  });
+  EXPECT_EQ(products_.ListMultipleSelect(L"AB"), L";AB1;AB2;");
 
   CompanyBuilder company;
   Open(company.Product(L"C3").Product(L" A1").Product(L"B2"), products_);
