@@ -76,47 +76,6 @@ class HostDatabaseTest : public ::testing::Test {
   OdbcConnection connection_{ConnectionString(folder_ / "stock.db")};
 };
 
-TEST_F(HostDatabaseTest, CellsHaveTheValuesAndFieldTypesOfTheirColumns) {
-  const struct {
-    const wchar_t* type;
-    const wchar_t* literal;
-    std::int32_t field_type;
-    Value value;
-  } cases[] = {
-      {L"INTEGER", L"-2147483648", 3, std::int32_t{INT32_MIN}},
-      {L"SMALLINT", L"7", 2, 7},
-      {L"REAL", L"0.1", 5, 0.1},
-      {L"BOOLEAN", L"1", database::kBoolean, true},
-      {L"BIT", L"0", database::kBoolean, false},
-      {L"DATE", L"'2026-11-21'", database::kDbDate, Date{46347}},
-      {L"TIMESTAMP", L"'2026-11-21 06:00:00'", database::kDbTimestamp, Date{46347.25}},
-      {L"TIMESTAMP", L"'1899-12-29 06:00:00'", database::kDbTimestamp, Date{-1.25}},
-      {L"TIME", L"'18:00:00'", database::kDbTime, Date{0.75}},
-      {L"VARCHAR(9)", L"'\x00e4\x20ac \U0001F600'", 202, L"\x00e4\x20ac \U0001F600"},
-      {L"VARCHAR(9)", L"''", 202, L""},
-      {L"TEXT", L"'long'", 203, L"long"},
-      {L"TEXT", L"NULL", 203, Null()},
-  };
-  std::wstring columns;
-  std::wstring values;
-  for (std::size_t i = 0; i < std::size(cases); ++i) {
-    columns += (i ? L", [f " : L"[f ") + std::to_wstring(i) + L"] " + cases[i].type;
-    values += (i ? L", " : L"") + std::wstring(cases[i].literal);
-  }
-  Execute(
-      {L"CREATE TABLE Kinds (" + columns + L")", L"INSERT INTO Kinds VALUES (" + values + L")"});
-  const auto rows = Open(L"SELECT * FROM Kinds", Cursor::kForwardOnly, Lock::kOptimistic);
-  ASSERT_EQ(rows->FieldCount(), static_cast<std::int32_t>(std::size(cases)));
-  for (std::int32_t i = 0; i < rows->FieldCount(); ++i) {
-    EXPECT_EQ(rows->FieldName(i), L"f " + std::to_wstring(i));
-    EXPECT_EQ(rows->GetFieldType(i), cases[i].field_type) << i;
-    EXPECT_TRUE(rows->GetValue(i) == cases[i].value) << i;
-  }
-  // Each of these values finds its row again, and goes to the real table.
-  rows->Delete();
-  EXPECT_EQ(Select(L"SELECT COUNT(*) FROM Kinds"), L"0");
-}
-
 TEST_F(HostDatabaseTest, AFilterLetsThroughTheRowsThatFit) {
   const struct {
     std::wstring_view filter;

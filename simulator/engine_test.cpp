@@ -86,22 +86,6 @@ TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
   EXPECT_THROW(name->GetValue(), Error);
 }
 
-TEST_F(EngineTest, AnIndexWalksAllEntriesInKeyOrder) {
-  const auto index = OpenIndex();
-  std::vector<std::int32_t> records;
-  do records.push_back(index->RecordNumber());
-  while (index->MoveNext());
-  EXPECT_EQ(records, (std::vector<std::int32_t>{2, 4, 3, 1, 5}));
-  EXPECT_THROW(index->RecordNumber(), Error);
-  for (const std::int32_t outside : {0, -1, 6}) {
-    index->MoveTo(3);
-    EXPECT_EQ(index->RecordNumber(), 3);
-    index->MoveTo(outside);
-    EXPECT_THROW(index->RecordNumber(), Error) << outside;
-    EXPECT_THROW(index->MoveNext(), Error) << outside;
-  }
-}
-
 TEST_F(EngineTest, FindsKeys) {
   const auto index = OpenIndex();
   const auto record = workspace_->CreateRecord(L"SalesRecord");
@@ -208,26 +192,6 @@ TEST_F(EngineTest, AddsAndEditsRecords) {
 
   EXPECT_FALSE(record->MoveNext());
   EXPECT_THROW(record->Edit(), Error);
-}
-
-TEST_F(EngineTest, LogsOnWhoeverHasAccessDataAndGivesTheirPassword) {
-  engine_->company().Parse(
-      L"AccessData", "NAME:text(30)\tPASSWORD:text(30)\nANN\t\nBOB\tSecret\n\t\n", "AccessData");
-  const struct {
-    const wchar_t* user;
-    const wchar_t* password;
-    bool admitted;
-  } cases[] = {{L"manager", L"", true},   {L" ANN", L"", true},       {L"ann", L"x", false},
-               {L"BOB", L"Secret", true}, {L"BOB", L"secret", false}, {L"BOB", L"", false},
-               {L"", L"", false},         {L"Eve", L"", false}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(workspace_->Connect(L"C:\\Data", c.user, c.password, L"id"), c.admitted) << c.user;
-    EXPECT_EQ(engine_->user().empty(), !c.admitted) << c.user;
-    EXPECT_EQ(engine_->LastError()->Number(), c.admitted ? 0 : 1101);
-    workspace_->Disconnect();
-    EXPECT_EQ(engine_->user(), L"");
-  }
-  EXPECT_EQ(engine_->disconnects(), 8);
 }
 
 TEST_F(EngineTest, CountsWhatLivesAndWhatIsOpen) {

@@ -115,15 +115,16 @@ def faults_of(path, text, enumerators):
 
 
 def core():
-    """The sources of the portable core."""
+    """The texts of the sources of the portable core, by their paths."""
     listed = subprocess.run(["git", "ls-files", "src"], cwd=ROOT, capture_output=True, text=True,
                             check=True).stdout.split()
-    return [path for path in listed if path.endswith((".cpp", ".h")) and not re.search(
-        r"^src/(windows|testing)/|_test\.cpp$", path)]
+    return {path: (ROOT / path).read_text(encoding="utf-8") for path in listed
+            if path.endswith((".cpp", ".h")) and not re.search(
+                r"^src/(windows|testing)/|_test\.cpp$", path)}
 
 
-def all_faults():
-    texts = {path: (ROOT / path).read_text(encoding="utf-8") for path in core()}
+def all_faults(texts):
+    """The faults of each source, by its path."""
     enumerators = {}
     for text in texts.values():
         for kind, name in re.findall(r"\b(\w+)::(k[A-Z]\w*)\b", text):
@@ -172,7 +173,7 @@ class Copy:
         return self.run(["ninja", "-C", str(self.build), "-j1", target], None)
 
     def suites(self):
-        """All suites, the quickest first. They have to pass."""
+        """All suites, with the time that they take. They have to pass."""
         self.run(["ninja", "-C", str(self.build), "all"], None, check=True)
         listed = json.loads(self.run(
             ["ctest", "--test-dir", str(self.build), "--show-only=json-v1"], None, check=True)[1])
@@ -190,7 +191,7 @@ class Copy:
                 sys.exit(f"{output}\n{suite.name} fails without a fault")
             suite.seconds = time.monotonic() - started
             print(f"{suite.name}: {suite.seconds:.1f} s", flush=True)
-        return sorted(suites, key=lambda suite: suite.seconds)
+        return suites
 
 
 class Suite:
@@ -199,6 +200,7 @@ class Suite:
         self.command = command
         self.env = env
         self.seconds = 0.0
+        self.noticed = 0
 
     def run(self, copy, seconds, fail_fast=False):
         # Each copy has its own programs.
@@ -215,28 +217,28 @@ def tests_that_fail(suite, status, output):
     return failed or ({begun[-1]} if begun else {suite.name})
 
 
-def notice(copy, suites, fault, each):
+def notice(copy, suites, text, fault, each):
     """What notices the fault: None when it does not compile, an empty set when nothing does."""
     path, start, end, other = fault
-    text = (ROOT / path).read_text(encoding="utf-8")
     (copy.root / path).write_text(text[:start] + other + text[end:], encoding="utf-8")
     noticed = set()
     try:
-        for suite in suites:
+        # First what has noticed most so far, then the quickest.
+        for suite in sorted(suites, key=lambda suite: (-suite.noticed, suite.seconds)):
             if copy.make(os.path.basename(suite.command[0]))[0] != 0:
                 return None
             status, output = suite.run(copy, 10 * suite.seconds + 30, not each)
+            suite.noticed += status != 0
             noticed |= tests_that_fail(suite, status, output)
             if noticed and not each:
                 break
         return noticed
     finally:
-        shutil.copyfile(ROOT / path, copy.root / path)
+        (copy.root / path).write_text(text, encoding="utf-8")
 
 
-def shown(fault):
+def shown(text, fault):
     path, start, end, other = fault
-    text = (ROOT / path).read_text(encoding="utf-8")
     line = text.count("\n", 0, start) + 1
     first = text.rfind("\n", 0, start) + 1
     last = text.find("\n", end)
@@ -247,14 +249,15 @@ def shown(fault):
 
 def main():
     seed, count, each, files = int(sys.argv[1]), int(sys.argv[2]), sys.argv[3] == "true", sys.argv[4:]
-    faults = all_faults()
+    texts = core()
+    faults = all_faults(texts)
     for path in files:
         if path not in faults:
             sys.exit(f"{path} is no source of the portable core")
     chosen = [fault for path in files or faults for fault in faults[path]]
     random.Random(seed).shuffle(chosen)
     # Each copy does one thing after another.
-    copies = [Copy(number) for number in range(os.cpu_count() or 1)]
+    copies = [Copy(number) for number in range(len(os.sched_getaffinity(0)))]
     suites = copies[0].suites()
     for copy in copies[1:]:
         copy.run(["ninja", "-C", str(copy.build), "all"], None, check=True)
@@ -272,13 +275,13 @@ def main():
                 fault = left.get_nowait()
             except queue.Empty:
                 return
-            noticed = notice(copy, suites, fault, each)
+            noticed = notice(copy, suites, texts[fault[0]], fault, each)
             with lock:
                 if noticed is None or (count and len(results) >= count):
                     continue
                 results.append((fault, noticed))
                 by = ", ".join(sorted(noticed)[:3]) or "NOTHING"
-                print(f"{len(results)}: {shown(fault)}\n    noticed by {by}", flush=True)
+                print(f"{len(results)}: {shown(texts[fault[0]], fault)}\n    noticed by {by}", flush=True)
 
     threads = [threading.Thread(target=work, args=(copy,), daemon=True) for copy in copies]
     for thread in threads:
@@ -295,7 +298,7 @@ def main():
     print(f"\n{len(results)} faults, {len(results) - len(survivors)} noticed, "
           f"{len(survivors)} not noticed:")
     for fault in sorted(survivors):
-        print(shown(fault))
+        print(shown(texts[fault[0]], fault))
     return 0
 
 
