@@ -33,6 +33,7 @@ endif()
 option(ARD_FUZZ "Build the fuzzers (fuzzers/), by clang" OFF)
 if(ARD_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
 if(WIN32)

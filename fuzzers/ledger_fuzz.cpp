@@ -231,6 +231,7 @@ class Fixture {
     Near(products_.GetSupplierPrice(code, supplier), model_.SupplierPrice(code, supplier),
          "what the supplier charges");
     Near(products_.GetCostPrice(code, true), product ? product->AverageCost() : 0, "average cost");
+    Near(products_.GetCostPrice(code, false), product ? Amount(product->cost) : 0, "last cost");
   }
 
   void Allocate() {

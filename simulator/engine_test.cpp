@@ -65,21 +65,6 @@ class EngineTest : public ::testing::Test {
   std::shared_ptr<engine::Workspace> workspace_;
 };
 
-TEST_F(EngineTest, KnowsItsObjectsByNameAndKind) {
-  EXPECT_THROW(workspace_->CreateDataFile(L"SalesIndex"), Error);
-  EXPECT_THROW(workspace_->CreateIndex(L"SalesRecord"), Error);
-  EXPECT_THROW(workspace_->CreateRecord(L"Pricing"), Error);
-  EXPECT_EQ(engine_->LastError()->Number(), kErrorUnknownName);
-}
-
-TEST_F(EngineTest, AMissingFileCannotBeOpenedAndHoldsNothing) {
-  EXPECT_FALSE(workspace_->CreateDataFile(L"PriceData")->Open(Mode::kRead));
-  EXPECT_FALSE(workspace_->CreateIndex(L"PriceIndex")->Open(Mode::kRead));
-  const auto record = workspace_->CreateRecord(L"PriceRecord");
-  EXPECT_FALSE(record->Find(Match::kExact));
-  EXPECT_THROW(record->MoveFirst(), Error);
-}
-
 TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
   const auto file = workspace_->CreateDataFile(L"SalesData");
   const auto index = workspace_->CreateIndex(L"SalesIndex");
@@ -99,39 +84,6 @@ TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
   index->Close();
   all_throw();
   EXPECT_THROW(name->GetValue(), Error);
-}
-
-TEST_F(EngineTest, FieldsFollowTheCurrentRecord) {
-  const auto file = OpenFile(L"SalesData");
-  const auto fields = file->GetFields();
-  const auto name = fields->Item(L"name");
-  EXPECT_EQ(name->GetValue(), Value(L"Delta" + std::wstring(55, L' ')));  // the first, padded
-  EXPECT_TRUE(file->Read(2));
-  EXPECT_EQ(Trimmed(name->GetValue().ToText()), L"Beta");
-  for (const std::int32_t none : {0, 6, -1}) EXPECT_FALSE(file->Read(none));
-  EXPECT_EQ(Ref(*file), L"b");
-
-  EXPECT_EQ(fields->Item(1)->Name(), L"ACCOUNT_REF");
-  EXPECT_EQ(fields->Item(1)->Type(), 12);
-  for (const std::int32_t none : {0, fields->Count() + 1}) EXPECT_THROW(fields->Item(none), Error);
-  EXPECT_THROW(fields->Item(L"NAMES"), Error);
-  EXPECT_THROW(fields->Item(L"BALANCE")->SetValue(L"a lot"), Error);
-}
-
-TEST_F(EngineTest, AnIndexWalksAllEntriesInKeyOrder) {
-  const auto index = OpenIndex();
-  std::vector<std::int32_t> records;
-  do records.push_back(index->RecordNumber());
-  while (index->MoveNext());
-  EXPECT_EQ(records, (std::vector<std::int32_t>{2, 4, 3, 1, 5}));
-  EXPECT_THROW(index->RecordNumber(), Error);
-  for (const std::int32_t outside : {0, -1, 6}) {
-    index->MoveTo(3);
-    EXPECT_EQ(index->RecordNumber(), 3);
-    index->MoveTo(outside);
-    EXPECT_THROW(index->RecordNumber(), Error) << outside;
-    EXPECT_THROW(index->MoveNext(), Error) << outside;
-  }
 }
 
 TEST_F(EngineTest, FindsKeys) {
@@ -169,32 +121,6 @@ TEST_F(EngineTest, FindsKeys) {
       }
     }
   }
-}
-
-TEST_F(EngineTest, AFailingFindLeavesABlankRecordWithItsKey) {
-  const auto record = workspace_->CreateRecord(L"SalesRecord");
-  EXPECT_EQ(Ref(*record), L"D");  // a new record object stands on the first record
-  Set(*record, L"Account_Ref", L"BA");
-  EXPECT_TRUE(record->Find(Match::kExact));
-  EXPECT_EQ(Text(*record, L"BALANCE"), L"1.5");
-  Set(*record, L"ACCOUNT_REF", L"nobody");
-  EXPECT_FALSE(record->Find(Match::kExact));
-  EXPECT_EQ(Ref(*record), L"nobody");
-  EXPECT_EQ(Text(*record, L"BALANCE"), L"0");
-  EXPECT_FALSE(record->GetFields()->Item(L"TERMS_AGREED_FLAG")->GetValue().ToBoolean());
-  EXPECT_FALSE(record->MoveNext());
-}
-
-TEST_F(EngineTest, RecordsAreWalkedInRecordOrder) {
-  const auto record = workspace_->CreateRecord(L"SalesRecord");
-  std::wstring walked;
-  do walked += Ref(*record) + L" ";
-  while (record->MoveNext());
-  EXPECT_EQ(walked, L"D b C BA \u00E9 ");
-  EXPECT_EQ(Ref(*record), L"");
-  record->MoveFirst();
-  EXPECT_EQ(Ref(*record), L"D");
-  EXPECT_FALSE(workspace_->CreateRecord(L"PurchaseRecord")->MoveNext());
 }
 
 TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
@@ -245,18 +171,6 @@ TEST_F(EngineTest, KeysThatAreNumbersAreFoundByTheirFirstDigits) {
   }
 }
 
-TEST_F(EngineTest, AppendsRecords) {
-  const auto reader = OpenFile(L"AccessData");
-  EXPECT_THROW(reader->Write(2), Error);
-  const auto file = OpenFile(L"AccessData", Mode::kAppend);
-  Set(*file, L"NAME", L"Bob");
-  Set(*file, L"POP", 0);
-  EXPECT_FALSE(file->Write(3));
-  EXPECT_FALSE(file->Write(0));
-  EXPECT_TRUE(file->Write(2));
-  EXPECT_EQ(reader->Count(), 2);
-}
-
 TEST_F(EngineTest, AddsAndEditsRecords) {
   const auto record = workspace_->CreateRecord(L"SalesRecord");
   EXPECT_THROW(record->Update(), Error);
@@ -278,26 +192,6 @@ TEST_F(EngineTest, AddsAndEditsRecords) {
 
   EXPECT_FALSE(record->MoveNext());
   EXPECT_THROW(record->Edit(), Error);
-}
-
-TEST_F(EngineTest, LogsOnWhoeverHasAccessDataAndGivesTheirPassword) {
-  engine_->company().Parse(
-      L"AccessData", "NAME:text(30)\tPASSWORD:text(30)\nANN\t\nBOB\tSecret\n\t\n", "AccessData");
-  const struct {
-    const wchar_t* user;
-    const wchar_t* password;
-    bool admitted;
-  } cases[] = {{L"manager", L"", true},   {L" ANN", L"", true},       {L"ann", L"x", false},
-               {L"BOB", L"Secret", true}, {L"BOB", L"secret", false}, {L"BOB", L"", false},
-               {L"", L"", false},         {L"Eve", L"", false}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(workspace_->Connect(L"C:\\Data", c.user, c.password, L"id"), c.admitted) << c.user;
-    EXPECT_EQ(engine_->user().empty(), !c.admitted) << c.user;
-    EXPECT_EQ(engine_->LastError()->Number(), c.admitted ? 0 : 1101);
-    workspace_->Disconnect();
-    EXPECT_EQ(engine_->user(), L"");
-  }
-  EXPECT_EQ(engine_->disconnects(), 8);
 }
 
 TEST_F(EngineTest, CountsWhatLivesAndWhatIsOpen) {

@@ -4,12 +4,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <functional>
 #include <string>
-#include <thread>
 
 #include "frame/error.h"
 #include "frame/text.h"
@@ -196,64 +194,6 @@ TEST_F(SharingTest, AllThatBothStoreIsKept) {
     }
     EXPECT_EQ(ReadFile(stock_), file);
   }
-}
-
-TEST_F(SharingTest, WhoStoresIsWaitedFor) {
-  std::thread other;
-  {
-    const auto share = CompanyShare::Open(folder_);
-    const CompanyShare::Turn turn(share.get(), kStock, SharedFile::Sharing::kNone);
-    other = std::thread([&] { EXPECT_TRUE(Change(*theirs_, L"BOLT", 3)); });
-    usleep(100'000);  // in which whoever does not wait is done
-    share->CountStore(kStock);
-    ReplaceFile(stock_, kHeader + "BOLT\t1\nNUT\t7\n");
-  }
-  other.join();
-  EXPECT_EQ(Stock(), "BOLT\t3\nNUT\t7\n");
-}
-
-TEST_F(SharingTest, AWriteThatFailsLeavesTableAndMemoryAsTheyWere) {
-  const std::string before = ReadFile(stock_);
-  fs::create_directory(stock_.string() + ".new");
-  EXPECT_THROW(Change(*ours_, L"BOLT", 3), Error);
-  EXPECT_NE(ours_->LastError()->Text().find(L"StockData.table.new: Is a directory"),
-            std::wstring::npos);
-  EXPECT_EQ(ReadFile(stock_), before);
-  EXPECT_EQ(Get(*Product(*ours_, L"BOLT"), L"QTY"), Value(1.0));
-}
-
-TEST_F(SharingTest, TheRegisterIsReadUnlessSomeoneHoldsIt) {
-  const std::wstring folder = folder_.wstring();
-  const auto can_read = [&](const std::wstring& name) {
-    try {
-      TryToRead(folder + L"\\" + name);
-      return true;
-    } catch (const Error& error) {
-      EXPECT_TRUE(error.text().starts_with(name + L": "));
-      return false;
-    }
-  };
-  EXPECT_FALSE(can_read(L"other.dta"));
-  for (const bool held : {true, false}) {
-    ours_->HoldExclusively(held);
-    EXPECT_EQ(can_read(L"queue.dta"), !held);
-    for (Simulator* engine : {ours_.get(), theirs_.get()}) {
-      EXPECT_EQ(Logon(*engine, L"manager"), !held);
-      EXPECT_EQ(engine->LastError()->Number(), held ? 1102 : 0);
-    }
-  }
-  ours_->HoldExclusively(true);
-  EXPECT_THROW(theirs_->HoldExclusively(true), Error);
-}
-
-TEST_F(SharingTest, EditWaitsForWhoEditsButNotForEver) {
-  const auto ours = Product(*ours_, L"BOLT");
-  ours->Edit();
-  EXPECT_TRUE(Change(*theirs_, L"NUT", 3)) << "another record";
-  const auto start = std::chrono::steady_clock::now();
-  EXPECT_TRUE(Change(*theirs_, L"BOLT", 3));
-  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
-  EXPECT_FALSE(ours->Update());
 }
 
 TEST_F(SharingTest, WhoEndsInTheMiddleBlocksNobody) {

@@ -8,7 +8,7 @@ trap 'rm -rf "$COPY"' EXIT
 PASSED=0
 FAILED=0
 
-for path in bench check demo fuzz soak tools tests examples fuzzers console src simulator host_database trace_report; do
+for path in bench check demo fuzz mutate soak tools tests examples fuzzers console src simulator host_database trace_report; do
   cp -r "$path" "$COPY/"
 done
 mkdir "$COPY/stubs"
@@ -52,7 +52,7 @@ expect() {
   fi
 }
 
-for command in bench check demo fuzz soak; do
+for command in bench check demo fuzz mutate soak; do
   expect 0 "./$command" "" "$command" --help
   expect 2 "./$command: there is no option -x" "" "$command" -x
   # The help is all of the comment, and nothing else.
@@ -72,7 +72,10 @@ expect 2 "a tour of a company of your own needs a screen" "" demo company
 for number in 0 08 1.5 x 1000000000 ""; do
   expect 2 "SECONDS is to be a whole number from 1 on, and is \"$number\"" "" fuzz "$number"
 done
-expect 2 "no fuzzer 'nope'; there are: add_in_list company " "" fuzz 1 company nope
+expect 2 "no fuzzer 'nope'; there are: company conversions " "" fuzz 1 company nope
+expect 2 "--seed wants a value" "" mutate --count 5 --seed
+expect 2 '--count is to be a whole number from 1 on, and is "0"' "" mutate --count 0
+expect 2 "there is no file nowhere.cpp" "" mutate nowhere.cpp
 expect 2 'CALLS is to be a whole number from 1 on, and is "many"' "" soak many
 expect 2 'DIALOGS is to be a whole number from 0 on, and is "1e3"' "" soak 1 1e3
 

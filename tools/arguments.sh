@@ -3,7 +3,8 @@
 # Nothing is installed or built for arguments that are wrong.
 #
 #   read_arguments MOST OPTIONS "$@"  leaves the words in the array ARGUMENTS, no more than MOST, and
-#                                     the options, of those that there are, in OPTION[--name].
+#                                     the options, of those that there are, in OPTION[--name]; one that
+#                                     is listed as --name= takes the next word as its value.
 #                                     --help prints the comment at the head of the command
 #   number WHAT TEXT LEAST            refuses what is no whole number from LEAST on
 #   refuse TEXT                       ends the command: it has been told something wrong
@@ -20,15 +21,23 @@ read_arguments() {
   shift 2
   declare -gA OPTION=()
   ARGUMENTS=()
-  for word in "$@"; do
+  while (($# > 0)); do
+    word="$1"
+    shift
     case "$word" in
       --help | -h)
         sed -n '2,/^[^#]/ s/^# \{0,1\}//p' "$ROOT/${0##*/}"
         exit 0
         ;;
       -*)
-        [[ "$options" == *" $word "* ]] || refuse "there is no option $word"
-        OPTION[$word]=true
+        if [[ "$options" == *" $word= "* ]]; then
+          (($# > 0)) || refuse "$word wants a value"
+          OPTION[$word]="$1"
+          shift
+        else
+          [[ "$options" == *" $word "* ]] || refuse "there is no option $word"
+          OPTION[$word]=true
+        fi
         ;;
       *) ARGUMENTS+=("$word") ;;
     esac

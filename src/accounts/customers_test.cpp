@@ -1,5 +1,6 @@
 #include "accounts/customers.h"
 
+#include "simulator/company.h"
 #include "testing/company_test.h"
 
 namespace ard::accounts {
@@ -9,22 +10,13 @@ using dialogs::SelectDialog;
 using simulator::CompanyBuilder;
 using testing::Texts;
 
-const std::wstring kOnHold = L"Account is on hold.";
-const std::wstring kOverLimit = L"Account is over credit limit.";
-const std::wstring kNoTerms = L"Terms have not been agreed with this account.";
-const std::wstring kGap = L"\r\n\r\n";
-
 class CustomersTest : public testing::CompanyTest {
  protected:
-  void OpenUsual(bool terms_warning = true) {
+  CustomersTest() {
     CompanyBuilder company;
     company.Customer(L"ABC001", L"NAME=  ABC Ltd |CONTACT_NAME= Ann ")
-        .Customer(L"HOLD", L"ACCOUNT_ON_HOLD=True")
-        .Customer(L"NOTERMS", L"TERMS_AGREED_FLAG=False")
         .Customer(L"WORST",
-                  L"ACCOUNT_ON_HOLD=True|BALANCE=11|CREDIT_LIMIT=10|TERMS_AGREED_FLAG=False")
-        .Customer(L"ZERO", L"BALANCE=11|CREDIT_LIMIT=0")
-        .Setup({{L"TERMS_WARNING", terms_warning}});
+                  L"ACCOUNT_ON_HOLD=True|BALANCE=11|CREDIT_LIMIT=10|TERMS_AGREED_FLAG=False");
     Open(company, customers_);
   }
 
@@ -32,16 +24,13 @@ class CustomersTest : public testing::CompanyTest {
 };
 
 TEST_F(CustomersTest, LooksAccountsUpExactlyAsGiven) {
-  OpenUsual();
   const struct {
     std::wstring acc_ref;
     bool valid;
     std::wstring name;
     std::wstring contact;
-  } cases[] = {{L"ABC001", true, L"ABC Ltd", L"Ann"},
-               {L"abc001", true, L"ABC Ltd", L"Ann"},  // the engine's key, without regard to case
+  } cases[] = {{L"abc001", true, L"ABC Ltd", L"Ann"},  // the engine's key, without regard to case
                {L"WORST", true, L"", L""},             // valid without a message
-               {L"ABC001 ", false, L"", L""},
                {L" ABC001", false, L"", L""},
                {L"ABC*", false, L"", L""},
                {std::wstring(1 << 20, L'A'), false, L"", L""},
@@ -54,38 +43,32 @@ TEST_F(CustomersTest, LooksAccountsUpExactlyAsGiven) {
   EXPECT_EQ(environment_.TakeMessages(), Texts{});
 }
 
-TEST_F(CustomersTest, WarnsAboutTheChoiceAndReturnsIt) {
-  const struct {
-    std::int32_t position;
-    std::wstring acc_ref;
-    std::wstring warning;
-  } cases[] = {{1, L"ABC001", L""},
-               {4, L"WORST", kOnHold + kGap + kOverLimit + kGap + kNoTerms},
-               {5, L"ZERO", L""}};
-  for (const bool terms_warning : {true, false}) {
-    OpenUsual(terms_warning);
-    for (const auto& c : cases) {
-      Choose(c.position);
-      EXPECT_EQ(customers_.FastList(), c.acc_ref);
-      const bool warned = terms_warning && !c.warning.empty();
-      EXPECT_EQ(environment_.TakeMessages(),
-                warned ? Texts{L"! Manufacturing: " + c.warning} : Texts{});
-    }
-  }
-}
-
 // The account can go between the moment it was listed and the moment it is chosen: its row's colour
 // and what a blank record says of it are shown all the same, but for the on-hold test.
 TEST_F(CustomersTest, AChosenAccountThatCannotBeFoundHasNoTerms) {
-  OpenUsual();
   environment_.Answer([&](SelectDialog& dialog) {
-    dialog.list().SelectItem(4);
+    dialog.list().SelectItem(2);
     dialog.Ok();
     customers_.context().workspace = simulator::Simulator::OpenSynthetic(0)->workspace();
   });
   EXPECT_EQ(customers_.FastList(), L"WORST");
   EXPECT_EQ(environment_.TakeMessages(),
-            Texts{L"! Manufacturing: " + kOverLimit + kGap + kNoTerms});
+            Texts{L"! Manufacturing: Account is over credit limit.\r\n\r\n"
+                  L"Terms have not been agreed with this account."});
+}
+
+// No account is deleted of which that cannot be read, and no warnings are wanted.
+TEST_F(CustomersTest, WhatCannotBeReadIsNeutral) {
+  engine_->company().Parse(L"SalesData", "ACCOUNT_REF:text(4)\nA\nB\n", "");
+  for (const bool warns : {true, false}) {
+    if (!warns) engine_->company().Parse(L"SetupData", "OTHER:long\n1\n", "");
+    environment_.Answer([](SelectDialog& dialog) {
+      EXPECT_EQ(Keys(dialog.list()), (Texts{L"A", L"B"}));
+      dialog.Ok();
+    });
+    EXPECT_EQ(customers_.FastList(), L"A");
+    EXPECT_EQ(environment_.TakeMessages().size(), warns ? 1u : 0u);
+  }
 }
 
 }  // namespace

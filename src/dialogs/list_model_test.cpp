@@ -109,16 +109,30 @@ TEST_F(ListModelTest, SelectingAnItemScrollsJustEnough) {
     EXPECT_EQ(list_.top(), top) << item;
     EXPECT_EQ(Selected(), item);
   }
+  // So does another size, for a cursor that is shown.
+  list_.SelectItem(10);
+  list_.SetPageSize(5);
+  EXPECT_EQ(list_.top(), 6);
+  list_.ScrollTo(60);
+  list_.SetPageSize(20);
+  EXPECT_EQ(list_.top(), 60);
 }
 
 TEST_F(ListModelTest, TheSelectionSurvivesScrolling) {
   Start(100, 10);
-  list_.SelectItem(5);
-  list_.ScrollTo(60);  // before the page of item 5 was ever drawn
-  EXPECT_EQ(Shown().front(), 60);
-  EXPECT_EQ(Selected(), 5);
-  list_.ScrollTo(60);
-  Press({{kDown, 6, 5}});  // brings the selection back into view first
+  for (const Stroke& stroke : std::vector<Stroke>{{kDown, 6, 5},
+                                                  {kUp, 4, 4},
+                                                  {kPageDown, 14, 5},
+                                                  {kPageUp, 1, 1},
+                                                  {kHome, 1, 1},
+                                                  {kEnd, 100, 91}}) {
+    list_.SelectItem(5);
+    list_.ScrollTo(60);  // before the page of item 5 was ever drawn
+    EXPECT_EQ(Shown().front(), 60);
+    EXPECT_EQ(Selected(), 5);
+    list_.ScrollTo(60);
+    Press({stroke});  // a key brings the selection back into view first
+  }
 }
 
 TEST_F(ListModelTest, CursorKeys) {
@@ -137,6 +151,14 @@ TEST_F(ListModelTest, CursorKeys) {
   Start(30, 10);
   list_.SelectItem(10);
   Press({{kDown, 14, 11}, {kUp, 10, 10}});
+  // A page without a live row: the cursor goes to its last position.
+  for (int position = 14; position <= 20; ++position) source_.deleted.insert(position);
+  Start(30, 10);
+  list_.SelectItem(10);
+  Press({{kPageDown, 0, 11}});
+  EXPECT_TRUE(list_.IsCursor({20, L"", 0}));
+  Press({{kPageDown, 30, 21}, {kPageUp, 21, 21}, {kPageUp, 0, 11}});
+  EXPECT_TRUE(list_.IsCursor({11, L"", 0}));
 }
 
 // The cursor stands on the first row, as in any list view, and whatever moves it selects.

@@ -16,11 +16,11 @@ constexpr bool IsHighSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDBFF; 
 constexpr bool IsLowSurrogate(char32_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
 constexpr bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
-// Takes the next code point off `text`. A lone surrogate comes back as it is.
+// Takes the next code point off `text`: a pair of surrogates is one, whatever the size of a
+// character; a lone one comes back as it is.
 char32_t Next(std::wstring_view& text) {
   const auto first = static_cast<char32_t>(text[0]);
-  if (kUtf16 && text.size() > 1 && IsHighSurrogate(first) &&
-      IsLowSurrogate(static_cast<char32_t>(text[1]))) {
+  if (text.size() > 1 && IsHighSurrogate(first) && IsLowSurrogate(static_cast<char32_t>(text[1]))) {
     const auto low = static_cast<char32_t>(text[1]);
     text.remove_prefix(2);
     return 0x10000 + ((first - 0xD800) << 10) + (low - 0xDC00);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 namespace ard {
 namespace {
 
@@ -37,21 +40,43 @@ TEST(TextTest, ComparesWithoutCase) {
 }
 
 TEST(TextTest, Utf8RoundTrip) {
-  const std::wstring text = std::wstring(L"a\0é\x20AC", 4) + L"\U0001F600";
-  EXPECT_EQ(ToUtf8(text), std::string("a\0\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", 11));
-  EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
+  // The first and the last character of each length.
+  const std::wstring text =
+      std::wstring(L"a\0\x7F\x80\x7FF\x800\xFFFF", 7) + L"\U00010000\U0010FFFF";
+  const std::string bytes(
+      "a\0\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", 21);
+  EXPECT_EQ(ToUtf8(text), bytes);
+  EXPECT_EQ(FromUtf8(bytes), text);
+}
+
+TEST(TextTest, PairsOfSurrogatesAreOneCharacterAndLoneOnesNone) {
+  for (const auto& [units, bytes] : {std::pair(std::vector{0xD800, 0xDC00}, "\xF0\x90\x80\x80"),
+                                     {{0xDBFF, 0xDFFF}, "\xF4\x8F\xBF\xBF"},
+                                     {{0xD801, 0xDC29}, "\xF0\x90\x90\xA9"},
+                                     {{0xD7FF, 0xDC00}, "\xED\x9F\xBF\xEF\xBF\xBD"},
+                                     {{0xD800, 0xE000}, "\xEF\xBF\xBD\xEE\x80\x80"},
+                                     {{0xDC00, 0xD800}, "\xEF\xBF\xBD\xEF\xBF\xBD"},
+                                     {{0xD800, 0xDBFF}, "\xEF\xBF\xBD\xEF\xBF\xBD"},
+                                     {{0xDFFF}, "\xEF\xBF\xBD"}}) {
+    EXPECT_EQ(ToUtf8(std::wstring(units.begin(), units.end())), bytes);
+  }
 }
 
 TEST(TextTest, MalformedTextBecomesReplacementCharacters) {
   const struct {
     std::string bytes;
     std::wstring text;
-  } cases[] = {{"\x80", L"\xFFFD"},           {"a\xC3", L"a\xFFFD"},
-               {"\xC3(", L"\xFFFD("},         {"\xC0\x80", L"\xFFFD\xFFFD"},
-               {"\xED\xA0\x80", L"\xFFFD"},   {"\xF4\x90\x80\x80", L"\xFFFD"},
-               {"\xFF\xFE", L"\xFFFD\xFFFD"}, {"\xE0\x80\x80", L"\xFFFD"}};
+  } cases[] = {{"\x80", L"\xFFFD"},
+               {"a\xC3", L"a\xFFFD"},
+               {"\xC3(", L"\xFFFD("},
+               {"\xC1\xBF", L"\xFFFD\xFFFD"},
+               {"\xED\x9F\xBF\xED\xA0\x80", L"\xD7FF\xFFFD"},
+               {"\xED\xBF\xBF\xEE\x80\x80", L"\xFFFD\xE000"},
+               {"\xF4\x90\x80\x80", L"\xFFFD"},
+               {"\xF5\x80", L"\xFFFD\xFFFD"},
+               {"\xE0\x9F\xBF", L"\xFFFD"},
+               {"\xF0\x8F\xBF\xBF", L"\xFFFD"}};
   for (const auto& c : cases) EXPECT_EQ(FromUtf8(c.bytes), c.text);
-  EXPECT_EQ(ToUtf8(std::wstring(1, wchar_t{0xD800})), "\xEF\xBF\xBD");
 }
 
 }  // namespace

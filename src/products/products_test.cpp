@@ -4,11 +4,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
+#include <tuple>
 #include <utility>
 
 #include "simulator/safe_file.h"
@@ -26,25 +26,16 @@ using testing::Texts;
 class ProductsTest : public testing::CompanyTest {
  protected:
   void Open(CompanyBuilder& company) { CompanyTest::Open(company, products_); }
-  // Lets the engine's operations be recorded.
-  void Record() {
-    products_.context().workspace = testing::Recorded(engine_->workspace(), recording_);
-  }
   void TearDown() override {
     CompanyTest::TearDown();
     EXPECT_EQ(environment_.TakeMessages(), Texts{});
   }
 
-  // The stock record, by the engine itself; null when there is no such product.
-  std::unique_ptr<engine::RecordObject> Find(std::wstring_view code) {
-    auto record = engine_->workspace()->CreateRecord(L"StockRecord");
-    record->GetFields()->Item(L"STOCK_CODE")->SetValue(code);
-    return record->Find(engine::Match::kExact) ? std::move(record) : nullptr;
-  }
-  // Its fields, trimmed and joined; "?" when there is no such product.
+  // Fields of the stock record, trimmed and joined; "?" when there is no such product.
   std::wstring Stored(std::wstring_view code, const std::vector<const wchar_t*>& fields) {
-    const auto record = Find(code);
-    if (!record) return L"?";
+    const auto record = engine_->workspace()->CreateRecord(L"StockRecord");
+    record->GetFields()->Item(L"STOCK_CODE")->SetValue(code);
+    if (!record->Find(engine::Match::kExact)) return L"?";
     std::wstring stored;
     for (const wchar_t* field : fields) {
       const Value value = record->GetFields()->Item(field)->GetValue();
@@ -54,104 +45,43 @@ class ProductsTest : public testing::CompanyTest {
     return stored;
   }
 
-  testing::Recording recording_;
   Products products_{environment_};
 };
 
 // ---- Queries ----
 
-template <class T>
-using Query = T (Products::*)(std::wstring_view) const noexcept;
-
 TEST_F(ProductsTest, AnswersFromTheStockRecordOrNeutrally) {
   CompanyBuilder builder;
-  builder.Product(L"BOLT",
-                  L"DESCRIPTION=  Bolt  |DEPT_NUMBER=3|STOCK_CAT=7|LOCATION= A1 |"
-                  L"PURCHASE_REF= SUP |SUPPLIER_PART_NUMBER= P9 |UNIT_OF_SALE= Each |"
-                  L"QTY_IN_STOCK=5|QTY_ALLOCATED=7|QTY_ON_ORDER=2.5|"
-                  L"QTY_REORDER_LEVEL=4|QTY_REORDER=20|SALES_PRICE=1.25|"
-                  L"LAST_PURCHASE_DATE=2023-03-15|IGNORE_STK_LVL_FLAG=True");
-  builder.Product(L"PLAIN")
+  builder.Product(L"BOLT", L"DESCRIPTION=  Bolt  |STOCK_CAT=7|LOCATION= A1 ")
+      .Product(L"PLAIN")
       .Product(L"A", L"QTY_IN_STOCK=10.3|QTY_ALLOCATED=10.1")
       .Product(L"B", L"QTY_IN_STOCK=0.3|QTY_ALLOCATED=0.1");
   Open(builder);
-  const std::pair<Query<std::wstring>, std::wstring> texts[] = {
-      {&Products::GetBinLocation, L" A1 "},
-      {&Products::GetSupplier, L" SUP "},
-      {&Products::GetSupplierPart, L" P9 "},
-      {&Products::GetUnitSale, L" Each "}};
-  const std::pair<Query<double>, double> numbers[] = {{&Products::GetInStock, 5},
-                                                      {&Products::GetReOrderLevel, 4},
-                                                      {&Products::GetReOrderQty, 20},
-                                                      {&Products::GetFreeStock, -2},
-                                                      {&Products::GetSellPrice, 1.25}};
   const Products& p = products_;
   EXPECT_EQ(p.GetDesc(L"BOLT"), L"Bolt");
-  EXPECT_EQ(p.GetDept(L"BOLT"), 3);
-  EXPECT_EQ(p.GetCategory(L"BOLT"), 7);
-  // As stored: neither trimmed nor padded by the library.
-  for (const auto& [query, text] : texts)
-    EXPECT_TRUE((p.*query)(L"BOLT").starts_with(text)) << text;
-  for (const auto& [query, number] : numbers) EXPECT_EQ((p.*query)(L"BOLT"), number);
-  EXPECT_EQ(p.GetLastPurDate(L"BOLT").days, 45000);
-  EXPECT_TRUE(p.IgnoreStock(L"BOLT"));
-  EXPECT_TRUE(p.IsMemberOfCategory(L"BOLT", 7));
-  EXPECT_FALSE(p.IsMemberOfCategory(L"BOLT", 0));
-  EXPECT_TRUE(p.IsMemberOfCategory(L"PLAIN", 0));
+  EXPECT_TRUE(p.GetBinLocation(L"BOLT").starts_with(L" A1 ")) << "as stored";
+  for (const auto& [code, category, is_member] :
+       {std::tuple(L"BOLT", 7, true), {L"BOLT", 0, false}, {L"PLAIN", 0, true}, {L"?", 0, false}}) {
+    EXPECT_EQ(p.IsMemberOfCategory(code, static_cast<std::int16_t>(category)), is_member);
+    EXPECT_EQ(p.IsValid(code), code != std::wstring_view(L"?"));
+  }
+  EXPECT_FALSE(p.IsValid(L"BOL"));
   EXPECT_EQ(p.GetLastPurDate(L"PLAIN").days, 0);  // the blank date is Null
-  EXPECT_EQ(p.GetFreeStock(L"A"), 0.2);
-  EXPECT_EQ(p.GetFreeStock(L"B"), 0.2);
-
-  EXPECT_FALSE(p.IsMemberOfCategory(L"?", 0));
+  for (const wchar_t* code : {L"A", L"B"}) EXPECT_EQ(p.GetFreeStock(code), 0.2);
   double allocated = 1, on_order = 2, reorder = 3;
   std::wstring supplier = L"mine";
   p.GetAllocOnOrder(L"?", allocated, on_order);
   p.GetSupplierOnOrder(L"?", supplier, on_order, reorder);
   EXPECT_EQ(std::tuple(allocated, on_order, reorder, supplier), std::tuple(1, 2, 3, L"mine"));
-  p.GetAllocOnOrder(L"BOLT", allocated, on_order);
-  EXPECT_EQ(std::tuple(allocated, on_order), std::tuple(7, 2.5));
-  on_order = 0;
-  p.GetSupplierOnOrder(L"BOLT", supplier, on_order, reorder);
-  EXPECT_EQ(std::tuple(Trimmed(supplier), on_order, reorder), std::tuple(L"SUP", 2.5, 20));
-  const std::int64_t read = engine_->records_read();
-  EXPECT_TRUE(p.IsValid(L"BOLT"));
-  EXPECT_EQ(engine_->records_read(), read);  // the index is enough
 }
 
 // ---- Prices ----
 
-constexpr std::int16_t kOneCustomer = 83;
-constexpr std::int16_t kPriceList = 76;
-constexpr std::int16_t kSupplierPrice = 85;
-
-CompanyBuilder& AddPrice(CompanyBuilder& builder, std::int16_t type, std::wstring_view ref,
-                         std::int16_t discount_type, double value,
-                         std::wstring_view code = L"BOLT") {
-  return builder.Record(L"PriceData", {{L"TYPE", type},
-                                       {L"EXT_REF", ref},
-                                       {L"STOCK_CODE", code},
-                                       {L"DISCOUNT_TYPE", discount_type},
-                                       {L"VALUE", value}});
-}
-
-CompanyBuilder& AddBolt(CompanyBuilder& builder) {
-  return builder.Product(L"BOLT", L"SALES_PRICE=50|LAST_PURCHASE_PRICE=20");
-}
-
-TEST_F(ProductsTest, AnEntryWorksOnThePricesByItsType) {
-  for (const auto& [type, price] :
-       {std::pair(0, 10), {1, 50}, {2, 45}, {3, 40}, {4, 22}, {5, 30}, {6, 0}, {-1, 0}}) {
-    CompanyBuilder builder;
-    AddPrice(AddBolt(builder), kOneCustomer, L"ABC", static_cast<std::int16_t>(type), 10);
-    Open(builder);
-    EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), price) << type;
-  }
-}
-
 // The last operations are those of the entry's type and value.
 TEST_F(ProductsTest, AnEntryThatCannotBeReadLeavesTheSellingPrice) {
   CompanyBuilder builder;
-  AddPrice(AddBolt(builder), kOneCustomer, L"ABC", 0, 4);
+  builder.Product(L"BOLT", L"SALES_PRICE=50")
+      .Record(L"PriceData", L"TYPE=83|EXT_REF=ABC|STOCK_CODE=BOLT|VALUE=4");
   Open(builder);
   EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 4);
   const std::int64_t operations = engine_->operations();
@@ -161,101 +91,23 @@ TEST_F(ProductsTest, AnEntryThatCannotBeReadLeavesTheSellingPrice) {
   }
 }
 
-TEST_F(ProductsTest, TheFirstEntryInRecordOrderThatAppliesGivesThePrice) {
-  CompanyBuilder builder;
-  AddBolt(builder).Customer(L"ABC", L"PRICE_LIST_REF=TRADE").Customer(L"OTHER");
-  AddPrice(builder, kOneCustomer, L"ABC", 0, 1, L"NUT");  // another product
-  AddPrice(builder, kPriceList, L"PUBLIC", 0, 2);         // nobody's list
-  AddPrice(builder, kOneCustomer, L"XYZ", 0, 3);          // somebody unknown to the ledger
-  AddPrice(builder, kPriceList, L"TRADE", 0, 4);
-  AddPrice(builder, kOneCustomer, L"ABC", 0, 5);  // too late
-  AddPrice(builder, kOneCustomer, L"ABC", 5, 6, L"UNKNOWN");
-  AddPrice(builder, kOneCustomer, L"ABC", 1, 7, L"LOST");
-  Open(builder);
-  for (const auto& [acc_ref, price] :
-       {std::pair(L"ABC", 4), {L" xyz ", 3}, {L"XYZ", 3}, {L"OTHER", 50}}) {
-    EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", acc_ref), price) << acc_ref;
-  }
-  EXPECT_EQ(products_.GetSpecialPrice(L"unknown ", L"abc"), 6);  // as the engine matches keys
-  EXPECT_EQ(products_.GetSpecialPrice(L"UNKNOWN", L"ABC"), 6);   // by its value alone
-  EXPECT_EQ(products_.GetSpecialPrice(L"LOST", L"ABC"), 0);
-  EXPECT_EQ(products_.GetSpecialPrice(L"NOWHERE", L"ABC"), 0);
-}
-
-TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
-  CompanyBuilder builder;
-  const auto transaction = [&](std::wstring_view code, std::int16_t type, double quantity,
-                               double used, double cost) {
-    builder.Record(L"StockTransactionData", {{L"STOCK_CODE", code},
-                                             {L"TYPE", type},
-                                             {L"QUANTITY", quantity},
-                                             {L"QTY_USED", used},
-                                             {L"COST_PRICE", cost}});
-  };
-  for (const wchar_t* code : {L"MIXED", L"USED", L"RETURNED", L"THIRD", L"NONE"}) {
-    builder.Product(code, L"LAST_PURCHASE_PRICE=9");
-  }
-  transaction(L"MIXED", 1, 15, 5, 2);
-  transaction(L"MIXED", 2, 1000, 0, 50);  // no receipt
-  transaction(L"MIXED", 5, 20, 0, 3);
-  transaction(L"MIXED", 7, 10, 0, 3);
-  transaction(L"MIXED", 7, 8, 8, 70);
-  transaction(L"USED", 1, 10, 10, 2);
-  transaction(L"USED", 3, 5, 5, 2);
-  transaction(L"THIRD", 1, 1, 0, 1.0 / 3);
-  for (const double quantity : {0.1, 0.2, -0.3}) transaction(L"RETURNED", 1, quantity, 0, 2);
-  Open(builder);
-  EXPECT_EQ(products_.GetCostPrice(L"MIXED", false), 9);
-  for (const auto& [code, price] : {std::pair(L"MIXED", 2.75),
-                                    {L"USED", 9},
-                                    {L"RETURNED", 9},
-                                    {L"THIRD", 1.0 / 3},
-                                    {L"NONE", 9},
-                                    {L"UNKNOWN", 0}}) {
-    EXPECT_EQ(products_.GetCostPrice(code, true), price) << code;
-  }
-  EXPECT_EQ(products_.GetAveragePrice(Find(L"MIXED")), 2.75);
-  EXPECT_EQ(products_.GetAveragePrice(nullptr), 0);
-}
-
-TEST_F(ProductsTest, SupplierPricesAreStoredOnesOrTheCostInTheSuppliersCurrency) {
-  CompanyBuilder builder;
-  builder.Product(L"BOLT", L"LAST_PURCHASE_PRICE=10")
-      .Product(L"WORTHLESS")
-      .Supplier(L"EURO", L"CURRENCY=1")
-      .Supplier(L"NOWHERE", L"CURRENCY=5")
-      .Record(L"CurrencyData", L"EXCHANGE_RATE=1")
-      .Record(L"CurrencyData", L"EXCHANGE_RATE=1.5");
-  for (const wchar_t* ref : {L"EURO", L"EIGHTCHA"}) {
-    builder.Record(L"PriceData", {{L"TYPE", kSupplierPrice},
-                                  {L"EXT_REF", ref},
-                                  {L"STOCK_CODE", L"NUT"},
-                                  {L"STORED_PRICE", 3.5}});
-  }
-  Open(builder);
-  EXPECT_EQ(products_.GetSupplierPrice(L"NUT", L"EURO"), 3.5);  // not converted
-  EXPECT_EQ(products_.GetSupplierPrice(L"NUT", L"EIGHTCHA"), 3.5);
-  EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"EURO"), 15);
-  EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"NOWHERE"), 10);  // no such currency
-  EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"UNKNOWN"), 10);
-  EXPECT_EQ(products_.GetSupplierPrice(L"WORTHLESS", L"EURO"), 0);
-}
-
 TEST_F(ProductsTest, TheEnginesPricingServiceHasTheLastWord) {
   CompanyBuilder builder;
-  AddBolt(builder).Customer(L"ABC", L"PRICE_LIST_REF=TRADE").Supplier(L"SUP");
-  AddPrice(builder, kPriceList, L"TRADE", 0, 4);  // first in record order
-  AddPrice(builder, kOneCustomer, L"ABC", 0, 5);  // but the service asks for the customer's own
-  builder.Record(L"PriceData", {{L"TYPE", kSupplierPrice},
-                                {L"EXT_REF", L"SUP"},
-                                {L"STOCK_CODE", L"BOLT"},
-                                {L"STORED_PRICE", 3.5}});
-  builder.Setup(L"PRICING_SERVICE=True");
-  Open(builder);
-  Record();
+  builder.Product(L"BOLT").Customer(L"ABC", L"PRICE_LIST_REF=TRADE").Supplier(L"SUP");
+  for (const wchar_t* entry : {L"TYPE=76|EXT_REF=TRADE|VALUE=4",  // first in record order
+                               L"TYPE=83|EXT_REF=ABC|VALUE=5",    // but the service asks for this
+                               L"TYPE=85|EXT_REF=SUP|STORED_PRICE=3.5"}) {
+    builder.Record(L"PriceData", (std::wstring(entry) + L"|STOCK_CODE=BOLT").c_str());
+  }
+  Open(builder.Setup(L"PRICING_SERVICE=True"));
+  testing::Recording recording;
+  products_.context().workspace = testing::Recorded(engine_->workspace(), recording);
   EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 5);
   EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"SUP"), 3.5);
-  EXPECT_EQ(recording_.operations.size(), 4u);  // nothing else is asked
+  EXPECT_EQ(recording.operations, (Texts{L"Workspace.CreateRecordObject(\"Pricing\")",
+                                         L"Pricing.CustomerUnitPrice(\"ABC\", \"BOLT\")",
+                                         L"Workspace.CreateRecordObject(\"Pricing\")",
+                                         L"Pricing.SupplierUnitPrice(\"BOLT\", \"SUP\")"}));
 }
 
 // ---- Creation ----
@@ -273,92 +125,26 @@ TEST_F(ProductsTest, NewProductsGetTheCompanysDefaults) {
   EXPECT_EQ(environment_.questions(),
             (Texts{L"Manufacturing: Enter a description for item NEW2.",
                    L"Manufacturing: Enter a description for item NEW3."}));
-  EXPECT_TRUE(products_.SaveNewProduct(L" NEW4 "));
+  std::string trace;
+  environment_.trace().Attach([&](std::string_view line) { trace.append(line).append("\n"); });
+  for (const bool taken : {false, true}) {
+    EXPECT_TRUE(products_.SaveNewProduct(L" NEW4 "));
+    EXPECT_EQ(trace.find("StockRecord.Update\tThe engine has not stored the record.") != trace.npos,
+              taken);
+  }
+  EXPECT_FALSE(products_.CopyProduct(L"NONE", L"NEW6", L"New"));
+  EXPECT_TRUE(products_.CopyProduct(L"NEW1", L" NEW5 ", L" New one "));
   // A date is given the number 1.
   for (const auto& [code, fields] : {std::pair(L"NEW1", L"1899-12-31|4|2|1|4000|Each|Given"),
                                      {L"NEW2", L"1899-12-31|4|2|1|4000|Each|Asked"},
                                      {L"NEW3", L"1899-12-31|4|2|1|4000|Each|"},
-                                     {L"NEW4", L"1899-12-31|0|0|0|||"}}) {
+                                     {L"NEW4", L"1899-12-31|0|0|0|||"},
+                                     {L"NEW5", L"Null|4|2|1|4000|Each|New one"},
+                                     {L"NEW6", L"?"}}) {
     EXPECT_EQ(Stored(code, {L"LAST_SALE_DATE", L"STOCK_CAT", L"DEPT_NUMBER", L"TAX_CODE",
                             L"NOMINAL_CODE", L"UNIT_OF_SALE", L"DESCRIPTION"}),
               fields);
   }
-}
-
-TEST_F(ProductsTest, NewRecordsAreFilledByTypeAndTold) {
-  CompanyBuilder builder;
-  Open(builder);
-  Record();
-  std::string trace;
-  environment_.trace().Attach([&](std::string_view line) { trace.append(line).append("\n"); });
-  EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
-  EXPECT_EQ(trace.find("stored"), std::string::npos) << trace;
-  const Texts& asked = recording_.operations;
-  for (const wchar_t* once :
-       {L"StockRecord.ExtraText = \"\"", L"StockRecord.Update", L"Workspace.Version"}) {
-    EXPECT_EQ(std::count(asked.begin(), asked.end(), once), 1) << once;
-  }
-  // A field of a type without a blank value is left alone.
-  for (const std::wstring& operation : asked) {
-    EXPECT_EQ(operation.find(L"False"), std::wstring::npos) << operation;
-  }
-  EXPECT_NE(trace.find("PostSave"), std::string::npos) << trace;
-  // The code is taken.
-  EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
-  EXPECT_NE(trace.find("StockRecord.Update\tFalse: the engine has not stored the record."),
-            std::string::npos)
-      << trace;
-}
-
-TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {
-  CompanyBuilder builder;
-  builder.Product(L"OLD",
-                  L"DESCRIPTION=Old one|SALES_PRICE=12.5|LAST_PURCHASE_PRICE=8|QTY_IN_STOCK=5|"
-                  L"QTY_REORDER=7|LAST_SALE_DATE=45000|WEB_PUBLISH=True|QTY_SOLD_MTH12=3|"
-                  L"BUDGET_SALES_BF=99");
-  Open(builder);
-  Record();
-  Texts& asked = recording_.operations;
-  EXPECT_FALSE(products_.CopyProduct(L"NONE", L"NEW", L"New"));
-  EXPECT_EQ(std::count(asked.begin(), asked.end(), L"StockRecord.AddNew"), 0);
-  asked.clear();
-  EXPECT_TRUE(products_.CopyProduct(L"OLD", L" NEW ", L" New one "));
-  EXPECT_EQ(asked.back(), L"StockRecord.Update");
-
-  Texts expected = {L"STOCK_CODE\").Value = \"NEW\"", L"DESCRIPTION\").Value = \"New one\""};
-  const auto clears = [&](const std::wstring& field) {
-    const bool is_date = field.ends_with(L"_DATE");
-    expected.push_back(field + L"\").Value = " + (is_date ? L"Null" : L"0"));
-  };
-  for (const wchar_t* field :
-       {L"ASSEMBLY_LEVEL", L"LINK_LEVEL", L"STOCK_TAKE_DATE", L"QTY_IN_STOCK", L"QTY_ALLOCATED",
-        L"QTY_IN_STOCK", L"QTY_LAST_ORDER", L"QTY_LAST_STOCK_TAKE", L"QTY_ON_ORDER",
-        L"LAST_SALE_DATE", L"LAST_PURCHASE_DATE", L"LAST_PURCHASE_PRICE", L"NO_OF_TRAN",
-        L"FIRST_TRAN", L"LAST_TRAN"}) {
-    clears(field);
-  }
-  for (const wchar_t* family : {L"QTY_SOLD", L"SALES", L"PRIOR_YR_COST", L"PRIOR_YR_QTY_SOLD",
-                                L"PRIOR_YR_SALES", L"COST", L"BUDGET_QTY_SOLD", L"BUDGET_SALES"}) {
-    // The months come in the order of their texts.
-    for (const wchar_t* month : {L"BF", L"FUTURE", L"MTH1", L"MTH10", L"MTH11", L"MTH12", L"MTH2",
-                                 L"MTH3", L"MTH4", L"MTH5", L"MTH6", L"MTH7", L"MTH8", L"MTH9"}) {
-      clears(std::wstring(family) + L"_" + month);
-    }
-  }
-  // The writes by name, from the one of the new code on.
-  Texts writes;
-  for (auto at = std::find(asked.begin(), asked.end(), L"StockRecord.AddNew"); at != asked.end();
-       ++at) {
-    if (at->find(L"\").Value = ") != std::wstring::npos) {
-      writes.push_back(at->substr(at->find(L'"') + 1));
-    }
-  }
-  EXPECT_EQ(writes, expected);
-  EXPECT_EQ(
-      Stored(L"NEW", {L"SALES_PRICE", L"QTY_REORDER", L"WEB_PUBLISH", L"LAST_PURCHASE_PRICE",
-                      L"QTY_IN_STOCK", L"LAST_SALE_DATE", L"QTY_SOLD_MTH12", L"BUDGET_SALES_BF"}),
-      L"12.5|7|True|0|0|Null|0|0");
-  EXPECT_EQ(Stored(L"OLD", {L"QTY_IN_STOCK"}), L"5");
 }
 
 TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {

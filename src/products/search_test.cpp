@@ -149,7 +149,15 @@ TEST_F(SearchTest, CriteriaPositionOneListAndFilterTheOther) {
 TEST_F(SearchTest, SearchesAsTypedAndAgainWhenTheFieldChanges) {
   Answer([&](ProductDialog& dialog) {
     dialog.TabClick(Tab::kProductInfo);
-    for (const auto& [text, found] : {std::pair(L"ab", 2), {L"%B", 3}, {L"' OR 1=1 --", 3}}) {
+    for (const auto& [text, found] : {std::pair(L"ab", 2),
+                                      {L"%B", 3},
+                                      {L"' OR 1=1 --", 3},
+                                      {L"_B2", 1},
+                                      {L"A?", 0},
+                                      {L"*2", 2},
+                                      {L"a*", 2},
+                                      {L"o'b", 2},
+                                      {L"o''b", 1}}) {
       dialog.SearchTextChange(text);
       dialog.SearchClick();
       EXPECT_EQ(dialog.list().row_count(), found) << text;
@@ -167,6 +175,10 @@ TEST_F(SearchTest, SearchesAsTypedAndAgainWhenTheFieldChanges) {
     EXPECT_EQ(Keys(dialog.list()), (Texts{L"O'B", L"AB2", L"CX2", L"AB1"}));
     EXPECT_EQ(dialog.list().columns()[1].sort, dialogs::SortOrder::kAscending);
     EXPECT_EQ(Selected(dialog.list()), L"O'B");
+    dialog.ColumnClick(1);
+    dialog.ColumnClick(2);  // there is none
+    EXPECT_EQ(Keys(dialog.list()), (Texts{L"AB1", L"AB2", L"CX2", L"O'B"}));
+    EXPECT_EQ(dialog.list().columns()[1].sort, dialogs::SortOrder::kDescending);
   });
   EXPECT_EQ(products_.FastList(), L"");
 }
@@ -216,6 +228,13 @@ TEST_F(SearchTest, SeveralProductsComeInTheOrderOfTheList) {
   });
   // The top of the last page is the fifth of them.
   EXPECT_EQ(products_.ListMultipleSelect(L"AB"), L";AB1;CX2;ZZ;");
+  Answer([](ProductDialog& dialog) {
+    dialog.TabClick(Tab::kProductInfo);
+    dialog.list().SelectRow(0);
+    dialog.list().LineDown(Pick::kExtend);
+    dialog.Ok();
+  });
+  EXPECT_EQ(products_.ListMultipleSelect(L"AB"), L";AB1;AB2;");
 
   CompanyBuilder company;
   Open(company.Product(L"C3").Product(L" A1").Product(L"B2"), products_);

@@ -360,7 +360,8 @@ std::wstring WorkTheAddresses(DeliveryAddress& address, const Context& context) 
   for (int list = 0; list < 2; ++list) {
     Scripted(context).Answer([](SelectDialog& dialog) { dialog.Ok(); });
   }
-  return Text(address.GetAddress()) + address.Get(L"AccountRef", &dialogs::Address::account_ref);
+  const std::wstring picked = Text(address.GetAddress());
+  return picked + address.Get(L"AccountRef", &dialogs::Address::account_ref);
 }
 
 std::wstring PickAddress(DeliveryAddress& address, const Context& context) {

@@ -249,10 +249,14 @@ class ScriptedEnvironment : public Environment {
     if (dialog.visible()) dialog.CloseBox();
   }
 
-  // The columns of a list, the welcome of a logon, the lines of a dialog that has nothing else.
+  // The columns of a list and their widths, the welcome of a logon, the lines of a dialog that has
+  // nothing else.
   static std::wstring Heading(dialogs::SelectDialog& dialog) {
     std::wstring columns;
-    for (const dialogs::Column& column : dialog.list().columns()) columns += L"|" + column.header;
+    for (const dialogs::Column& column : dialog.list().columns()) {
+      columns += L"|" + column.header + L" " + std::to_wstring(column.width);
+    }
+    if (dialog.width() != 0) columns += L" in " + std::to_wstring(dialog.width());
     return columns;
   }
   static std::wstring Heading(const dialogs::LogonDialog& dialog) {

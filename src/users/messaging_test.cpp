@@ -118,14 +118,6 @@ TEST_F(MessagingTest, TheAccessTableHasTheLastWord) {
   refuses("no connection");
 }
 
-TEST_F(MessagingTest, DataHeldExclusivelyIsNotForUs) {
-  environment_.machine().held_files.insert(L"C:\\Data \\queue.dta");
-  EXPECT_FALSE(messaging_.CheckForLogon(true));
-  EXPECT_EQ(environment_.TakeMessages().size(), 1u);
-  EXPECT_EQ(environment_.dialogs_shown(), 0);
-  EXPECT_EQ(recording_.operations, Texts{});
-}
-
 TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
   std::string trace;
   environment_.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });

@@ -16,9 +16,7 @@
 #include <thread>
 #include <utility>
 
-#include "frame/error.h"
 #include "frame/text.h"
-#include "windows/engine/late_bound.h"
 #include "windows/engine/variant.h"
 
 namespace ard::windows {
@@ -230,32 +228,6 @@ TEST_F(CustomersTest, OutlivesItsReleaseWhileADialogIsShown) {
            [&] { EXPECT_EQ(customers->FastList(choice.Receive()), S_OK); });
   EXPECT_EQ(choice.view(), L"ABC001");
   EXPECT_EQ(to_release_, nullptr);
-}
-
-// What the other suites rely on.
-TEST(SimulatedEngine, CountsAndFails) {
-  const LateBound simulator(CreateObject(L"ArdSimulator.Engine"));
-  const auto count = [&](const wchar_t* name) {
-    return FromVariant(simulator.Ask(name)).ToDouble();
-  };
-  EXPECT_EQ(simulator.Ask(L"Workspace").vt, VT_ERROR) << "no company";
-  EXPECT_EQ(simulator.Ask(L"Open", L"C:\\no such folder").vt, VT_ERROR);
-  EXPECT_EQ(simulator.Ask(L"opensyntheticstock", 1000L, 300L).vt, VT_BOOL);
-  {
-    const auto workspace = WrapWorkspace(simulator.Ask(L"Workspace").pdispVal);
-    const auto file = workspace->CreateDataFile(L"StockData");
-    EXPECT_TRUE(file->Open(engine::Mode::kRead));
-    EXPECT_EQ(file->Count(), 300);
-    EXPECT_TRUE(file->Read(300));
-    EXPECT_EQ(count(L"OpenFiles"), 1);
-    EXPECT_EQ(count(L"LivingObjects"), 2) << "the engine's, and the one that stands for it";
-    EXPECT_EQ(count(L"RecordsRead"), 1);
-    simulator.Ask(L"FailFrom", 1L, 0L);
-    EXPECT_THROW(file->Close(), Error);
-    EXPECT_NO_THROW(file->Close());
-  }
-  EXPECT_EQ(count(L"OpenFiles"), 0);
-  EXPECT_EQ(count(L"LivingObjects"), 0);
 }
 
 class ComApartment : public ::testing::Environment {

@@ -1,0 +1,125 @@
+// What each member asks of the engine, in its order, what it shows, leaves behind and answers when
+// nothing fails: word for word as in testing/transcript.txt. With ARD_TRANSCRIPT, a file, it is
+// written there anew, to be read before it takes the place of the other.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "testing/members.h"
+#include "testing/recording_workspace.h"
+
+namespace ard::testing {
+namespace {
+
+// "SalesRecord: Create; ACCOUNT_REF = "ABC"; Find(False); NAME": a line for each object in turn,
+// with those of the trace between them. Of the fields, their values are told; and of a walk through
+// all of them, what is written.
+std::wstring Told(const std::vector<std::wstring>& operations) {
+  std::wstring text, of;
+  for (std::wstring line : operations) {
+    if (line.starts_with(L"\n")) {
+      text += line;  // of the trace
+      of.clear();
+      continue;
+    }
+    const std::wstring_view kCreate = L"Workspace.CreateRecordObject(\"";
+    const std::size_t fields = line.find(L".Fields");
+    if (line.starts_with(kCreate)) {
+      line = line.substr(kCreate.size(), line.size() - kCreate.size() - 2) + L".Create";
+    } else if (fields != line.npos) {
+      const std::size_t value = line.find(L").Value");
+      const bool by_name = line.find(L"(\"") == fields + 7;
+      if (value == line.npos || (!by_name && line.find(L" = ", value) == line.npos)) continue;
+      line.erase(value - by_name, 7u + by_name).erase(fields + 1, 7u + by_name);
+    }
+    const std::size_t dot = line.find(line.starts_with(L"StockRecord.Transactions.") ? L'T' : L'.');
+    const std::wstring object = line.substr(0, dot);
+    text += (of == object ? L"; " : L"\n  " + object + L": ") + line.substr(dot + 1);
+    of = object;
+  }
+  return text;
+}
+
+// A line of the trace without time and duration.
+std::wstring Timeless(std::string_view line) {
+  std::wstring text;
+  std::wstringstream cells(FromUtf8(line.substr(line.find('\t') + 1)));
+  for (std::wstring cell; std::getline(cells, cell, L'\t');) {
+    if (!cell.ends_with(L" us")) text += L" " + cell;
+  }
+  return L"\n  trace:" + text;
+}
+
+std::wstring Transcript(const Member& member) {
+  const std::shared_ptr<simulator::Simulator> engine = MembersCompany();
+  ScriptedEnvironment environment;
+  std::wstring shown;
+  if (member.script) {
+    environment.Answer([&](dialogs::SelectDialog& dialog) {
+      member.script(dialog);
+      for (const dialogs::Row& row : dialog.list().rows()) {
+        shown += L"\n  row: ";
+        for (std::size_t i = 1; i <= dialog.list().columns().size(); ++i) {
+          shown.append(Trimmed(row.Cell(static_cast<int>(i)))).append(L"|");
+        }
+        if (dialog.list().IsSelected(row)) shown += L" <";
+      }
+    });
+  }
+  environment.AnswerInput(L"Asked");
+  Recording recording;
+  environment.trace().Attach(
+      [&](std::string_view line) { recording.operations.push_back(Timeless(line)); });
+  Context context(environment);
+  context.workspace = Recorded(engine->workspace(), recording);
+  context.engine = engine;
+  context.database = MembersDatabase();
+  context.app_name = L"Manufacturing";
+  context.registry_path = L"Host";
+  std::wstring answer;
+  member.bind(context)(&answer);
+
+  std::wstring text = L"\n" + Told(recording.operations);
+  for (const std::wstring& caption : environment.captions()) text += L"\n  dialog: " + caption;
+  text += shown;
+  for (const std::wstring& title : environment.progress()) text += L"\n  progress: " + title;
+  for (const std::wstring& question : environment.questions()) text += L"\n  asks: " + question;
+  for (const std::wstring& message : environment.TakeMessages()) text += L"\n  says: " + message;
+  for (const auto& [name, value] : environment.settings()) {
+    text += L"\n  setting: " + name + L" = " + value;
+  }
+  for (const std::wstring& page : environment.machine().help_pages) text += L"\n  help: " + page;
+  for (const Shortcut& made : environment.machine().shortcuts) {
+    text += L"\n  shortcut: " + made.file + L", " + made.target + L", " + made.arguments + L", " +
+            made.working_folder + L", " + made.description;
+  }
+  for (std::size_t end; (end = text.find(L"\r\n")) != text.npos;) text.replace(end, 2, L"/");
+  return text.substr(1) + L"\n  = \"" + answer + L"\"\n";
+}
+
+TEST(TranscriptTest, EveryMemberDoesWhatIsWrittenDown) {
+  std::map<std::string, std::string> expected;
+  std::ifstream file(ARD_TRANSCRIPT);
+  std::string name;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty() && line[0] != ' ' && line[0] != '\t') name = line;
+    if (line != name) expected[name] += line + '\n';
+  }
+  const char* const anew = std::getenv("ARD_TRANSCRIPT");
+  std::ofstream written(anew ? anew : "/dev/null");
+  for (const Member& member : Members()) {
+    const std::string told = ToUtf8(Transcript(member));
+    written << ToUtf8(member.name) << told;
+    EXPECT_EQ("\n" + expected[ToUtf8(member.name)], told) << ToUtf8(member.name);
+    expected.erase(ToUtf8(member.name));
+  }
+  EXPECT_TRUE(expected.empty()) << expected.begin()->first << " is no member";
+}
+
+}  // namespace
+}  // namespace ard::testing
