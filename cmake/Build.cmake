@@ -44,6 +44,20 @@ if(WIN32)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fno-devirtualize)
   endif()
+
+  # The system chooses where an image is loaded, its data is no code, and a function whose stack has
+  # been written over ends the process. 32-bit images have no structured exception handlers.
+  add_compile_options(-fstack-protector-strong)
+  add_link_options(-fstack-protector-strong -Wl,--dynamicbase,--nxcompat
+    $<IF:$<EQUAL:${CMAKE_SIZEOF_VOID_P},8>,-Wl$<COMMA>--high-entropy-va,-Wl$<COMMA>--no-seh>)
+
+  # Lines for addresses, and nothing of when or where they were compiled: paths begin at the root, or
+  # at the folder of the build, in which a compiler cache may make them relative.
+  file(RELATIVE_PATH to_root ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+  add_compile_options(-g1 -gno-column-info
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${to_root}=
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}/=)
+  add_link_options(-Wl,--no-insert-timestamp)
 endif()
 
 # A toolchain may serve for its warnings alone: then programs and DLLs are empty files.

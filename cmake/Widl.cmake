@@ -22,7 +22,9 @@ find_path(ARD_WIDL_TYPELIB_DIR stdole2.tlb
   PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/i386-linux-gnu/wine/i386-windows
         /usr/lib/wine/x86_64-windows
   NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-mark_as_advanced(ARD_WIDL ARD_WIDL_INCLUDE_DIR ARD_WIDL_TYPELIB_DIR)
+# widl writes down when it was run.
+find_program(ARD_FAKETIME faketime REQUIRED)
+mark_as_advanced(ARD_FAKETIME ARD_WIDL ARD_WIDL_INCLUDE_DIR ARD_WIDL_TYPELIB_DIR)
 
 function(ard_widl target idl)
   cmake_parse_arguments(arg "" "OUT_DIR" "DEPENDS" ${ARGN})
@@ -41,7 +43,9 @@ function(ard_widl target idl)
   file(MAKE_DIRECTORY ${arg_OUT_DIR})
   add_custom_command(
     OUTPUT ${base}.h ${base}_i.c ${base}.tlb ${base}_classes.h ${base}.manifest ${manifest}
-    COMMAND Python3::Interpreter ${tool} ${idl} ${arg_OUT_DIR} ${CMAKE_C_COMPILER} ${ARD_WIDL} --win${bits} -I ${idl_dir}
+    COMMAND ${CMAKE_COMMAND} -E env TZ=UTC
+            ${Python3_EXECUTABLE} ${tool} ${idl} ${arg_OUT_DIR} ${CMAKE_C_COMPILER}
+            ${ARD_FAKETIME} -f "2000-01-01 00:00:00" ${ARD_WIDL} --win${bits} -I ${idl_dir}
             -I ${ARD_WIDL_INCLUDE_DIR} -L ${ARD_WIDL_TYPELIB_DIR}
     COMMAND ${CMAKE_COMMAND} -E copy ${base}.manifest ${manifest}
     DEPENDS ${tool} ${PROJECT_SOURCE_DIR}/tools/published.py ${idl} ${arg_DEPENDS}

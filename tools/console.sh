@@ -86,13 +86,7 @@ configure_and_build() {
   cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
-# The library for x64 or x86, and its size as it is delivered: without symbols.
+# The library for x64 or x86, and its size.
 declare -A TOOLCHAINS=([x64]=x86_64-w64-mingw32 [x86]=i686-w64-mingw32)
 library_of() { say "$BUILD/windows-$1/bin/ArdObjects100.dll"; }
-library_bytes() {
-  local stripped
-  stripped="$(mktemp)"
-  "${TOOLCHAINS[$1]}-strip" -o "$stripped" "$(library_of "$1")"
-  stat -c %s "$stripped"
-  rm -f "$stripped"
-}
+library_bytes() { stat -c %s "$(library_of "$1")"; }

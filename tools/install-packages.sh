@@ -26,8 +26,8 @@ NATIVE_PACKAGES=("${COMMON_PACKAGES[@]}" g++ unixodbc-dev libedit-dev)
 WINDOWS_PACKAGES=(
   "${COMMON_PACKAGES[@]}"
   # The build. libwine-dev and libwine bring the IDL files and the type library that widl needs; what widl
-  # leaves out is done in Python.
-  g++-mingw-w64-x86-64-posix mingw-w64-tools libwine libwine-dev python3
+  # leaves out is done in Python, and when it was run is not to be seen.
+  g++-mingw-w64-x86-64-posix mingw-w64-tools libwine libwine-dev python3 faketime
   # Running it.
   wine wine64 fonts-wine fonts-open-sans fonts-dejavu-core
   # A display without a screen, keys for it, and pictures of it.

@@ -1,9 +1,6 @@
-// The processor's floating-point environment: of hosts outside the library, and Windows' own
-// inside.
+// The processor's floating-point environment: Windows' own inside the library, the host's outside.
 #ifndef ARD_WINDOWS_FLOATING_POINT_H_
 #define ARD_WINDOWS_FLOATING_POINT_H_
-
-#include <xmmintrin.h>
 
 #include <cstdint>
 
@@ -15,40 +12,16 @@ namespace ard::windows {
 // rounded to 24 bits, and everything that they call works with that.
 class FloatingPoint {
  public:
-  FloatingPoint() {
-    asm volatile("fnstcw %0\n\tfnstsw %1" : "=m"(control_), "=m"(status_));
-    sse_ = _mm_getcsr();
-    if (status_ & kPending) asm volatile("fnclex");
-    Establish();
-  }
+  FloatingPoint();
   FloatingPoint(const FloatingPoint&) = delete;
   FloatingPoint& operator=(const FloatingPoint&) = delete;
-  ~FloatingPoint() {
-    std::uint16_t status;
-    asm volatile("fnstsw %0" : "=m"(status));
-    if ((status ^ status_) & kNoted) {
-      std::uint32_t environment[7];
-      asm volatile("fnstenv %0" : "=m"(environment));
-      environment[1] = (environment[1] & ~kNoted) | (status_ & kNoted);
-      asm volatile("fldenv %0" : : "m"(environment));
-    }
-    asm volatile("fldcw %0" : : "m"(control_));
-    _mm_setcsr(sse_);
-  }
+  ~FloatingPoint();
 
-  // After someone else's code, which may have changed it. It costs less than to ask.
-  static void Establish() {
-    asm volatile("fldcw %0" : : "m"(kControl));
-    _mm_setcsr(kSse);
-  }
+  // After someone else's code, which may have changed it.
+  static void Establish();
 
  private:
-  static constexpr std::uint16_t kControl = 0x027F;
-  static constexpr std::uint32_t kSse = 0x1F80;
-  // Of the older unit: the exceptions that it has noted, and whether its next operation raises one.
-  static constexpr std::uint32_t kNoted = 0x3F;
-  static constexpr std::uint32_t kPending = 0x80;
-
+  // Of the older unit, and of the newer one.
   std::uint16_t control_;
   std::uint16_t status_;
   std::uint32_t sse_;

@@ -17,10 +17,12 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include "benchmarks/holdings.h"
+#include "frame/text.h"
 
 namespace ard::windows {
 namespace {
@@ -285,6 +287,43 @@ TEST(FloatingPoint, IsWindowsOwnForTheEngine) {
   In(kHosts[5], [&] { return customers = {}, true; });
   EXPECT_GT(engine.seen.size(), before);
   EXPECT_EQ(engine.seen, std::vector<Units>(engine.seen.size(), kWindows));
+}
+
+// ---- What a guest says of itself ----
+
+TEST(VersionInformation, IsThatOfTheProject) {
+  const auto read = [](const std::wstring& file) {
+    std::vector<char> resource(4096);
+    GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(resource.size()), resource.data());
+    const auto value = [&](const std::wstring& key) {
+      void* found = nullptr;
+      UINT length = 0;
+      VerQueryValueW(resource.data(), key.c_str(), &found, &length);
+      return found;
+    };
+    std::string text;
+    for (const wchar_t* name : {L"CompanyName", L"FileDescription", L"FileVersion",
+                                L"LegalCopyright", L"OriginalFilename", L"OLESelfRegister"}) {
+      const void* const found = value(std::wstring(L"\\StringFileInfo\\040904B0\\") + name);
+      text += found ? ToUtf8(static_cast<const wchar_t*>(found)) + "|" : "-|";
+    }
+    const auto& numbers = *static_cast<VS_FIXEDFILEINFO*>(value(L"\\"));
+    return text + std::to_string(numbers.dwFileVersionMS >> 16) + "." +
+           std::to_string(numbers.dwFileVersionMS & 0xFFFF) + "." +
+           std::to_string(numbers.dwFileVersionLS >> 16) + "|" + std::to_string(numbers.dwFileType);
+  };
+  const std::wstring folder = LibraryPath().substr(0, LibraryPath().rfind(L'\\') + 1);
+  const std::string cases[][2] = {{"ArdObjects100.dll", "Core Accounts Integration"},
+                                  {"ArdSimulator.dll", "Simulated accounts engine"},
+                                  {"ArdDatabase.dll", "Stand-in for ADO under Wine"},
+                                  {"example_host.exe", "Example of a host"},
+                                  {"trace_report.exe", "Sums a trace file up"}};
+  for (const auto& [file, description] : cases) {
+    EXPECT_EQ(read(folder + FromUtf8(file)),
+              "The ArdObjects100 maintainers|" + description +
+                  "|" ARD_VERSION "|Copyright (c) 2026 the ArdObjects100 maintainers|" + file +
+                  (file.ends_with(".dll") ? "||" ARD_VERSION "|2" : "|-|" ARD_VERSION "|1"));
+  }
 }
 
 }  // namespace

@@ -81,9 +81,19 @@ __cxa_eh_globals* GlobalsOfThread() {
   return &(seat ? seat : TakeSeat(thread))->globals;
 }
 
+extern "C" std::uintptr_t __stack_chk_guard;
+
 // Constructed before all others, it is the last to go.
-struct Farewell {
-  ~Farewell() {
+struct Frame {
+  // Nobody can foresee the value; the zero in it stops what copies a text.
+  Frame() {
+    LARGE_INTEGER counter = {};
+    QueryPerformanceCounter(&counter);
+    __stack_chk_guard = (static_cast<std::uintptr_t>(counter.QuadPart) * 0x9E3779B9u ^
+                         reinterpret_cast<std::uintptr_t>(&counter) ^ GetCurrentProcessId())
+                        << 8;
+  }
+  ~Frame() {
     while (Row* const row = first_row.next) {
       first_row.next = row->next.load();
       delete row;
@@ -91,7 +101,7 @@ struct Farewell {
     __gnu_cxx::__freeres();
   }
 };
-[[gnu::init_priority(101)]] const Farewell farewell;
+[[gnu::init_priority(101)]] const Frame frame;
 
 // One that is initialised without a call holds a small negative number.
 void* Word(std::intptr_t* object) {
@@ -124,6 +134,13 @@ BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) {
     seat->thread = 0;
   }
   return TRUE;
+}
+
+// What functions with arrays put behind them on the stack, and find there when they return.
+std::uintptr_t __stack_chk_guard;
+[[noreturn]] void __stack_chk_fail() {
+  asm volatile("int $0x29" : : "c"(2));  // the system ends the process, and calls nothing before
+  __builtin_unreachable();
 }
 
 // The locks of the compiler's libraries, none of which is taken twice by a thread: the system's,

@@ -1,0 +1,46 @@
+#include "windows/floating_point.h"
+
+#include <xmmintrin.h>
+
+namespace ard::windows {
+namespace {
+
+constexpr std::uint16_t kControl = 0x027F;
+constexpr std::uint32_t kSse = 0x1F80;
+// In the older unit's status: the exceptions that it has noted, and that its next operation raises
+// one.
+constexpr std::uint32_t kNoted = 0x3F;
+constexpr std::uint32_t kPending = 0x80;
+
+std::uint16_t Status() {
+  std::uint16_t status;
+  asm volatile("fnstsw %0" : "=m"(status));
+  return status;
+}
+
+}  // namespace
+
+FloatingPoint::FloatingPoint() : status_(Status()), sse_(_mm_getcsr()) {
+  asm volatile("fnstcw %0" : "=m"(control_));
+  if (status_ & kPending) asm volatile("fnclex");
+  Establish();
+}
+
+FloatingPoint::~FloatingPoint() {
+  if ((Status() ^ status_) & kNoted) {
+    std::uint32_t environment[7];
+    asm volatile("fnstenv %0" : "=m"(environment));
+    environment[1] = (environment[1] & ~kNoted) | (status_ & kNoted);
+    asm volatile("fldenv %0" : : "m"(environment));
+  }
+  asm volatile("fldcw %0" : : "m"(control_));
+  _mm_setcsr(sse_);
+}
+
+// It takes less time than to ask.
+void FloatingPoint::Establish() {
+  asm volatile("fldcw %0" : : "m"(kControl));
+  _mm_setcsr(kSse);
+}
+
+}  // namespace ard::windows
