@@ -39,12 +39,12 @@ const std::set<std::wstring> kTexts = {
     L"Delivery Address Details:|Description=|Name=|Street=|Address 2=|Address 3=|Address 4=|"
     L"Address 5=|Contact=|Telephone=|Fax=|E-mail=",
     L"Delivery Addresses:|No.|Description|Default",
-    L"Discount Breakdown:|Quantity discounts=Table C|Account discount %=5|Quantity discount %=8|"
-    L"Value discount %=|Not explained %=8",
+    L"Discount Breakdown:|Discount table=Table C|Account discount %=5|Quantity discount %=8|"
+    L"Value discount %=|Unexplained discount %=8",
     L"Select Bank Account:|A/C|Name",
     L"Select Customer:|A/C|Name",
     L"Select Nominal Code:|A/C|Name",
-    L"Select Product:|Product Code|Description",
+    L"Select Product:|Stock Code|Description",
     L"Select Purchase Order:|P.Order No.|A/C|Name",
     L"Select Sales Order:|S.Order No.|A/C|Name",
     L"Select Supplier:|A/C|Name",
