@@ -43,12 +43,12 @@ const Ledger kSalesLedger = {
     L"SalesRecord",
     {L"frmFastSelectCust",
      L"Select Customer",
-     {L"SalesData", L"SalesIndex", L"NO_OF_SALES", kAccountColumns, &IsOverLimit}}};
-const Ledger kPurchaseLedger = {
-    L"PurchaseRecord",
-    {L"frmFastSelectSupp",
-     L"Select Supplier",
-     {L"PurchaseData", L"PurchaseIndex", L"NO_OF_PURCHASE", kAccountColumns, &IsOverLimit}}};
+     {L"SalesData", L"SalesIndex", L"NO_OF_SALES", kAccountColumns, L"customers", &IsOverLimit}}};
+const Ledger kPurchaseLedger = {L"PurchaseRecord",
+                                {L"frmFastSelectSupp",
+                                 L"Select Supplier",
+                                 {L"PurchaseData", L"PurchaseIndex", L"NO_OF_PURCHASE",
+                                  kAccountColumns, L"suppliers", &IsOverLimit}}};
 
 bool LedgerAccounts::IsValid(std::wstring_view acc_ref) const noexcept {
   return Call<bool>(L"IsValid", {acc_ref}, [&](bool& valid) {

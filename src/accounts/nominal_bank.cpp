@@ -15,12 +15,12 @@ constexpr std::wstring_view kReference = L"ACCOUNT_REF";
 const dialogs::FastSelectForm kNominalList = {
     L"frmFastSelectNom",
     L"Select Nominal Code",
-    {L"NominalData", L"NominalIndex", L"NO_OF_NOMINAL", kAccountColumns},
+    {L"NominalData", L"NominalIndex", L"NO_OF_NOMINAL", kAccountColumns, L"nominal accounts"},
     dialogs::FastSelectForm::Ok::kPostingAccountsOnly};
 const dialogs::FastSelectForm kBankList = {
     L"frmFastSelectBank",
     kSelectBank,
-    {L"BankData", L"BankIndex", L"NO_OF_BANK", kAccountColumns},
+    {L"BankData", L"BankIndex", L"NO_OF_BANK", kAccountColumns, L"bank accounts"},
     dialogs::FastSelectForm::Ok::kAnyRow,
     dialogs::FastSelectForm::Fill::kFirstTwelve};
 
@@ -49,11 +49,11 @@ std::wstring Bank::List(std::wstring_view search_criteria) const noexcept {
     dialogs::SelectRecordDialog dialog(kSelectBank);
     {
       engine::DataFile banks(context(), L"BankData");
-      banks.Open(engine::Mode::kQuery);
+      if (!banks.Open(engine::Mode::kQuery)) dialog.list().SetReading(dialogs::Reading::kFailed);
       banks.FindFirst(kReference, search_criteria);
       dialogs::Progress progress(context(), kSelectBank, banks.Count());
       // The first row is there before any test: the file stands on some account, found or not.
-      AddRecords(dialog, banks, kAccountColumns, [&] {
+      AddRecords(dialog, banks, kBankList.file, [&] {
         progress.Advance();
         return banks.FindNext(kReference, search_criteria);
       });

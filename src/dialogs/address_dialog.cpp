@@ -84,7 +84,9 @@ AddressDialog::AddressDialog(const Context& context, AddressOwners& owners)
     : SelectDialog(L"frmDelAddresses", L"Delivery Addresses", *this),
       context_(context),
       owners_(owners) {
-  list().AddColumn(L"No.", 8);
+  list().SetName(L"delivery addresses");
+  list().SetReading(Reading::kNotYet);
+  list().AddColumn(L"No.", 8, true);
   list().AddColumn(L"Description", 45);
   list().AddColumn(L"Default", 10);
 }
@@ -113,12 +115,15 @@ void AddressDialog::AccountChange(std::wstring_view account) {
   account_ = account;
 }
 
-void AddressDialog::AccountEntered() {
+bool AddressDialog::AccountEntered() {
   entry_pending_ = false;
-  if (!account_enabled() || Trimmed(account_).empty()) return;
-  if (owners_.IsValid(kind_, account_)) return ListAccount();
+  if (!account_enabled() || Trimmed(account_).empty()) return true;
+  if (owners_.IsValid(kind_, account_)) {
+    ListAccount();
+    return true;
+  }
   ForgetAccount();
-  Search();
+  return Search();
 }
 
 void AddressDialog::LookUpClick() {
@@ -138,11 +143,12 @@ void AddressDialog::ShowAccount(std::wstring_view account) {
   LoadList();
 }
 
-void AddressDialog::Search() {
+bool AddressDialog::Search() {
   const std::wstring found = owners_.Search(kind_, account_);
-  if (found.empty()) return;
+  if (found.empty()) return false;
   AccountChange(found);
   ListAccount();
+  return true;
 }
 
 void AddressDialog::ListAccount() {
@@ -158,6 +164,7 @@ void AddressDialog::ForgetAccount() {
 
 void AddressDialog::ClearList() {
   Clear();
+  list().SetReading(Reading::kNotYet);
   list().SetRowCount(0);
 }
 
@@ -167,6 +174,7 @@ void AddressDialog::LoadList() {
   {
     const AddressFile& file = FileOf(kind_);
     engine::Record addresses(context_, file.record);
+    list().SetReading(addresses.exists() ? Reading::kDone : Reading::kFailed);
     std::int32_t record = 0;
     // A new record object stands on the first record, and walks them in the order of their numbers.
     do {

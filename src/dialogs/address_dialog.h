@@ -87,8 +87,9 @@ class AddressDialog : private RowsInMemory, public SelectDialog {
   void AccountChange(std::wstring_view account);
   // Whether another account has been typed, and not been acted on yet.
   bool entry_pending() const { return entry_pending_; }
-  // The entry is complete: shows the account's addresses, or lets the user search for one.
-  void AccountEntered();
+  // The entry is complete: shows the account's addresses, or lets the user search for one. False
+  // when the account is unknown, and no other one has been picked.
+  bool AccountEntered();
   // The look-up button of the account field.
   void LookUpClick();
   void DetailsClick();
@@ -98,7 +99,7 @@ class AddressDialog : private RowsInMemory, public SelectDialog {
   void ShowAccountName(std::wstring_view name) { account_name_ = name; }
 
  private:
-  void Search();
+  bool Search();
   // Shows the name and the addresses of the account in the field.
   void ListAccount();
   // Shows neither.

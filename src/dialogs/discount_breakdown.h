@@ -22,11 +22,11 @@ class DiscountBreakdown : public FieldsDialog {
   // `table` names the table of quantity discounts, "" for none; `decimals` are those of all rates.
   DiscountBreakdown(std::wstring_view table, const Rates& rates, int decimals)
       : FieldsDialog(L"frmDiscountBDown", L"Discount Breakdown",
-                     {{L"Quantity discounts", std::wstring(table)},
-                      {L"Account discount %", Text(rates.account, decimals)},
-                      {L"Quantity discount %", Text(rates.quantity, decimals)},
-                      {L"Value discount %", Text(rates.value, decimals)},
-                      {L"Not explained %", Text(rates.unexplained, decimals)}},
+                     {{L"Discount table", std::wstring(table)},
+                      {L"Account discount %", Text(rates.account, decimals), true},
+                      {L"Quantity discount %", Text(rates.quantity, decimals), true},
+                      {L"Value discount %", Text(rates.value, decimals), true},
+                      {L"Unexplained discount %", Text(rates.unexplained, decimals), true}},
                      /*numeric=*/true) {}
 
  private:

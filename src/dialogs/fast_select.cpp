@@ -13,16 +13,16 @@ FastSelectDialog::FastSelectDialog(const Context& context, const FastSelectForm&
       context_(context),
       spec_(form),
       file_(context, form.file) {
-  file_.AddColumns(list());
+  DescribeList(form.file, list());
 }
 
-void FastSelectDialog::Load(std::int32_t row_count) {
-  file_.Open();
+void FastSelectDialog::Load(std::optional<std::int32_t> row_count) {
+  file_.Open(list(), row_count);
   if (spec_.fill == FastSelectForm::Fill::kFirstTwelve) {
     for (std::wstring& row : file_.FirstRows(kRowsFilled)) filled_.Add(std::move(row));
     row_count = filled_.count();
   }
-  list().SetRowCount(row_count);
+  list().SetRowCount(row_count.value_or(0));
   if (spec_.fill == FastSelectForm::Fill::kPaged) list().SelectFirst();
 }
 
@@ -45,7 +45,7 @@ void FastSelectDialog::LoadPage(std::int32_t first, std::int32_t last, std::vect
 std::wstring FastSelect(const Context& context, const FastSelectForm& form,
                         std::optional<std::wstring_view> criteria,
                         const std::function<void(const Row&)>& check) {
-  const std::int32_t row_count = RecordCount(context, form.file);
+  const std::optional<std::int32_t> row_count = RecordCount(context, form.file);
   FastSelectDialog dialog(context, form);
   dialog.Load(row_count);
   if (criteria) dialog.PositionOn(*criteria);

@@ -31,9 +31,9 @@ class FastSelectDialog : private RowSource, public SelectDialog {
  public:
   FastSelectDialog(const Context& context, const FastSelectForm& form);
 
-  // Opens both files and sets the list up with `row_count` positions; reads no record of a paged
-  // form.
-  void Load(std::int32_t row_count);
+  // Opens both files and sets the list up with `row_count` positions, none when it is not known;
+  // reads no record of a paged form.
+  void Load(std::optional<std::int32_t> row_count);
   // Positions the list on the first account whose reference matches `criteria` (a trailing "*"
   // matches any ending).
   void PositionOn(std::wstring_view criteria) { file_.PositionOn(criteria, list()); }

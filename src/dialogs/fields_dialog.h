@@ -14,6 +14,7 @@ class FieldsDialog {
   struct Line {
     std::wstring label;
     std::wstring text;
+    bool number = false;
   };
 
   // The published name of the form, and the window's caption.

@@ -12,11 +12,18 @@ constexpr std::int32_t kRowsBelow = 12;
 
 }  // namespace
 
-std::int32_t RecordCount(const Context& context, const ListedFile& file) {
+std::optional<std::int32_t> RecordCount(const Context& context, const ListedFile& file) {
   std::int32_t count = 0;
   engine::DataFile control(context, L"ControlData");
-  if (control.Open(Mode::kRead) && control.Read(1)) control.Get(file.count_field, count);
-  return count;
+  if (control.Open(Mode::kRead) && control.Read(1) && control.Get(file.count_field, count)) {
+    return count;
+  }
+  return std::nullopt;
+}
+
+void DescribeList(const ListedFile& file, ListModel& list) {
+  list.SetName(file.records);
+  for (const FieldColumn& c : file.columns) list.AddColumn(c.header, c.width, c.number);
 }
 
 IndexedFile::IndexedFile(const Context& context, const ListedFile& file)
@@ -25,13 +32,11 @@ IndexedFile::IndexedFile(const Context& context, const ListedFile& file)
       data_file_(context, file.data_file),
       index_file_(context, file.index_file) {}
 
-void IndexedFile::Open() {
-  data_file_.OpenUntested(Mode::kRead);
-  index_file_.OpenUntested(Mode::kRead);
-}
-
-void IndexedFile::AddColumns(ListModel& list) const {
-  for (const FieldColumn& column : file_.columns) list.AddColumn(column.header, column.width);
+void IndexedFile::Open(ListModel& list, std::optional<std::int32_t> row_count) {
+  const bool data_is_open = data_file_.OpenUntested(Mode::kRead);
+  const bool index_is_open = index_file_.OpenUntested(Mode::kRead);
+  const bool readable = data_is_open && index_is_open && row_count;
+  list.SetReading(readable ? Reading::kDone : Reading::kFailed);
 }
 
 void IndexedFile::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {

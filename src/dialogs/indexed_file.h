@@ -4,6 +4,7 @@
 #define ARD_DIALOGS_INDEXED_FILE_H_
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,6 +21,7 @@ struct FieldColumn {
   const wchar_t* header;
   int width;  // in average characters
   std::wstring_view field;
+  bool number = false;  // not text
 };
 
 // What tells one listed file from another.
@@ -28,12 +30,16 @@ struct ListedFile {
   std::wstring_view index_file;
   std::wstring_view count_field;         // of ControlData
   std::span<const FieldColumn> columns;  // the first one shows the key
+  std::wstring_view records;             // what they are, in the plural
   // Whether the file's current record has a red row; null when none has.
   bool (*is_red)(engine::DataFile& data_file) = nullptr;
 };
 
-// The number of records of the file by ControlData, in one read; 0 when it cannot be told.
-std::int32_t RecordCount(const Context& context, const ListedFile& file);
+// The number of records of the file by ControlData, in one read; nothing when it cannot be told.
+std::optional<std::int32_t> RecordCount(const Context& context, const ListedFile& file);
+
+// The columns of the list, and what it is called.
+void DescribeList(const ListedFile& file, ListModel& list);
 
 class IndexedFile : public RowSource {
  public:
@@ -44,9 +50,9 @@ class IndexedFile : public RowSource {
     index_file_.Close();
   }
 
-  // Opens both files, and goes on whatever they answer; reads no record.
-  void Open();
-  void AddColumns(ListModel& list) const;
+  // Opens both files for the list, and goes on whatever they answer, or if it is not known how many
+  // records there are; reads no record.
+  void Open(ListModel& list, std::optional<std::int32_t> row_count);
 
   // Deleted records yield no row.
   void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;

@@ -17,8 +17,14 @@ std::wstring_view Row::Cell(int number) const {
   return rest.substr(0, rest.find(L'\t'));
 }
 
-void ListModel::AddColumn(std::wstring header, int width) {
-  columns_.push_back({std::move(header), width});
+void ListModel::AddColumn(std::wstring header, int width, bool number) {
+  columns_.push_back({std::move(header), width, number});
+}
+
+std::wstring ListModel::WhyEmpty() const {
+  if (reading_ == Reading::kFailed) return L"The list could not be read.";
+  if (reading_ == Reading::kNotYet || row_count_ > 0) return {};
+  return L"There are no " + name_ + L".";
 }
 
 void ListModel::ShowSort(std::size_t index, SortOrder order) {

@@ -26,7 +26,8 @@ enum class SortOrder { kNone = 0, kAscending = 1, kDescending = 2 };
 
 struct Column {
   std::wstring header;
-  int width;  // in average characters
+  int width;            // in average characters
+  bool number = false;  // not text
   SortOrder sort = SortOrder::kNone;
 };
 
@@ -63,15 +64,25 @@ enum class Pick {
   kNone,    // the cursor moves, the selection stays (arrow keys with Ctrl)
 };
 
+// Whether the rows of a list have been asked for, and whether they could be read.
+enum class Reading { kNotYet, kFailed, kDone };
+
 class ListModel {
  public:
   // `source` must outlive the list.
   explicit ListModel(RowSource& source) : source_(source) {}
 
-  void AddColumn(std::wstring header, int width);
+  void AddColumn(std::wstring header, int width, bool number = false);
   const std::vector<Column>& columns() const { return columns_; }
   // Shows in the header of column `index`, from 0, that the rows are sorted by it.
   void ShowSort(std::size_t index, SortOrder order);
+
+  // What the rows are, in the plural: "customers".
+  void SetName(std::wstring_view name) { name_ = name; }
+  std::wstring_view name() const { return name_; }
+  void SetReading(Reading reading) { reading_ = reading; }
+  // Why there are no rows, for the user; "" when that needs no words.
+  std::wstring WhyEmpty() const;
 
   // Switches to multiple selection.
   void SetMultiple() { multiple_ = true; }
@@ -175,6 +186,8 @@ class ListModel {
 
   RowSource& source_;
   std::vector<Column> columns_;
+  std::wstring name_ = L"rows";
+  Reading reading_ = Reading::kDone;
   std::int32_t row_count_ = 0;
   // Until a presentation says how much it shows, a page ends twelve rows below the item that was
   // selected before it: a list positioned on item p by selecting p + 12 and then p has p on top.

@@ -33,7 +33,8 @@ std::wstring_view LogonDialog::form() const {
 }
 
 bool LogonDialog::has_heading() const {
-  return asks_name() && context_.app_name.find(L"Multi") == std::wstring::npos;
+  return asks_name() && !Trimmed(company_).empty() &&
+         context_.app_name.find(L"Multi") == std::wstring::npos;
 }
 
 void LogonDialog::Ok() {

@@ -40,7 +40,7 @@ class LogonDialog {
   // Whether it asks for a name, remembers it and has a help page.
   bool asks_name() const { return kind_ == Form::kUserDetails; }
   // Whether it has a heading: the controls 8 (its label), 9 (the company) and 12 (the line below).
-  // An application for several companies at once has none.
+  // Without a company there is none, and an application for several at once has none.
   bool has_heading() const;
 
   const std::wstring& name() const { return name_; }

@@ -8,7 +8,7 @@
 namespace ard::dialogs {
 namespace {
 
-constexpr FieldColumn kStockColumns[] = {{L"Product Code", 20, L"STOCK_CODE"},
+constexpr FieldColumn kStockColumns[] = {{L"Stock Code", 20, L"STOCK_CODE"},
                                          {L"Description", 55, L"DESCRIPTION"}};
 
 constexpr Color kSpecialColor = 0xFF0000;
@@ -33,7 +33,8 @@ std::wstring LikeFilter(std::wstring_view field, std::wstring_view pattern) {
 
 }  // namespace
 
-const ListedFile kStockFile = {L"StockData", L"StockIndex", L"NO_OF_STOCK", kStockColumns};
+const ListedFile kStockFile = {L"StockData", L"StockIndex", L"NO_OF_STOCK", kStockColumns,
+                               L"products"};
 
 ProductDialog::ProductDialog(const Context& context, const Options& options)
     : SelectDialog(L"frmFastSelectProduct", L"Select Product", *this),
@@ -41,16 +42,16 @@ ProductDialog::ProductDialog(const Context& context, const Options& options)
       stock_(context, kStockFile),
       info_list_(options.product_info ? static_cast<RowSource&>(info_.emplace(context))
                                       : static_cast<RowSource&>(no_rows_)) {
-  stock_.AddColumns(stock_list());
+  DescribeList(kStockFile, stock_list());
   if (options.multiple) {
     stock_list().SetMultiple();
     info_list_.SetMultiple();
   }
 }
 
-void ProductDialog::Load(std::int32_t row_count) {
-  stock_.Open();
-  stock_list().SetRowCount(row_count);
+void ProductDialog::Load(std::optional<std::int32_t> row_count) {
+  stock_.Open(stock_list(), row_count);
+  stock_list().SetRowCount(row_count.value_or(0));
   stock_list().SelectFirst();
   if (!info_) return;
   info_->Open(info_list_);

@@ -37,7 +37,7 @@ class ProductDialog : private RowSource, public SelectDialog {
 
   // Opens the stock files, sets the stock list up with `row_count` positions and the second list
   // with its records. Reads no row.
-  void Load(std::int32_t row_count);
+  void Load(std::optional<std::int32_t> row_count);
   // Positions the stock list on the first code that matches `criteria`.
   void PositionOn(std::wstring_view criteria) { stock_.PositionOn(criteria, stock_list()); }
   // Shows just the product-information records whose code starts with `criteria`.

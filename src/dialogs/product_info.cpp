@@ -1,6 +1,7 @@
 #include "dialogs/product_info.h"
 
 #include "frame/date.h"
+#include "frame/text.h"
 
 namespace ard::dialogs {
 namespace {
@@ -8,22 +9,35 @@ namespace {
 constexpr int kCodeWidth = 20;
 constexpr int kTextWidth = 55;
 
+// The words of a field's name: "Stock Code" of "StockCode".
+std::wstring WordsOf(std::wstring_view name) {
+  const auto is_capital = [](wchar_t c) { return LowerCase({&c, 1}).front() != c; };
+  std::wstring words;
+  for (const wchar_t c : name) {
+    if (!words.empty() && is_capital(c) && !is_capital(words.back())) words += L' ';
+    words += c;
+  }
+  return words;
+}
+
 std::wstring FormatDay(Date date) { return FormatIsoDate(date).substr(0, 10); }
 
 }  // namespace
 
 void ProductInfo::Open(ListModel& list, std::wstring_view query) {
   recordset_.Open(query, database::Cursor::kStatic);
+  list.SetName(L"products");
+  list.SetReading(recordset_.is_open() ? Reading::kDone : Reading::kFailed);
   const std::int32_t count = recordset_.FieldCount();
   for (std::int32_t i = 0; i < count; ++i) {
     fields_.push_back({recordset_.FieldName(i), recordset_.GetFieldType(i)});
   }
   if (fields_.empty()) {
-    list.AddColumn(L"StockCode", kCodeWidth);
+    list.AddColumn(L"Stock Code", kCodeWidth);
     list.AddColumn(L"Description", kTextWidth);
   }
   for (std::size_t i = 0; i < fields_.size(); ++i) {
-    list.AddColumn(fields_[i].name, i == 1 ? kTextWidth : kCodeWidth);
+    list.AddColumn(WordsOf(fields_[i].name), i == 1 ? kTextWidth : kCodeWidth);
   }
 }
 

@@ -12,13 +12,13 @@
 
 namespace ard::dialogs {
 
-// Adds the columns, and a row for the current record of `records`, a handle of an object with
-// fields; then one for each further record for which `next()` is true. Cells are trimmed. A record
-// without a key that can be read yields no row.
+// Adds the columns of `file`, and a row for the current record of `records`, a handle of an object
+// with fields; then one for each further record for which `next()` is true. Cells are trimmed. A
+// record without a key that can be read yields no row.
 template <class Records, class Next>
-void AddRecords(SelectRecordDialog& dialog, Records& records, std::span<const FieldColumn> columns,
-                Next&& next) {
-  for (const FieldColumn& column : columns) dialog.list().AddColumn(column.header, column.width);
+void AddRecords(SelectRecordDialog& dialog, Records& records, const ListedFile& file, Next&& next) {
+  const std::span<const FieldColumn> columns = file.columns;
+  DescribeList(file, dialog.list());
   do {
     std::wstring text;
     if (!records.Get(columns.front().field, text, engine::kTrimmed)) continue;

@@ -26,6 +26,8 @@ std::wstring RowOf(std::wstring_view name, std::wstring_view place) {
 
 UserListDialog::UserListDialog(const Context& context, bool manager)
     : context_(context), manager_(manager) {
+  accounts_list_.SetName(L"users");
+  host_list_.SetName(L"users");
   accounts_list_.AddColumn(L"User", kNameWidth);
   accounts_list_.AddColumn(L"Workstation", kStationWidth);
   host_list_.AddColumn(L"User", kNameWidth);
@@ -37,6 +39,7 @@ void UserListDialog::Fill() {
   accounts_rows_.Clear();
   {
     engine::LogonQueue logons(context_);
+    accounts_list_.SetReading(logons.is_open() ? Reading::kDone : Reading::kFailed);
     while (logons.Next()) accounts_rows_.Add(RowOf(logons.name(), logons.Station()));
   }
   accounts_list_.SetRowCount(accounts_rows_.count());
@@ -50,6 +53,7 @@ void UserListDialog::FillHostList() {
                    L"SELECT * FROM [CurrentUsers] WHERE [Product]='" + context_.app_name +
                        L"' ORDER BY [UserName]",
                    Cursor::kForwardOnly);
+  host_list_.SetReading(logons.is_open() ? Reading::kDone : Reading::kFailed);
   while (!logons.Eof()) {
     std::wstring name;
     std::wstring session;

@@ -119,9 +119,10 @@ class Openable : public Base {
     return this->usable_ = open_;
   }
   // Goes on with the file whatever it answered.
-  void OpenUntested(Mode mode) {
-    Open(mode);
+  bool OpenUntested(Mode mode) {
+    const bool opened = Open(mode);
     this->usable_ = true;
+    return opened;
   }
   void Close() {
     if (std::exchange(open_, false)) this->Do(L"Close", [](auto& file) { file.Close(); });

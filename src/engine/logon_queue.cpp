@@ -10,8 +10,9 @@ constexpr std::wstring_view kStation = L"STATION_NAME";
 
 }  // namespace
 
-LogonQueue::LogonQueue(const Context& context) : queue_(context, kQueue) {
-  if (queue_.Open(Mode::kRead)) slots_ = queue_.Count();
+LogonQueue::LogonQueue(const Context& context)
+    : queue_(context, kQueue), is_open_(queue_.Open(Mode::kRead)) {
+  if (is_open_) slots_ = queue_.Count();
 }
 
 bool LogonQueue::Next() {

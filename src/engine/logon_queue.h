@@ -16,6 +16,7 @@ class LogonQueue {
  public:
   explicit LogonQueue(const Context& context);
 
+  bool is_open() const { return is_open_; }
   // Goes to the next slot in use, or to the first; false when there is none.
   bool Next();
   // Of the slot; both without blanks around them. The name lasts until the next slot.
@@ -24,6 +25,7 @@ class LogonQueue {
 
  private:
   DataFile queue_;
+  bool is_open_;
   std::int32_t slots_ = 0;
   std::int32_t slot_ = 0;
   std::wstring name_;

@@ -9,21 +9,25 @@ namespace {
 
 constexpr int kListWidth = 7040;  // twips
 
-constexpr dialogs::FieldColumn kSalesColumns[] = {
-    {L"S.Order No.", 12, L"ORDER_NUMBER"}, {L"A/C", 15, L"ACCOUNT_REF"}, {L"Name", 45, L"NAME"}};
-constexpr dialogs::FieldColumn kPurchaseColumns[] = {
-    {L"P.Order No.", 12, L"ORDER_NUMBER"}, {L"A/C", 15, L"ACCOUNT_REF"}, {L"Name", 45, L"NAME"}};
+constexpr dialogs::FieldColumn kSalesColumns[] = {{L"S.Order No.", 12, L"ORDER_NUMBER", true},
+                                                  {L"A/C", 15, L"ACCOUNT_REF"},
+                                                  {L"Name", 45, L"NAME"}};
+constexpr dialogs::FieldColumn kPurchaseColumns[] = {{L"P.Order No.", 12, L"ORDER_NUMBER", true},
+                                                     {L"A/C", 15, L"ACCOUNT_REF"},
+                                                     {L"Name", 45, L"NAME"}};
 
 }  // namespace
 
-const OrderBook kSalesOrderBook = {L"SopRecord",
-                                   {L"frmFastSelectSop",
-                                    L"Select Sales Order",
-                                    {L"SopData", L"SopIndex", L"NO_OF_SOP", kSalesColumns}}};
-const OrderBook kPurchaseOrderBook = {L"PopRecord",
-                                      {L"frmFastSelectPop",
-                                       L"Select Purchase Order",
-                                       {L"PopData", L"PopIndex", L"NO_OF_POP", kPurchaseColumns}}};
+const OrderBook kSalesOrderBook = {
+    L"SopRecord",
+    {L"frmFastSelectSop",
+     L"Select Sales Order",
+     {L"SopData", L"SopIndex", L"NO_OF_SOP", kSalesColumns, L"sales orders"}}};
+const OrderBook kPurchaseOrderBook = {
+    L"PopRecord",
+    {L"frmFastSelectPop",
+     L"Select Purchase Order",
+     {L"PopData", L"PopIndex", L"NO_OF_POP", kPurchaseColumns, L"purchase orders"}}};
 
 bool Orders::Find(engine::Record& order, std::int32_t number) const {
   return order.Set(L"ORDER_NUMBER", number) && order.Find(engine::Match::kExact);
@@ -39,7 +43,8 @@ std::int32_t Orders::List() const noexcept {
     {
       engine::Record orders(context(), book_.record);
       orders.MoveFirst();  // where there is no order, the blank one makes the row
-      AddRecords(dialog, orders, book_.list.file.columns, [&] { return orders.MoveNext(); });
+      AddRecords(dialog, orders, book_.list.file, [&] { return orders.MoveNext(); });
+      if (!orders.exists()) dialog.list().SetReading(dialogs::Reading::kFailed);
     }
     dialog.list().SelectItem(1);
     const std::optional<dialogs::Row> choice = ChooseRow(context(), dialog);

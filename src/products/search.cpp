@@ -31,7 +31,7 @@ int NumberSetting(const Context& context, std::wstring_view name, int otherwise)
 std::vector<dialogs::Row> PickProducts(const Context& context,
                                        const ProductDialog::Options& options,
                                        std::optional<std::wstring_view> criteria) {
-  const std::int32_t row_count = RecordCount(context, dialogs::kStockFile);
+  const std::optional<std::int32_t> row_count = RecordCount(context, dialogs::kStockFile);
   ProductDialog dialog(context, options);
   dialog.Load(row_count);
   if (options.product_info) {

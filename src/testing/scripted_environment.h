@@ -264,7 +264,7 @@ class ScriptedEnvironment : public Environment {
   }
   static std::wstring Heading(const dialogs::FieldsDialog& dialog) {
     std::wstring lines;
-    for (const auto& [label, text] : dialog.lines()) lines += L"|" + label + L"=" + text;
+    for (const auto& line : dialog.lines()) lines += L"|" + line.label + L"=" + line.text;
     return lines;
   }
   static std::wstring Heading(const auto&) { return {}; }

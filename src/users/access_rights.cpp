@@ -81,10 +81,13 @@ bool AccessRights::IsValid(std::wstring_view user_name) const noexcept {
 std::wstring AccessRights::List() const noexcept {
   return Call<std::wstring>(L"List", [&](std::wstring& name) {
     dialogs::SelectRecordDialog dialog(L"Select User");
+    dialog.list().SetName(L"users");
     dialog.list().AddColumn(L"User", kNameWidth);
     {
       DataFile access(context(), kAccessData);
-      const std::int32_t count = access.Open(Mode::kRead) ? access.Count() : 0;
+      const bool open = access.Open(Mode::kRead);
+      if (!open) dialog.list().SetReading(dialogs::Reading::kFailed);
+      const std::int32_t count = open ? access.Count() : 0;
       for (std::int32_t record = 1; record <= count; ++record) {
         std::wstring user;
         if (!access.Read(record) || !access.Get(kName, user, engine::kTrimmed)) continue;

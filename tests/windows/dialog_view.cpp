@@ -6,34 +6,15 @@
 // clang-format on
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
-
-#include "frame/text.h"
 
 namespace ard::windows::testing {
 namespace {
 
-// To be called on the thread of the windows.
-Ink CountInk(const View& view, int row) {
-  constexpr int kClearly = 80;
-  Ink ink;
-  const HDC dc = GetDC(view.list);
-  const RECT rect = view.RowRect(row);
-  const COLORREF background = GetPixel(dc, rect.right - 3, rect.top + 3);
-  ink.background = background;
-  for (int y = rect.top + 2; y < rect.bottom - 2; ++y) {
-    for (int x = rect.left + 4; x < rect.left + 200; ++x) {
-      const COLORREF pixel = GetPixel(dc, x, y);
-      const int red = GetRValue(pixel);
-      const int green = GetGValue(pixel);
-      if (red - std::max(green, static_cast<int>(GetBValue(pixel))) > kClearly) ++ink.red;
-      const int difference =
-          std::abs(red - GetRValue(background)) + std::abs(green - GetGValue(background));
-      if (difference > 150) ++ink.any;
-    }
-  }
-  ReleaseDC(view.list, dc);
-  return ink;
+int Difference(COLORREF a, COLORREF b) {
+  return std::abs(GetRValue(a) - GetRValue(b)) + std::abs(GetGValue(a) - GetGValue(b)) +
+         std::abs(GetBValue(a) - GetBValue(b));
 }
 
 }  // namespace
@@ -54,7 +35,7 @@ std::wstring View::Cell(int row, int column) const {
   item.pszText = text;
   item.cchTextMax = 64;
   SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-  return std::wstring(Trimmed(text));
+  return text;
 }
 
 std::wstring View::Selected() const {
@@ -112,9 +93,53 @@ void View::SetState(int row, UINT state, UINT mask) const {
   SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
+bool Picture::EqualsRow(const Picture& other, int y) const {
+  const auto row = pixels.begin() + std::ptrdiff_t{width} * y;
+  return std::equal(row, row + width, other.pixels.begin() + std::ptrdiff_t{width} * y);
+}
+
+Picture PictureOf(HWND window) {
+  RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  const SIZE size = SizeOf(window);
+  Picture picture = {static_cast<int>(size.cx), static_cast<int>(size.cy), {}};
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof(info.bmiHeader);
+  info.bmiHeader.biWidth = picture.width;
+  info.bmiHeader.biHeight = -picture.height;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  const HDC source = GetDCEx(window, nullptr, DCX_WINDOW | DCX_CACHE);
+  const HDC copy = CreateCompatibleDC(source);
+  const HBITMAP bitmap = CreateDIBSection(source, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  const HGDIOBJ previous = SelectObject(copy, bitmap);
+  BitBlt(copy, 0, 0, picture.width, picture.height, source, 0, 0, SRCCOPY);
+  GdiFlush();
+  const auto* pixels = static_cast<const COLORREF*>(bits);
+  picture.pixels.assign(pixels, pixels + std::ptrdiff_t{picture.width} * picture.height);
+  DeleteObject(SelectObject(copy, previous));
+  DeleteDC(copy);
+  ReleaseDC(window, source);
+  return picture;
+}
+
 Ink InkOf(const Host& host, const View& view, int row) {
+  Picture picture;
+  host.Ask([&] { picture = PictureOf(view.list); });
+  const RECT rect = view.RowRect(row);
+  const auto at = [&](LONG x, LONG y) {
+    const COLORREF pixel = picture.pixels[static_cast<std::size_t>(y * picture.width + x)];
+    return RGB(GetBValue(pixel), GetGValue(pixel), GetRValue(pixel));
+  };
   Ink ink;
-  host.Ask([&] { ink = CountInk(view, row); });
+  ink.text = ink.background = at(rect.right - 4, rect.top + 3);
+  for (LONG y = rect.top + 3; y < rect.bottom - 3; ++y) {
+    for (LONG x = rect.left + 4; x < rect.left + 200; ++x) {
+      if (Difference(at(x, y), ink.background) > Difference(ink.text, ink.background)) {
+        ink.text = at(x, y);
+      }
+    }
+  }
   return ink;
 }
 

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/windows/window_driver.h"
 
@@ -15,7 +16,6 @@ struct View {
   explicit View(HWND window);
 
   int rows() const;
-  // Without the blanks that may pad it.
   std::wstring Cell(int row, int column) const;
   // The first cells of the selected rows in view, with a blank between.
   std::wstring Selected() const;
@@ -40,12 +40,21 @@ struct View {
   HWND cancel;
 };
 
-// Pixels of the row's cells that are clearly red, and those that differ from its
-// background.
+// What a window shows, with its frame and all that is in it; from the thread of the windows.
+struct Picture {
+  int width = 0;
+  int height = 0;
+  std::vector<COLORREF> pixels;
+
+  bool operator==(const Picture&) const = default;
+  bool EqualsRow(const Picture& other, int y) const;
+};
+Picture PictureOf(HWND window);
+
+// The colours of a row: of what it stands on, and of its text, the one that differs most.
 struct Ink {
-  int red = 0;
-  int any = 0;
   COLORREF background = 0;
+  COLORREF text = 0;
 };
 Ink InkOf(const Host& host, const View& view, int row);
 

@@ -3,9 +3,9 @@
 // clang-format off
 #include <windows.h>  // before any other header of the system
 #include <commctrl.h>
+#include <windowsx.h>
 // clang-format on
 
-#include <algorithm>
 #include <string>
 
 namespace ard::windows {
@@ -15,68 +15,27 @@ enum AddressControl { kKind = 200, kAccount, kLookUp, kDetails };
 
 constexpr wchar_t kDetailsText[] = L"&Details...";
 
-// In dialog units.
-constexpr int kLabelWidth = 36;
-constexpr int kKindWidth = 70;
-constexpr int kDropHeight = 70;
-constexpr int kAccountWidth = 70;
-constexpr int kLineHeight = kButtonHeight + kGap;
-constexpr int kHeadingHeight = 2 * kLineHeight;
-constexpr int kMinimumWidth = 3 * kButtonWidth + kLabelWidth + kAccountWidth;
+constexpr int kFieldWidth = 70;  // in dialog units
 
 }  // namespace
 
 void AddressWindow::CreateBody(HINSTANCE module) {
-  const auto add = [&](const wchar_t* window_class, const wchar_t* text, DWORD style, int id = 0,
-                       DWORD extended_style = 0) {
-    return CreateControl(handle(), {window_class, text, style, id, extended_style});
-  };
-  kind_label_ = add(WC_STATICW, L"&Kind:", SS_CENTERIMAGE);
-  kind_ = add(WC_COMBOBOXW, L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, kKind);
-  account_label_ = add(WC_STATICW, L"&Account:", SS_CENTERIMAGE);
-  account_ = add(WC_EDITW, L"", WS_TABSTOP | ES_AUTOHSCROLL, kAccount, WS_EX_CLIENTEDGE);
+  const HWND kind_label = AddLabel(L"&Kind:");
+  kind_ = AddCombo(kKind, dialogs::AddressDialog::kind_names());
+  const HWND account_label = AddLabel(L"&Account:");
+  account_ = AddEdit(L"", kAccount);
   look_up_ = AddButton(kLookUp, L"&Look up...");
-  name_ = add(WC_STATICW, L"", SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS);
+  name_ = AddText(L"");
+  head().Add({{kind_label, kLabelWidth}, {kind_, kFieldWidth}});
+  head().Add({{account_label, kLabelWidth},
+              {account_, kFieldWidth},
+              {look_up_, kButtonWidth},
+              {name_, 0, true}});
   SelectWindow::CreateBody(module);
-  details_ = AddButton(kDetails, kDetailsText);
-  for (const std::wstring_view kind : dialogs::AddressDialog::kind_names()) {
-    SendMessageW(kind_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(kind.data()));
-  }
   RefreshHeading();
 }
 
-SIZE AddressWindow::BodySize(int rows) const {
-  const SIZE list = SelectWindow::BodySize(rows);
-  return {std::max<LONG>(list.cx, metrics().X(kMinimumWidth)),
-          list.cy + metrics().Y(kHeadingHeight)};
-}
-
-SIZE AddressWindow::MinimumSize() const {
-  return {metrics().X(kMinimumWidth + 2 * kMargin), SelectWindow::MinimumSize().cy};
-}
-
-void AddressWindow::LayoutBody(int x, int y, int width, int height) {
-  const int line = metrics().Y(kButtonHeight);
-  const int label = metrics().X(kLabelWidth);
-  const int gap = metrics().X(kGap);
-  Place(kind_label_, x, y, label, line);
-  Place(kind_, x + label, y, metrics().X(kKindWidth), metrics().Y(kDropHeight));
-
-  const int second = y + metrics().Y(kLineHeight);
-  const int account_width = metrics().X(kAccountWidth);
-  const int button_width = metrics().X(kButtonWidth);
-  const int button_left = x + label + account_width + gap;
-  const int name_left = button_left + button_width + gap;
-  Place(account_label_, x, second, label, line);
-  Place(account_, x + label, second, account_width, metrics().Y(kEditHeight));
-  Place(look_up_, button_left, second, button_width, line);
-  Place(name_, name_left, second, std::max(x + width - name_left, 0), line);
-
-  const int heading = metrics().Y(kHeadingHeight);
-  SelectWindow::LayoutBody(x, y + heading, width, std::max(height - heading, 0));
-  // Beside OK and Cancel, which are below the body.
-  Place(details_, x, y + height + metrics().Y(kMargin), button_width, line);
-}
+HWND AddressWindow::CreateExtraButton() { return details_ = AddButton(kDetails, kDetailsText); }
 
 HWND AddressWindow::InitialFocus() const {
   return dialog_.account_enabled() && !dialog_.ok_enabled() ? account_
@@ -108,6 +67,12 @@ bool AddressWindow::HandleKey(HWND control, WPARAM key) {
   return true;
 }
 
+void AddressWindow::AccountEntered() {
+  bool known = true;
+  Do([&] { known = dialog_.AccountEntered(); });
+  if (!known) Focus(account_);
+}
+
 void AddressWindow::Handled(const MSG& message) {
   if (!dialog_.entry_pending()) return;
   const HWND focus = GetFocus();
@@ -119,8 +84,17 @@ void AddressWindow::Handled(const MSG& message) {
 }
 
 std::optional<LRESULT> AddressWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
-  // A click on a button that is disabled until the entry has been acted on.
-  if (message == WM_LBUTTONDOWN && dialog_.entry_pending()) AccountEntered();
+  if (message == WM_LBUTTONDOWN && dialog_.entry_pending()) {
+    // A click on a button that is disabled until the entry has been acted on, and then takes it.
+    AccountEntered();
+    POINT point = {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
+    const HWND button = ChildWindowFromPoint(handle(), point);
+    if (button != handle() && IsWindowEnabled(button)) {
+      MapWindowPoints(handle(), button, &point, 1);
+      PostMessageW(button, message, wparam, MAKELPARAM(point.x, point.y));
+    }
+    return 0;
+  }
   if (message != WM_COMMAND) return SelectWindow::Handle(message, wparam, lparam);
   const int id = LOWORD(wparam);
   const int code = HIWORD(wparam);

@@ -20,9 +20,7 @@ class AddressWindow : public SelectWindow {
 
  private:
   void CreateBody(HINSTANCE module) override;
-  SIZE BodySize(int rows) const override;
-  SIZE MinimumSize() const override;
-  void LayoutBody(int x, int y, int width, int height) override;
+  HWND CreateExtraButton() override;
   void Changed() override;
   HWND InitialFocus() const override;
   void Command(int id) override;
@@ -31,18 +29,15 @@ class AddressWindow : public SelectWindow {
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   // The entry of an account is complete when Enter is pressed in its box, and when the user goes on
-  // to another control but those that make it pointless.
-  void AccountEntered() {
-    Do([this] { dialog_.AccountEntered(); });
-  }
+  // to another control but those that make it pointless. An unknown account is to be
+  // entered again.
+  void AccountEntered();
   // Calls a handler of the dialog, and shows what comes of it.
   void Do(const std::function<void()>& handler);
   void RefreshHeading();
 
   dialogs::AddressDialog& dialog_;
-  HWND kind_label_ = nullptr;
   HWND kind_ = nullptr;
-  HWND account_label_ = nullptr;
   HWND account_ = nullptr;
   HWND look_up_ = nullptr;
   HWND name_ = nullptr;

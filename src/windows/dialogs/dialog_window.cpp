@@ -1,5 +1,10 @@
 #include "windows/dialogs/dialog_window.h"
 
+// clang-format off
+#include <windows.h>  // before any other header of the system
+#include <commctrl.h>
+// clang-format on
+
 #include <cstddef>
 
 #include "frame/error.h"
@@ -48,6 +53,38 @@ HWND CreateControl(HWND parent, const Control& control) {
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(control.id)), nullptr, nullptr);
   if (!window) ThrowNoWindow();
   return window;
+}
+
+void ShowControl(HWND control, bool visible) {
+  ShowWindow(control, visible ? SW_SHOWNA : SW_HIDE);
+  EnableWindow(control, visible);
+}
+
+HWND DialogWindow::AddLabel(const wchar_t* text) {
+  return CreateControl(handle_, {WC_STATICW, text, SS_CENTERIMAGE});
+}
+
+HWND DialogWindow::AddText(const wchar_t* text) {
+  return CreateControl(handle_, {WC_STATICW, text, SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS});
+}
+
+HWND DialogWindow::AddEdit(const wchar_t* text, int id, DWORD style) {
+  return CreateControl(handle_,
+                       {WC_EDITW, text, WS_TABSTOP | ES_AUTOHSCROLL | style, id, WS_EX_CLIENTEDGE});
+}
+
+HWND DialogWindow::AddCombo(int id, std::span<const std::wstring_view> entries) {
+  const HWND combo =
+      CreateControl(handle_, {WC_COMBOBOXW, L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, id});
+  for (const std::wstring_view entry : entries) {
+    SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.data()));
+  }
+  return combo;
+}
+
+HWND DialogWindow::AddButton(int id, const wchar_t* text) {
+  const DWORD kind = id == IDOK ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+  return CreateControl(handle_, {WC_BUTTONW, text, WS_TABSTOP | kind, id});
 }
 
 void DialogWindow::Create(HINSTANCE module, HWND parent, DWORD style, DWORD extended_style) {

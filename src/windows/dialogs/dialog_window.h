@@ -7,7 +7,9 @@
 #include <windows.h>
 
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 
 namespace ard::windows {
 
@@ -40,6 +42,9 @@ struct Control {
 };
 HWND CreateControl(HWND parent, const Control& control);
 
+// What is hidden is disabled, too: its mnemonic would still be heard.
+void ShowControl(HWND control, bool visible);
+
 class DialogWindow {
  public:
   DialogWindow(const DialogWindow&) = delete;
@@ -56,6 +61,14 @@ class DialogWindow {
   void Create(HINSTANCE module, HWND parent, DWORD style, DWORD extended_style);
   // No message reaches Handle any more.
   void Destroy();
+
+  // Controls of a line, in the order of the Tab key; a label comes before what it is for, so that
+  // its mnemonic leads there. In a text, an ampersand is one.
+  HWND AddLabel(const wchar_t* text);
+  HWND AddText(const wchar_t* text);
+  HWND AddEdit(const wchar_t* text, int id = 0, DWORD style = 0);
+  HWND AddCombo(int id, std::span<const std::wstring_view> entries);
+  HWND AddButton(int id, const wchar_t* text);
 
   // The reaction to a message, or nothing for the system's own.
   virtual std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) = 0;

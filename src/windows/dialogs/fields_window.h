@@ -15,26 +15,18 @@ class FieldsWindow : public ModalWindow {
  public:
   // `dialog` must outlive the window.
   explicit FieldsWindow(const dialogs::FieldsDialog& dialog)
-      : ModalWindow(Border::kFixed), dialog_(dialog) {}
+      : ModalWindow(Border::kResizable), dialog_(dialog) {}
 
  private:
-  struct Field {
-    HWND label;
-    HWND text;
-  };
-
   const wchar_t* Caption() const override { return dialog_.caption().data(); }
   void CreateControls(HINSTANCE module) override;
-  SIZE InitialSize() const override;
-  void Layout(SIZE client) override;
+  int OpeningWidth() const override;
   HWND InitialFocus() const override { return close_; }
   void Command(int id) override;
   void CloseBox() override { Finish(); }
 
-  int LabelWidth() const;
-
   const dialogs::FieldsDialog& dialog_;
-  std::vector<Field> fields_;
+  std::vector<HWND> texts_;
   HWND close_ = nullptr;
 };
 

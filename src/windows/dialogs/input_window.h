@@ -22,22 +22,14 @@ class InputWindow : public ModalWindow {
  private:
   const wchar_t* Caption() const override { return title_.c_str(); }
   void CreateControls(HINSTANCE module) override;
-  SIZE InitialSize() const override;
-  void Layout(SIZE client) override;
   HWND InitialFocus() const override { return edit_; }
   void Command(int id) override;
   void CloseBox() override { Finish(); }
 
-  // Of the prompt, in lines as wide as the window leaves.
-  int PromptHeight() const;
-
   std::wstring prompt_text_;
   std::wstring title_;
   std::wstring text_;
-  HWND prompt_ = nullptr;
   HWND edit_ = nullptr;
-  HWND ok_ = nullptr;
-  HWND cancel_ = nullptr;
 };
 
 }  // namespace ard::windows

@@ -5,78 +5,45 @@
 #include <commctrl.h>
 // clang-format on
 
-#include <string>
+#include <utility>
+#include <vector>
 
 namespace ard::windows {
 namespace {
 
-// In dialog units.
-constexpr int kLogonWidth = 200;
-constexpr int kLogonLabelWidth = 50;
-constexpr int kTextHeight = 9;
-constexpr int kRuleHeight = 1;
+constexpr int kLogonWidth = 186;  // in dialog units
 
 }  // namespace
 
 void LogonWindow::CreateControls(HINSTANCE) {
-  lines_.push_back({nullptr, AddText(dialog_.welcome().c_str()), kTextHeight, kMargin});
+  welcome_ = AddText(dialog_.welcome().c_str());
+  head().Add({{welcome_, kLogonWidth, true}});
   if (dialog_.has_heading()) {
-    lines_.push_back({AddText(L"Company:"), AddText(dialog_.company().c_str()), kTextHeight, kGap});
-    lines_.push_back(
-        {nullptr, CreateControl(handle(), {WC_STATICW, L"", SS_ETCHEDHORZ}), kRuleHeight, kMargin});
+    const HWND label = AddText(L"Company:");
+    head().Add({{label, kLabelWidth}, {AddText(dialog_.company().c_str()), 0, true}});
+    head().Add({{CreateControl(handle(), {WC_STATICW, L"", SS_ETCHEDHORZ}), 0, true}}, kRule,
+               kMargin);
   }
-  // A label comes before its box, so that its mnemonic leads there.
   if (dialog_.asks_name()) {
     const HWND label = AddLabel(L"User &name:");
-    name_ = AddEdit(dialog_.name(), 0);
-    lines_.push_back({label, name_, kEditHeight, kGap});
+    name_ = AddEdit(dialog_.name().c_str());
+    head().Add({{label, kLabelWidth}, {name_, 0, true}});
   }
   const HWND label = AddLabel(L"&Password:");
-  password_ = AddEdit(L"", ES_PASSWORD);
-  lines_.push_back({label, password_, kEditHeight, kGap});
+  password_ = AddEdit(L"", 0, ES_PASSWORD);
+  head().Add({{label, kLabelWidth}, {password_, 0, true}});
   if (dialog_.asks_name()) {
     remember_ = CreateControl(
         handle(), {WC_BUTTONW, L"&Remember my user name", WS_TABSTOP | BS_AUTOCHECKBOX});
     SendMessageW(remember_, BM_SETCHECK, dialog_.remember() ? BST_CHECKED : BST_UNCHECKED, 0);
-    lines_.push_back({nullptr, remember_, kEditHeight, 0});
+    head().Add({{remember_, 0, true}}, kBox, 0);
   }
-  buttons_ = {AddButton(IDOK, L"OK"), AddButton(IDCANCEL, L"Cancel")};
-  if (dialog_.asks_name()) buttons_.push_back(AddButton(IDHELP, L"&Help"));
-}
-
-HWND LogonWindow::AddText(const wchar_t* text) {
-  return CreateControl(handle(), {WC_STATICW, text, SS_NOPREFIX | SS_ENDELLIPSIS});
-}
-
-HWND LogonWindow::AddLabel(const wchar_t* text) {
-  return CreateControl(handle(), {WC_STATICW, text, SS_CENTERIMAGE});
-}
-
-HWND LogonWindow::AddEdit(std::wstring_view text, DWORD style) {
-  return CreateControl(handle(), {WC_EDITW, std::wstring(text).c_str(),
-                                  WS_TABSTOP | ES_AUTOHSCROLL | style, 0, WS_EX_CLIENTEDGE});
-}
-
-SIZE LogonWindow::InitialSize() const {
-  int height = 3 * kMargin + kButtonHeight;
-  for (const Line& line : lines_) height += line.height + line.gap_below;
-  return {metrics().X(kLogonWidth), metrics().Y(height)};
-}
-
-void LogonWindow::Layout(SIZE client) {
-  const int left = metrics().X(kMargin);
-  const int width = static_cast<int>(client.cx) - 2 * left;
-  const int label_width = metrics().X(kLogonLabelWidth);
-  int top = kMargin;
-  for (const Line& line : lines_) {
-    const int y = metrics().Y(top);
-    const int height = metrics().Y(line.height);
-    const int indent = line.label ? label_width : 0;
-    if (line.label) Place(line.label, left, y, label_width, height);
-    Place(line.control, left + indent, y, width - indent, height);
-    top += line.height + line.gap_below;
-  }
-  LayoutButtons(client, buttons_);
+  const HWND ok = AddButton(IDOK, L"OK");
+  const HWND cancel = AddButton(IDCANCEL, L"Cancel");
+  const HWND help = dialog_.asks_name() ? AddButton(IDHELP, L"&Help") : nullptr;
+  std::vector<Part> buttons = {{nullptr, 0, true}, {ok, kButtonWidth}, {cancel, kButtonWidth}};
+  if (help) buttons.push_back({help, kButtonWidth});
+  foot().Add(std::move(buttons), kButtons, 0);
 }
 
 HWND LogonWindow::Box() const {

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "windows/dialogs/dialog_window.h"
+
 namespace ard::windows {
 namespace {
 
@@ -57,12 +59,20 @@ Metrics::Metrics(UINT dpi) : font_(CreateMessageFont(dpi)) {
   base_height_ = static_cast<int>(text.tmHeight);
 }
 
-SIZE Metrics::TextSize(const std::wstring& text, int width) const {
+int Metrics::BoxHeight() const {
+  // Its edge, and the row of pixels that it leaves above its text whatever its height.
+  const int around = GetSystemMetrics(SM_CYEDGE) + 1;
+  return base_height_ + 2 * around;
+}
+
+SIZE Metrics::TextSize(HWND control, int width) const {
+  const bool literal = (GetWindowLongPtrW(control, GWL_STYLE) & SS_NOPREFIX) != 0;
   RECT area = {0, 0, width, 0};
   const ScreenDc dc;
   const HGDIOBJ previous = SelectObject(dc.get(), font_);
-  DrawTextW(dc.get(), text.c_str(), -1, &area,
-            DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_EDITCONTROL);
+  DrawTextW(
+      dc.get(), TextOf(control).c_str(), -1, &area,
+      DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_EDITCONTROL | (literal ? DT_NOPREFIX : 0U));
   SelectObject(dc.get(), previous);
   return {area.right, area.bottom};
 }

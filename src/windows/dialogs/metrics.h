@@ -5,8 +5,6 @@
 
 #include <windows.h>
 
-#include <string>
-
 namespace ard::windows {
 
 // The DPI at which the system shows `window`; the screen's where windows have none of their own.
@@ -27,9 +25,12 @@ class Metrics {
   int X(int units) const { return MulDiv(units, base_width_, 4); }
   int Y(int units) const { return MulDiv(units, base_height_, 8); }
   int Characters(int count) const { return count * base_width_; }
+  // Of a box for one line of text: as high as the edit control needs it to have the text in the
+  // middle, where all other controls have theirs.
+  int BoxHeight() const;
 
-  // Of a text that is broken into lines of that width, as a static control shows it.
-  SIZE TextSize(const std::wstring& text, int width = kNoLimit) const;
+  // Of the control's text, broken into lines of that width. The mark of a mnemonic takes no room.
+  SIZE TextSize(HWND control, int width = kNoLimit) const;
 
  private:
   static constexpr int kNoLimit = 0x7FFF;

@@ -48,6 +48,11 @@ BOOL CALLBACK SetFontOf(HWND control, LPARAM font) noexcept {
   return TRUE;
 }
 
+BOOL CALLBACK ForwardTo(HWND control, LPARAM message) noexcept {
+  SendMessageW(control, static_cast<UINT>(message), 0, 0);
+  return TRUE;
+}
+
 // A newer system would resize the dialog's controls by itself when the DPI changes, and get in the
 // way of our own layout.
 void KeepLayoutOurs(HWND window) {
@@ -88,6 +93,8 @@ void ModalWindow::Run(HINSTANCE module) {
   {
     const Modality modality(handle());
     ShowWindow(handle(), SW_SHOWNORMAL);
+    // The cursor of a list is to be seen whether the mouse or the keyboard was used last.
+    SendMessageW(handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
     Focus(InitialFocus());
     Loop();
     if (!finished_) CloseBox();
@@ -106,7 +113,9 @@ void ModalWindow::OpenNear(HWND owner) {
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   SetMetrics(DpiOf(handle()));
 
-  const SIZE initial = InitialSize();
+  SIZE initial = SizeAround(BodySize());
+  const SIZE least = SizeAround(LeastBodySize());
+  if (OpeningWidth() > 0) initial.cx = std::max<LONG>(OpeningWidth(), least.cx);
   const SIZE frame = FrameOf(handle());
   const LONG width = std::min(initial.cx + frame.cx, work.right - work.left);
   const LONG height = std::min(initial.cy + frame.cy, work.bottom - work.top);
@@ -182,6 +191,10 @@ std::optional<LRESULT> ModalWindow::Handle(UINT message, WPARAM wparam, LPARAM l
       SetMetrics(DpiOf(handle()));
       LayoutClient();
       return 0;
+    case WM_SYSCOLORCHANGE:
+      // The system tells the windows of the screen only.
+      EnumChildWindows(handle(), ForwardTo, message);
+      return 0;
     case WM_COMMAND:
       if (HIWORD(wparam) != BN_CLICKED) return std::nullopt;
       Command(LOWORD(wparam));
@@ -212,34 +225,38 @@ void ModalWindow::SetMetrics(UINT dpi) {
 void ModalWindow::LayoutClient() {
   if (!metrics_) return;
   const SIZE client = ClientOf(handle());
-  Layout(client);
-  if (!size_grip_) return;
-  const int side = GetSystemMetrics(SM_CXVSCROLL);
-  Place(size_grip_, static_cast<int>(client.cx) - side, static_cast<int>(client.cy) - side, side,
-        side);
+  {
+    Placement placement;
+    RECT area = {0, 0, client.cx, client.cy};
+    InflateRect(&area, -metrics().X(kMargin), -metrics().Y(kMargin));
+    RECT foot = area;
+    foot.top = area.bottom -= foot_.Height(metrics(), static_cast<int>(area.right - area.left));
+    foot_.Put(placement, metrics(), foot);
+    area.bottom -= metrics().Y(kMargin);
+    head_.Put(placement, metrics(), area);
+    PutBody(placement, area);
+    if (size_grip_) {
+      const LONG side = GetSystemMetrics(SM_CXVSCROLL);
+      placement.Put(size_grip_, {client.cx - side, client.cy - side, client.cx, client.cy});
+    }
+  }
+  Placed();
+}
+
+SIZE ModalWindow::SizeAround(SIZE body) const {
+  const int width =
+      std::max({static_cast<int>(body.cx), head_.Width(metrics()), foot_.Width(metrics())});
+  const int height = head_.Height(metrics(), width) + foot_.Height(metrics(), width);
+  return {width + 2 * metrics().X(kMargin), body.cy + height + 3 * metrics().Y(kMargin)};
 }
 
 void ModalWindow::LimitSize(MINMAXINFO& limits) const {
   if (!metrics_) return;
-  const SIZE minimum = MinimumSize();
+  const SIZE least = SizeAround(LeastBodySize());
   const SIZE frame = FrameOf(handle());
-  limits.ptMinTrackSize = {minimum.cx + frame.cx, minimum.cy + frame.cy};
-}
-
-HWND ModalWindow::AddButton(int id, const wchar_t* text) {
-  const DWORD kind = id == IDOK ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
-  return CreateControl(handle(), {WC_BUTTONW, text, WS_TABSTOP | kind, id});
-}
-
-void ModalWindow::LayoutButtons(SIZE client, std::span<const HWND> buttons) const {
-  const int width = metrics().X(kButtonWidth);
-  const int height = metrics().Y(kButtonHeight);
-  const int top = static_cast<int>(client.cy) - metrics().Y(kMargin) - height;
-  int right = static_cast<int>(client.cx) - metrics().X(kMargin);
-  for (auto button = buttons.rbegin(); button != buttons.rend(); ++button) {
-    Place(*button, right - width, top, width, height);
-    right -= width + metrics().X(kGap);
-  }
+  limits.ptMinTrackSize = {least.cx + frame.cx, least.cy + frame.cy};
+  // Without a body, there is nothing that could become higher.
+  if (BodySize().cy == 0) limits.ptMaxTrackSize.y = limits.ptMinTrackSize.y;
 }
 
 }  // namespace ard::windows

@@ -6,19 +6,12 @@
 
 #include <memory>
 #include <optional>
-#include <span>
 
 #include "windows/dialogs/dialog_window.h"
+#include "windows/dialogs/layout.h"
 #include "windows/dialogs/metrics.h"
 
 namespace ard::windows {
-
-// The distances that Windows dialogs keep, in dialog units.
-inline constexpr int kMargin = 7;
-inline constexpr int kGap = 4;
-inline constexpr int kButtonWidth = 50;
-inline constexpr int kButtonHeight = 14;
-inline constexpr int kEditHeight = 12;
 
 class ModalWindow : protected DialogWindow {
  public:
@@ -32,16 +25,20 @@ class ModalWindow : protected DialogWindow {
 
   explicit ModalWindow(Border border) : border_(border) {}
 
-  // What the derived window adds, in the order in which it is called. Sizes are those of the
-  // client area, in pixels.
+  // What the derived window adds, in the order in which it is called. It is made of lines at its
+  // head, lines at its foot, and between them a body, if there is one. Sizes are in pixels.
   virtual const wchar_t* Caption() const = 0;
   virtual void CreateControls(HINSTANCE module) = 0;
   virtual void MetricsChanged() {}  // the controls have got their font
-  virtual SIZE InitialSize() const = 0;
-  virtual SIZE MinimumSize() const { return InitialSize(); }
+  // The size of the body when the window opens, and the least one.
+  virtual SIZE BodySize() const { return {}; }
+  virtual SIZE LeastBodySize() const { return BodySize(); }
+  // The width in which the window opens; 0 for one that suits its parts.
+  virtual int OpeningWidth() const { return 0; }
   // Whether it opens in the middle of the screen that shows its owner, not of the owner.
   virtual bool OnScreen() const { return false; }
-  virtual void Layout(SIZE client) = 0;
+  virtual void PutBody(Placement& /*placement*/, const RECT& /*area*/) {}
+  virtual void Placed() {}  // all controls are where they belong
   virtual void Opened() {}  // the size is settled, the window about to be seen
   virtual HWND InitialFocus() const = 0;
   virtual void Command(int id) = 0;  // Enter arrives as IDOK, Esc as IDCANCEL
@@ -56,14 +53,14 @@ class ModalWindow : protected DialogWindow {
   void Finish();
 
   const Metrics& metrics() const { return *metrics_; }
+  // Of the client area at its narrowest.
+  int LeastWidth() const { return static_cast<int>(SizeAround(LeastBodySize()).cx); }
+  Lines& head() { return head_; }
+  Lines& foot() { return foot_; }
 
   // Sets the focus as the Tab key does: text is selected as a whole.
   void Focus(HWND control) const;
   void LayoutClient();
-
-  HWND AddButton(int id, const wchar_t* text);
-  // Puts the buttons side by side into the lower right corner.
-  void LayoutButtons(SIZE client, std::span<const HWND> buttons) const;
 
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
 
@@ -72,9 +69,13 @@ class ModalWindow : protected DialogWindow {
   void Loop();
   void SetMetrics(UINT dpi);
   bool Translate(MSG& message);
+  // Of the client area.
+  SIZE SizeAround(SIZE body) const;
   void LimitSize(MINMAXINFO& limits) const;
 
   Border border_;
+  Lines head_;
+  Lines foot_;
   std::unique_ptr<Metrics> metrics_;
   HWND size_grip_ = nullptr;
   bool finished_ = false;

@@ -5,8 +5,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <numeric>
 #include <string_view>
 #include <utility>
+
+#include "frame/text.h"
+#include "windows/dialogs/contrast.h"
 
 namespace ard::windows {
 namespace {
@@ -16,8 +20,8 @@ using dialogs::Pick;
 
 // Blank space in a cell beside its text, in dialog units.
 constexpr int kCellPadding = 8;
-// What the last column keeps when the others leave it no room.
-constexpr int kLastColumnCharacters = 8;
+// What the flexible column keeps when the others leave it no room.
+constexpr int kLeastCharacters = 8;
 
 struct NavigationKey {
   WPARAM key;
@@ -70,29 +74,42 @@ void PagedList::Create(HINSTANCE module, HWND parent) {
   constexpr DWORD kStyles = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
   Send(LVM_SETEXTENDEDLISTVIEWSTYLE, kStyles, kStyles);
 
-  for (const dialogs::Column& column : model_.columns()) {
+  int widest = 0;
+  const std::vector<dialogs::Column>& columns = model_.columns();
+  for (std::size_t i = 0; i < columns.size(); ++i) {
     LVCOLUMNW header = {};
-    header.mask = LVCF_TEXT;
+    header.mask = LVCF_TEXT | LVCF_FMT;
+    const dialogs::Column& column = columns[Swapped(i)];
+    header.fmt = column.number ? LVCFMT_RIGHT : LVCFMT_LEFT;
     header.pszText = const_cast<wchar_t*>(column.header.c_str());
-    Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(&column - model_.columns().data()),
-         reinterpret_cast<LPARAM>(&header));
+    Send(LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&header));
+    // The widest is the description.
+    if (columns[i].width >= widest) flexible_ = i;
+    widest = std::max(widest, columns[i].width);
   }
-  LayoutList();  // the header's height is measured
+  if (Swapped(0) != 0) {
+    std::vector<int> order(columns.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::swap(order[0], order[1]);
+    Send(LVM_SETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data()));
+  }
+  widths_.resize(model_.columns().size());
+  Placed();  // the header's height is measured
+}
+
+std::size_t PagedList::Swapped(std::size_t column) const {
+  const std::vector<dialogs::Column>& columns = model_.columns();
+  return column < 2 && columns.size() > 1 && columns[0].number ? 1 - column : column;
 }
 
 void PagedList::SetMetrics(const Metrics& metrics) {
-  const bool was_open = std::exchange(open_, false);  // Move draws the outcome
   const int previous = std::exchange(character_width_, metrics.Characters(1));
-  const std::vector<dialogs::Column>& columns = model_.columns();
-  for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
+  for (std::size_t i = 0; i < widths_.size(); ++i) {
     // The user may have changed the widths: they grow or shrink with the font.
-    const int width = previous ? MulDiv(ColumnWidth(i), character_width_, previous)
-                               : metrics.Characters(columns[static_cast<std::size_t>(i)].width) +
-                                     metrics.X(kCellPadding);
-    Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(i), width);
+    widths_[i] = previous ? MulDiv(widths_[i], character_width_, previous)
+                          : metrics.Characters(model_.columns()[i].width) + metrics.X(kCellPadding);
   }
   MeasureRows();
-  open_ = was_open;
 }
 
 void PagedList::MeasureRows() {
@@ -112,20 +129,21 @@ void PagedList::MeasureRows() {
 }
 
 SIZE PagedList::SizeFor(int rows) const {
-  const SIZE frame = FrameOf(handle());
-  int width = 0;
-  for (int i = 0; i < static_cast<int>(model_.columns().size()); ++i) width += ColumnWidth(i);
-  return {width + frame.cx, header_height_ + rows * row_height_ + frame.cy};
+  const int width = std::accumulate(widths_.begin(), widths_.end(), 0);
+  return {width + GetSystemMetrics(SM_CXVSCROLL) + 2 * GetSystemMetrics(SM_CXEDGE),
+          header_height_ + rows * row_height_ + 2 * GetSystemMetrics(SM_CYEDGE)};
 }
 
-void PagedList::Move(int x, int y, int width, int height) {
-  Place(handle(), x, y, width, height);
-  LayoutList();
+void PagedList::Placed() {
+  FitColumns();
+  if (busy_ || !open_ || !handle()) return;
+  const FlagScope scope(busy_);
+  Draw();
 }
 
 void PagedList::Open() {
   open_ = true;
-  LayoutList();
+  Placed();
 }
 
 void PagedList::Do(const std::function<void()>& action) {
@@ -133,18 +151,20 @@ void PagedList::Do(const std::function<void()>& action) {
   const FlagScope scope(busy_);
   action();
   Draw();
+  // Not when there is time for it: a key that is held down leaves none.
+  UpdateWindow(list_);
 }
 
 void PagedList::Draw() {
   // As many rows as are wholly visible make a page. Only a change asks the model for rows.
   model_.SetPageSize(Send(LVM_GETCOUNTPERPAGE));
   page_ = model_.rows();
+  why_empty_ = page_.empty() ? model_.WhyEmpty() : std::wstring();
   Send(LVM_SETITEMCOUNT, page_.size(), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
   DrawSelection();
   DrawSortArrows();
   DrawScrollBar();
   InvalidateRect(list_, nullptr, FALSE);
-  UpdateWindow(list_);
   events_.changed();
 }
 
@@ -156,8 +176,6 @@ void PagedList::DrawSelection() {
     state.state = (model_.IsSelected(page_[i]) ? UINT{LVIS_SELECTED} : 0) |
                   (model_.IsCursor(page_[i]) ? UINT{LVIS_FOCUSED} : 0);
     if (state.state) Send(LVM_SETITEMSTATE, i, reinterpret_cast<LPARAM>(&state));
-    // Nothing else tells where the cursor stands.
-    if (state.state == LVIS_FOCUSED) ShowCursor();
   }
 }
 
@@ -166,61 +184,68 @@ void PagedList::DrawSortArrows() const {
   for (std::size_t i = 0; i < model_.columns().size(); ++i) {
     HDITEMW item = {};
     item.mask = HDI_FORMAT;
-    SendMessageW(Header(), HDM_GETITEMW, i, reinterpret_cast<LPARAM>(&item));
+    SendMessageW(Header(), HDM_GETITEMW, Swapped(i), reinterpret_cast<LPARAM>(&item));
     const int arrow = kArrows[static_cast<int>(model_.columns()[i].sort)];
     const int format = (item.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | arrow;
     if (format == std::exchange(item.fmt, format)) continue;
-    SendMessageW(Header(), HDM_SETITEMW, i, reinterpret_cast<LPARAM>(&item));
+    SendMessageW(Header(), HDM_SETITEMW, Swapped(i), reinterpret_cast<LPARAM>(&item));
   }
 }
 
-void PagedList::DrawScrollBar() const {
+void PagedList::DrawScrollBar() {
   SCROLLINFO info = {};
   info.cbSize = sizeof(info);
-  info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
+  info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
   info.nMin = 1;
   // Extra rows can make even a list with fewer positions than a page has rows scroll.
   info.nMax = model_.LastTop() + model_.page_size() - 1;
   info.nPage = static_cast<UINT>(model_.page_size());
   info.nPos = model_.top();
+  // With nothing to scroll there is no scroll bar, and more room.
+  const LONG before = ClientOf(handle()).cx;
   SetScrollInfo(handle(), SB_VERT, &info, TRUE);
+  if (ClientOf(handle()).cx != before) FitColumns();
 }
 
-void PagedList::LayoutList() {
+// The list view fills the client area, and its columns fill the list view.
+void PagedList::FitColumns() {
+  if (widths_.empty()) return;
+  const FlagScope scope(fitting_);
   const SIZE client = ClientOf(handle());
-  ChangeWidths(
-      [&] { Place(list_, 0, 0, static_cast<int>(client.cx), static_cast<int>(client.cy)); });
+  Place(list_, 0, 0, static_cast<int>(client.cx), static_cast<int>(client.cy));
+  const auto width = static_cast<int>(client.cx);
+  const int others = std::accumulate(widths_.begin(), widths_.end(), 0) - widths_[flexible_];
+  const int room = std::max(width - kLeastCharacters * character_width_, 0);
+  int rest = width;
+  const auto set = [&](std::size_t column, int to) {
+    rest -= to;
+    if (ColumnWidth(column) != to) Send(LVM_SETCOLUMNWIDTH, Swapped(column), to);
+  };
+  for (std::size_t i = 0; i < widths_.size(); ++i) {
+    if (i != flexible_) set(i, others > room ? MulDiv(widths_[i], room, others) : widths_[i]);
+  }
+  set(flexible_, rest);
 }
 
-// The last column takes the room that the others leave. It shrinks before `change` and grows after
-// it, so that the list view does not show a scroll bar, and less of a page, in between.
-void PagedList::ChangeWidths(const std::function<void()>& change) {
-  if (!open_) return change();
-  const int last = static_cast<int>(model_.columns().size()) - 1;
-  int width = static_cast<int>(ClientOf(handle()).cx);
-  for (int i = 0; i < last; ++i) width -= ColumnWidth(i);
-  width = std::max(width, kLastColumnCharacters * character_width_);
-  const bool shrinks = width < ColumnWidth(last);
-  const auto fit = [&] { Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(last), width); };
-
-  {
-    const FlagScope scope(fitting_);
-    if (shrinks) fit();
-    change();
-    if (!shrinks) fit();
+// What the flexible column gains, its right neighbour loses.
+void PagedList::ColumnDragged(std::size_t column, int width) {
+  if (column != flexible_) {
+    widths_[column] = width;
+  } else if (column + 1 < widths_.size()) {
+    const int gain = width - widths_[column];
+    widths_[column + 1] = std::max(widths_[column + 1] - gain, character_width_);
   }
-  Refresh();
+  Placed();
 }
 
 HWND PagedList::Header() const {
   return reinterpret_cast<HWND>(SendMessageW(list_, LVM_GETHEADER, 0, 0));
 }
 
-int PagedList::ColumnWidth(int column) const {
+int PagedList::ColumnWidth(std::size_t column) const {
   HDITEMW item = {};
   item.mask = HDI_WIDTH;
-  SendMessageW(Header(), HDM_GETITEMW, static_cast<WPARAM>(column),
-               reinterpret_cast<LPARAM>(&item));
+  SendMessageW(Header(), HDM_GETITEMW, Swapped(column), reinterpret_cast<LPARAM>(&item));
   return item.cxy;
 }
 
@@ -303,7 +328,7 @@ std::optional<LRESULT> PagedList::HandleNotification(NMHDR& notification) {
     }
     case LVN_COLUMNCLICK: {
       const auto& click = *reinterpret_cast<const NMLISTVIEW*>(&notification);
-      Do([&] { events_.column_click(static_cast<std::size_t>(click.iSubItem)); });
+      Do([&] { events_.column_click(Swapped(static_cast<std::size_t>(click.iSubItem))); });
       return 0;
     }
     default:
@@ -314,20 +339,51 @@ std::optional<LRESULT> PagedList::HandleNotification(NMHDR& notification) {
 void PagedList::GetText(LVITEMW& item) const {
   if (!(item.mask & LVIF_TEXT) || item.cchTextMax < 1) return;
   const auto index = static_cast<std::size_t>(item.iItem);
+  // The engine pads its texts with blanks.
+  const auto cell = static_cast<int>(Swapped(static_cast<std::size_t>(item.iSubItem))) + 1;
   const std::wstring_view text =
-      index < page_.size() ? page_[index].Cell(item.iSubItem + 1) : std::wstring_view();
+      index < page_.size() ? Trimmed(page_[index].Cell(cell)) : std::wstring_view();
   const std::size_t length = text.copy(item.pszText, static_cast<std::size_t>(item.cchTextMax) - 1);
   item.pszText[length] = L'\0';
 }
 
 std::optional<LRESULT> PagedList::CustomDraw(NMLVCUSTOMDRAW& draw) const {
-  if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
-  if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
-  // A selected row: the list view takes the highlight's own text colour where that needs it.
+  switch (draw.nmcd.dwDrawStage) {
+    case CDDS_PREPAINT:
+      return page_.empty() ? CDRF_NOTIFYPOSTPAINT : CDRF_NOTIFYITEMDRAW;
+    case CDDS_POSTPAINT:
+      DrawWhyEmpty(draw.nmcd.hdc);
+      return 0;
+    case CDDS_ITEMPREPAINT:
+      break;
+    default:
+      return CDRF_DODEFAULT;
+  }
   const std::size_t index = draw.nmcd.dwItemSpec;
   const dialogs::Color color = index < page_.size() ? page_[index].color : dialogs::kDefaultColor;
-  if (color != dialogs::kDefaultColor) draw.clrText = color;
+  if (color == dialogs::kDefaultColor) return CDRF_DODEFAULT;
+  if (Send(LVM_GETITEMSTATE, index, LVIS_SELECTED) == 0) {
+    draw.clrText = Readable(color, GetSysColor(COLOR_WINDOW), kVisible);
+    return CDRF_DODEFAULT;
+  }
+  // Where a selection is shown by the highlight colour, that of the row takes its place.
+  const bool active = GetFocus() == list_;
+  const COLORREF other = GetSysColor(active ? COLOR_HIGHLIGHTTEXT : COLOR_BTNFACE);
+  const COLORREF own = Readable(color, other, kLegible);
+  draw.clrText = active ? other : own;
+  draw.clrTextBk = active ? own : other;
+  draw.nmcd.uItemState &= ~UINT{CDIS_SELECTED};
   return CDRF_DODEFAULT;
+}
+
+void PagedList::DrawWhyEmpty(HDC dc) const {
+  RECT area = {};
+  GetClientRect(list_, &area);
+  area.top = header_height_;
+  InflateRect(&area, -character_width_, -row_height_ / 4);
+  SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
+  SetBkMode(dc, TRANSPARENT);
+  DrawTextW(dc, why_empty_.c_str(), -1, &area, DT_NOPREFIX | DT_WORDBREAK);
 }
 
 // With visual styles, the border looks like that of every list view.
@@ -382,25 +438,23 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
       Wheel(GET_WHEEL_DELTA_WPARAM(wparam));
       return 0;
     case WM_NCCALCSIZE:
-      // No vertical scroll bar of its own, which would scroll within the page.
-      SetWindowLongPtrW(list_, GWL_STYLE, GetWindowLongPtrW(list_, GWL_STYLE) & ~WS_VSCROLL);
+      // No scroll bars of its own: the vertical one would scroll within the page, and the columns
+      // always fit.
+      SetWindowLongPtrW(list_, GWL_STYLE,
+                        GetWindowLongPtrW(list_, GWL_STYLE) & ~(WS_VSCROLL | WS_HSCROLL));
       return std::nullopt;
     case WM_NOTIFY: {
       const auto& change = *reinterpret_cast<const NMHEADERW*>(lparam);
       const bool widened =
           change.hdr.code == HDN_ITEMCHANGEDW && (change.pitem->mask & HDI_WIDTH) != 0;
       if (!widened || fitting_) return std::nullopt;
-      LRESULT result = 0;
-      ChangeWidths([&] { result = CallList(message, wparam, lparam); });
+      const LRESULT result = CallList(message, wparam, lparam);
+      ColumnDragged(Swapped(static_cast<std::size_t>(change.iItem)), change.pitem->cxy);
       return result;
     }
     default:
       return std::nullopt;
   }
-}
-
-void PagedList::ShowCursor() const {
-  Send(WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS));
 }
 
 bool PagedList::HandleKey(WPARAM key) {
@@ -412,8 +466,6 @@ bool PagedList::HandleKey(WPARAM key) {
   const auto* entry = std::find_if(std::begin(kNavigationKeys), std::end(kNavigationKeys),
                                    [&](const NavigationKey& k) { return k.key == key; });
   if (entry == std::end(kNavigationKeys)) return false;
-  // Whoever uses the keyboard needs to see the cursor.
-  ShowCursor();
   const Pick pick = PickWith(IsDown(VK_SHIFT), IsDown(VK_CONTROL), Pick::kNone);
   Do([&] { (model_.*entry->move)(pick); });
   return true;

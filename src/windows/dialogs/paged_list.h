@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "dialogs/list_model.h"
@@ -40,12 +41,12 @@ class PagedList : private DialogWindow {
 
   // The owner window calls these in this order. No page is asked for before Open.
   void Create(HINSTANCE module, HWND parent);
-  void SetMetrics(const Metrics& metrics);  // again, before Move, when they have changed
+  void SetMetrics(const Metrics& metrics);  // again, before Placed, when they have changed
   SIZE SizeFor(int rows) const;             // with every column at its width
-  void Move(int x, int y, int width, int height);
+  void Placed();                            // the window has got its place
   void Open();
 
-  void Show(bool visible) { ShowWindow(handle(), visible ? SW_SHOWNA : SW_HIDE); }
+  using DialogWindow::handle;
   // Calls `action`, a handler of the model, and draws what that now shows. Not while another one
   // runs, or before Open.
   void Do(const std::function<void()>& action);
@@ -64,6 +65,7 @@ class PagedList : private DialogWindow {
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
   std::optional<LRESULT> HandleNotification(NMHDR& notification);
   std::optional<LRESULT> CustomDraw(NMLVCUSTOMDRAW& draw) const;
+  void DrawWhyEmpty(HDC dc) const;
   void GetText(LVITEMW& item) const;
   std::optional<LRESULT> PaintBorder(WPARAM region) const;
 
@@ -77,17 +79,21 @@ class PagedList : private DialogWindow {
   void DoubleClick(POINT point, WPARAM keys);
   int RowAt(POINT point) const;
 
+  // The list view's own number of a column, and the column of that number. The list view aligns its
+  // number 0 to the left always, so a first column of numbers changes places with the second, and
+  // back again by the order in which they are shown.
+  std::size_t Swapped(std::size_t column) const;
+
   void Scroll(int code);
   void Draw();
   void MeasureRows();
-  void LayoutList();
-  void ChangeWidths(const std::function<void()>& change);
+  void FitColumns();
+  void ColumnDragged(std::size_t column, int width);
   void DrawSelection();
-  void ShowCursor() const;
   void DrawSortArrows() const;
-  void DrawScrollBar() const;
+  void DrawScrollBar();
   HWND Header() const;
-  int ColumnWidth(int column) const;
+  int ColumnWidth(std::size_t column) const;
   int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
 
   dialogs::ListModel& model_;
@@ -96,6 +102,9 @@ class PagedList : private DialogWindow {
   WNDPROC list_procedure_ = nullptr;
   // The page drawn: painting must not depend on the model, which may just be at work.
   std::vector<dialogs::Row> page_;
+  std::wstring why_empty_;
+  std::vector<int> widths_;   // of the columns, as they are to be where there is room for them
+  std::size_t flexible_ = 0;  // the column that takes what the others leave
   int character_width_ = 0;
   int header_height_ = 0;
   int row_height_ = 0;

@@ -1,17 +1,9 @@
 #include "windows/dialogs/product_window.h"
 
-// clang-format off
-#include <windows.h>  // before any other header of the system
-#include <commctrl.h>
-// clang-format on
-
 #include <algorithm>
-#include <utility>
 
 namespace ard::windows {
 namespace {
-
-constexpr const wchar_t* kTabs[] = {L"Products", L"Product Information"};
 
 class WaitCursor {
  public:
@@ -42,61 +34,52 @@ void ProductWindow::CreateBody(HINSTANCE module) {
   SelectWindow::CreateBody(module);
   search_bar_.Create(module, handle());
   info_list_.Create(module, handle());
-  tabs_ = CreateControl(handle(), {WC_TABCONTROLW, L"", WS_TABSTOP | WS_CLIPSIBLINGS});
-  for (const wchar_t* text : kTabs) {
-    TCITEMW item = {};
-    item.mask = TCIF_TEXT;
-    item.pszText = const_cast<wchar_t*>(text);
-    SendMessageW(tabs_, TCM_INSERTITEMW, std::size(kTabs), reinterpret_cast<LPARAM>(&item));
-    if (!dialog_.has_product_info()) break;  // its tab alone makes the second page
-  }
+  tabs_.Create(handle());
+  tabs_.Add(L"Products");
+  // Its tab alone makes the second page.
+  if (dialog_.has_product_info()) tabs_.Add(L"Product Information");
   ShowPage();
 }
 
 void ProductWindow::Opened() {
-  // Below what stands on its pages, and so the last stop of the Tab key before the page.
-  SetWindowPos(tabs_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  tabs_.Lower();
   SelectWindow::Opened();
 }
 
 void ProductWindow::MetricsChanged() {
   SelectWindow::MetricsChanged();
-  search_bar_.SetMetrics(metrics());
   info_list_.SetMetrics(metrics());
 }
 
-SIZE ProductWindow::BodySize(int rows) const {
-  const SIZE stock = SelectWindow::BodySize(rows);
-  return Around({std::max(stock.cx, info_list_.SizeFor(rows).cx), stock.cy});
+SIZE ProductWindow::BodySize() const {
+  SIZE content = SelectWindow::BodySize();
+  content.cx = std::max(content.cx, info_list_.SizeFor(0).cx);
+  return tabs_.Around(metrics(), content);
 }
 
-SIZE ProductWindow::MinimumSize() const {
-  const SIZE minimum = SelectWindow::MinimumSize();
-  const SIZE bar = search_bar_.MinimumSize();
-  return {std::max(minimum.cx, Around(bar).cx + 2 * metrics().X(kMargin)),
-          minimum.cy + bar.cy + metrics().Y(kMargin)};
+SIZE ProductWindow::LeastBodySize() const {
+  SIZE content = SelectWindow::LeastBodySize();
+  const SIZE bar = search_bar_.LeastSize(metrics());
+  content.cx = std::max(content.cx, bar.cx);
+  content.cy += bar.cy + metrics().Y(kMargin);
+  return tabs_.Around(metrics(), content);
 }
 
-SIZE ProductWindow::Around(SIZE content) const {
-  RECT area = {0, 0, content.cx + 2 * metrics().X(kMargin), content.cy + 2 * metrics().Y(kMargin)};
-  SendMessageW(tabs_, TCM_ADJUSTRECT, TRUE, reinterpret_cast<LPARAM>(&area));
-  return {area.right - area.left, area.bottom - area.top};
-}
-
-void ProductWindow::LayoutBody(int x, int y, int width, int height) {
-  Place(tabs_, x, y, width, height);
-  RECT page = {x, y, x + width, y + height};
-  SendMessageW(tabs_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
-  InflateRect(&page, -metrics().X(kMargin), -metrics().Y(kMargin));
-  const int left = static_cast<int>(page.left);
-  const int inner = std::max(static_cast<int>(page.right - page.left), 0);
-  int top = static_cast<int>(page.top);
+void ProductWindow::PutBody(Placement& placement, const RECT& area) {
+  RECT page = area;
+  tabs_.Put(placement, metrics(), page);
   if (on_info_page()) {
-    const int bar = static_cast<int>(search_bar_.MinimumSize().cy);
-    search_bar_.Move(left, top, inner, bar);
-    top += bar + metrics().Y(kMargin);
+    RECT bar = page;
+    bar.bottom = bar.top + search_bar_.LeastSize(metrics()).cy;
+    placement.Put(search_bar_.handle(), bar);
+    page.top = bar.bottom + metrics().Y(kMargin);
   }
-  shown().Move(left, top, inner, std::max(static_cast<int>(page.bottom) - top, 0));
+  placement.Put(shown().handle(), page);
+}
+
+void ProductWindow::Placed() {
+  search_bar_.Placed(metrics());
+  SelectWindow::Placed();
 }
 
 HWND ProductWindow::InitialFocus() const {
@@ -109,21 +92,13 @@ void ProductWindow::Changed() {
 }
 
 bool ProductWindow::HandleKey(HWND control, WPARAM key) {
-  const Tab other = on_info_page() ? Tab::kProducts : Tab::kProductInfo;
-  // AltGr, with which characters are typed, is Ctrl and Alt.
-  const bool control_down = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
-  if (control_down && (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR)) {
-    // Of two pages, the next one is the previous one, too.
-    SwitchTo(other);
+  if (const std::optional<int> tab = tabs_.TabFor(control, key)) {
+    SwitchTo(*tab);
     return true;
   }
-  if (control_down && key >= '1' && key <= '9' && on_info_page()) {
+  if (!on_info_page()) return false;
+  if (GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0 && key >= '1' && key <= '9') {
     info_list_.Do([&] { SortBy(key - '1'); });
-    return true;
-  }
-  if (control == tabs_ && key == (other == Tab::kProducts ? VK_LEFT : VK_RIGHT)) {
-    // Not by the tab strip itself: after a key, that of Wine takes no clicks.
-    SwitchTo(other);
     return true;
   }
   if (control != search_bar_.text_box()) return false;
@@ -140,9 +115,8 @@ void ProductWindow::Command(int id) {
 
 std::optional<LRESULT> ProductWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_NOTIFY) {
-    const auto& notification = *reinterpret_cast<const NMHDR*>(lparam);
-    if (notification.hwndFrom == tabs_ && notification.code == TCN_SELCHANGE) {
-      SwitchTo(SendMessageW(tabs_, TCM_GETCURSEL, 0, 0) == 0 ? Tab::kProducts : Tab::kProductInfo);
+    if (const std::optional<int> tab = tabs_.TabFor(*reinterpret_cast<const NMHDR*>(lparam))) {
+      SwitchTo(*tab);
       return 0;
     }
   }
@@ -154,9 +128,10 @@ void ProductWindow::SortBy(std::size_t column) {
   dialog_.ColumnClick(column);
 }
 
-void ProductWindow::SwitchTo(Tab tab) {
-  dialog_.TabClick(tab);
-  if (dialog_.tab() != tab) return;
+void ProductWindow::SwitchTo(int tab) {
+  const auto wanted = static_cast<Tab>(tab + 1);
+  if (wanted == dialog_.tab()) return;
+  dialog_.TabClick(wanted);
   ShowPage();
   LayoutClient();
   shown().Open();
@@ -165,10 +140,10 @@ void ProductWindow::SwitchTo(Tab tab) {
 
 void ProductWindow::ShowPage() {
   const bool info = on_info_page();
-  SendMessageW(tabs_, TCM_SETCURSEL, info ? 1 : 0, 0);
-  list().Show(!info);
-  search_bar_.Show(info);
-  info_list_.Show(info);
+  tabs_.Select(info ? 1 : 0);
+  ShowControl(list().handle(), !info);
+  ShowControl(search_bar_.handle(), info);
+  ShowControl(info_list_.handle(), info);
   set_shown(info ? info_list_ : list());
 }
 

@@ -16,6 +16,7 @@
 #include "dialogs/product_dialog.h"
 #include "windows/dialogs/search_bar.h"
 #include "windows/dialogs/select_window.h"
+#include "windows/dialogs/tab_strip.h"
 
 namespace ard::windows {
 
@@ -29,9 +30,10 @@ class ProductWindow : public SelectWindow {
 
   void CreateBody(HINSTANCE module) override;
   void MetricsChanged() override;
-  SIZE BodySize(int rows) const override;
-  SIZE MinimumSize() const override;
-  void LayoutBody(int x, int y, int width, int height) override;
+  SIZE BodySize() const override;
+  SIZE LeastBodySize() const override;
+  void PutBody(Placement& placement, const RECT& area) override;
+  void Placed() override;
   void Opened() override;
   void Changed() override;
   HWND InitialFocus() const override;
@@ -41,16 +43,14 @@ class ProductWindow : public SelectWindow {
 
   PagedList::Events InfoListEvents();
   bool on_info_page() const { return dialog_.tab() == Tab::kProductInfo; }
-  // The size of the tab strip around a page with content of that size.
-  SIZE Around(SIZE content) const;
-  void SwitchTo(Tab tab);
+  void SwitchTo(int tab);           // from 0
   void SortBy(std::size_t column);  // from 0
   void ShowPage();
 
   dialogs::ProductDialog& dialog_;
   PagedList info_list_;
   SearchBar search_bar_;
-  HWND tabs_ = nullptr;
+  TabStrip tabs_;
 };
 
 }  // namespace ard::windows

@@ -9,6 +9,7 @@
 
 #include "dialogs/product_dialog.h"
 #include "windows/dialogs/dialog_window.h"
+#include "windows/dialogs/layout.h"
 #include "windows/dialogs/metrics.h"
 #include "windows/dialogs/paged_list.h"
 
@@ -20,10 +21,11 @@ class SearchBar : private DialogWindow {
   SearchBar(dialogs::ProductDialog& dialog, PagedList& list) : dialog_(dialog), list_(list) {}
 
   void Create(HINSTANCE module, HWND parent);
-  void SetMetrics(const Metrics& metrics) { metrics_ = &metrics; }
-  SIZE MinimumSize() const;
-  void Move(int x, int y, int width, int height);
-  void Show(bool visible) { ShowWindow(handle(), visible ? SW_SHOWNA : SW_HIDE); }
+  using DialogWindow::handle;
+  SIZE LeastSize(const Metrics& metrics) const {
+    return {line_.Width(metrics), line_.Height(metrics, 0)};
+  }
+  void Placed(const Metrics& metrics) const;
 
   // Shows the dialog's search text and field, without a call of its handlers.
   void Refresh();
@@ -39,18 +41,12 @@ class SearchBar : private DialogWindow {
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
   void TextChange();
   void FieldChange();
-  int WidthBesidesText() const;
-  int LabelWidth(const wchar_t* label) const;
 
   dialogs::ProductDialog& dialog_;
   PagedList& list_;
-  const Metrics* metrics_ = nullptr;
-  HWND text_label_ = nullptr;
+  Lines line_;
   HWND text_ = nullptr;
-  HWND field_label_ = nullptr;
   HWND field_ = nullptr;
-  HWND search_ = nullptr;
-  HWND clear_ = nullptr;
 };
 
 }  // namespace ard::windows

@@ -1,15 +1,6 @@
 #include "windows/dialogs/select_window.h"
 
-#include <algorithm>
-#include <array>
-
 namespace ard::windows {
-namespace {
-
-constexpr int kInitialRows = 20;
-constexpr int kMinimumRows = 5;
-
-}  // namespace
 
 SelectWindow::SelectWindow(dialogs::SelectDialog& dialog, dialogs::ListModel& list)
     : ModalWindow(Border::kResizable), dialog_(dialog), list_(list, ListEvents()) {}
@@ -30,38 +21,20 @@ PagedList::Events SelectWindow::ListEvents() {
 
 void SelectWindow::CreateControls(HINSTANCE module) {
   CreateBody(module);
+  const HWND extra = CreateExtraButton();
   ok_ = AddButton(IDOK, L"OK");
-  cancel_ = AddButton(IDCANCEL, L"Cancel");
+  const HWND cancel = AddButton(IDCANCEL, L"Cancel");
+  foot().Add({{extra, extra ? kButtonWidth : 0},
+              {nullptr, 0, true},
+              {ok_, kButtonWidth},
+              {cancel, kButtonWidth}},
+             kButtons, 0);
 }
 
-SIZE SelectWindow::InitialSize() const {
-  SIZE size = SizeFor(kInitialRows);
-  if (dialog_.width() > 0) {
-    const int width = MulDiv(dialog_.width(), static_cast<int>(DpiOf(handle())), kTwipsPerInch);
-    size.cx = width - FrameOf(handle()).cx;
-  }
-  size.cx = std::max(size.cx, MinimumSize().cx);
-  return size;
-}
-
-SIZE SelectWindow::MinimumSize() const {
-  const int width = metrics().X(2 * kMargin + 2 * kButtonWidth + kGap);
-  return {width, SizeFor(kMinimumRows).cy};
-}
-
-SIZE SelectWindow::SizeFor(int rows) const {
-  const SIZE body = BodySize(rows);
-  return {body.cx + 2 * metrics().X(kMargin), body.cy + metrics().Y(kMargin) + HeightBelowBody()};
-}
-
-int SelectWindow::HeightBelowBody() const { return metrics().Y(2 * kMargin + kButtonHeight); }
-
-void SelectWindow::Layout(SIZE client) {
-  const int x = metrics().X(kMargin);
-  const int y = metrics().Y(kMargin);
-  LayoutBody(x, y, std::max(static_cast<int>(client.cx) - 2 * x, 0),
-             std::max(static_cast<int>(client.cy) - y - HeightBelowBody(), 0));
-  LayoutButtons(client, std::array{ok_, cancel_});
+int SelectWindow::OpeningWidth() const {
+  if (dialog_.width() == 0) return 0;
+  const int width = MulDiv(dialog_.width(), static_cast<int>(DpiOf(handle())), kTwipsPerInch);
+  return width - static_cast<int>(FrameOf(handle()).cx);
 }
 
 void SelectWindow::Command(int id) {
@@ -72,6 +45,8 @@ void SelectWindow::Command(int id) {
   } else if (id == IDCANCEL) {
     dialog_.Cancel();
   }
+  // Whatever has kept it open, the next key is for the list.
+  if (id == IDOK && dialog_.visible()) Focus(shown_->focus_window());
   FinishIfHidden();
   shown_->Refresh();
 }

@@ -20,15 +20,23 @@ class SelectWindow : public ModalWindow {
   SelectWindow(dialogs::SelectDialog& dialog, dialogs::ListModel& list);
 
   virtual void CreateBody(HINSTANCE module) { list_.Create(module, handle()); }
-  virtual SIZE BodySize(int rows) const { return list_.SizeFor(rows); }
-  virtual void LayoutBody(int x, int y, int width, int height) { list_.Move(x, y, width, height); }
+  // What the foot has beside OK and Cancel.
+  virtual HWND CreateExtraButton() { return nullptr; }
   virtual void Changed();  // something that may have changed the model has happened
 
   void MetricsChanged() override { list_.SetMetrics(metrics()); }
-  SIZE MinimumSize() const override;
+  SIZE BodySize() const override { return list_.SizeFor(kInitialRows); }
+  SIZE LeastBodySize() const override { return {0, list_.SizeFor(kLeastRows).cy}; }
+  void PutBody(Placement& placement, const RECT& area) override {
+    placement.Put(list_.handle(), area);
+  }
+  void Placed() override { shown_->Placed(); }
   void Opened() override { shown_->Open(); }
   HWND InitialFocus() const override { return shown_->focus_window(); }
   void Command(int id) override;
+
+  static constexpr int kInitialRows = 20;
+  static constexpr int kLeastRows = 5;
 
   PagedList::Events ListEvents();
   PagedList& list() { return list_; }
@@ -40,20 +48,16 @@ class SelectWindow : public ModalWindow {
   const wchar_t* Caption() const override { return dialog_.caption().c_str(); }
   bool OnScreen() const override { return dialog_.on_screen(); }
   void CreateControls(HINSTANCE module) override;
-  SIZE InitialSize() const override;
-  void Layout(SIZE client) override;
+  int OpeningWidth() const override;
   void CloseBox() override;
   void Wheel(int delta) override { shown_->Wheel(delta); }
 
-  SIZE SizeFor(int rows) const;
-  int HeightBelowBody() const;
   void FinishIfHidden();
 
   dialogs::SelectDialog& dialog_;
   PagedList list_;
   PagedList* shown_ = &list_;
   HWND ok_ = nullptr;
-  HWND cancel_ = nullptr;
 };
 
 }  // namespace ard::windows

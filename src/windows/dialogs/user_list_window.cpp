@@ -1,7 +1,6 @@
 #include "windows/dialogs/user_list_window.h"
 
 #include <algorithm>
-#include <array>
 
 namespace ard::windows {
 namespace {
@@ -32,20 +31,17 @@ UserListWindow::UserListWindow(UserListDialog& dialog)
 void UserListWindow::CreateControls(HINSTANCE module) {
   accounts_.Create(module, handle());
   host_.Create(module, handle());
-  if (dialog_.can_delete()) delete_ = AddButton(kDelete, L"&Delete");
-  tabs_ = CreateControl(handle(), {WC_TABCONTROLW, L"", WS_TABSTOP | WS_CLIPSIBLINGS});
-  AddTab(0, L"Accounts");
-  AddTab(1, dialog_.host_name().c_str());
-  refresh_ = AddButton(kRefresh, L"&Refresh");
-  close_ = AddButton(IDCANCEL, L"Close");
+  if (dialog_.can_delete()) {
+    delete_ = AddButton(kDelete, L"&Delete");
+    below_host_.Add({{delete_, kButtonWidth}}, kButtons, 0);
+  }
+  tabs_.Create(handle());
+  tabs_.Add(L"Accounts");
+  tabs_.Add(dialog_.host_name());
+  const HWND refresh = AddButton(kRefresh, L"&Refresh");
+  const HWND close = AddButton(IDCANCEL, L"Close");
+  foot().Add({{nullptr, 0, true}, {refresh, kButtonWidth}, {close, kButtonWidth}}, kButtons, 0);
   ShowPage();
-}
-
-void UserListWindow::AddTab(WPARAM index, const wchar_t* text) {
-  TCITEMW item = {};
-  item.mask = TCIF_TEXT;
-  item.pszText = const_cast<wchar_t*>(text);
-  SendMessageW(tabs_, TCM_INSERTITEMW, index, reinterpret_cast<LPARAM>(&item));
 }
 
 void UserListWindow::MetricsChanged() {
@@ -57,53 +53,38 @@ int UserListWindow::Twips(int twips) const {
   return MulDiv(twips, static_cast<int>(DpiOf(handle())), kTwipsPerInch);
 }
 
-SIZE UserListWindow::InitialSize() const {
-  return Around({accounts_.SizeFor(kMinimumUsers).cx, Twips(UserListDialog::kListHeight)});
+SIZE UserListWindow::BodySize() const {
+  return tabs_.Around(metrics(), {accounts_.SizeFor(0).cx, Twips(UserListDialog::kListHeight)});
 }
 
-SIZE UserListWindow::MinimumSize() const {
-  const LONG height = accounts_.SizeFor(kMinimumUsers).cy + HeightOfDelete();
-  return {metrics().X(4 * kMargin + 2 * kButtonWidth + kGap), Around({0, height}).cy};
-}
-
-SIZE UserListWindow::Around(SIZE content) const {
-  RECT page = {0, 0, content.cx + 2 * metrics().X(kMargin), content.cy + 2 * metrics().Y(kMargin)};
-  SendMessageW(tabs_, TCM_ADJUSTRECT, TRUE, reinterpret_cast<LPARAM>(&page));
-  return {page.right - page.left + 2 * metrics().X(kMargin),
-          page.bottom - page.top + metrics().Y(3 * kMargin + kButtonHeight)};
+SIZE UserListWindow::LeastBodySize() const {
+  return tabs_.Around(metrics(), {0, accounts_.SizeFor(kMinimumUsers).cy + HeightOfDelete()});
 }
 
 int UserListWindow::HeightOfDelete() const {
   if (!delete_) return 0;
   return std::max(Twips(UserListDialog::kListHeight - dialog_.host_list_height()),
-                  metrics().Y(kButtonHeight + kGap));
+                  metrics().Y(kButtons + kGap));
 }
 
-void UserListWindow::Layout(SIZE client) {
-  const int x = metrics().X(kMargin);
-  const int y = metrics().Y(kMargin);
-  RECT page = {x, y, client.cx - x, client.cy - metrics().Y(2 * kMargin + kButtonHeight)};
-  page.bottom = std::max(page.bottom, page.top);
-  Place(tabs_, x, y, static_cast<int>(page.right - page.left),
-        static_cast<int>(page.bottom - page.top));
-  SendMessageW(tabs_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
-  InflateRect(&page, -x, -y);
-  const int left = static_cast<int>(page.left);
-  const int top = static_cast<int>(page.top);
-  const int width = std::max(static_cast<int>(page.right) - left, 0);
-  const int height = std::max(static_cast<int>(page.bottom) - top, 0);
-  accounts_.Move(left, top, width, height);
-  host_.Move(left, top, width, std::max(height - HeightOfDelete(), 0));
-  if (delete_) {
-    Place(delete_, left, top + height - metrics().Y(kButtonHeight), metrics().X(kButtonWidth),
-          metrics().Y(kButtonHeight));
-  }
-  LayoutButtons(client, std::array{refresh_, close_});
+void UserListWindow::PutBody(Placement& placement, const RECT& area) {
+  RECT page = area;
+  tabs_.Put(placement, metrics(), page);
+  placement.Put(accounts_.handle(), page);
+  RECT below = page;
+  below.top = page.bottom - below_host_.Height(metrics(), 0);
+  below_host_.Put(placement, metrics(), below);
+  page.bottom -= HeightOfDelete();
+  placement.Put(host_.handle(), page);
+}
+
+void UserListWindow::Placed() {
+  accounts_.Placed();
+  host_.Placed();
 }
 
 void UserListWindow::Opened() {
-  // Below what stands on its pages, and so the last stop of the Tab key before the page.
-  SetWindowPos(tabs_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  tabs_.Lower();
   accounts_.Open();
   host_.Open();
 }
@@ -117,6 +98,8 @@ void UserListWindow::Command(int id) {
       break;
     case kDelete:
       host_.Do([&] { dialog_.DeleteClick(); });
+      // Where the next logon is chosen.
+      Focus(InitialFocus());
       break;
     case IDCANCEL:
       CloseBox();
@@ -132,27 +115,25 @@ void UserListWindow::CloseBox() {
 }
 
 bool UserListWindow::HandleKey(HWND control, WPARAM key) {
-  const Tab other = on_host_page() ? Tab::kAccounts : Tab::kHost;
-  const bool arrow = control == tabs_ && key == (on_host_page() ? VK_LEFT : VK_RIGHT);
-  const bool paging =
-      GetKeyState(VK_CONTROL) < 0 && (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR);
-  if (arrow || paging) SwitchTo(other);
-  return arrow || paging;
+  const std::optional<int> tab = tabs_.TabFor(control, key);
+  if (tab) SwitchTo(*tab);
+  return tab.has_value();
 }
 
 std::optional<LRESULT> UserListWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_NOTIFY) {
-    const auto& notification = *reinterpret_cast<const NMHDR*>(lparam);
-    if (notification.hwndFrom == tabs_ && notification.code == TCN_SELCHANGE) {
-      SwitchTo(SendMessageW(tabs_, TCM_GETCURSEL, 0, 0) == 0 ? Tab::kAccounts : Tab::kHost);
+    if (const std::optional<int> tab = tabs_.TabFor(*reinterpret_cast<const NMHDR*>(lparam))) {
+      SwitchTo(*tab);
       return 0;
     }
   }
   return ModalWindow::Handle(message, wparam, lparam);
 }
 
-void UserListWindow::SwitchTo(Tab tab) {
-  dialog_.TabClick(tab);
+void UserListWindow::SwitchTo(int tab) {
+  const auto wanted = static_cast<Tab>(tab + 1);
+  if (wanted == dialog_.tab()) return;
+  dialog_.TabClick(wanted);
   ShowPage();
   shown().Refresh();
   Focus(InitialFocus());
@@ -160,10 +141,10 @@ void UserListWindow::SwitchTo(Tab tab) {
 
 void UserListWindow::ShowPage() {
   const bool host = on_host_page();
-  SendMessageW(tabs_, TCM_SETCURSEL, host ? 1 : 0, 0);
-  accounts_.Show(!host);
-  host_.Show(host);
-  if (delete_) ShowWindow(delete_, host ? SW_SHOWNA : SW_HIDE);
+  tabs_.Select(host ? 1 : 0);
+  ShowControl(accounts_.handle(), !host);
+  ShowControl(host_.handle(), host);
+  if (delete_) ShowControl(delete_, host);
 }
 
 }  // namespace ard::windows

@@ -1,6 +1,5 @@
 // UserListWindow: the window of the user list (dialogs/user_list_dialog.h): a tab strip with a list
-// on each page, and on the second, for the manager, a button that deletes a logon. Ctrl+Tab
-// switches pages.
+// on each page, and on the second, for the manager, a button that deletes a logon.
 #ifndef ARD_WINDOWS_DIALOGS_USER_LIST_WINDOW_H_
 #define ARD_WINDOWS_DIALOGS_USER_LIST_WINDOW_H_
 
@@ -11,6 +10,7 @@
 #include "dialogs/user_list_dialog.h"
 #include "windows/dialogs/modal_window.h"
 #include "windows/dialogs/paged_list.h"
+#include "windows/dialogs/tab_strip.h"
 
 namespace ard::windows {
 
@@ -25,9 +25,10 @@ class UserListWindow : public ModalWindow {
   const wchar_t* Caption() const override { return dialog_.caption().data(); }
   void CreateControls(HINSTANCE module) override;
   void MetricsChanged() override;
-  SIZE InitialSize() const override;
-  SIZE MinimumSize() const override;
-  void Layout(SIZE client) override;
+  SIZE BodySize() const override;
+  SIZE LeastBodySize() const override;
+  void PutBody(Placement& placement, const RECT& area) override;
+  void Placed() override;
   void Opened() override;
   HWND InitialFocus() const override { return shown().focus_window(); }
   void Command(int id) override;
@@ -39,22 +40,18 @@ class UserListWindow : public ModalWindow {
   bool on_host_page() const { return dialog_.tab() == Tab::kHost; }
   const PagedList& shown() const { return on_host_page() ? host_ : accounts_; }
   PagedList& shown() { return on_host_page() ? host_ : accounts_; }
-  void AddTab(WPARAM index, const wchar_t* text);
   int Twips(int twips) const;  // in pixels
-  // The client area around a page with content of that size.
-  SIZE Around(SIZE content) const;
   // What the second page has below its list.
   int HeightOfDelete() const;
-  void SwitchTo(Tab tab);
+  void SwitchTo(int tab);  // from 0
   void ShowPage();
 
   dialogs::UserListDialog& dialog_;
   PagedList accounts_;
   PagedList host_;
-  HWND tabs_ = nullptr;
+  TabStrip tabs_;
   HWND delete_ = nullptr;
-  HWND refresh_ = nullptr;
-  HWND close_ = nullptr;
+  Lines below_host_;
 };
 
 }  // namespace ard::windows

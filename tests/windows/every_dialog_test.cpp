@@ -1,0 +1,234 @@
+// What every dialog owes its user, whatever it is for: asked of all of them alike.
+
+// clang-format off
+#include <windows.h>  // before any other header of the system
+#include <commctrl.h>
+// clang-format on
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "accounts/ledger_accounts.h"
+#include "accounts/nominal_bank.h"
+#include "dialogs/address_dialog.h"
+#include "dialogs/discount_breakdown.h"
+#include "dialogs/fast_select.h"
+#include "dialogs/logon_dialog.h"
+#include "dialogs/product_dialog.h"
+#include "dialogs/user_list_dialog.h"
+#include "frame/text.h"
+#include "host_database/odbc_connection.h"
+#include "simulator/testing/company_builder.h"
+#include "tests/windows/dialog_view.h"
+#include "tests/windows/window_test.h"
+
+namespace ard::windows {
+namespace {
+
+using testing::Picture;
+using testing::PictureOf;
+using testing::RectOf;
+using testing::SizeOf;
+
+class NoOwners : public dialogs::AddressOwners {
+ public:
+  bool IsValid(dialogs::AddressKind, const std::wstring&) override { return true; }
+  std::wstring GetName(dialogs::AddressKind, const std::wstring&) override { return L"Cut & Shut"; }
+  std::wstring Search(dialogs::AddressKind, const std::wstring&) override { return L""; }
+};
+
+class EveryDialogTest : public testing::WindowTest {
+ protected:
+  EveryDialogTest() {
+    simulator::CompanyBuilder builder;
+    for (int i = 101; i <= 150; ++i) {
+      builder.Nominal(std::to_wstring(i), L"NAME=An account");
+      builder.Product(L"P" + std::to_wstring(i), L"DESCRIPTION=Bolt");
+    }
+    builder.Record(L"CompanyDeliveryData", L"ADDRESS_REF=1|DESCRIPTION=Works");
+    builder.Record(L"QueueData", L"LOGON_NAME=ANN|STATION_NAME=ONE");
+    engine_ = builder.Build();
+    context_.workspace = engine_->workspace();
+    context_.app_name = L"Cut & Shut";
+    const auto database =
+        std::make_shared<host_database::OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+    for (const wchar_t* command :
+         {L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30), Description VARCHAR(60))",
+          L"INSERT INTO ProdInfoStockFields VALUES ('AX1', 'Zinc'), ('AX2', 'Brass')",
+          L"CREATE TABLE CurrentUsers (ID INTEGER, UserName VARCHAR(30), UniqueID VARCHAR(30), "
+          L"Product VARCHAR(30))",
+          L"INSERT INTO CurrentUsers VALUES (1, 'ann', 'one', 'Cut & Shut')"}) {
+      database->Execute(command);
+    }
+    context_.database = database;
+  }
+
+  // Opens each dialog in turn, and calls `act(window)` meanwhile.
+  void ForEach(const std::function<void(HWND)>& act) {
+    const auto show = [&](auto& dialog) {
+      const std::wstring title(dialog.caption());
+      SCOPED_TRACE(ToUtf8(title));
+      Work(
+          title.c_str(), [&] { environment_.Show(dialog); }, act);
+    };
+    dialogs::FastSelectDialog accounts(context_, accounts::kNominalList);
+    accounts.Load(50);
+    show(accounts);
+    for (const int tab : {1, 2}) {
+      dialogs::ProductDialog products(context_, {.special_rows = true});
+      products.Load(50);
+      products.PresetTab(tab);
+      show(products);
+    }
+    NoOwners owners;
+    dialogs::AddressDialog addresses(context_, owners);
+    addresses.KindChange(dialogs::AddressKind::kCompany);
+    show(addresses);
+    dialogs::AddressDetails details(context_, {});
+    show(static_cast<dialogs::FieldsDialog&>(details));
+    dialogs::DiscountBreakdown discount(L"Table C", {5.0, 7.5, {}, {}}, 2);
+    show(static_cast<dialogs::FieldsDialog&>(discount));
+    for (const int tab : {1, 2}) {
+      dialogs::UserListDialog users(context_, true);
+      users.TabClick(static_cast<dialogs::UserListDialog::Tab>(tab));
+      show(users);
+    }
+    dialogs::LogonDialog logon(context_, dialogs::LogonDialog::Form::kUserDetails,
+                               [](const auto&, const auto&) { return true; });
+    logon.SetCompany(L"Acme & Sons");
+    show(logon);
+    Work(
+        L"Input", [&] { environment_.InputBox(L"A & B:", L"Input"); }, act);
+  }
+
+  // What a child window shows, at any depth.
+  static void Collect(HWND parent, std::vector<HWND>& controls) {
+    for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+      controls.push_back(child);
+      Collect(child, controls);
+    }
+  }
+  static std::wstring ClassOf(HWND window) {
+    wchar_t name[64] = {};
+    GetClassNameW(window, name, 64);
+    return name;
+  }
+  static void SetText(HWND control, const wchar_t* text) {
+    if (ClassOf(control) == WC_COMBOBOXW) {
+      SendMessageW(control, CB_RESETCONTENT, 0, 0);
+      SendMessageW(control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+      SendMessageW(control, CB_SETCURSEL, 0, 0);
+    } else {
+      if (ClassOf(control) == WC_EDITW) SendMessageW(control, EM_SETPASSWORDCHAR, 0, 0);
+      SetWindowTextW(control, text);
+    }
+  }
+  // The screen's row on which the letters of the control's text stand; 0 when it shows none.
+  static LONG BaselineOf(HWND control) {
+    SetText(control, L" ");
+    const Picture blank = PictureOf(control);
+    SetText(control, L"H");
+    const Picture letter = PictureOf(control);
+    for (int y = letter.height - 1; y >= 0; --y) {
+      if (!letter.EqualsRow(blank, y)) return RectOf(control).top + y;
+    }
+    return 0;
+  }
+
+  std::unique_ptr<simulator::Simulator> engine_;
+};
+
+TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
+  const std::set<std::wstring> boxes = {WC_EDITW, WC_COMBOBOXW};
+  for (const UINT dpi : {96U, 144U, 192U}) {
+    SCOPED_TRACE(dpi);
+    int lines_with_boxes = 0;
+    ForEach([&](HWND window) {
+      RECT suggested = {0, 0, 1270, 1000};
+      host_.Ask([&] {
+        SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                     reinterpret_cast<LPARAM>(&suggested));
+      });
+      struct Control {
+        std::wstring text;
+        LONG baseline;
+        LONG height;
+        bool box;
+      };
+      std::map<LONG, std::vector<Control>> lines;  // by the middle of the line
+      std::vector<HWND> controls;
+      Collect(window, controls);
+      for (const HWND control : controls) {
+        const std::wstring name = ClassOf(control);
+        if (!IsWindowVisible(control) ||
+            !(name == WC_STATICW || name == WC_BUTTONW || boxes.contains(name))) {
+          continue;
+        }
+        const RECT rect = RectOf(control);
+        Control found = {testing::TextOf(control), 0, rect.bottom - rect.top, boxes.contains(name)};
+        host_.Ask([&] { found.baseline = BaselineOf(control); });
+        if (found.baseline != 0) lines[(rect.top + rect.bottom) / 2 / 4].push_back(found);
+      }
+      for (const auto& [middle, line] : lines) {
+        for (const Control& control : line) {
+          SCOPED_TRACE(ToUtf8(line.front().text + L" / " + control.text));
+          EXPECT_EQ(control.baseline, line.front().baseline);
+          EXPECT_NEAR(control.height, line.front().height, 2);
+          lines_with_boxes += control.box && line.size() > 1;
+        }
+      }
+    });
+    EXPECT_EQ(lines_with_boxes, 2 + 2 + 11 + 5 + 2) << "boxes that share their line";
+  }
+}
+
+TEST_F(EveryDialogTest, ResizingLeavesNothingBehind) {
+  ForEach([&](HWND window) {
+    if (!(GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME)) return;
+    const SIZE opened = SizeOf(window);
+    for (const int change : {60, -90, 140}) {
+      Picture resized;
+      Picture anew;
+      testing::Resize(window, {opened.cx + change, opened.cy + change});
+      EXPECT_TRUE(host_.Settle());
+      host_.Ask([&] {
+        UpdateWindow(window);
+        resized = PictureOf(window);
+        RedrawWindow(window, nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        anew = PictureOf(window);
+      });
+      EXPECT_TRUE(resized == anew) << change;
+    }
+  });
+}
+
+TEST_F(EveryDialogTest, WhatIsHiddenIsDisabledAndAnAmpersandIsOne) {
+  ForEach([&](HWND window) {
+    std::vector<HWND> controls;
+    Collect(window, controls);
+    for (const HWND control : controls) {
+      if (ClassOf(control) == UPDOWN_CLASSW) continue;  // the tab strip's own
+      const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
+      EXPECT_TRUE((style & WS_VISIBLE) || (style & WS_DISABLED))
+          << ToUtf8(testing::TextOf(control));
+      if (ClassOf(control) != WC_TABCONTROLW || testing::TextOf(window) != L"User List") continue;
+      wchar_t text[64] = {};
+      TCITEMW item = {};
+      item.mask = TCIF_TEXT;
+      item.pszText = text;
+      item.cchTextMax = 64;
+      host_.Ask([&] { SendMessageW(control, TCM_GETITEMW, 1, reinterpret_cast<LPARAM>(&item)); });
+      EXPECT_STREQ(text, L"Cut && Shut");
+    }
+  });
+}
+
+}  // namespace
+}  // namespace ard::windows
