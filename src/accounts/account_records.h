@@ -37,11 +37,11 @@ class AccountRecord : public PublicClass {
   }
 
   template <class T>
-  T Get(std::wstring_view property, T Details::*member) const noexcept {
+  T Get(Name property, T Details::*member) const noexcept {
     return Call<T>(property, [&](T& value) { value = details_.*member; });
   }
   template <class T>
-  void Put(std::wstring_view property, T Details::*member, std::type_identity_t<T> value) noexcept {
+  void Put(Name property, T Details::*member, std::type_identity_t<T> value) noexcept {
     Run(property, [&] { details_.*member = std::move(value); });
   }
 

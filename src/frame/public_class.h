@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "frame/context.h"
+#include "frame/name.h"
 #include "frame/value.h"
 
 namespace ard {
@@ -53,7 +54,7 @@ class PublicClass {
   // Runs a public method: `body` fills its result, which starts neutral. Whatever goes wrong in
   // it, nothing leaves this frame, and the result is what had been assigned by then.
   template <class Result, class Body>
-  Result Call(std::wstring_view member, Body&& body) const noexcept {
+  Result Call(Name member, Body&& body) const noexcept {
     Trace& trace = context_.trace();
     const auto describe = [&] { return Step{name_, member}; };
     Result result{};
@@ -69,7 +70,7 @@ class PublicClass {
 
   // The same for a method without a result.
   template <class Body>
-  void Run(std::wstring_view member, Body&& body) const noexcept {
+  void Run(Name member, Body&& body) const noexcept {
     Call<Nothing>(member, [&](Nothing&) { body(); });
   }
 

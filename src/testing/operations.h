@@ -122,9 +122,10 @@ inline constexpr Member kMembers[] = {
     // AddNew; each field and its type; the code; ExtraText, Update, Version.
     {L"Products.SaveNewProduct",
      kCreate + 1 + kFields + kCount + 2 * kStockFields + kBlankedStockFields + kField + 3},
-    // AddNew; each field, from the one to the other; code and description; Update.
+    // AddNew; each field, from the one to the other; code and description; what is cleared, of
+    // which one field is set twice; Update.
     {L"Products.CopyProduct", kFound + kCreate + 1 + kFields + kCount + 2 * kStockFields* kField +
-                                  2 * kField + kCleared* kField + 1},
+                                  2 * kField + kCleared* kField - kItem + 1},
     // Whether stock is kept, in stock, allocated: too little is there.
     {L"Products.UpdateAllocQty", kFound + 3 * kField},
 

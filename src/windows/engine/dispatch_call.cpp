@@ -18,12 +18,6 @@ DISPID LateBound::LookUp(const wchar_t* name) const {
   return id;
 }
 
-LateBound::ExceptionInfo::~ExceptionInfo() {
-  SysFreeString(bstrSource);
-  SysFreeString(bstrDescription);
-  SysFreeString(bstrHelpFile);
-}
-
 HRESULT LateBound::TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result,
                                ExceptionInfo& exception) const {
   UINT wrong_argument = 0;
