@@ -45,19 +45,11 @@ struct Exception {
   const char* reason;
 };
 constexpr char kTextArray[] = "makes texts of the host's array, and puts them back";
-constexpr char kKeys[] = "looks for the user in three spellings, as wide as the field";
-constexpr char kFailure[] = "the engine has no pricing service: its failure is an exception inside";
 constexpr Exception kExceptions[] = {
-    {L"General.GetNumActiveUsersInclDet", 1.25,
-     "takes two texts of the host's, and puts two others there"},
-    {L"General.GetCategories", 1.5, kTextArray},
-    {L"General.GetDepartments", 1.45, kTextArray},
+    {L"General.GetCategories", 1.35, kTextArray},
+    {L"General.GetDepartments", 1.35, kTextArray},
     {L"General.GetTaxCodes", 1.45, kTextArray},
-    {L"Products.GetAveragePrice", 1.35, "looks up the members of the record that is handed in"},
-    {L"Products.GetSpecialPrice", 1.55, kFailure},
-    {L"Products.GetSupplierPrice", 1.55, kFailure},
-    {L"cAccessRights.IsUserAllowedAccess", 1.3, kKeys},
-    {L"cAccessRights.IsValid", 1.4, kKeys},
+    {L"General.GetVatDesc", 1.25, "asks for little, and makes a text"},
 };
 
 // ---- A member ----

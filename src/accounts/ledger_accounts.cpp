@@ -77,7 +77,7 @@ std::wstring LedgerAccounts::List(std::wstring_view search_criteria) const noexc
                             [&](std::wstring& acc_ref) { acc_ref = Pick(search_criteria); });
 }
 
-std::wstring LedgerAccounts::TextOf(std::wstring_view acc_ref, std::wstring_view field) const {
+std::wstring LedgerAccounts::TextOf(std::wstring_view acc_ref, Name field) const {
   std::wstring text;
   engine::Record account(context(), ledger_.record);
   if (FindAccount(account, acc_ref)) account.Get(field, text, engine::kTrimmed);

@@ -43,7 +43,7 @@ class LedgerAccounts : public PublicClass {
   ~LedgerAccounts() = default;
 
   // A text field of the account, trimmed; "" when there is no such account.
-  std::wstring TextOf(std::wstring_view acc_ref, std::wstring_view field) const;
+  std::wstring TextOf(std::wstring_view acc_ref, Name field) const;
 
  private:
   std::wstring Pick(std::optional<std::wstring_view> criteria) const;

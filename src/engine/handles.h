@@ -12,11 +12,13 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "engine/seam.h"
 #include "frame/context.h"
 #include "frame/error.h"
+#include "frame/name.h"
 #include "frame/text.h"
 
 namespace ard::engine {
@@ -54,7 +56,7 @@ class Handle {
  protected:
   // `create` makes the object, given the workspace and the name.
   template <class Create>
-  Handle(const Context& context, std::wstring_view name, Create create)
+  Handle(const Context& context, Name name, Create create)
       : Handle(context.trace(), name, std::unique_ptr<Target>()) {
     Attempt(
         trace_,
@@ -67,7 +69,7 @@ class Handle {
         });
   }
   // Takes an object over that exists already; null when it does not.
-  Handle(Trace& trace, std::wstring_view name, std::unique_ptr<Target> target)
+  Handle(Trace& trace, Name name, std::unique_ptr<Target> target)
       : trace_(trace), name_(name), target_(std::move(target)) {}
   ~Handle() = default;
 
@@ -131,8 +133,7 @@ class Openable : public Base {
 
  protected:
   template <class Create>
-  Openable(const Context& context, std::wstring_view name, Create create)
-      : Base(context, name, create) {
+  Openable(const Context& context, Name name, Create create) : Base(context, name, create) {
     this->usable_ = false;
   }
   ~Openable() { Close(); }
@@ -150,12 +151,18 @@ class FieldsHandle : public Handle<Target> {
   // Reads a field of the current record into `out`, converted to its type; a read or conversion
   // that fails leaves `out` as it was.
   template <class T>
-  bool Get(std::wstring_view field, T& out) {
-    return WithField(field, [&](Field& item) { Convert(item.GetValue(), out); });
+  bool Get(Name field, T& out) {
+    return WithField(field, [&](Field& item) {
+      if constexpr (std::is_same_v<T, std::wstring>) {
+        item.ReadText(out);
+      } else {
+        Convert(item.GetValue(), out);
+      }
+    });
   }
   // The same for a field that some engines do not have: that it is not there is no failure.
   template <class T>
-  bool GetIfThere(std::wstring_view field, T& out) {
+  bool GetIfThere(Name field, T& out) {
     std::unique_ptr<Field> item;
     if (!this->target_ || !this->usable_) return false;
     try {
@@ -167,14 +174,25 @@ class FieldsHandle : public Handle<Target> {
     return Attempt(this->trace_, {this->name_, kFields, field},
                    [&] { Convert(item->GetValue(), out); });
   }
-  bool Get(std::wstring_view field, std::wstring& out, TrimmedTag) {
+  bool Get(Name field, std::wstring& out, TrimmedTag) {
     if (!Get(field, out)) return false;
     Trim(out);
     return true;
   }
 
-  bool Set(std::wstring_view field, const Value& value) {
+  bool Set(Name field, const Value& value) {
     return WithField(field, [&](Field& item) { item.SetValue(value); });
+  }
+  // For who sets a field of the current record more than once: `item` holds it from then on.
+  bool Set(Name field, std::unique_ptr<Field>& item, const Value& value) {
+    return this->Run(
+        [&] {
+          return Step{this->name_, kFields, field};
+        },
+        [&](Target&) {
+          if (!item) item = Item(field);
+          item->SetValue(value);
+        });
   }
 
   // Calls `action(position, field)` for each field, from position 1 to the count of fields. A field
@@ -230,7 +248,7 @@ class FieldsHandle : public Handle<Target> {
   }
 
   template <class Action>
-  bool WithField(std::wstring_view field, Action&& action) {
+  bool WithField(Name field, Action&& action) {
     return this->Run(
         [&] {
           return Step{this->name_, kFields, field};
@@ -249,7 +267,7 @@ class FieldsHandle : public Handle<Target> {
 // A data file: numbered records, from 1, with a current one.
 class DataFile : public internal::Openable<internal::FieldsHandle<DataFileObject>> {
  public:
-  DataFile(const Context& context, std::wstring_view name)
+  DataFile(const Context& context, Name name)
       : Openable(context, name, &Workspace::CreateDataFile) {}
 
   bool Read(std::int32_t record) {
@@ -264,18 +282,18 @@ class DataFile : public internal::Openable<internal::FieldsHandle<DataFileObject
   bool Count(std::int32_t& count) {
     return Do(L"Count", [&](DataFileObject& file) { count = file.Count(); });
   }
-  bool FindFirst(std::wstring_view field, const Value& value) {
+  bool FindFirst(Name field, const Value& value) {
     bool found = false;
     return FindFirst(field, value, found) && found;
   }
   // For who has to know the difference: false when the search failed, and so tells nothing.
-  bool FindFirst(std::wstring_view field, const Value& value, bool& found) {
+  bool FindFirst(Name field, const Value& value, bool& found) {
     const bool done =
         Move(L"FindFirst", [&](DataFileObject& file) { found = file.FindFirst(field, value); });
     if (done && !found) trace_.Noted({name_, L"FindFirst", field}, kNoMatch);
     return done;
   }
-  bool FindNext(std::wstring_view field, const Value& value) {
+  bool FindNext(Name field, const Value& value) {
     return AskToMove(L"FindNext",
                      [&](DataFileObject& file) { return file.FindNext(field, value); });
   }
@@ -287,10 +305,10 @@ class DataFile : public internal::Openable<internal::FieldsHandle<DataFileObject
 // A keyed record: set its key field, then Find.
 class Record : public internal::FieldsHandle<RecordObject> {
  public:
-  Record(const Context& context, std::wstring_view name)
+  Record(const Context& context, Name name)
       : FieldsHandle(context, name, &Workspace::CreateRecord) {}
   // Takes over a record that the host has handed in.
-  Record(const Context& context, std::wstring_view name, std::unique_ptr<RecordObject> record)
+  Record(const Context& context, Name name, std::unique_ptr<RecordObject> record)
       : FieldsHandle(context.trace(), name, std::move(record)) {}
 
   bool Find(Match match) {
@@ -342,7 +360,7 @@ class Transactions : public internal::FieldsHandle<TransactionsObject> {
 class Pricing : public internal::Handle<PricingObject> {
  public:
   explicit Pricing(const Context& context)
-      : Handle(context, L"Pricing", [&](Workspace& workspace, std::wstring_view name) {
+      : Handle(context, L"Pricing", [&](Workspace& workspace, Name name) {
           std::unique_ptr<PricingObject> service = workspace.CreatePricing();
           if (!service)
             context.trace().Noted({kWorkspace, kCreate, name}, L"The engine offers none.");
@@ -364,8 +382,7 @@ class Pricing : public internal::Handle<PricingObject> {
 // An index: the entries of a data file in key order, from position 1.
 class Index : public internal::Openable<internal::Handle<IndexObject>> {
  public:
-  Index(const Context& context, std::wstring_view name)
-      : Openable(context, name, &Workspace::CreateIndex) {}
+  Index(const Context& context, Name name) : Openable(context, name, &Workspace::CreateIndex) {}
 
   bool SetKey(const Value& key) {
     return Do(L"Key", [&](IndexObject& index) { index.SetKey(key); });

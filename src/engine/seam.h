@@ -26,6 +26,8 @@ class Field {
   virtual std::int32_t Type() = 0;
   virtual Value GetValue() = 0;
   virtual void SetValue(const Value& value) = 0;
+  // The value as text, into the memory that `text` has; as it was when that fails.
+  virtual void ReadText(std::wstring& text) { text = GetValue().ToText(); }
 };
 
 // The fields of the record that is current in the object they came from. Whether the collection and

@@ -12,6 +12,7 @@
 #include <variant>
 
 #include "frame/context.h"
+#include "frame/name.h"
 #include "frame/value.h"
 
 namespace ard {
@@ -56,8 +57,7 @@ class PublicClass {
   // it, nothing leaves this frame, and the result is what had been assigned by then. The arguments,
   // in the published order, are for the trace.
   template <class Result, class Body>
-  Result Call(std::wstring_view member, std::initializer_list<Seen> arguments,
-              Body&& body) const noexcept {
+  Result Call(Name member, std::initializer_list<Seen> arguments, Body&& body) const noexcept {
     Trace& trace = context_.trace();
     const auto describe = [&] { return Step{name_, member}; };
     Result result{};
@@ -77,8 +77,7 @@ class PublicClass {
 
   // The same for a method without a result.
   template <class Body>
-  void Run(std::wstring_view member, std::initializer_list<Seen> arguments,
-           Body&& body) const noexcept {
+  void Run(Name member, std::initializer_list<Seen> arguments, Body&& body) const noexcept {
     Call<Nothing>(member, arguments, [&](Nothing&) { body(); });
   }
 
@@ -102,11 +101,11 @@ class PropertyClass : public PublicClass {
 
   // As a host gets and sets them.
   template <class T>
-  T Get(std::wstring_view property, T Details::*member) const noexcept {
+  T Get(Name property, T Details::*member) const noexcept {
     return Call<T>(property, [&](T& value) { value = details_.*member; });
   }
   template <class T, class Value>
-  void Put(std::wstring_view property, T Details::*member, const Value& value) noexcept {
+  void Put(Name property, T Details::*member, const Value& value) noexcept {
     Run(property, {value}, [&] { details_.*member = value; });
   }
 

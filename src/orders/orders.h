@@ -42,7 +42,7 @@ class Orders : public PublicClass {
   bool Find(engine::Record& order, std::int32_t number) const;
   // A field of the order in a method of that name.
   template <class T>
-  T Read(std::wstring_view method, std::int32_t number, std::wstring_view field) const noexcept {
+  T Read(Name method, std::int32_t number, Name field) const noexcept {
     return Call<T>(method, {number}, [&](T& value) {
       engine::Record order(context(), book_.record);
       if (Find(order, number)) order.Get(field, value);

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <cwchar>
 #include <iterator>
+#include <memory>
 #include <string>
 
 #include "engine/blank_value.h"
@@ -114,8 +115,11 @@ constexpr std::wstring_view kMonths[] = {
 
 void ClearHistory(engine::Record& stock) {
   const Value zero = std::int16_t{0};
+  std::unique_ptr<engine::Field> in_stock;
   for (const Reset& reset : kResets) {
-    stock.Set(reset.field, reset.to == Reset::To::kNull ? Value(Null{}) : zero);
+    std::unique_ptr<engine::Field> other;
+    stock.Set(reset.field, reset.field == L"QTY_IN_STOCK" ? in_stock : other,
+              reset.to == Reset::To::kNull ? Value(Null{}) : zero);
   }
   std::wstring field;
   for (const std::wstring_view family : kMonthFamilies) {

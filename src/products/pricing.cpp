@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <utility>
 
 #include "frame/decimal.h"
 #include "frame/text.h"
@@ -69,9 +70,10 @@ double CostPrice(const Context& context, std::wstring_view stock_code, bool use_
   return price;
 }
 
-// Prices are looked up as keys are: without regard to case and to the blanks around them.
-bool IsSameKey(std::wstring_view a, std::wstring_view b) {
-  return EqualsIgnoreCase(Trimmed(a), Trimmed(b));
+// Prices are looked up as keys are: without regard to case and to the blanks around them, which
+// `key` has none of.
+bool IsKey(std::wstring_view text, std::wstring_view key) {
+  return EqualsIgnoreCase(Trimmed(text), key);
 }
 
 // The price list of one customer, who is looked up when it is first asked for.
@@ -85,10 +87,10 @@ class PriceListOf {
     if (!looked_up_) {
       looked_up_ = true;
       found_ = customer_.Set(L"ACCOUNT_REF", acc_ref_) && customer_.Find(Match::kExact) &&
-               customer_.Get(L"Price_List_Ref", price_list_);
+               customer_.Get(L"Price_List_Ref", price_list_, engine::kTrimmed);
     }
     std::wstring reference;
-    return found_ && entry.Get(L"Ext_Ref", reference) && IsSameKey(reference, price_list_);
+    return found_ && entry.Get(L"Ext_Ref", reference) && IsKey(reference, price_list_);
   }
 
  private:
@@ -108,13 +110,15 @@ double PriceListPrice(const Context& context, const BasePrices& prices,
   std::wstring code;
   std::wstring reference;
   std::int32_t number = 0;
+  const std::wstring_view stock_key = Trimmed(stock_code);
+  const std::wstring_view account_key = Trimmed(acc_ref);
   do {
     ++number;
     std::int16_t type = 0;
-    if (!entry.Get(L"Stock_Code", code) || !IsSameKey(code, stock_code)) continue;
+    if (!entry.Get(L"Stock_Code", code) || !IsKey(code, stock_key)) continue;
     if (!entry.Get(L"Type", type)) continue;
     const bool applies = type == kOneCustomer
-                             ? entry.Get(L"Ext_Ref", reference) && IsSameKey(reference, acc_ref)
+                             ? entry.Get(L"Ext_Ref", reference) && IsKey(reference, account_key)
                              : customer.HasListOf(entry);
     if (!applies) continue;
     if (context.trace().on()) {
@@ -138,9 +142,10 @@ double StoredSupplierPrice(const Context& context, std::wstring_view stock_code,
   engine::DataFile data(context, L"PriceData");  // closed before the index
   index.Open(Mode::kRead);
   data.Open(Mode::kRead);
-  std::wstring key = L"U";
-  key.append(padded_ref).append(stock_code);
-  if (engine::ReadKey(index, data, key)) data.Get(L"STORED_PRICE", price);
+  std::wstring key;
+  key.reserve(1 + padded_ref.size() + stock_code.size());
+  key.append(1, L'U').append(padded_ref).append(stock_code);
+  if (engine::ReadKey(index, data, std::move(key))) data.Get(L"STORED_PRICE", price);
   return price;
 }
 

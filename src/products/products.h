@@ -96,8 +96,7 @@ class Products : public PropertyClass<ListOptions> {
  private:
   // A field of the stock record; neutral when the code is not found.
   template <class T>
-  T StockField(std::wstring_view member, std::wstring_view stock_code,
-               std::wstring_view field) const noexcept;
+  T StockField(Name member, std::wstring_view stock_code, Name field) const noexcept;
 };
 
 }  // namespace ard::products

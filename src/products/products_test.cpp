@@ -129,7 +129,8 @@ TEST_F(ProductsTest, NewProductsGetTheCompanysDefaults) {
   environment_.trace().Attach([&](std::string_view line) { trace.append(line).append("\n"); });
   for (const bool taken : {false, true}) {
     EXPECT_TRUE(products_.SaveNewProduct(L" NEW4 "));
-    EXPECT_EQ(trace.find("StockRecord.Update\tFalse: the engine has not stored the record.") != trace.npos,
+    EXPECT_EQ(trace.find("StockRecord.Update\tFalse: the engine has not stored the record.") !=
+                  trace.npos,
               taken);
   }
   EXPECT_FALSE(products_.CopyProduct(L"NONE", L"NEW6", L"New"));

@@ -5,8 +5,7 @@
 namespace ard::products {
 
 template <class T>
-T Products::StockField(std::wstring_view member, std::wstring_view stock_code,
-                       std::wstring_view field) const noexcept {
+T Products::StockField(Name member, std::wstring_view stock_code, Name field) const noexcept {
   return Call<T>(member, {stock_code}, [&](T& value) {
     StockFiles stock(context());
     if (stock.Find(stock_code)) stock.Get(field, value);

@@ -29,7 +29,7 @@ class StockFiles {
 
   // Reads a field of the current record.
   template <class T>
-  bool Get(std::wstring_view field, T& out) {
+  bool Get(Name field, T& out) {
     return data_.Get(field, out);
   }
 

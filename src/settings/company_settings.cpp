@@ -19,15 +19,15 @@ constexpr int kRateDecimals = 2;
 constexpr std::size_t kLineLength = 10;  // of most tax codes
 
 // Gives each element the name of the record whose number is its index.
-void ListNames(const Context& context, std::wstring_view data_file, const TextArray& list) {
+void ListNames(const Context& context, Name data_file, const TextArray& list) {
   DataFile file(context, data_file);
   if (!file.Open(Mode::kQuery)) return;
   using Counter = std::numeric_limits<std::int16_t>;
   NumberedText label(L"", L"   ");
+  std::wstring name;
   const std::int64_t last = std::min<std::int64_t>(list.upper_bound(), Counter::max());
   for (std::int64_t n = std::max<std::int64_t>(list.lower_bound, Counter::min()); n <= last; ++n) {
     file.Read(static_cast<std::int32_t>(n));
-    std::wstring name;
     if (!file.Get(L"NAME", name)) continue;
     list.Find(n)->assign(label.With(static_cast<std::int16_t>(n))).append(Trimmed(name));
   }
@@ -37,9 +37,8 @@ void ListNames(const Context& context, std::wstring_view data_file, const TextAr
 // all of it there is none either.
 void MakeFormat(std::int16_t decimals, std::wstring& format) {
   if (decimals < 0) return;
-  std::wstring whole(L"0.");
-  whole.append(static_cast<std::size_t>(decimals), L'0');
-  format = std::move(whole);
+  format.assign(std::size_t{2} + static_cast<std::size_t>(decimals), L'0');
+  format[1] = L'.';
 }
 
 // A tax code's line in the list, to be filled from its rate.
@@ -78,7 +77,7 @@ class TaxFile {
     if (open_) control_.Read(1);
   }
   template <class T>
-  bool Get(std::wstring_view field, T& out) {
+  bool Get(Name field, T& out) {
     return open_ && control_.Get(field, out);
   }
 

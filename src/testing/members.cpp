@@ -704,10 +704,11 @@ const std::vector<Member>& Members() {
               {L"Products.SaveNewProduct",
                kCreate + 1 + kFields + kCount + 2 * kStockFields + kBlankedStockFields + kField + 3,
                Calls(&Products::SaveNewProduct, L"NEW"), nullptr, yes_no, true},
-              // AddNew; each field, from the one to the other; code and description; Update.
+              // AddNew; each field, from the one to the other; code and description; what is
+              // cleared, of which one field is set twice; Update.
               {L"Products.CopyProduct",
                kFound + kCreate + 1 + kFields + kCount + 2 * kStockFields * kField + 2 * kField +
-                   kCleared * kField + 1,
+                   kCleared * kField - kItem + 1,
                Calls(&Products::CopyProduct, L"BOLT", L"NEW", L"New"), nullptr, yes_no, true},
               // Whether stock is kept, in stock, allocated: too little is there.
               {L"Products.UpdateAllocQty", kFound + 3 * kField,

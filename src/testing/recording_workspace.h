@@ -4,46 +4,14 @@
 #define ARD_TESTING_RECORDING_WORKSPACE_H_
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/seam.h"
 
 namespace ard::testing {
-
-// The objects that a replay has been handed out, by the order in which they were first.
-class ReplayedObjects {
- public:
-  explicit ReplayedObjects(std::size_t count) : slots_(count) {}
-  ReplayedObjects(const ReplayedObjects&) = delete;
-  ReplayedObjects& operator=(const ReplayedObjects&) = delete;
-  ~ReplayedObjects() {
-    for (std::size_t i = slots_.size(); i > 0; --i) Release(i - 1);
-  }
-
-  template <class Target>
-  Target& Get(std::size_t slot) const {
-    return *static_cast<Target*>(slots_[slot].object);
-  }
-  template <class Target>
-  void Put(std::size_t slot, std::unique_ptr<Target> object) {
-    Release(slot);
-    slots_[slot] = {object.release(), [](void* target) { delete static_cast<Target*>(target); }};
-  }
-  void Release(std::size_t slot) {
-    if (slots_[slot].object) slots_[slot].release(slots_[slot].object);
-    slots_[slot] = {};
-  }
-
- private:
-  struct Slot {
-    void* object = nullptr;
-    void (*release)(void*) = nullptr;
-  };
-  std::vector<Slot> slots_;
-};
 
 struct Recording {
   // A line for each operation:
@@ -59,18 +27,40 @@ struct Recording {
   // Values are as Value::ToText gives them, text in quotes; nothing is `Empty` or `Null`.
   std::vector<std::wstring> operations;
 
+  // What an operation hands out is kept in a slot, until it is released.
+  using Slots = std::vector<void*>;
   // The operations, and the releases of what they handed out.
-  using Step = std::function<void(engine::Workspace&, ReplayedObjects&)>;
+  // Called with as little around it as possible: what a replay takes is to be theirs.
+  class Step {
+   public:
+    template <class Action>
+    Step(Action action)
+        : run_([](const void* kept, engine::Workspace& workspace, void** slots) {
+            (*static_cast<const Action*>(kept))(workspace, slots);
+          }),
+          action_(std::make_shared<const Action>(std::move(action))) {}
+    void operator()(engine::Workspace& workspace, void** slots) const {
+      run_(action_.get(), workspace, slots);
+    }
+
+   private:
+    void (*run_)(const void* kept, engine::Workspace& workspace, void** slots);
+    std::shared_ptr<const void> action_;
+  };
   std::vector<Step> steps;
-  std::size_t objects = 0;
+  std::vector<void (*)(void*)> release;  // of the object in each slot
 
   // Asks `workspace` for the same again; an operation that failed then and fails now is passed
   // over.
-  void Replay(engine::Workspace& workspace) const;
+  void Replay(engine::Workspace& workspace) const { Replay(workspace, slots_, 0, steps.size()); }
   // Asks for the steps from `first` up to, not including, `last`, with the objects of the steps
-  // before them.
-  void Replay(engine::Workspace& workspace, ReplayedObjects& handed_out, std::size_t first,
+  // before them. Release what is left in the slots at the end.
+  void Replay(engine::Workspace& workspace, Slots& slots, std::size_t first,
               std::size_t last) const;
+  void Release(Slots& slots) const;
+
+ private:
+  mutable Slots slots_;  // kept, so that a replay asks for no memory of its own
 };
 
 // A workspace that passes every operation on to `workspace`, and so do the objects created through

@@ -1,5 +1,6 @@
 #include "users/access_file.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -22,11 +23,14 @@ bool IsUserName(std::wstring_view user) {
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
   std::wstring stored;
   if (!IsUserName(user) || !access.Get(kName, stored)) return false;
+  const std::size_t width = stored.size();
   const auto finds = [&](std::wstring name) {
-    if (name.size() < stored.size()) name.resize(stored.size(), L' ');
+    if (name.size() < width) name.resize(width, L' ');
     return access.FindFirst(kName, std::move(name));
   };
-  if (finds(UpperCase(user)) || finds(LowerCase(user)) || finds(std::wstring(user))) return true;
+  if (finds(UpperCase(user, width)) || finds(LowerCase(user, width)) || finds(std::wstring(user))) {
+    return true;
+  }
   const std::int32_t count = access.Count();
   for (std::int32_t record = 1; record <= count; ++record) {
     if (access.Read(record) && access.Get(kName, stored) &&
@@ -38,7 +42,7 @@ bool FindUser(engine::DataFile& access, std::wstring_view user) {
   return false;
 }
 
-bool HasRight(engine::DataFile& access, std::wstring_view field) {
+bool HasRight(engine::DataFile& access, Name field) {
   std::int32_t right = kNoAccess;
   access.Get(field, right);
   if (right != kNoAccess) return true;

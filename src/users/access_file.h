@@ -24,7 +24,7 @@ bool IsUserName(std::wstring_view user);
 bool FindUser(engine::DataFile& access, std::wstring_view user);
 
 // Whether the right in `field` of the current record gives access. What cannot be read gives none.
-bool HasRight(engine::DataFile& access, std::wstring_view field);
+bool HasRight(engine::DataFile& access, Name field);
 
 }  // namespace ard::users
 

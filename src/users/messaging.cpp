@@ -1,6 +1,7 @@
 #include "users/messaging.h"
 
 #include <cstdint>
+#include <utility>
 
 #include "database/recordset.h"
 #include "dialogs/logon_dialog.h"
@@ -111,7 +112,9 @@ bool Messaging::PoAccess(std::wstring_view user_name) const noexcept {
     engine::DataFile rights(context(), kAccessData);
     bool found = false;
     if (!rights.Open(engine::Mode::kQuery)) return;
-    if (!rights.FindFirst(kName, std::wstring(user_name) + L'*', found)) return;
+    std::wstring pattern(user_name.size() + 1, L'*');
+    user_name.copy(pattern.data(), user_name.size());
+    if (!rights.FindFirst(kName, std::move(pattern), found)) return;
     access = !found || HasRight(rights, L"POP");
   });
 }

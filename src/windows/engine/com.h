@@ -140,9 +140,13 @@ class ScopedVariant : public VARIANT {
     std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
     return *this;
   }
-  // Empty ones, numbers and dates own nothing.
+  // Empty ones, numbers, dates and Booleans own nothing.
   ~ScopedVariant() {
-    if (vt > VT_DATE) VariantClear(this);
+    if (vt == VT_BSTR) {
+      SysFreeString(bstrVal);
+    } else if (vt > VT_DATE && vt != VT_BOOL) {
+      VariantClear(this);
+    }
   }
 
   // Gives the content to the caller.

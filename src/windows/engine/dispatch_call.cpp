@@ -27,12 +27,6 @@ bool LateBound::Has(const wchar_t* name) const {
   return SUCCEEDED(TryToLookUp(name, id));
 }
 
-LateBound::ExceptionInfo::~ExceptionInfo() {
-  SysFreeString(bstrSource);
-  SysFreeString(bstrDescription);
-  SysFreeString(bstrHelpFile);
-}
-
 HRESULT LateBound::TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result,
                                ExceptionInfo& exception) const {
   UINT wrong_argument = 0;

@@ -124,7 +124,12 @@ class LateBound {
   // What a server says about a failing call of its own.
   struct ExceptionInfo : EXCEPINFO {
     ExceptionInfo() : EXCEPINFO{} {}
-    ~ExceptionInfo();
+    ~ExceptionInfo() {
+      for (const BSTR text : {bstrSource, bstrDescription, bstrHelpFile}) {
+        if (text)
+          SysFreeString(text);  // most calls tell nothing, and pay for no call of the system
+      }
+    }
   };
 
   HRESULT TryToLookUp(const wchar_t* name, DISPID& id) const;

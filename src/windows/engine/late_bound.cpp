@@ -102,6 +102,14 @@ class LateField : public Wrapper<engine::Field> {
   std::int32_t Type() override { return object_.AskLong(FieldId::kType); }
   Value GetValue() override { return FromVariant(object_.Ask(ids_.Get(object_, kFieldValue))); }
   void SetValue(const Value& value) override { object_.Put(ids_.Get(object_, kFieldValue), value); }
+  void ReadText(std::wstring& text) override {
+    const ScopedVariant value = object_.Ask(ids_.Get(object_, kFieldValue));
+    if (value.vt == VT_BSTR) {
+      text = View(value.bstrVal);
+    } else {
+      text = FromVariant(value).ToText();
+    }
+  }
 
  private:
   EngineIds& ids_;

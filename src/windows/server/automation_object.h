@@ -24,6 +24,7 @@
 #include "windows/engine/com.h"
 #include "windows/engine/late_bound.h"
 #include "windows/floating_point.h"
+#include "windows/server/dispatch.h"
 #include "windows/server/module.h"
 #include "windows/server/published_class.h"
 #include "windows/server/string_array.h"
@@ -244,8 +245,8 @@ class AutomationObject : public Interface, public IProvideClassInfo {
                                    DISPPARAMS* parameters, VARIANT* result, EXCEPINFO*,
                                    UINT* failed) final {
     const ComPtr<Interface> self(this);  // the host may let go of it in the middle
-    return windows::Invoke(this, published_.table, portable_.context().trace(), id, reserved,
-                           locale, flags, parameters, result, failed);
+    return windows::Invoke(this, published_.table, portable_.context().trace(), prepared_, id,
+                           reserved, locale, flags, parameters, result, failed);
   }
 
   // IProvideClassInfo
@@ -258,14 +259,9 @@ class AutomationObject : public Interface, public IProvideClassInfo {
  protected:
   virtual ~AutomationObject() = default;
 
-  // What every procedure begins with.
-  class Entry {
-   public:
-    explicit Entry(Interface* object) : self_(object) {}
-
-   private:
-    FloatingPoint floating_point_;
-    ComPtr<Interface> self_;  // the host may let go of it in the middle
+  struct Entry : ProcedureEntry {
+    explicit Entry(AutomationObject* object)
+        : ProcedureEntry(static_cast<Interface*>(object), object->prepared_) {}
   };
 
   // Calls a method of the portable class by its published signature, and hands its result out.
@@ -366,6 +362,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   ModuleLock module_lock_;  // the last to go
   const PublishedClass& published_;
   std::atomic<ULONG> references_ = 1;
+  bool prepared_ = false;
   std::shared_ptr<Runtime> runtime_ = Runtime::Get();
   Framed portable_;
 };

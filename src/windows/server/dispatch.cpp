@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "frame/text.h"
-#include "windows/floating_point.h"
 
 namespace ard::windows {
 namespace {
@@ -91,9 +91,9 @@ HRESULT GetIDsOfNames(const DispatchTable& table, REFIID reserved, LPOLESTR* nam
   return std::find(ids, ids + count, DISPID_UNKNOWN) == ids + count ? S_OK : DISP_E_UNKNOWNNAME;
 }
 
-HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, DISPID id,
-               REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-               UINT* failed) {
+HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, bool& prepared,
+               DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
+               VARIANT* result, UINT* failed) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!parameters) return E_POINTER;
   const Procedure* const procedure = FindProcedure(table.members, id, flags);
@@ -102,6 +102,7 @@ HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, DISP
   const FloatingPoint floating_point;
   Arguments arguments;
   arguments.locale = locale;
+  arguments.prepared = &prepared;
   UINT ignored = 0;
   UINT& argument = failed ? *failed : ignored;
   HRESULT status = Bind(*procedure, *parameters, arguments, argument);
@@ -119,6 +120,17 @@ HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, DISP
   if (SUCCEEDED(status) && result) *result = answer.Detach();
   return status;
 }
+
+ProcedureEntry::ProcedureEntry(IUnknown* object, bool& prepared) {
+  if (std::exchange(prepared, false)) {
+    FloatingPoint::Establish();  // the host may have been asked since what its arguments hold
+  } else {
+    floating_point_.emplace();
+    self_ = ComPtr<IUnknown>(object);
+  }
+}
+
+ProcedureEntry::~ProcedureEntry() = default;
 
 namespace internal {
 

@@ -23,6 +23,7 @@
 
 #include "frame/trace.h"
 #include "windows/engine/com.h"
+#include "windows/floating_point.h"
 #include "windows/server/string_array.h"
 
 namespace ard::windows {
@@ -87,6 +88,7 @@ inline constexpr UINT kMaxParameters = 8;
 struct Arguments {
   std::array<VARIANT*, kMaxParameters> values{};
   LCID locale = 0;
+  bool* prepared = nullptr;
   std::array<HRESULT, kMaxParameters> stored{};  // whether an output is in its variable
 };
 
@@ -121,10 +123,24 @@ HRESULT GetIDsOfNames(const DispatchTable& table, REFIID reserved, LPOLESTR* nam
 
 // IDispatch::Invoke. The host's own mistakes (no such member, wrong number or type of arguments)
 // are answered with the usual codes. An output that its variable cannot hold is noted in `trace`,
-// and the variable stays as it was.
-HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, DISPID id,
-               REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-               UINT* failed);
+// and the variable stays as it was. `prepared` is true for the time of the member's call: what each
+// procedure begins with has been done.
+HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, bool& prepared,
+               DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
+               VARIANT* result, UINT* failed);
+
+// What every procedure begins with, unless Invoke has.
+class ProcedureEntry {
+ public:
+  ProcedureEntry(IUnknown* object, bool& prepared);
+  ProcedureEntry(const ProcedureEntry&) = delete;
+  ProcedureEntry& operator=(const ProcedureEntry&) = delete;
+  ~ProcedureEntry();
+
+ private:
+  std::optional<FloatingPoint> floating_point_;
+  ComPtr<IUnknown> self_;  // the host may let go of it in the middle
+};
 
 namespace internal {
 
@@ -276,7 +292,9 @@ HRESULT CallMember(IDispatch* object, Arguments& arguments, UINT& failed, More..
           failed = loaded;
           return status;
         }
+        *arguments.prepared = true;
         status = (static_cast<Interface>(object)->*member)(parameter.Get()..., more...);
+        *arguments.prepared = false;
         HRESULT* stored = arguments.stored.data();
         ((*stored++ = parameter.Store()), ...);
         return status;

@@ -109,8 +109,8 @@ class DispatchTest : public ::testing::Test {
                              static_cast<UINT>(names.size())};
     result_ = ScopedVariant();
     failed_ = kNone;
-    const HRESULT status = windows::Invoke(&sample_, kTable, trace_, id, IID_NULL, LOCALE_NEUTRAL,
-                                           flags, &parameters, &result_, &failed_);
+    const HRESULT status = windows::Invoke(&sample_, kTable, trace_, prepared_, id, IID_NULL,
+                                           LOCALE_NEUTRAL, flags, &parameters, &result_, &failed_);
     for (VARIANT& argument : arguments) VariantClear(&argument);
     return status;
   }
@@ -118,6 +118,7 @@ class DispatchTest : public ::testing::Test {
   static constexpr UINT kNone = 99;
   Sample sample_;
   Trace trace_;
+  bool prepared_ = false;
   ScopedVariant result_;
   UINT failed_ = kNone;
 };
@@ -243,8 +244,8 @@ TEST_F(DispatchTest, OutputsOfPlainValuesAreDropped) {
   VARIANT name = Text(L"a");
   VARIANT arguments[] = {name, Long(21), Long(2)};
   DISPPARAMS parameters = {arguments, nullptr, 3, 0};
-  ASSERT_EQ(windows::Invoke(&sample_, kTable, trace_, kChange, IID_NULL, 0, DISPATCH_METHOD,
-                            &parameters, nullptr, nullptr),
+  ASSERT_EQ(windows::Invoke(&sample_, kTable, trace_, prepared_, kChange, IID_NULL, 0,
+                            DISPATCH_METHOD, &parameters, nullptr, nullptr),
             S_OK);
   EXPECT_EQ(sample_.factor, 2);
   EXPECT_EQ(arguments[0].bstrVal, name.bstrVal);  // they are the caller's
