@@ -172,6 +172,7 @@ TEST_F(ProductsTest, TheFirstEntryInRecordOrderThatAppliesGivesThePrice) {
   AddPrice(builder, kOneCustomer, L"ABC", 5, 6, L"UNKNOWN");
   AddPrice(builder, kOneCustomer, L"ABC", 1, 7, L"LOST");
   Open(builder);
+  KeepNotes("Products.");
   for (const auto& [acc_ref, price] :
        {std::pair(L"ABC", 4), {L" xyz ", 3}, {L"XYZ", 3}, {L"OTHER", 50}}) {
     EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", acc_ref), price) << acc_ref;
@@ -180,6 +181,14 @@ TEST_F(ProductsTest, TheFirstEntryInRecordOrderThatAppliesGivesThePrice) {
   EXPECT_EQ(products_.GetSpecialPrice(L"UNKNOWN", L"ABC"), 6);   // by its value alone
   EXPECT_EQ(products_.GetSpecialPrice(L"LOST", L"ABC"), 0);
   EXPECT_EQ(products_.GetSpecialPrice(L"NOWHERE", L"ABC"), 0);
+  const std::wstring by = L"Products.GetSpecialPrice: ";
+  const std::wstring own = L" of the price list, the customer's own.";
+  EXPECT_EQ(
+      notes_,
+      (Texts{by + L"Entry 4 of the price list, of the customer's list.", by + L"Entry 3" + own,
+             by + L"Entry 3" + own, by + L"The selling price: no entry of the price list applies.",
+             by + L"Entry 6" + own, by + L"Entry 6" + own, by + L"Entry 7" + own,
+             by + L"None: no entry of the price list applies, and there is no selling price."}));
 }
 
 TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
@@ -233,12 +242,20 @@ TEST_F(ProductsTest, SupplierPricesAreStoredOnesOrTheCostInTheSuppliersCurrency)
                                   {L"STORED_PRICE", 3.5}});
   }
   Open(builder);
+  KeepNotes("Products.");
   EXPECT_EQ(products_.GetSupplierPrice(L"NUT", L"EURO"), 3.5);  // not converted
   EXPECT_EQ(products_.GetSupplierPrice(L"NUT", L"EIGHTCHA"), 3.5);
   EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"EURO"), 15);
   EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"NOWHERE"), 10);  // no such currency
   EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"UNKNOWN"), 10);
   EXPECT_EQ(products_.GetSupplierPrice(L"WORTHLESS", L"EURO"), 0);
+  const std::wstring by = L"Products.GetSupplierPrice: ";
+  const std::wstring cost = L"Products.GetCostPrice: The last purchase price.";
+  const std::wstring as_it_is = by + L"As it is: the supplier has no currency with a rate.";
+  EXPECT_EQ(notes_,
+            (Texts{by + L"The supplier's stored price.", by + L"The supplier's stored price.", cost,
+                   by + L"By the rate of the supplier's currency.", cost, as_it_is, cost, as_it_is,
+                   cost}));
 }
 
 TEST_F(ProductsTest, TheEnginesPricingServiceHasTheLastWord) {
@@ -253,9 +270,12 @@ TEST_F(ProductsTest, TheEnginesPricingServiceHasTheLastWord) {
   builder.Setup(L"PRICING_SERVICE=True");
   Open(builder);
   Record();
+  KeepNotes();
   EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 5);
   EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"SUP"), 3.5);
   EXPECT_EQ(recording_.operations.size(), 4u);  // nothing else is asked
+  EXPECT_EQ(notes_, (Texts{L"Products.GetSpecialPrice: The engine's pricing service.",
+                           L"Products.GetSupplierPrice: The engine's pricing service."}));
 }
 
 // ---- Creation ----
@@ -289,10 +309,8 @@ TEST_F(ProductsTest, NewRecordsAreFilledByTypeAndTold) {
   CompanyBuilder builder;
   Open(builder);
   Record();
-  std::string trace;
-  environment_.trace().Attach([&](std::string_view line) { trace.append(line).append("\n"); });
+  KeepNotes();
   EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
-  EXPECT_EQ(trace.find("stored"), std::string::npos) << trace;
   const Texts& asked = recording_.operations;
   for (const wchar_t* once :
        {L"StockRecord.ExtraText = \"\"", L"StockRecord.Update", L"Workspace.Version"}) {
@@ -302,12 +320,13 @@ TEST_F(ProductsTest, NewRecordsAreFilledByTypeAndTold) {
   for (const std::wstring& operation : asked) {
     EXPECT_EQ(operation.find(L"False"), std::wstring::npos) << operation;
   }
-  EXPECT_NE(trace.find("PostSave"), std::string::npos) << trace;
   // The code is taken.
   EXPECT_TRUE(products_.SaveNewProduct(L"NEW"));
-  EXPECT_NE(trace.find("StockRecord.Update\tFalse: the engine has not stored the record."),
-            std::string::npos)
-      << trace;
+  const std::wstring post_save =
+      L"Products.PostSave: This library does not have the engine's post-save service.";
+  EXPECT_EQ(notes_,
+            (Texts{post_save, L"StockRecord.Update: False: the engine has not stored the record.",
+                   post_save}));
 }
 
 TEST_F(ProductsTest, ACopyIsWrittenInOrderAndCarriesEverythingElseOver) {

@@ -21,6 +21,7 @@ bool IsUserName(std::wstring_view user) {
 
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
   std::wstring stored;
+  if (!IsUserName(user)) access.trace().Noted({kAccessData, L"FindUser"}, kNobodysName);
   if (!IsUserName(user) || !access.Get(kName, stored)) return false;
   const auto finds = [&](std::wstring name) {
     if (name.size() < stored.size()) name.resize(stored.size(), L' ');
