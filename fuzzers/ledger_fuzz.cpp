@@ -16,6 +16,7 @@
 #include "simulator/standard_columns.h"
 #include "simulator/testing/company_builder.h"
 #include "testing/members.h"
+#include "users/messaging.h"
 
 namespace ard::fuzz {
 namespace {
@@ -37,11 +38,18 @@ class Fixture {
     environment_.Obey(engine_->faults());
     faulty_ = input_.OneIn(4);
     engine_->SnapshotFields(input_.OneIn(2));
+    Trace::Origin origin;
+    origin.detail = true;
+    environment_.trace().Attach(
+        [](std::string_view line) {
+          Require(line.find(ToUtf8(kInPasswords)) == line.npos, "no password", FromUtf8(line));
+        },
+        origin);
   }
 
   void Run() {
     constexpr void (Fixture::*kCalls[])() = {&Fixture::Discount, &Fixture::Prices,
-                                             &Fixture::Allocate, &Fixture::Pick};
+                                             &Fixture::Allocate, &Fixture::Pick, &Fixture::LogOn};
     do {
       if (faulty_) engine_->faults().FailFrom(input_.UpTo(80), input_.OneIn(2));
       (this->*input_.PickValueInArray(kCalls))();
@@ -54,6 +62,21 @@ class Fixture {
   }
 
  private:
+  // The trace, in all detail, is searched for this.
+  static constexpr wchar_t kInPasswords[] = L"\u2021";
+
+  void LogOn() {
+    users::Messaging messaging(environment_);
+    messaging.context().workspace = engine_->workspace();
+    messaging.context().engine = engine_;
+    messaging.context().app_name = L"Manufacturing";
+    const std::wstring password = kInPasswords + input_.AnyText(8);
+    messaging.LogonUser(Ref(), password);
+    messaging.Put(L"PassLogged", &users::Session::pass_logged, password);
+    messaging.Get(L"PassLogged", &users::Session::pass_logged);
+    messaging.LogoffUser();
+  }
+
   // ---- The company ----
 
   Cents Hundredths(Cents most) { return input_.ConsumeIntegralInRange(-most, most); }
@@ -412,7 +435,7 @@ class Fixture {
 
   Input& input_;
   LedgerModel model_;
-  std::unique_ptr<simulator::Simulator> engine_;
+  std::shared_ptr<simulator::Simulator> engine_;
   testing::ScriptedEnvironment environment_;
   accounts::Customers customers_{environment_};
   accounts::Suppliers suppliers_{environment_};

@@ -18,8 +18,8 @@ wait_window() {
     window_titles >&2
     return 1
   }
-  # Until the first activation there is no active window to ask for, which it reports as an error.
-  timeout 10 xdotool windowactivate --sync "$WINDOW" 2>/dev/null || {
+  # It may be one that only passes, such as a progress window: then the one that follows it is meant.
+  wait_until 10 bring_to_front "$title" || {
     say "The window \"$title\" did not come to the front" >&2
     return 1
   }
@@ -34,6 +34,11 @@ wait_window() {
 find_window() {
   WINDOW="$(xdotool search --onlyvisible --name "^$1" 2>/dev/null | tail -n 1)"
   [[ -n "$WINDOW" ]]
+}
+
+# Until the first activation there is no active window to ask for, which it reports as an error.
+bring_to_front() {
+  find_window "$1" && timeout 10 xdotool windowactivate --sync "$WINDOW" 2>/dev/null
 }
 
 window_has_keyboard() { [[ "$(xdotool getwindowfocus 2>/dev/null)" == "$WINDOW" ]]; }

@@ -201,25 +201,6 @@ TEST(CommandTest, DoesWhatItIsTold) {
             "0|1  a\\x1B\n2  b\n4\n|");
 }
 
-// What a host may hand over for a workspace by mistake.
-class OtherObject : public engine::Workspace {
-  [[noreturn]] static void Fail() { throw Error(kErrorNoMember, L"Member not found."); }
-  std::unique_ptr<engine::DataFileObject> CreateDataFile(std::wstring_view) override { Fail(); }
-  std::unique_ptr<engine::RecordObject> CreateRecord(std::wstring_view) override { Fail(); }
-  std::unique_ptr<engine::IndexObject> CreateIndex(std::wstring_view) override { Fail(); }
-  std::unique_ptr<engine::PricingObject> CreatePricing() override { return nullptr; }
-  bool Connect(std::wstring_view, std::wstring_view, std::wstring_view,
-               std::wstring_view) override {
-    Fail();
-  }
-  bool ConnectNT(std::wstring_view, std::wstring_view, std::wstring_view,
-                 std::wstring_view) override {
-    Fail();
-  }
-  void Disconnect() override { Fail(); }
-  std::wstring Version() override { Fail(); }
-};
-
 // An object of the host's.
 template <class Class>
 std::unique_ptr<Class> Made(const Context& host) {
@@ -290,12 +271,6 @@ const struct Fault {
        Made<products::Products>(host)->GetSellPrice(L"BOLT ");
      },
      "StockIndex.Find"},
-    {"another object for the workspace",
-     [](Context& host, ScriptedEnvironment&) {
-       host.workspace = std::make_shared<OtherObject>();
-       Made<products::Products>(host)->GetSellPrice(L"BOLT");
-     },
-     "ArdWorkspace has no member CreateRecordObject."},
     {"an ini file that is read-only",
      [](Context& host, ScriptedEnvironment& machine) {
        machine.machine().ini_files_read_only = true;

@@ -61,13 +61,11 @@ class PublicClass {
     Trace& trace = context_.trace();
     const auto describe = [&] { return Step{name_, member}; };
     Result result{};
-    if (!trace.on()) {
-      Attempt(trace, describe, [&] { body(result); });
-      return result;
-    }
-    const Trace::Call call(trace, name_, member);
+    Trace::Call call;
+    const bool traced = trace.on();
+    if (traced) trace.Begin(call, name_, member);
     Attempt(trace, describe, [&] { body(result); });
-    call.End(kTypeName<Result>, result, arguments);
+    if (traced) trace.End(call, kTypeName<Result>, result, arguments);
     return result;
   }
   template <class Result, class Body>

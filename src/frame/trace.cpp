@@ -149,23 +149,21 @@ void Trace::Attach(Sink sink, const Origin& origin) {
   }
 }
 
-Trace::Call::Call(Trace& trace, std::wstring_view object, std::wstring_view member) noexcept
-    : trace_(trace), object_(object), member_(member), thread_(trace.Thread()) {
-  const std::lock_guard lock(trace.mutex_);
-  number_ = ++trace.calls_;
-  outer_ = std::exchange(trace.running_, this);
+void Trace::Begin(Call& call, std::wstring_view object, std::wstring_view member) noexcept {
+  call.object = object;
+  call.member = member;
+  call.thread = Thread();
+  {
+    const std::lock_guard lock(mutex_);
+    call.number = ++calls_;
+    call.outer = std::exchange(running_, &call);
+  }
+  call.start = steady_clock::now();
 }
 
-Trace::Call::~Call() {
-  const std::lock_guard lock(trace_.mutex_);
-  Call** place = &trace_.running_;
-  while (*place != this) place = &(*place)->outer_;
-  *place = outer_;
-}
-
-void Trace::Call::End(std::wstring_view result_type, const Seen& result,
-                      std::initializer_list<Seen> arguments) const noexcept {
-  const auto duration = steady_clock::now() - start_;
+void Trace::End(Call& call, std::wstring_view result_type, const Seen& result,
+                std::initializer_list<Seen> arguments) noexcept {
+  const auto duration = steady_clock::now() - call.start;
   try {
     char microseconds[32];
     std::snprintf(microseconds, sizeof microseconds, "%.1f us",
@@ -173,21 +171,25 @@ void Trace::Call::End(std::wstring_view result_type, const Seen& result,
     const char* const kind = !result.has_value() ? "" : result.IsNeutral() ? "neutral" : "answered";
     std::string given;
     std::string answer;
-    if (trace_.origin_.detail) {
+    if (origin_.detail) {
       std::size_t parameter = 0;
-      if (result.has_value()) answer = Detail(result, member_, parameter);
+      if (result.has_value()) answer = Detail(result, call.member, parameter);
       for (const Seen& argument : arguments) {
         std::string& cell = argument.is_output() ? answer : given;
-        cell.append(cell.empty() ? "" : ", ").append(Detail(argument, member_, ++parameter));
+        cell.append(cell.empty() ? "" : ", ").append(Detail(argument, call.member, ++parameter));
       }
       given = '(' + given + ')';
     }
-    trace_.Write({"call", Cell(Step{object_, member_}), microseconds, Cell(result_type), kind,
-                  given, answer},
-                 this);
+    Write({"call", Cell(Step{call.object, call.member}), microseconds, Cell(result_type), kind,
+           given, answer},
+          &call);
   } catch (...) {
     // As above.
   }
+  const std::lock_guard lock(mutex_);
+  Call** place = &running_;
+  while (*place != &call) place = &(*place)->outer;
+  *place = call.outer;
 }
 
 void Trace::SkippedByException(const Step& step) noexcept {
@@ -240,12 +242,17 @@ void Trace::Shown(std::wstring_view title, std::wstring_view text) noexcept {
 
 void Trace::Write(std::initializer_list<std::string_view> cells, const Call* call) {
   const std::uint32_t thread = Thread();
-  std::string line = Now();
+  // In one piece, so that how much memory is asked for does not depend on the figures in it.
+  std::size_t size = 64;
+  for (const std::string_view cell : cells) size += cell.size() + 1;
+  std::string line;
+  line.reserve(size);
+  line += Now();
   const std::lock_guard lock(mutex_);
   std::string number;
-  for (const Call* running = call ? call : running_; running; running = running->outer_) {
-    if (running->thread_ != thread) continue;
-    number.insert(0, std::to_string(running->number_) + (number.empty() ? "" : "/"));
+  for (const Call* running = call ? call : running_; running; running = running->outer) {
+    if (running->thread != thread) continue;
+    number.insert(0, std::to_string(running->number) + (number.empty() ? "" : "/"));
   }
   line.append("\t").append(std::to_string(origin_.process)).append("\t");
   line.append(number.empty() ? "0" : number);

@@ -112,30 +112,20 @@ class Trace {
   void Attach(Sink sink, const Origin& origin);
   bool on() const { return on_; }
 
-  // A public call while it runs, for a trace that is on. What is written meanwhile, by the same
-  // thread, belongs to it.
-  class Call {
-   public:
-    Call(Trace& trace, std::wstring_view object, std::wstring_view member) noexcept;
-    Call(const Call&) = delete;
-    Call& operator=(const Call&) = delete;
-    ~Call();
-
-    // Writes its line.
-    void End(std::wstring_view result_type, const Seen& result,
-             std::initializer_list<Seen> arguments) const noexcept;
-
-   private:
-    friend class Trace;
-
-    Trace& trace_;
-    const std::wstring_view object_;
-    const std::wstring_view member_;
-    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-    const std::uint32_t thread_;
-    std::uint32_t number_;
-    Call* outer_;  // the one that was begun before, of whatever thread
+  // A public call while it runs. What is written meanwhile, by the same thread, belongs to it. It
+  // is filled when it begins, so that one that is not traced costs nothing.
+  struct Call {
+    std::wstring_view object;
+    std::wstring_view member;
+    std::chrono::steady_clock::time_point start;
+    std::uint32_t thread;
+    std::uint32_t number;
+    Call* outer;  // the one that was begun before, of whatever thread
   };
+  void Begin(Call& call, std::wstring_view object, std::wstring_view member) noexcept;
+  // Writes its line. Each call that has begun has to end.
+  void End(Call& call, std::wstring_view result_type, const Seen& result,
+           std::initializer_list<Seen> arguments) noexcept;
 
   // Notes that `step` was skipped because of the exception now being handled.
   // Call it only inside a catch block.

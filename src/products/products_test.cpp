@@ -31,11 +31,16 @@ class ProductsTest : public testing::CompanyTest {
     EXPECT_EQ(environment_.TakeMessages(), Texts{});
   }
 
-  // Fields of the stock record, trimmed and joined; "?" when there is no such product.
-  std::wstring Stored(std::wstring_view code, const std::vector<const wchar_t*>& fields) {
-    const auto record = engine_->workspace()->CreateRecord(L"StockRecord");
+  // The stock record, by the engine itself; null when there is no such product.
+  std::unique_ptr<engine::RecordObject> Find(std::wstring_view code) {
+    auto record = engine_->workspace()->CreateRecord(L"StockRecord");
     record->GetFields()->Item(L"STOCK_CODE")->SetValue(code);
-    if (!record->Find(engine::Match::kExact)) return L"?";
+    return record->Find(engine::Match::kExact) ? std::move(record) : nullptr;
+  }
+  // Its fields, trimmed and joined; "?" when there is no such product.
+  std::wstring Stored(std::wstring_view code, const std::vector<const wchar_t*>& fields) {
+    const auto record = Find(code);
+    if (!record) return L"?";
     std::wstring stored;
     for (const wchar_t* field : fields) {
       const Value value = record->GetFields()->Item(field)->GetValue();
@@ -77,6 +82,34 @@ TEST_F(ProductsTest, AnswersFromTheStockRecordOrNeutrally) {
 
 // ---- Prices ----
 
+constexpr std::int16_t kOneCustomer = 83;
+constexpr std::int16_t kPriceList = 76;
+constexpr std::int16_t kSupplierPrice = 85;
+
+CompanyBuilder& AddPrice(CompanyBuilder& builder, std::int16_t type, std::wstring_view ref,
+                         std::int16_t discount_type, double value,
+                         std::wstring_view code = L"BOLT") {
+  return builder.Record(L"PriceData", {{L"TYPE", type},
+                                       {L"EXT_REF", ref},
+                                       {L"STOCK_CODE", code},
+                                       {L"DISCOUNT_TYPE", discount_type},
+                                       {L"VALUE", value}});
+}
+
+CompanyBuilder& AddBolt(CompanyBuilder& builder) {
+  return builder.Product(L"BOLT", L"SALES_PRICE=50|LAST_PURCHASE_PRICE=20");
+}
+
+TEST_F(ProductsTest, AnEntryWorksOnThePricesByItsType) {
+  for (const auto& [type, price] :
+       {std::pair(0, 10), {1, 50}, {2, 45}, {3, 40}, {4, 22}, {5, 30}, {6, 0}, {-1, 0}}) {
+    CompanyBuilder builder;
+    AddPrice(AddBolt(builder), kOneCustomer, L"ABC", static_cast<std::int16_t>(type), 10);
+    Open(builder);
+    EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), price) << type;
+  }
+}
+
 // The last operations are those of the entry's type and value.
 TEST_F(ProductsTest, AnEntryThatCannotBeReadLeavesTheSellingPrice) {
   CompanyBuilder builder;
@@ -91,6 +124,103 @@ TEST_F(ProductsTest, AnEntryThatCannotBeReadLeavesTheSellingPrice) {
   }
 }
 
+TEST_F(ProductsTest, TheFirstEntryInRecordOrderThatAppliesGivesThePrice) {
+  CompanyBuilder builder;
+  AddBolt(builder).Customer(L"ABC", L"PRICE_LIST_REF=TRADE").Customer(L"OTHER");
+  AddPrice(builder, kOneCustomer, L"ABC", 0, 1, L"NUT");  // another product
+  AddPrice(builder, kPriceList, L"PUBLIC", 0, 2);         // nobody's list
+  AddPrice(builder, kOneCustomer, L"XYZ", 0, 3);          // somebody unknown to the ledger
+  AddPrice(builder, kPriceList, L"TRADE", 0, 4);
+  AddPrice(builder, kOneCustomer, L"ABC", 0, 5);  // too late
+  AddPrice(builder, kOneCustomer, L"ABC", 5, 6, L"UNKNOWN");
+  AddPrice(builder, kOneCustomer, L"ABC", 1, 7, L"LOST");
+  Open(builder);
+  KeepNotes("Products.");
+  for (const auto& [acc_ref, price] :
+       {std::pair(L"ABC", 4), {L" xyz ", 3}, {L"XYZ", 3}, {L"OTHER", 50}}) {
+    EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", acc_ref), price) << acc_ref;
+  }
+  EXPECT_EQ(products_.GetSpecialPrice(L"unknown ", L"abc"), 6);  // as the engine matches keys
+  EXPECT_EQ(products_.GetSpecialPrice(L"UNKNOWN", L"ABC"), 6);   // by its value alone
+  EXPECT_EQ(products_.GetSpecialPrice(L"LOST", L"ABC"), 0);
+  EXPECT_EQ(products_.GetSpecialPrice(L"NOWHERE", L"ABC"), 0);
+  const std::wstring by = L"Products.GetSpecialPrice: ";
+  const std::wstring own = L" of the price list, the customer's own.";
+  EXPECT_EQ(
+      notes_,
+      (Texts{by + L"Entry 4 of the price list, of the customer's list.", by + L"Entry 3" + own,
+             by + L"Entry 3" + own, by + L"The selling price: no entry of the price list applies.",
+             by + L"Entry 6" + own, by + L"Entry 6" + own, by + L"Entry 7" + own,
+             by + L"None: no entry of the price list applies, and there is no selling price."}));
+}
+
+TEST_F(ProductsTest, AverageCostIsOverWhatIsLeftOfTheReceipts) {
+  CompanyBuilder builder;
+  const auto transaction = [&](std::wstring_view code, std::int16_t type, double quantity,
+                               double used, double cost) {
+    builder.Record(L"StockTransactionData", {{L"STOCK_CODE", code},
+                                             {L"TYPE", type},
+                                             {L"QUANTITY", quantity},
+                                             {L"QTY_USED", used},
+                                             {L"COST_PRICE", cost}});
+  };
+  for (const wchar_t* code : {L"MIXED", L"USED", L"RETURNED", L"THIRD", L"NONE"}) {
+    builder.Product(code, L"LAST_PURCHASE_PRICE=9");
+  }
+  transaction(L"MIXED", 1, 15, 5, 2);
+  transaction(L"MIXED", 2, 1000, 0, 50);  // no receipt
+  transaction(L"MIXED", 5, 20, 0, 3);
+  transaction(L"MIXED", 7, 10, 0, 3);
+  transaction(L"MIXED", 7, 8, 8, 70);
+  transaction(L"USED", 1, 10, 10, 2);
+  transaction(L"USED", 3, 5, 5, 2);
+  transaction(L"THIRD", 1, 1, 0, 1.0 / 3);
+  for (const double quantity : {0.1, 0.2, -0.3}) transaction(L"RETURNED", 1, quantity, 0, 2);
+  Open(builder);
+  EXPECT_EQ(products_.GetCostPrice(L"MIXED", false), 9);
+  for (const auto& [code, price] : {std::pair(L"MIXED", 2.75),
+                                    {L"USED", 9},
+                                    {L"RETURNED", 9},
+                                    {L"THIRD", 1.0 / 3},
+                                    {L"NONE", 9},
+                                    {L"UNKNOWN", 0}}) {
+    EXPECT_EQ(products_.GetCostPrice(code, true), price) << code;
+  }
+  EXPECT_EQ(products_.GetAveragePrice(Find(L"MIXED")), 2.75);
+  EXPECT_EQ(products_.GetAveragePrice(nullptr), 0);
+}
+
+TEST_F(ProductsTest, SupplierPricesAreStoredOnesOrTheCostInTheSuppliersCurrency) {
+  CompanyBuilder builder;
+  builder.Product(L"BOLT", L"LAST_PURCHASE_PRICE=10")
+      .Product(L"WORTHLESS")
+      .Supplier(L"EURO", L"CURRENCY=1")
+      .Supplier(L"NOWHERE", L"CURRENCY=5")
+      .Record(L"CurrencyData", L"EXCHANGE_RATE=1")
+      .Record(L"CurrencyData", L"EXCHANGE_RATE=1.5");
+  for (const wchar_t* ref : {L"EURO", L"EIGHTCHA"}) {
+    builder.Record(L"PriceData", {{L"TYPE", kSupplierPrice},
+                                  {L"EXT_REF", ref},
+                                  {L"STOCK_CODE", L"NUT"},
+                                  {L"STORED_PRICE", 3.5}});
+  }
+  Open(builder);
+  KeepNotes("Products.");
+  EXPECT_EQ(products_.GetSupplierPrice(L"NUT", L"EURO"), 3.5);  // not converted
+  EXPECT_EQ(products_.GetSupplierPrice(L"NUT", L"EIGHTCHA"), 3.5);
+  EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"EURO"), 15);
+  EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"NOWHERE"), 10);  // no such currency
+  EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"UNKNOWN"), 10);
+  EXPECT_EQ(products_.GetSupplierPrice(L"WORTHLESS", L"EURO"), 0);
+  const std::wstring by = L"Products.GetSupplierPrice: ";
+  const std::wstring cost = L"Products.GetCostPrice: The last purchase price.";
+  const std::wstring as_it_is = by + L"As it is: the supplier has no currency with a rate.";
+  EXPECT_EQ(notes_,
+            (Texts{by + L"The supplier's stored price.", by + L"The supplier's stored price.", cost,
+                   by + L"By the rate of the supplier's currency.", cost, as_it_is, cost, as_it_is,
+                   cost}));
+}
+
 TEST_F(ProductsTest, TheEnginesPricingServiceHasTheLastWord) {
   CompanyBuilder builder;
   builder.Product(L"BOLT").Customer(L"ABC", L"PRICE_LIST_REF=TRADE").Supplier(L"SUP");
@@ -102,8 +232,11 @@ TEST_F(ProductsTest, TheEnginesPricingServiceHasTheLastWord) {
   Open(builder.Setup(L"PRICING_SERVICE=True"));
   testing::Recording recording;
   products_.context().workspace = testing::Recorded(engine_->workspace(), recording);
+  KeepNotes();
   EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 5);
   EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"SUP"), 3.5);
+  EXPECT_EQ(notes_, (Texts{L"Products.GetSpecialPrice: The engine's pricing service.",
+                           L"Products.GetSupplierPrice: The engine's pricing service."}));
   EXPECT_EQ(recording.operations, (Texts{L"Workspace.CreateRecordObject(\"Pricing\")",
                                          L"Pricing.CustomerUnitPrice(\"ABC\", \"BOLT\")",
                                          L"Workspace.CreateRecordObject(\"Pricing\")",

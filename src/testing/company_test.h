@@ -38,6 +38,16 @@ class CompanyTest : public ::testing::Test {
     EXPECT_EQ(engine_->counters().living_objects, 0);
   }
 
+  // Keeps what the trace notes from now on of steps that begin so, each as "step: text".
+  void KeepNotes(std::string begins = "") {
+    environment_.trace().Attach([this, begins = "\tnote\t" + begins](std::string_view line) {
+      const std::size_t note = line.find(begins);
+      if (note == line.npos) return;
+      std::wstring text = FromUtf8(line.substr(note + 6));
+      notes_.push_back(text.replace(text.find(L'\t'), 1, L": "));
+    });
+  }
+
   // Answers the next list: notes what it shows in `listed_`, selects item `position`, confirms.
   void Choose(std::int32_t position) {
     environment_.Answer([=, this](dialogs::SelectDialog& dialog) {
@@ -64,6 +74,7 @@ class CompanyTest : public ::testing::Test {
   std::shared_ptr<simulator::Simulator> engine_;
   // "Caption:Header|cell\tcell|...", without blanks.
   std::wstring listed_;
+  Texts notes_;
 };
 
 }  // namespace ard::testing

@@ -22,6 +22,7 @@ bool IsUserName(std::wstring_view user) {
 
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
   std::wstring stored;
+  if (!IsUserName(user)) access.trace().Noted({kAccessData, L"FindUser"}, kNobodysName);
   if (!IsUserName(user) || !access.Get(kName, stored)) return false;
   const std::size_t width = stored.size();
   const auto finds = [&](std::wstring name) {

@@ -14,6 +14,8 @@ inline constexpr std::wstring_view kName = L"NAME";
 // Whether that is the supervisor, who may do everything and is looked up nowhere.
 bool IsManager(std::wstring_view user);
 
+inline constexpr std::wstring_view kNobodysName = L"Refused: nobody can have that name.";
+
 // Whether a user can have that name: it is not blank, and not a pattern that stands for others.
 bool IsUserName(std::wstring_view user);
 

@@ -47,7 +47,10 @@ bool AccessRights::IsUserAllowedAccess(std::wstring_view user_name, Access optio
     DataFile access(context(), kAccessData);
     if (!access.Open(Mode::kRead) || !FindUser(access, user_name)) return;
     const auto kind = static_cast<std::size_t>(option);
-    may = kind < std::size(kRights) && HasRight(access, kRights[kind]);
+    if (kind >= std::size(kRights)) {
+      return NoteRefusal(L"IsUserAllowedAccess", L"Refused: there is no such kind of record.");
+    }
+    may = HasRight(access, kRights[kind]);
     if (!may && display_message) {
       context().ShowMessage(Icon::kExclamation, kRefusal, context().app_name);
     }
@@ -56,7 +59,7 @@ bool AccessRights::IsUserAllowedAccess(std::wstring_view user_name, Access optio
 
 bool AccessRights::AddUser(std::wstring_view user_name) const noexcept {
   return Call<bool>(L"AddUser", {user_name}, [&](bool& added) {
-    if (!IsUserName(user_name)) return;
+    if (!IsUserName(user_name)) return NoteRefusal(L"AddUser", kNobodysName);
     {
       DataFile access(context(), kAccessData);
       bool exists = false;

@@ -43,7 +43,17 @@ TEST_F(AccessRightsTest, EachKindOfRecordHasItsRight) {
           << user << " " << kind;
     }
   }
+  KeepNotes();
+  EXPECT_FALSE(rights_.IsUserAllowedAccess(L"USER1", Access::kSupplierRecord));
+  EXPECT_FALSE(rights_.IsUserAllowedAccess(L"*", Access::kSupplierRecord));
+  EXPECT_FALSE(rights_.AddUser(L" "));
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"USER1", static_cast<Access>(8)));
+  EXPECT_EQ(
+      notes_,
+      (Texts{L"AccessData.HasRight(\"SUPP_RECORD\"): Refused: the right is 1, or cannot be read.",
+             L"AccessData.FindUser: Refused: nobody can have that name.",
+             L"cAccessRights.AddUser: Refused: nobody can have that name.",
+             L"cAccessRights.IsUserAllowedAccess: Refused: there is no such kind of record."}));
   EXPECT_FALSE(rights_.IsUserAllowedAccess(L"USER1", static_cast<Access>(-1)));
   EXPECT_EQ(environment_.TakeMessages(), Texts{});
 }

@@ -181,7 +181,10 @@ for_script >"$FOLDER/script.vbs"
 
 (cd "$FOLDER/prompt" && for_prompt | "$PROMPT" company company.db) >"$FOLDER/raw.txt" || true
 cd "$FOLDER/script"
-wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/script.vbs" >"$FOLDER/output.txt" 2>"$FOLDER/errors.txt" </dev/null &
+# With the trace in all detail, and what a debugger would be told among the errors.
+ARDOBJECTS_TRACE="$(windows_path "$FOLDER/trace.txt")" ARDOBJECTS_TRACE_DETAIL=1 \
+  WINEDEBUG="$WINEDEBUG,+debugstr" \
+  wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/script.vbs" >"$FOLDER/output.txt" 2>"$FOLDER/errors.txt" </dev/null &
 HOST=$!
 work_dialogs || {
   STATUS=1
@@ -202,6 +205,15 @@ grep -q 'AddIn1=Host,.*,host.bmp,host.exe' "$INI" || {
   say "no entry in the ini file"
   STATUS=1
 }
+wine_run 60 reg query 'HKCU\Software' /s >"$FOLDER/registry.txt" 2>&1
+grep -q $'Messaging.LogonUser\t.*("anne", [*][*][*])' "$FOLDER/trace.txt" || {
+  say "the trace has not the detail that is wanted"
+  STATUS=1
+}
+if grep -E 'Rivet7|Anvil9' "$FOLDER"/{trace,registry,errors}.txt; then
+  say "a password has been written"
+  STATUS=1
+fi
 if ((STATUS == 0)); then say "$(grep -c '^?' "$FOLDER/questions.txt") passed, 0 failed"; fi
 ((STATUS == 0)) || cat "$FOLDER/errors.txt"
 exit "$STATUS"

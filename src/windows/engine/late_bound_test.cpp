@@ -10,6 +10,7 @@
 
 #include "frame/error.h"
 #include "windows/engine/variant.h"
+#include "windows/system_error.h"
 
 namespace ard::windows {
 namespace {
@@ -261,11 +262,18 @@ TEST_F(LateBoundTest, FailuresBecomeErrorsWithNumberAndText) {
   EXCEPINFO coded{};
   coded.wCode = 91;
   EXPECT_EQ(close_error(DISP_E_EXCEPTION, coded).first, 91);
-  const auto plain = close_error(DISP_E_MEMBERNOTFOUND, {});
-  EXPECT_EQ(plain.first, DISP_E_MEMBERNOTFOUND);
-  EXPECT_FALSE(plain.second.empty());
+  EXCEPINFO silent{};
+  silent.scode = E_ACCESSDENIED;
+  const std::pair<std::int32_t, std::wstring> denied = {E_ACCESSDENIED,
+                                                        SystemError(E_ACCESSDENIED).text()};
+  EXPECT_EQ(close_error(DISP_E_EXCEPTION, silent), denied);
+  EXPECT_EQ(close_error(E_ACCESSDENIED, {}), denied);
+  const auto create = [this] { seam->workspace->CreateRecord(L"SalesRecord"); };
+  EXPECT_EQ(ErrorOf(create).first, E_ACCESSDENIED);
   recorder.lookup_status = DISP_E_UNKNOWNNAME;
-  EXPECT_EQ(ErrorOf([this] { seam->field->GetValue(); }).first, kErrorUnknownName);
+  EXPECT_EQ(ErrorOf(create).first, kErrorNoMember) << "no workspace, whatever it says";
+  EXPECT_EQ(ErrorOf([this] { seam->field->GetValue(); }),
+            (std::pair{kErrorUnknownName, std::wstring(L"There is no member Value.")}));
 }
 
 }  // namespace

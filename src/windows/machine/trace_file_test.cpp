@@ -99,8 +99,10 @@ TEST_F(TraceFileTest, TheRegistryNamesItUnlessTheEnvironmentDoes) {
   const auto attached = [] {
     Trace trace;
     AttachTraceFile(trace, GetModuleHandleW(nullptr));
-    const Trace::Call call(trace, L"A", L"B");
-    call.End(L"", std::wstring(), {std::wstring(L"x")});
+    if (!trace.on()) return false;
+    Trace::Call call;
+    trace.Begin(call, L"A", L"B");
+    trace.End(call, L"", std::wstring(), {std::wstring(L"x")});
     return trace.on();
   };
   EXPECT_FALSE(attached()) << "nothing names it";
