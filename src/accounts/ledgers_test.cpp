@@ -93,8 +93,13 @@ TEST_F(LedgersTest, BankListsShowTwelveOrThoseThatMatch) {
   EXPECT_EQ(bank_.List(L"9*"), L"1214");  // none matches: the record on which the file stands
   EXPECT_EQ(listed_, L"SelectBankAccount:A/C|1214\tBank14");
   EXPECT_EQ(environment_.progress(),
-            (Texts{L"Select Bank Account: 14/14", L"Select Bank Account: 5/14",
-                   L"Select Bank Account: 1/14"}));
+            (Texts{L"Reading bank accounts: 14/14", L"Reading bank accounts: 5/14",
+                   L"Reading bank accounts: 1/14"}));
+  environment_.machine().progress_cancelled_at = 3;
+  listed_.clear();
+  EXPECT_EQ(bank_.List(L"*"), L"");
+  EXPECT_EQ(listed_, L"") << "nothing is shown";
+  EXPECT_EQ(environment_.progress().back(), L"Reading bank accounts: 3/14");
 }
 
 TEST_F(LedgersTest, RecordsKeepWhatTheyHaveRead) {

@@ -38,7 +38,9 @@ using testing::SizeOf;
 
 class NoOwners : public dialogs::AddressOwners {
  public:
-  bool IsValid(dialogs::AddressKind, const std::wstring&) override { return true; }
+  bool IsValid(dialogs::AddressKind, const std::wstring& account) override {
+    return account == L"A1";
+  }
   std::wstring GetName(dialogs::AddressKind, const std::wstring&) override { return L"Cut & Shut"; }
   std::wstring Search(dialogs::AddressKind, const std::wstring&) override { return L""; }
 };
@@ -52,6 +54,7 @@ class EveryDialogTest : public testing::WindowTest {
       builder.Product(L"P" + std::to_wstring(i), L"DESCRIPTION=Bolt");
     }
     builder.Record(L"CompanyDeliveryData", L"ADDRESS_REF=1|DESCRIPTION=Works");
+    builder.Record(L"SalesDeliveryData", L"ACCOUNT_REF=A1|ADDRESS_REF=1|DESCRIPTION=Yard");
     builder.Record(L"QueueData", L"LOGON_NAME=ANN|STATION_NAME=ONE");
     engine_ = builder.Build();
     context_.workspace = engine_->workspace();
@@ -209,6 +212,22 @@ TEST_F(EveryDialogTest, ResizingLeavesNothingBehind) {
   });
 }
 
+// An account with an address, and one that is not known.
+TEST_F(EveryDialogTest, AnAccountIsActedOnByTheClickThatNeedsIt) {
+  NoOwners owners;
+  dialogs::AddressDialog dialog(context_, owners);
+  WindowTest::Show(dialog.caption().c_str(), dialog, [&](HWND window) {
+    const HWND account = testing::Descendant(window, WC_EDITW);
+    Keys(L"?{Tab}{Tab}");  // past the look-up button
+    EXPECT_EQ(FocusWindow(), account);
+    EXPECT_EQ(SendMessageW(account, EM_GETSEL, 0, 0), MAKELRESULT(0, 1)) << "to be typed over";
+    Keys(L"A1");
+    ClickOn(testing::MiddleOf(GetDlgItem(window, IDOK)));
+    ExpectClosed(window);
+  });
+  EXPECT_TRUE(dialog.result());
+}
+
 TEST_F(EveryDialogTest, WhatIsHiddenIsDisabledAndAnAmpersandIsOne) {
   ForEach([&](HWND window) {
     std::vector<HWND> controls;
@@ -228,6 +247,29 @@ TEST_F(EveryDialogTest, WhatIsHiddenIsDisabledAndAnAmpersandIsOne) {
       EXPECT_STREQ(text, L"Cut && Shut");
     }
   });
+}
+
+TEST_F(EveryDialogTest, ProgressShowsAfterAMomentAndIsCancelled) {
+  constexpr wchar_t kReading[] = L"Reading bank accounts";
+  int done = 0;
+  Work(
+      kReading,
+      [&] {
+        const ULONGLONG start = GetTickCount64();
+        const auto progress = environment_.ShowProgress(kReading, 1'000'000);
+        while (progress->Advance()) {
+          ++done;
+          const bool shown = FindWindowW(nullptr, kReading) != nullptr;
+          EXPECT_TRUE(!shown || GetTickCount64() - start >= 500);
+          Sleep(1);
+        }
+      },
+      [&](HWND window) {
+        Keys(L"{Esc}");
+        ExpectClosed(window);
+      });
+  EXPECT_GT(done, 0);
+  EXPECT_TRUE(host_.focus_returned());
 }
 
 }  // namespace

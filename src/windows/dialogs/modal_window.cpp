@@ -9,11 +9,10 @@
 #include "windows/dialogs/activation_context.h"
 
 namespace ard::windows {
-namespace {
 
 // Disables the calling thread's other windows, as a modal window does; not only the owner, since
 // nothing of the host may call the library while one of its methods is waiting for the user.
-class Modality {
+class ModalWindow::Modality {
  public:
   explicit Modality(HWND window) : window_(window) {
     EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(this));
@@ -42,6 +41,8 @@ class Modality {
   HWND window_;
   std::vector<HWND> disabled_;
 };
+
+namespace {
 
 BOOL CALLBACK SetFontOf(HWND control, LPARAM font) noexcept {
   SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
@@ -72,13 +73,25 @@ RECT WorkAreaOf(HMONITOR monitor) {
 
 }  // namespace
 
+ModalWindow::ModalWindow(Border border) : border_(border) {}
+ModalWindow::~ModalWindow() = default;
+
 void ModalWindow::Run(HINSTANCE module) {
   const ActivationContext visual_styles(module);
-  INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
+  Open(module);
+  Loop();
+  if (!finished_) CloseBox();
+  Close();
+}
+
+void ModalWindow::Open(HINSTANCE module) {
+  const ActivationContext visual_styles(module);
+  INITCOMMONCONTROLSEX classes = {sizeof(classes),
+                                  ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&classes);
 
   const HWND owner = GetActiveWindow();
-  const HWND focus = GetFocus();
+  host_focus_ = GetFocus();
   const bool resizable = border_ == Border::kResizable;
   Create(module, owner,
          WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | (resizable ? WS_THICKFRAME : 0),
@@ -90,18 +103,18 @@ void ModalWindow::Run(HINSTANCE module) {
     size_grip_ = CreateControl(handle(), {WC_SCROLLBARW, L"", SBS_SIZEGRIP | WS_CLIPSIBLINGS});
   }
   OpenNear(owner);
-  {
-    const Modality modality(handle());
-    ShowWindow(handle(), SW_SHOWNORMAL);
-    // The cursor of a list is to be seen whether the mouse or the keyboard was used last.
-    SendMessageW(handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
-    Focus(InitialFocus());
-    Loop();
-    if (!finished_) CloseBox();
-  }
+  modality_ = std::make_unique<Modality>(handle());
+  ShowWindow(handle(), SW_SHOWNORMAL);
+  // The cursor of a list is to be seen whether the mouse or the keyboard was used last.
+  SendMessageW(handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
+  Focus(InitialFocus());
+}
+
+void ModalWindow::Close() {
+  modality_.reset();
   const bool was_active = handle() && GetActiveWindow() == handle();
   Destroy();
-  if (was_active && IsWindow(focus)) SetFocus(focus);
+  if (was_active && IsWindow(host_focus_)) SetFocus(host_focus_);
 }
 
 // Centred on the owner or on the work area, and never larger than that.
@@ -139,15 +152,29 @@ void ModalWindow::Loop() {
       if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
-    if (!Translate(message)) {
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-    }
+    Deal(message);
     WithoutExceptions([&] {
       Handled(message);
       return LRESULT{};
     });
   }
+}
+
+void ModalWindow::AnswerPending() {
+  MSG message;
+  while (handle() && PeekMessageW(&message, handle(), 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) {
+      PostQuitMessage(static_cast<int>(message.wParam));
+      return CloseBox();
+    }
+    Deal(message);
+  }
+}
+
+void ModalWindow::Deal(MSG& message) {
+  if (Translate(message)) return;
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
 }
 
 bool ModalWindow::Translate(MSG& message) {

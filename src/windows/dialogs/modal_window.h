@@ -23,7 +23,14 @@ class ModalWindow : protected DialogWindow {
  protected:
   enum class Border { kFixed, kResizable };
 
-  explicit ModalWindow(Border border) : border_(border) {}
+  explicit ModalWindow(Border border);
+  ~ModalWindow() override;
+
+  // The parts of Run, for a window that stands beside a task: what has been done in it is answered
+  // by AnswerPending, time and again.
+  void Open(HINSTANCE module);
+  void AnswerPending();
+  void Close();
 
   // What the derived window adds, in the order in which it is called. It is made of lines at its
   // head, lines at its foot, and between them a body, if there is one. Sizes are in pixels.
@@ -65,8 +72,11 @@ class ModalWindow : protected DialogWindow {
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
+  class Modality;
+
   void OpenNear(HWND owner);
   void Loop();
+  void Deal(MSG& message);
   void SetMetrics(UINT dpi);
   bool Translate(MSG& message);
   // Of the client area.
@@ -77,6 +87,8 @@ class ModalWindow : protected DialogWindow {
   Lines head_;
   Lines foot_;
   std::unique_ptr<Metrics> metrics_;
+  std::unique_ptr<Modality> modality_;
+  HWND host_focus_ = nullptr;
   HWND size_grip_ = nullptr;
   bool finished_ = false;
 };
