@@ -74,11 +74,15 @@ class EveryDialogTest : public testing::WindowTest {
 
   // Opens each dialog in turn, and calls `act(window)` meanwhile.
   void ForEach(const std::function<void(HWND)>& act) {
+    int opened = 0;
     const auto show = [&](auto& dialog) {
       const std::wstring title(dialog.caption());
       SCOPED_TRACE(ToUtf8(title));
+      std::wstring& placement = placements_[++opened];
+      if constexpr (requires { dialog.placement; }) dialog.placement = placement;
       Work(
           title.c_str(), [&] { environment_.Show(dialog); }, act);
+      if constexpr (requires { dialog.placement; }) placement = dialog.placement;
     };
     dialogs::FastSelectDialog accounts(context_, accounts::kNominalList);
     accounts.Load(50);
@@ -145,6 +149,7 @@ class EveryDialogTest : public testing::WindowTest {
   }
 
   std::unique_ptr<simulator::Simulator> engine_;
+  std::map<int, std::wstring> placements_;  // by the number of the dialog
 };
 
 TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
@@ -191,25 +196,40 @@ TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
   }
 }
 
-TEST_F(EveryDialogTest, ResizingLeavesNothingBehind) {
-  ForEach([&](HWND window) {
-    if (!(GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME)) return;
-    const SIZE opened = SizeOf(window);
-    for (const int change : {60, -90, 140}) {
-      Picture resized;
-      Picture anew;
-      testing::Resize(window, {opened.cx + change, opened.cy + change});
+// Compared with the same dialog as it is when it opens in that size.
+TEST_F(EveryDialogTest, ResizingLeavesNothingBehindAndIsRemembered) {
+  const auto is_resizable = [](HWND window) {
+    return (GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME) != 0;
+  };
+  for (const int change : {60, -90, 140}) {
+    std::vector<RECT> places;
+    std::vector<Picture> pictures;
+    const auto look = [&](HWND window) {
       EXPECT_TRUE(host_.Settle());
-      host_.Ask([&] {
-        UpdateWindow(window);
-        resized = PictureOf(window);
-        RedrawWindow(window, nullptr, nullptr,
-                     RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-        anew = PictureOf(window);
-      });
-      EXPECT_TRUE(resized == anew) << change;
-    }
-  });
+      places.push_back(RectOf(window));
+      host_.Ask([&] { pictures.push_back(PictureOf(window)); });
+    };
+    placements_.clear();
+    ForEach([&](HWND window) {
+      if (!is_resizable(window)) return;
+      const SIZE opened = SizeOf(window);
+      testing::Resize(window, {opened.cx + change, opened.cy + change});
+      look(window);
+    });
+    std::size_t next = 0;
+    ForEach([&](HWND window) {
+      if (!is_resizable(window)) return;
+      const RECT place = places.at(next);
+      const Picture picture = pictures.at(next++);
+      look(window);
+      EXPECT_TRUE(EqualRect(&place, &places.back()));
+      EXPECT_TRUE(picture == pictures.back()) << change;
+    });
+    EXPECT_EQ(next, 8U);
+  }
+  // Not where there is no monitor any more.
+  for (auto& [dialog, placement] : placements_) placement.replace(0, placement.find(L' '), L"9000");
+  ForEach([&](HWND window) { EXPECT_LT(RectOf(window).left, 2000); });
 }
 
 // An account with an address, and one that is not known.

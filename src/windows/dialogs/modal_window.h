@@ -6,12 +6,16 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "windows/dialogs/dialog_window.h"
 #include "windows/dialogs/layout.h"
 #include "windows/dialogs/metrics.h"
 
 namespace ard::windows {
+
+class PagedList;
 
 class ModalWindow : protected DialogWindow {
  public:
@@ -36,7 +40,10 @@ class ModalWindow : protected DialogWindow {
   // head, lines at its foot, and between them a body, if there is one. Sizes are in pixels.
   virtual const wchar_t* Caption() const = 0;
   virtual void CreateControls(HINSTANCE module) = 0;
-  virtual void MetricsChanged() {}  // the controls have got their font
+  // The lists that it has got.
+  virtual std::vector<PagedList*> Lists() { return {}; }
+  // Where its place, its size and the widths of its columns are kept; null when they are not.
+  virtual std::wstring* Kept() { return nullptr; }
   // The size of the body when the window opens, and the least one.
   virtual SIZE BodySize() const { return {}; }
   virtual SIZE LeastBodySize() const { return BodySize(); }
@@ -75,6 +82,8 @@ class ModalWindow : protected DialogWindow {
   class Modality;
 
   void OpenNear(HWND owner);
+  bool Recall();
+  std::wstring Present();
   void Loop();
   void Deal(MSG& message);
   void SetMetrics(UINT dpi);
@@ -90,6 +99,7 @@ class ModalWindow : protected DialogWindow {
   std::unique_ptr<Modality> modality_;
   HWND host_focus_ = nullptr;
   HWND size_grip_ = nullptr;
+  std::wstring opened_;  // how it was then
   bool finished_ = false;
 };
 

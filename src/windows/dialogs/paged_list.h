@@ -59,6 +59,8 @@ class PagedList : private DialogWindow {
   void Enter();
   void Wheel(int delta);
 
+  // Of the columns, as they are to be where there is room for them.
+  std::vector<int>& widths() { return widths_; }
   // The window that takes the focus.
   HWND focus_window() const { return list_; }
 
@@ -106,7 +108,7 @@ class PagedList : private DialogWindow {
   std::vector<dialogs::Row> page_;
   std::wstring why_empty_;
   AccessibleList* accessible_ = nullptr;
-  std::vector<int> widths_;   // of the columns, as they are to be where there is room for them
+  std::vector<int> widths_;
   std::size_t flexible_ = 0;  // the column that takes what the others leave
   int character_width_ = 0;
   int header_height_ = 0;
