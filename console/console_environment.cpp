@@ -168,7 +168,10 @@ class Dots : public ProgressDisplay {
  public:
   Dots(std::ostream& out, std::wstring_view title) : out_(out) { out_ << ToUtf8(title) << ' '; }
   ~Dots() override { out_ << '\n'; }
-  void Advance() override { out_ << '.' << std::flush; }
+  bool Advance() override {
+    out_ << '.' << std::flush;
+    return true;
+  }
 
  private:
   std::ostream& out_;

@@ -26,6 +26,8 @@ TEST_F(LedgersTest, BankListsStartWithoutASelection) {
     });
     EXPECT_EQ(all ? bank.FastList() : bank.List(L"12*"), L"1201");
   }
+  environment_.machine().progress_cancelled_at = 1;
+  EXPECT_EQ(bank.List(L"*"), L"") << "nothing is shown";
 }
 
 TEST_F(LedgersTest, AFieldThatCannotBeReadLeavesItsPropertyAndTheOthersFollow) {

@@ -51,12 +51,11 @@ std::wstring Bank::List(std::wstring_view search_criteria) const noexcept {
       engine::DataFile banks(context(), L"BankData");
       if (!banks.Open(engine::Mode::kQuery)) dialog.list().SetReading(dialogs::Reading::kFailed);
       banks.FindFirst(kReference, search_criteria);
-      dialogs::Progress progress(context(), kSelectBank, banks.Count());
+      dialogs::Progress progress(context(), L"Reading bank accounts", banks.Count());
       // The first row is there before any test: the file stands on some account, found or not.
-      AddRecords(dialog, banks, kBankList.file, [&] {
-        progress.Advance();
-        return banks.FindNext(kReference, search_criteria);
-      });
+      AddRecords(dialog, banks, kBankList.file,
+                 [&] { return progress.Advance() && banks.FindNext(kReference, search_criteria); });
+      if (progress.cancelled()) return;
     }
     const std::optional<dialogs::Row> choice = ChooseRow(context(), dialog);
     if (choice) code = Trimmed(choice->Cell(1));

@@ -54,7 +54,12 @@ TEST_F(FastSelectTest, TheRowCountIsTheCompanysWhateverTheFileHolds) {
     std::int32_t count;
     std::size_t rows;
     const wchar_t* missing = L"StockData";
-  } cases[] = {{0, 0}, {2, 2}, {50, 3}, {0, 0, L"ControlData"}, {3, 0, L"SalesData"}};
+    const wchar_t* why_empty = L"The list could not be read.";
+  } cases[] = {{0, 0, L"StockData", L"There are no customers."},
+               {2, 2, L"StockData", L""},
+               {50, 3, L"StockData", L""},
+               {0, 0, L"ControlData"},
+               {3, 0, L"SalesData"}};
   for (const auto& c : cases) {
     CompanyBuilder builder;
     builder.Customer(L"A1").Customer(L"A2").Customer(L"A3");
@@ -63,6 +68,7 @@ TEST_F(FastSelectTest, TheRowCountIsTheCompanysWhateverTheFileHolds) {
       EXPECT_EQ(dialog.list().row_count(), c.count);
       EXPECT_EQ(dialog.list().rows().size(), c.rows);
       EXPECT_EQ(dialog.ok_enabled(), c.rows > 0);
+      EXPECT_EQ(dialog.list().WhyEmpty(), c.why_empty);
     });
   }
   context_.workspace = nullptr;

@@ -7,9 +7,11 @@
 #include <utility>
 #include <vector>
 
+#include "dialogs/resizable.h"
+
 namespace ard::dialogs {
 
-class FieldsDialog {
+class FieldsDialog : public Resizable {
  public:
   struct Line {
     std::wstring label;

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <string>
 #include <utility>
+
+#include "frame/text.h"
 
 namespace ard::dialogs {
 
@@ -19,6 +22,23 @@ std::wstring_view Row::Cell(int number) const {
 
 void ListModel::AddColumn(std::wstring header, int width, bool number) {
   columns_.push_back({std::move(header), width, number});
+}
+
+std::wstring ListModel::Title() const {
+  return UpperCase(name_.substr(0, 1)) + name_.substr(std::min<std::size_t>(name_.size(), 1));
+}
+
+std::wstring ListModel::Spoken(const Row& row) const {
+  std::wstring spoken;
+  for (int cell = 1; cell <= static_cast<int>(columns_.size()); ++cell) {
+    const std::wstring_view text = Trimmed(row.Cell(cell));
+    if (!text.empty()) spoken.append(text).append(L", ");
+  }
+  const std::int32_t extra = source_.ExtraRows(1);
+  spoken += L"row " + std::to_wstring(row.position + extra) + L" of " +
+            std::to_wstring(row_count_ + extra);
+  if (row.color == kRed) spoken += L", over its limit";
+  return spoken;
 }
 
 std::wstring ListModel::WhyEmpty() const {

@@ -79,7 +79,10 @@ class ListModel {
 
   // What the rows are, in the plural: "customers".
   void SetName(std::wstring_view name) { name_ = name; }
-  std::wstring_view name() const { return name_; }
+  // What a screen reader says: "Customers", and of a row "A1, Ann Ltd, row 3 of 140, over its
+  // limit", by its place in the whole list.
+  std::wstring Title() const;
+  std::wstring Spoken(const Row& row) const;
   void SetReading(Reading reading) { reading_ = reading; }
   // Why there are no rows, for the user; "" when that needs no words.
   std::wstring WhyEmpty() const;

@@ -50,8 +50,18 @@ void LogonDialog::Ok() {
 }
 
 void LogonDialog::HelpClick() {
-  Attempt(context_.trace(), {L"Environment", L"OpenHelp"},
-          [&] { context_.environment.OpenHelp(prog_path_ + std::wstring(kHelpPage)); });
+  const std::wstring page = prog_path_ + std::wstring(kHelpPage);
+  notice_.clear();
+  Attempt(context_.trace(), {L"Environment", L"OpenHelp", page}, [&] {
+    try {
+      context_.environment.OpenHelp(page);
+    } catch (const Error& error) {
+      if (error.number() == kErrorNoFile || error.number() == kErrorNoPath) {
+        notice_ = L"The help page " + page.substr(page.rfind(L'\\') + 1) + L" is not there.";
+      }
+      throw;
+    }
+  });
 }
 
 }  // namespace ard::dialogs

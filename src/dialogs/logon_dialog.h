@@ -36,6 +36,8 @@ class LogonDialog {
   std::wstring_view form() const;
   const std::wstring& caption() const { return caption_; }
   const std::wstring& welcome() const { return welcome_; }
+  // What it has to say meanwhile, in place of the welcome; "" for nothing.
+  const std::wstring& notice() const { return notice_; }
   const std::wstring& company() const { return company_; }
   // Whether it asks for a name, remembers it and has a help page.
   bool asks_name() const { return kind_ == Form::kUserDetails; }
@@ -73,6 +75,7 @@ class LogonDialog {
   Logon logon_;
   std::wstring caption_;
   std::wstring welcome_;
+  std::wstring notice_;
   std::wstring company_;
   std::wstring prog_path_;
   std::wstring name_;

@@ -18,14 +18,19 @@ class Progress {
             [&] { display_ = context.environment.ShowProgress(title, maximum); });
   }
 
-  void Advance() {
-    if (!display_) return;
-    Attempt(context_.trace(), {L"Environment", L"Advance"}, [&] { display_->Advance(); });
+  // False when the user has cancelled the task.
+  bool Advance() {
+    if (!display_) return true;
+    Attempt(context_.trace(), {L"Environment", L"Advance"},
+            [&] { cancelled_ = !display_->Advance(); });
+    return !cancelled_;
   }
+  bool cancelled() const { return cancelled_; }
 
  private:
   const Context& context_;
   std::unique_ptr<ProgressDisplay> display_;
+  bool cancelled_ = false;
 };
 
 }  // namespace ard::dialogs

@@ -11,13 +11,14 @@
 #include <vector>
 
 #include "dialogs/list_model.h"
+#include "dialogs/resizable.h"
 #include "frame/context.h"
 
 namespace ard::dialogs {
 
 inline constexpr wchar_t kEnterKey = 13;
 
-class SelectDialog {
+class SelectDialog : public Resizable {
  public:
   SelectDialog(const SelectDialog&) = delete;
   SelectDialog& operator=(const SelectDialog&) = delete;

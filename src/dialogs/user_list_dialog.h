@@ -12,7 +12,7 @@
 
 namespace ard::dialogs {
 
-class UserListDialog {
+class UserListDialog : public Resizable {
  public:
   // Numbered as the tab strip numbers them.
   enum class Tab { kAccounts = 1, kHost = 2 };

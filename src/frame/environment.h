@@ -40,8 +40,8 @@ struct Shortcut {
 class ProgressDisplay {
  public:
   virtual ~ProgressDisplay() = default;
-  // One more of the maximum is done.
-  virtual void Advance() = 0;
+  // One more of the maximum is done. False when the user has cancelled the task.
+  virtual bool Advance() = 0;
 };
 
 class Environment {

@@ -10,12 +10,14 @@
 
 namespace ard {
 
-// Automation error codes that the library itself produces.
+// Automation error codes that the library itself knows.
 inline constexpr std::int32_t kErrorTypeMismatch = static_cast<std::int32_t>(0x80020005);
 inline constexpr std::int32_t kErrorOverflow = static_cast<std::int32_t>(0x8002000A);
 inline constexpr std::int32_t kErrorNoMember = static_cast<std::int32_t>(0x80020003);
 inline constexpr std::int32_t kErrorUnknownName = static_cast<std::int32_t>(0x80020006);
 inline constexpr std::int32_t kErrorOutOfMemory = static_cast<std::int32_t>(0x8007000E);
+inline constexpr std::int32_t kErrorNoFile = static_cast<std::int32_t>(0x80070002);
+inline constexpr std::int32_t kErrorNoPath = static_cast<std::int32_t>(0x80070003);
 inline constexpr std::int32_t kErrorFailed = static_cast<std::int32_t>(0x80004005);
 
 class Error : public std::exception {

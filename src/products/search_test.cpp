@@ -289,6 +289,7 @@ TEST_F(SearchTest, CellsShowTheirValueByTheTypeOfTheField) {
   ListModel list(info);
   info.Open(list, L"SELECT * FROM ProdInfoStockFields");
   list.SetRowCount(info.RecordCount());
+  EXPECT_EQ(list.columns()[0].header, L"Stock Code");
   EXPECT_EQ(list.columns()[3].header, L"Reviewed");
   EXPECT_EQ(Shown(list), (Texts{L"AB1|Zinc|Yes|2006-10-13|0.5", L"AB2|Brass|No||",
                                 L"CX2|Brass|Yes|2026-01-02|12", L"O'B|Anvil 50%|No|2026-01-03|3"}));

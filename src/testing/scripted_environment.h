@@ -83,6 +83,8 @@ class ScriptedEnvironment : public Environment {
     std::vector<std::wstring> help_pages;  // that have been opened
     std::wstring account_name;
     bool ctrl_down = false;
+    bool has_help = true;
+    int progress_cancelled_at = 0;  // things done
   };
   Machine& machine() { return machine_; }
 
@@ -171,6 +173,7 @@ class ScriptedEnvironment : public Environment {
   }
   void OpenHelp(std::wstring_view page) override {
     Step();
+    if (!machine_.has_help) throw Error(kErrorNoFile, L"There is no such file.");
     machine_.help_pages.emplace_back(page);
   }
   std::wstring AccountName() override {
@@ -211,10 +214,11 @@ class ScriptedEnvironment : public Environment {
         : environment_(environment), title_(title), maximum_(maximum) {
       environment_.progress_.push_back(Text());
     }
-    void Advance() override {
+    bool Advance() override {
       environment_.Step();
       ++done_;
       environment_.progress_[place_] = Text();
+      return done_ != environment_.machine_.progress_cancelled_at;
     }
 
    private:

@@ -127,7 +127,12 @@ TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
     EXPECT_EQ(dialog.company(), L"Acme");
     EXPECT_TRUE(dialog.has_heading());
     EXPECT_FALSE(dialog.remember());
+    environment_.machine().has_help = false;
     dialog.HelpClick();
+    EXPECT_EQ(dialog.notice(), L"The help page Logging On.htm is not there.");
+    environment_.machine().has_help = true;
+    dialog.HelpClick();
+    EXPECT_EQ(dialog.notice(), L"");
     Enter(dialog, L"  ");
     Enter(dialog, L"Eve");
     Enter(dialog, L"bob", L"secret");

@@ -3,6 +3,7 @@
 // clang-format off
 #include <windows.h>  // before any other header of the system
 #include <commctrl.h>
+#include <oleacc.h>
 // clang-format on
 
 #include <gtest/gtest.h>
@@ -433,6 +434,40 @@ TEST_F(DialogTest, RedRowsAreRedAndReadableInAnyPalette) {
         Keys(L"{Tab}");
       }
     }
+  });
+}
+
+// As a reader in another program asks.
+std::wstring SpokenName(HWND window, LONG child) {
+  void* object = nullptr;
+  AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                             &object);
+  if (!object) return L"nothing";
+  auto* accessible = static_cast<IAccessible*>(object);
+  VARIANT which = {};
+  which.vt = VT_I4;
+  which.lVal = child;
+  BSTR name = nullptr;
+  accessible->get_accName(which, &name);
+  std::wstring text = name ? name : L"";
+  SysFreeString(name);
+  accessible->Release();
+  return text;
+}
+
+TEST_F(DialogTest, AReaderHearsNamesAndPlacesInTheWholeList) {
+  LedgerDialog dialog(kMany);
+  dialog.list().SetName(L"customers");
+  Show(dialog, [&](const View& view) {
+    Keys(L"{9}");
+    host_.Ask([&] {
+      EXPECT_EQ(SpokenName(view.list, CHILDID_SELF), L"Customers");
+      EXPECT_EQ(testing::TextOf(view.list), L"Customers");
+      const LRESULT row =
+          SendMessageW(view.list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED);
+      EXPECT_EQ(SpokenName(view.list, static_cast<LONG>(row) + 1),
+                L"900, WWWW & Sons, row 900 of 10000000, over its limit");
+    });
   });
 }
 

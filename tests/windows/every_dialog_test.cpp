@@ -38,7 +38,9 @@ using testing::SizeOf;
 
 class NoOwners : public dialogs::AddressOwners {
  public:
-  bool IsValid(dialogs::AddressKind, const std::wstring&) override { return true; }
+  bool IsValid(dialogs::AddressKind, const std::wstring& account) override {
+    return account == L"A1";
+  }
   std::wstring GetName(dialogs::AddressKind, const std::wstring&) override { return L"Cut & Shut"; }
   std::wstring Search(dialogs::AddressKind, const std::wstring&) override { return L""; }
 };
@@ -52,6 +54,7 @@ class EveryDialogTest : public testing::WindowTest {
       builder.Product(L"P" + std::to_wstring(i), L"DESCRIPTION=Bolt");
     }
     builder.Record(L"CompanyDeliveryData", L"ADDRESS_REF=1|DESCRIPTION=Works");
+    builder.Record(L"SalesDeliveryData", L"ACCOUNT_REF=A1|ADDRESS_REF=1|DESCRIPTION=Yard");
     builder.Record(L"QueueData", L"LOGON_NAME=ANN|STATION_NAME=ONE");
     engine_ = builder.Build();
     context_.workspace = engine_->workspace();
@@ -71,11 +74,15 @@ class EveryDialogTest : public testing::WindowTest {
 
   // Opens each dialog in turn, and calls `act(window)` meanwhile.
   void ForEach(const std::function<void(HWND)>& act) {
+    int opened = 0;
     const auto show = [&](auto& dialog) {
       const std::wstring title(dialog.caption());
       SCOPED_TRACE(ToUtf8(title));
+      std::wstring& placement = placements_[++opened];
+      if constexpr (requires { dialog.placement; }) dialog.placement = placement;
       Work(
           title.c_str(), [&] { environment_.Show(dialog); }, act);
+      if constexpr (requires { dialog.placement; }) placement = dialog.placement;
     };
     dialogs::FastSelectDialog accounts(context_, accounts::kNominalList);
     accounts.Load(50);
@@ -142,6 +149,7 @@ class EveryDialogTest : public testing::WindowTest {
   }
 
   std::unique_ptr<simulator::Simulator> engine_;
+  std::map<int, std::wstring> placements_;  // by the number of the dialog
 };
 
 TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
@@ -188,25 +196,56 @@ TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
   }
 }
 
-TEST_F(EveryDialogTest, ResizingLeavesNothingBehind) {
-  ForEach([&](HWND window) {
-    if (!(GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME)) return;
-    const SIZE opened = SizeOf(window);
-    for (const int change : {60, -90, 140}) {
-      Picture resized;
-      Picture anew;
-      testing::Resize(window, {opened.cx + change, opened.cy + change});
+// Compared with the same dialog as it is when it opens in that size.
+TEST_F(EveryDialogTest, ResizingLeavesNothingBehindAndIsRemembered) {
+  const auto is_resizable = [](HWND window) {
+    return (GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME) != 0;
+  };
+  for (const int change : {60, -90, 140}) {
+    std::vector<RECT> places;
+    std::vector<Picture> pictures;
+    const auto look = [&](HWND window) {
       EXPECT_TRUE(host_.Settle());
-      host_.Ask([&] {
-        UpdateWindow(window);
-        resized = PictureOf(window);
-        RedrawWindow(window, nullptr, nullptr,
-                     RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-        anew = PictureOf(window);
-      });
-      EXPECT_TRUE(resized == anew) << change;
-    }
+      places.push_back(RectOf(window));
+      host_.Ask([&] { pictures.push_back(PictureOf(window)); });
+    };
+    placements_.clear();
+    ForEach([&](HWND window) {
+      if (!is_resizable(window)) return;
+      const SIZE opened = SizeOf(window);
+      testing::Resize(window, {opened.cx + change, opened.cy + change});
+      look(window);
+    });
+    std::size_t next = 0;
+    ForEach([&](HWND window) {
+      if (!is_resizable(window)) return;
+      const RECT place = places.at(next);
+      const Picture picture = pictures.at(next++);
+      look(window);
+      EXPECT_TRUE(EqualRect(&place, &places.back()));
+      EXPECT_TRUE(picture == pictures.back()) << change;
+    });
+    EXPECT_EQ(next, 8U);
+  }
+  // Not where there is no monitor any more.
+  for (auto& [dialog, placement] : placements_) placement.replace(0, placement.find(L' '), L"9000");
+  ForEach([&](HWND window) { EXPECT_LT(RectOf(window).left, 2000); });
+}
+
+// An account with an address, and one that is not known.
+TEST_F(EveryDialogTest, AnAccountIsActedOnByTheClickThatNeedsIt) {
+  NoOwners owners;
+  dialogs::AddressDialog dialog(context_, owners);
+  WindowTest::Show(dialog.caption().c_str(), dialog, [&](HWND window) {
+    const HWND account = testing::Descendant(window, WC_EDITW);
+    Keys(L"?{Tab}{Tab}");  // past the look-up button
+    EXPECT_EQ(FocusWindow(), account);
+    EXPECT_EQ(SendMessageW(account, EM_GETSEL, 0, 0), MAKELRESULT(0, 1)) << "to be typed over";
+    Keys(L"A1");
+    ClickOn(testing::MiddleOf(GetDlgItem(window, IDOK)));
+    ExpectClosed(window);
   });
+  EXPECT_TRUE(dialog.result());
 }
 
 TEST_F(EveryDialogTest, WhatIsHiddenIsDisabledAndAnAmpersandIsOne) {
@@ -228,6 +267,29 @@ TEST_F(EveryDialogTest, WhatIsHiddenIsDisabledAndAnAmpersandIsOne) {
       EXPECT_STREQ(text, L"Cut && Shut");
     }
   });
+}
+
+TEST_F(EveryDialogTest, ProgressShowsAfterAMomentAndIsCancelled) {
+  constexpr wchar_t kReading[] = L"Reading bank accounts";
+  int done = 0;
+  Work(
+      kReading,
+      [&] {
+        const ULONGLONG start = GetTickCount64();
+        const auto progress = environment_.ShowProgress(kReading, 1'000'000);
+        while (progress->Advance()) {
+          ++done;
+          const bool shown = FindWindowW(nullptr, kReading) != nullptr;
+          EXPECT_TRUE(!shown || GetTickCount64() - start >= 500);
+          Sleep(1);
+        }
+      },
+      [&](HWND window) {
+        Keys(L"{Esc}");
+        ExpectClosed(window);
+      });
+  EXPECT_GT(done, 0);
+  EXPECT_TRUE(host_.focus_returned());
 }
 
 }  // namespace

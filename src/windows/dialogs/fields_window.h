@@ -14,18 +14,19 @@ namespace ard::windows {
 class FieldsWindow : public ModalWindow {
  public:
   // `dialog` must outlive the window.
-  explicit FieldsWindow(const dialogs::FieldsDialog& dialog)
+  explicit FieldsWindow(dialogs::FieldsDialog& dialog)
       : ModalWindow(Border::kResizable), dialog_(dialog) {}
 
  private:
   const wchar_t* Caption() const override { return dialog_.caption().data(); }
   void CreateControls(HINSTANCE module) override;
   int OpeningWidth() const override;
+  std::wstring* Kept() override { return &dialog_.placement; }
   HWND InitialFocus() const override { return close_; }
   void Command(int id) override;
   void CloseBox() override { Finish(); }
 
-  const dialogs::FieldsDialog& dialog_;
+  dialogs::FieldsDialog& dialog_;
   std::vector<HWND> texts_;
   HWND close_ = nullptr;
 };

@@ -5,6 +5,7 @@
 #include <commctrl.h>
 // clang-format on
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -64,7 +65,7 @@ void LogonWindow::Command(int id) {
   } else if (id == IDCANCEL) {
     dialog_.Cancel();
   } else if (id == IDHELP) {
-    dialog_.HelpClick();
+    ShowHelp();
   }
   if (!dialog_.visible()) Finish();
 }
@@ -76,8 +77,14 @@ void LogonWindow::CloseBox() {
 
 bool LogonWindow::HandleKey(HWND, WPARAM key) {
   if (key != VK_F1 || !dialog_.asks_name()) return false;
-  dialog_.HelpClick();
+  ShowHelp();
   return true;
+}
+
+void LogonWindow::ShowHelp() {
+  dialog_.HelpClick();
+  const std::wstring& notice = dialog_.notice();
+  SetWindowTextW(welcome_, (notice.empty() ? dialog_.welcome() : notice).c_str());
 }
 
 }  // namespace ard::windows

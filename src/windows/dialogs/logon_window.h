@@ -26,6 +26,7 @@ class LogonWindow : public ModalWindow {
   // The box that is to have the focus.
   HWND Box() const;
   void TakeInput();
+  void ShowHelp();
 
   dialogs::LogonDialog& dialog_;
   HWND welcome_ = nullptr;

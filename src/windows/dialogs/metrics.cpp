@@ -43,7 +43,7 @@ UINT DpiOf(HWND window) {
   return dpi ? dpi : ScreenDpi();
 }
 
-Metrics::Metrics(UINT dpi) : font_(CreateMessageFont(dpi)) {
+Metrics::Metrics(UINT dpi) : dpi_(dpi), font_(CreateMessageFont(dpi)) {
   // The base units as the dialog manager defines them: the average width of these letters, and the
   // height of the font.
   constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";

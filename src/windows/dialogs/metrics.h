@@ -19,6 +19,7 @@ class Metrics {
   Metrics& operator=(const Metrics&) = delete;
   ~Metrics();
 
+  UINT dpi() const { return dpi_; }
   HFONT font() const { return font_; }
 
   // Dialog units, and a number of average characters, in pixels.
@@ -35,6 +36,7 @@ class Metrics {
  private:
   static constexpr int kNoLimit = 0x7FFF;
 
+  UINT dpi_;
   HFONT font_;
   int base_width_;
   int base_height_;

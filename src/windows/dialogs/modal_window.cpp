@@ -3,17 +3,19 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cwchar>
 #include <utility>
 #include <vector>
 
 #include "windows/dialogs/activation_context.h"
+#include "windows/dialogs/paged_list.h"
 
 namespace ard::windows {
-namespace {
 
 // Disables the calling thread's other windows, as a modal window does; not only the owner, since
 // nothing of the host may call the library while one of its methods is waiting for the user.
-class Modality {
+class ModalWindow::Modality {
  public:
   explicit Modality(HWND window) : window_(window) {
     EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(this));
@@ -43,10 +45,17 @@ class Modality {
   std::vector<HWND> disabled_;
 };
 
+namespace {
+
 BOOL CALLBACK SetFontOf(HWND control, LPARAM font) noexcept {
   SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
   return TRUE;
 }
+
+// Of the numbers that are kept: the place of the window, its client area, and the DPI at which all
+// of them are meant. The widths of the columns follow.
+constexpr std::size_t kPlaceNumbers = 5;
+constexpr long kMostKept = 0x7FFF;
 
 BOOL CALLBACK ForwardTo(HWND control, LPARAM message) noexcept {
   SendMessageW(control, static_cast<UINT>(message), 0, 0);
@@ -72,13 +81,25 @@ RECT WorkAreaOf(HMONITOR monitor) {
 
 }  // namespace
 
+ModalWindow::ModalWindow(Border border) : border_(border) {}
+ModalWindow::~ModalWindow() = default;
+
 void ModalWindow::Run(HINSTANCE module) {
   const ActivationContext visual_styles(module);
-  INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
+  Open(module);
+  Loop();
+  if (!finished_) CloseBox();
+  Close();
+}
+
+void ModalWindow::Open(HINSTANCE module) {
+  const ActivationContext visual_styles(module);
+  INITCOMMONCONTROLSEX classes = {sizeof(classes),
+                                  ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&classes);
 
   const HWND owner = GetActiveWindow();
-  const HWND focus = GetFocus();
+  host_focus_ = GetFocus();
   const bool resizable = border_ == Border::kResizable;
   Create(module, owner,
          WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | (resizable ? WS_THICKFRAME : 0),
@@ -90,24 +111,29 @@ void ModalWindow::Run(HINSTANCE module) {
     size_grip_ = CreateControl(handle(), {WC_SCROLLBARW, L"", SBS_SIZEGRIP | WS_CLIPSIBLINGS});
   }
   OpenNear(owner);
-  {
-    const Modality modality(handle());
-    ShowWindow(handle(), SW_SHOWNORMAL);
-    // The cursor of a list is to be seen whether the mouse or the keyboard was used last.
-    SendMessageW(handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
-    Focus(InitialFocus());
-    Loop();
-    if (!finished_) CloseBox();
-  }
+  LayoutClient();
+  Opened();
+  opened_ = Present();
+  modality_ = std::make_unique<Modality>(handle());
+  ShowWindow(handle(), SW_SHOWNORMAL);
+  // The cursor of a list is to be seen whether the mouse or the keyboard was used last.
+  SendMessageW(handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
+  Focus(InitialFocus());
+}
+
+void ModalWindow::Close() {
+  if (handle() && Kept() && Present() != opened_) *Kept() = Present();
+  modality_.reset();
   const bool was_active = handle() && GetActiveWindow() == handle();
   Destroy();
-  if (was_active && IsWindow(focus)) SetFocus(focus);
+  if (was_active && IsWindow(host_focus_)) SetFocus(host_focus_);
 }
 
 // Centred on the owner or on the work area, and never larger than that.
 void ModalWindow::OpenNear(HWND owner) {
   const HMONITOR monitor = MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY);
   const RECT work = WorkAreaOf(monitor);
+  if (Recall()) return;
   // On that monitor first: only there is its DPI known.
   SetWindowPos(handle(), nullptr, work.left, work.top, 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -126,8 +152,56 @@ void ModalWindow::OpenNear(HWND owner) {
   Place(handle(), static_cast<int>(std::clamp(x, work.left, work.right - width)),
         static_cast<int>(std::clamp(y, work.top, work.bottom - height)), static_cast<int>(width),
         static_cast<int>(height));
-  LayoutClient();
-  Opened();
+}
+
+// As the user has left it, unless it would not be wholly to be seen there any more.
+bool ModalWindow::Recall() {
+  if (!Kept()) return false;
+  std::vector<int> numbers;
+  const wchar_t* text = Kept()->c_str();
+  for (wchar_t* end = nullptr;; text = end) {
+    const long number = std::wcstol(text, &end, 10);
+    if (end == text) break;
+    numbers.push_back(static_cast<int>(std::clamp(number, -kMostKept, kMostKept)));
+  }
+  std::size_t columns = 0;
+  for (PagedList* list : Lists()) columns += list->widths().size();
+  if (numbers.size() != kPlaceNumbers + columns || numbers[4] < 1) return false;
+
+  SetWindowPos(handle(), nullptr, numbers[0], numbers[1], 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const UINT dpi = DpiOf(handle());
+  SetMetrics(dpi);
+  const auto scaled = [&](int number) { return MulDiv(number, static_cast<int>(dpi), numbers[4]); };
+  const SIZE frame = FrameOf(handle());
+  const RECT place = {numbers[0], numbers[1], numbers[0] + scaled(numbers[2]) + frame.cx,
+                      numbers[1] + scaled(numbers[3]) + frame.cy};
+  const HMONITOR monitor = MonitorFromRect(&place, MONITOR_DEFAULTTONULL);
+  const RECT work = monitor ? WorkAreaOf(monitor) : RECT{};
+  RECT both = {};
+  if (!IntersectRect(&both, &place, &work) || !EqualRect(&both, &place)) return false;
+  auto next = numbers.begin() + kPlaceNumbers;
+  for (PagedList* list : Lists()) {
+    for (int& width : list->widths()) width = std::max(scaled(*next++), 1);
+  }
+  Place(handle(), static_cast<int>(place.left), static_cast<int>(place.top),
+        static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top));
+  return true;
+}
+
+std::wstring ModalWindow::Present() {
+  RECT place = {};
+  GetWindowRect(handle(), &place);
+  const SIZE client = ClientOf(handle());
+  std::wstring text;
+  for (const long number :
+       {place.left, place.top, client.cx, client.cy, static_cast<LONG>(metrics_->dpi())}) {
+    text += std::to_wstring(number) + L' ';
+  }
+  for (PagedList* list : Lists()) {
+    for (const int width : list->widths()) text += std::to_wstring(width) + L' ';
+  }
+  return text;
 }
 
 void ModalWindow::Loop() {
@@ -139,15 +213,29 @@ void ModalWindow::Loop() {
       if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
-    if (!Translate(message)) {
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-    }
+    Deal(message);
     WithoutExceptions([&] {
       Handled(message);
       return LRESULT{};
     });
   }
+}
+
+void ModalWindow::AnswerPending() {
+  MSG message;
+  while (handle() && PeekMessageW(&message, handle(), 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) {
+      PostQuitMessage(static_cast<int>(message.wParam));
+      return CloseBox();
+    }
+    Deal(message);
+  }
+}
+
+void ModalWindow::Deal(MSG& message) {
+  if (Translate(message)) return;
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
 }
 
 bool ModalWindow::Translate(MSG& message) {
@@ -219,7 +307,7 @@ void ModalWindow::SetMetrics(UINT dpi) {
   auto next = std::make_unique<Metrics>(dpi);
   EnumChildWindows(handle(), SetFontOf, reinterpret_cast<LPARAM>(next->font()));
   metrics_ = std::move(next);
-  MetricsChanged();
+  for (PagedList* list : Lists()) list->SetMetrics(*metrics_);
 }
 
 void ModalWindow::LayoutClient() {

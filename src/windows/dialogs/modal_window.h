@@ -6,12 +6,16 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "windows/dialogs/dialog_window.h"
 #include "windows/dialogs/layout.h"
 #include "windows/dialogs/metrics.h"
 
 namespace ard::windows {
+
+class PagedList;
 
 class ModalWindow : protected DialogWindow {
  public:
@@ -23,13 +27,23 @@ class ModalWindow : protected DialogWindow {
  protected:
   enum class Border { kFixed, kResizable };
 
-  explicit ModalWindow(Border border) : border_(border) {}
+  explicit ModalWindow(Border border);
+  ~ModalWindow() override;
+
+  // The parts of Run, for a window that stands beside a task: what has been done in it is answered
+  // by AnswerPending, time and again.
+  void Open(HINSTANCE module);
+  void AnswerPending();
+  void Close();
 
   // What the derived window adds, in the order in which it is called. It is made of lines at its
   // head, lines at its foot, and between them a body, if there is one. Sizes are in pixels.
   virtual const wchar_t* Caption() const = 0;
   virtual void CreateControls(HINSTANCE module) = 0;
-  virtual void MetricsChanged() {}  // the controls have got their font
+  // The lists that it has got.
+  virtual std::vector<PagedList*> Lists() { return {}; }
+  // Where its place, its size and the widths of its columns are kept; null when they are not.
+  virtual std::wstring* Kept() { return nullptr; }
   // The size of the body when the window opens, and the least one.
   virtual SIZE BodySize() const { return {}; }
   virtual SIZE LeastBodySize() const { return BodySize(); }
@@ -65,8 +79,13 @@ class ModalWindow : protected DialogWindow {
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
+  class Modality;
+
   void OpenNear(HWND owner);
+  bool Recall();
+  std::wstring Present();
   void Loop();
+  void Deal(MSG& message);
   void SetMetrics(UINT dpi);
   bool Translate(MSG& message);
   // Of the client area.
@@ -77,7 +96,10 @@ class ModalWindow : protected DialogWindow {
   Lines head_;
   Lines foot_;
   std::unique_ptr<Metrics> metrics_;
+  std::unique_ptr<Modality> modality_;
+  HWND host_focus_ = nullptr;
   HWND size_grip_ = nullptr;
+  std::wstring opened_;  // how it was then
   bool finished_ = false;
 };
 

@@ -56,7 +56,13 @@ POINT PointOf(LPARAM lparam) { return {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam
 
 }  // namespace
 
-PagedList::~PagedList() { Destroy(); }
+PagedList::~PagedList() {
+  if (accessible_) {
+    accessible_->Disconnect();
+    accessible_->Release();
+  }
+  Destroy();
+}
 
 void PagedList::Create(HINSTANCE module, HWND parent) {
   // The outer window has the border and the scroll bar, the list view fills it.
@@ -66,7 +72,7 @@ void PagedList::Create(HINSTANCE module, HWND parent) {
   DWORD style = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS;
   if (!model_.multiple()) style |= LVS_SINGLESEL;
   if (!events_.column_click) style |= LVS_NOSORTHEADER;
-  list_ = CreateControl(handle(), {WC_LISTVIEWW, L"", style});
+  list_ = CreateControl(handle(), {WC_LISTVIEWW, model_.Title().c_str(), style});
   SetWindowLongPtrW(list_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   list_procedure_ = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ListProcedure)));
@@ -437,6 +443,9 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
     case WM_MOUSEWHEEL:
       Wheel(GET_WHEEL_DELTA_WPARAM(wparam));
       return 0;
+    case WM_GETOBJECT:
+      if (static_cast<LONG>(lparam) != OBJID_CLIENT) return std::nullopt;
+      return DescribeTo(wparam);
     case WM_NCCALCSIZE:
       // No scroll bars of its own: the vertical one would scroll within the page, and the columns
       // always fit.
@@ -455,6 +464,18 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
     default:
       return std::nullopt;
   }
+}
+
+std::optional<LRESULT> PagedList::DescribeTo(WPARAM reader) {
+  if (!accessible_) {
+    accessible_ = AccessibleList::Create(list_, [this](LONG row) {
+      if (row == CHILDID_SELF) return model_.Title();
+      const auto index = static_cast<std::size_t>(row) - 1;
+      return index < page_.size() ? model_.Spoken(page_[index]) : std::wstring();
+    });
+  }
+  if (!accessible_) return std::nullopt;
+  return accessible_->Answer(reader);
 }
 
 bool PagedList::HandleKey(WPARAM key) {

@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "dialogs/list_model.h"
+#include "windows/dialogs/accessible_list.h"
 #include "windows/dialogs/dialog_window.h"
 #include "windows/dialogs/metrics.h"
 
@@ -58,6 +59,8 @@ class PagedList : private DialogWindow {
   void Enter();
   void Wheel(int delta);
 
+  // Of the columns, as they are to be where there is room for them.
+  std::vector<int>& widths() { return widths_; }
   // The window that takes the focus.
   HWND focus_window() const { return list_; }
 
@@ -78,6 +81,7 @@ class PagedList : private DialogWindow {
   void Click(POINT point, WPARAM keys);
   void DoubleClick(POINT point, WPARAM keys);
   int RowAt(POINT point) const;
+  std::optional<LRESULT> DescribeTo(WPARAM reader);
 
   // The list view's own number of a column, and the column of that number. The list view aligns its
   // number 0 to the left always, so a first column of numbers changes places with the second, and
@@ -103,7 +107,8 @@ class PagedList : private DialogWindow {
   // The page drawn: painting must not depend on the model, which may just be at work.
   std::vector<dialogs::Row> page_;
   std::wstring why_empty_;
-  std::vector<int> widths_;   // of the columns, as they are to be where there is room for them
+  AccessibleList* accessible_ = nullptr;
+  std::vector<int> widths_;
   std::size_t flexible_ = 0;  // the column that takes what the others leave
   int character_width_ = 0;
   int header_height_ = 0;

@@ -46,11 +46,6 @@ void ProductWindow::Opened() {
   SelectWindow::Opened();
 }
 
-void ProductWindow::MetricsChanged() {
-  SelectWindow::MetricsChanged();
-  info_list_.SetMetrics(metrics());
-}
-
 SIZE ProductWindow::BodySize() const {
   SIZE content = SelectWindow::BodySize();
   content.cx = std::max(content.cx, info_list_.SizeFor(0).cx);

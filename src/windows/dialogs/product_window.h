@@ -29,7 +29,7 @@ class ProductWindow : public SelectWindow {
   using Tab = dialogs::ProductDialog::Tab;
 
   void CreateBody(HINSTANCE module) override;
-  void MetricsChanged() override;
+  std::vector<PagedList*> Lists() override { return {&list(), &info_list_}; }
   SIZE BodySize() const override;
   SIZE LeastBodySize() const override;
   void PutBody(Placement& placement, const RECT& area) override;

@@ -7,49 +7,38 @@
 
 #include <algorithm>
 
-#include "windows/dialogs/metrics.h"
-#include "windows/dialogs/modal_window.h"
-
 namespace ard::windows {
 namespace {
 
-// In dialog units.
-constexpr int kProgressWidth = 160;
-constexpr int kBarHeight = 10;
+constexpr int kProgressWidth = 146;  // in dialog units
+constexpr ULONGLONG kMoment = 500;   // milliseconds
 
 }  // namespace
 
-ProgressWindow::ProgressWindow(HINSTANCE module, std::wstring_view title, std::int32_t maximum)
-    : visual_styles_(module) {
-  const HWND owner = GetActiveWindow();
-  Create(module, owner, WS_POPUP | WS_CAPTION, WS_EX_DLGMODALFRAME);
-  SetWindowTextW(handle(), std::wstring(title).c_str());
+void ProgressWindow::CreateControls(HINSTANCE) {
   bar_ = CreateControl(handle(), {PROGRESS_CLASSW, L"", 0});
-  SendMessageW(bar_, PBM_SETRANGE32, 0, std::max(maximum, 1));
-  SendMessageW(bar_, PBM_SETSTEP, 1, 0);
-
-  const Metrics metrics(DpiOf(handle()));
-  const SIZE frame = FrameOf(handle());
-  const int width = metrics.X(kProgressWidth) + static_cast<int>(frame.cx);
-  const int height = metrics.Y(kBarHeight + 2 * kMargin) + static_cast<int>(frame.cy);
-  RECT around = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-  if (IsWindowVisible(owner)) GetWindowRect(owner, &around);
-  Place(handle(), static_cast<int>(around.left + around.right - width) / 2,
-        static_cast<int>(around.top + around.bottom - height) / 2, width, height);
-  Place(bar_, metrics.X(kMargin), metrics.Y(kMargin), metrics.X(kProgressWidth - 2 * kMargin),
-        metrics.Y(kBarHeight));
-  ShowWindow(handle(), SW_SHOWNOACTIVATE);
-  Draw();
+  SendMessageW(bar_, PBM_SETRANGE32, 0, std::max(maximum_, 1));
+  head().Add({{bar_, kProgressWidth}}, kBox, 0);
+  cancel_ = AddButton(IDCANCEL, L"Cancel");
+  foot().Add({{nullptr, 0, true}, {cancel_, kButtonWidth}}, kButtons, 0);
 }
 
-void ProgressWindow::Advance() {
-  SendMessageW(bar_, PBM_STEPIT, 0, 0);
-  Draw();
+bool ProgressWindow::Advance() {
+  ++done_;
+  if (!bar_) {
+    if (GetTickCount64() - start_ < kMoment) return true;
+    Open(module_);
+  }
+  SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(done_), 0);
+  // At once: the task takes the time in which the system would have it painted.
+  UpdateWindow(handle());
+  UpdateWindow(bar_);
+  AnswerPending();
+  return !cancelled_;
 }
 
-// At once: no message is dispatched before the task is done.
-void ProgressWindow::Draw() const {
-  RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+void ProgressWindow::Command(int id) {
+  if (id == IDCANCEL) CloseBox();
 }
 
 }  // namespace ard::windows

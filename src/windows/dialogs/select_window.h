@@ -24,7 +24,8 @@ class SelectWindow : public ModalWindow {
   virtual HWND CreateExtraButton() { return nullptr; }
   virtual void Changed();  // something that may have changed the model has happened
 
-  void MetricsChanged() override { list_.SetMetrics(metrics()); }
+  std::vector<PagedList*> Lists() override { return {&list_}; }
+  std::wstring* Kept() override { return &dialog_.placement; }
   SIZE BodySize() const override { return list_.SizeFor(kInitialRows); }
   SIZE LeastBodySize() const override { return {0, list_.SizeFor(kLeastRows).cy}; }
   void PutBody(Placement& placement, const RECT& area) override {

@@ -44,11 +44,6 @@ void UserListWindow::CreateControls(HINSTANCE module) {
   ShowPage();
 }
 
-void UserListWindow::MetricsChanged() {
-  accounts_.SetMetrics(metrics());
-  host_.SetMetrics(metrics());
-}
-
 int UserListWindow::Twips(int twips) const {
   return MulDiv(twips, static_cast<int>(DpiOf(handle())), kTwipsPerInch);
 }

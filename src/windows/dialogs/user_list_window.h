@@ -24,7 +24,8 @@ class UserListWindow : public ModalWindow {
 
   const wchar_t* Caption() const override { return dialog_.caption().data(); }
   void CreateControls(HINSTANCE module) override;
-  void MetricsChanged() override;
+  std::vector<PagedList*> Lists() override { return {&accounts_, &host_}; }
+  std::wstring* Kept() override { return &dialog_.placement; }
   SIZE BodySize() const override;
   SIZE LeastBodySize() const override;
   void PutBody(Placement& placement, const RECT& area) override;
