@@ -85,6 +85,7 @@ std::wstring Transcript(const Member& member) {
   member.bind(context)(&answer);
 
   std::wstring text = L"\n" + Told(recording.operations);
+  text += L"\n  operations: " + std::to_wstring(engine->operations());
   for (const std::wstring& caption : environment.captions()) text += L"\n  dialog: " + caption;
   text += shown;
   for (const std::wstring& title : environment.progress()) text += L"\n  progress: " + title;

@@ -182,8 +182,8 @@ class Copy:
             properties = {p["name"]: p["value"] for p in test["properties"]}
             suites.append(Suite(test["name"], test["command"], dict(
                 pair.split("=", 1) for pair in properties.get("ENVIRONMENT", []))))
-        for fuzzer in sorted((self.build / "bin").glob("*_fuzz")):
-            suites.append(Suite(fuzzer.name, [str(fuzzer), *FUZZ], {}))
+        for source in sorted((self.root / "fuzzers").glob("*_fuzz.cpp")):
+            suites.append(Suite(source.stem, [str(self.build / "bin" / source.stem), *FUZZ], {}))
         for suite in suites:
             started = time.monotonic()
             status, output = suite.run(self, None)

@@ -128,22 +128,5 @@ TEST_F(DeliveryAddressTest, FollowsTheKindAndTheAccountEntered) {
   EXPECT_FALSE(address_.GetAddress(L"", L"", DelAddType::kSales));
 }
 
-TEST_F(DeliveryAddressTest, WithoutArgumentsTheCompanysAddressesAndTheirDetailsAreShown) {
-  std::wstring shown;
-  environment_.AnswerFields([&](dialogs::FieldsDialog& details) {
-    for (const auto& line : details.lines()) {
-      if (!line.text.empty()) shown += line.label + L"=" + line.text + L"|";
-    }
-  });
-  environment_.AnswerAddresses([](AddressDialog& dialog) {
-    EXPECT_EQ(Shown(dialog), L",(disabled)|>1\tWorks\t|2\tOffice\t");
-    dialog.DetailsClick();
-    dialog.Ok();
-  });
-  EXPECT_TRUE(address_.GetAddress());
-  EXPECT_EQ(Description(), L"Works");
-  EXPECT_EQ(shown, L"Description=Works|Street=Works Road|Ask for=Con|");
-}
-
 }  // namespace
 }  // namespace ard::addresses

@@ -43,9 +43,8 @@ inline constexpr engine::FieldProperty<Address> kAddressProperties[] = {
     {L"Telephone", L"TELEPHONE", &Address::telephone},
 };
 
-// Reads the address with that record number into `address`; false, and nothing changed, when there
-// is none.
-bool ReadAddress(const Context& context, AddressKind kind, std::int32_t record, Address& address);
+// Reads the address with that record number into `address`; when there is none, nothing changes.
+void ReadAddress(const Context& context, AddressKind kind, std::int32_t record, Address& address);
 
 // What the dialog asks of the ledger that owns addresses of a kind; never asked of the company's.
 class AddressOwners {

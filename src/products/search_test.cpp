@@ -276,6 +276,7 @@ TEST_F(SearchTest, WithoutADatabaseTheStockListStillWorks) {
       dialog.ColumnClick(0);
       EXPECT_TRUE(dialog.list().rows().empty());
       EXPECT_EQ(dialog.list().columns().size(), 2u);
+      EXPECT_EQ(dialog.list().columns()[0].sort, dialogs::SortOrder::kNone);
       EXPECT_FALSE(dialog.ok_enabled());
       dialog.TabClick(Tab::kProducts);
       dialog.Ok();

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "settings/general.h"
+#include "simulator/company.h"
 #include "testing/company_test.h"
 
 namespace ard::settings {
@@ -86,6 +87,16 @@ TEST_F(CompanySettingsTest, TellsTaxCodesByTheirNumbers) {
     EXPECT_EQ(general_.GetVatRate(code), 0);
     EXPECT_EQ(general_.GetVatDesc(code), L"");
   }
+}
+
+// Whatever the engine has them as.
+TEST_F(CompanySettingsTest, TellsTaxRatesOfOtherTypes) {
+  CompanyBuilder company;
+  Open(company, general_);
+  engine_->company().Parse(L"ControlData",
+                           "T1_RATE:text(4)\tT2_RATE:text(4)\tT3_RATE:long\n17.5\tnone\t5\n", "");
+  EXPECT_EQ(Fill(&General::GetTaxCodes, 0, 4),
+            (Texts{L"-", L"T1   17.50", L"T2   none", L"T3   5.00", L"-"}));
 }
 
 TEST_F(CompanySettingsTest, TellsDecimalsAndTheirFormats) {

@@ -61,23 +61,6 @@ class MessagingTest : public testing::CompanyTest {
   Messaging messaging_{environment_};
 };
 
-TEST_F(MessagingTest, TheEngineHasItsSay) {
-  EXPECT_TRUE(messaging_.LogonUser(L" Bob ", L" Secret "));
-  EXPECT_EQ(recording_.operations,
-            Texts{L"Workspace.Connect(\"C:\\Data\", \"Bob\", \"Secret\", \"id\")"});
-  EXPECT_EQ(engine_->user(), L"BOB");
-  EXPECT_TRUE(messaging_.LogoffUser());
-  EXPECT_EQ(engine_->user(), L"");
-  EXPECT_EQ(engine_->disconnects(), 1);
-  EXPECT_EQ(environment_.TakeMessages(), Texts{});
-
-  EXPECT_FALSE(messaging_.LogonUser(L"Mallory", L""));
-  EXPECT_EQ(environment_.TakeMessages(), Texts{kRefused});
-  // What has been tried stays.
-  EXPECT_EQ(messaging_.details().user_logged, L"Mallory");
-  EXPECT_EQ(engine_->disconnects(), 1);  // nothing is undone that has not been done
-}
-
 TEST_F(MessagingTest, AFailingLogonSaysWhatTheEngineSays) {
   engine_->faults().FailFrom(1, false);
   EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
@@ -87,6 +70,7 @@ TEST_F(MessagingTest, AFailingLogonSaysWhatTheEngineSays) {
   engine_->faults().FailFrom(1, true);
   EXPECT_FALSE(messaging_.LogonUser(L"Ann", L""));
   EXPECT_EQ(environment_.TakeMessages(), Texts{kToldOfError + L"\r\n"});
+  EXPECT_EQ(messaging_.details().user_logged, L"Ann") << "what has been tried stays";
 }
 
 // Nobody gets in whom the host's table does not have, for whatever reason.
@@ -239,31 +223,19 @@ TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {
   EXPECT_EQ(environment_.TakeMessages(), (Texts{kEveNotAllowed, kRefused}));
 }
 
-// What a company without users would be asked.
+// A company without users, which may have a password.
 class WithoutUsers : public Messaging {
  public:
   using Messaging::Messaging;
   bool CheckUserAccess() const noexcept override { return false; }
-  std::wstring GetPassword() const noexcept override { return password; }
-  std::wstring password;
 };
 
-TEST_F(MessagingTest, ACompanyWithoutUsersHasAPassword) {
+TEST_F(MessagingTest, NothingIsAskedWithoutUsersAndPassword) {
   WithoutUsers messaging(environment_);
   SetUpSession(messaging);
   EXPECT_TRUE(messaging.CheckForLogon());
   EXPECT_EQ(environment_.dialogs_shown(), 0);
   EXPECT_EQ(engine_->user(), L"MANAGER");
-
-  messaging.password = L"company's";
-  environment_.AnswerLogon([](LogonDialog& dialog) {
-    EXPECT_EQ(dialog.form(), L"frmCompanyPassword");
-    EXPECT_FALSE(dialog.asks_name());
-    dialog.PasswordChange(L"wrong");
-    dialog.Ok();
-  });
-  EXPECT_FALSE(messaging.CheckForLogon());
-  EXPECT_EQ(environment_.TakeMessages(), Texts{kRefused});
 }
 
 TEST_F(MessagingTest, PurchaseOrdersAreForThoseWhoAreNotDeniedThem) {

@@ -78,7 +78,7 @@ TEST(LedgerOfAnySize, ListsOpenWithOnePage) {
   const ScopedVariant connection = ConnectionWith(100'000);
   for (const bool products : {false, true}) {
     const List& list = products ? kProducts : kCustomers;
-    const VARIANT with = products ? connection : VARIANT{};
+    const VARIANT with = products ? static_cast<const VARIANT&>(connection) : VARIANT{};
     // The window shows some twenty rows; the count is one record more.
     const double page = Opening::Records(list, 1'000, with);
     EXPECT_GT(page, 10);
