@@ -88,7 +88,7 @@ inline constexpr UINT kMaxParameters = 8;
 struct Arguments {
   std::array<VARIANT*, kMaxParameters> values{};
   LCID locale = 0;
-  bool* prepared = nullptr;
+  bool* prepared = nullptr;                      // of Invoke
   std::array<HRESULT, kMaxParameters> stored{};  // whether an output is in its variable
 };
 
