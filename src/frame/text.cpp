@@ -92,16 +92,16 @@ char32_t UpperCase(char32_t code_point) {
   return Mapped(kCaseRuns, code_point);
 }
 
-std::wstring UpperCase(std::wstring_view text, std::size_t room) {
+std::wstring UpperCase(std::wstring_view text) {
   std::wstring upper;
-  upper.reserve(std::max(text.size(), room));
+  upper.reserve(text.size());
   while (!text.empty()) Append(upper, UpperCase(Next(text)));
   return upper;
 }
 
-std::wstring LowerCase(std::wstring_view text, std::size_t room) {
+std::wstring LowerCase(std::wstring_view text) {
   std::wstring lower;
-  lower.reserve(std::max(text.size(), room));
+  lower.reserve(text.size());
   while (!text.empty()) {
     const char32_t c = Next(text);
     const bool is_upper = c >= U'A' && c <= U'Z';

@@ -5,7 +5,6 @@
 #define ARD_FRAME_TEXT_H_
 
 #include <compare>
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,9 +14,8 @@ std::wstring_view Trimmed(std::wstring_view text);
 void Trim(std::wstring& text);
 
 char32_t UpperCase(char32_t code_point);
-// With room for so many characters.
-std::wstring UpperCase(std::wstring_view text, std::size_t room = 0);
-std::wstring LowerCase(std::wstring_view text, std::size_t room = 0);
+std::wstring UpperCase(std::wstring_view text);
+std::wstring LowerCase(std::wstring_view text);
 
 // Code-point order of the upper-cased texts.
 std::weak_ordering CompareIgnoreCase(std::wstring_view a, std::wstring_view b);

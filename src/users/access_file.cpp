@@ -1,5 +1,6 @@
 #include "users/access_file.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -21,21 +22,23 @@ bool IsUserName(std::wstring_view user) {
 }
 
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
-  std::wstring stored;
+  std::wstring name;  // the memory of the first is that of all
   if (!IsUserName(user)) access.trace().Noted({kAccessData, L"FindUser"}, kNobodysName);
-  if (!IsUserName(user) || !access.Get(kName, stored)) return false;
-  const std::size_t width = stored.size();
-  const auto finds = [&](std::wstring name) {
-    if (name.size() < width) name.resize(width, L' ');
-    return access.FindFirst(kName, std::move(name));
+  if (!IsUserName(user) || !access.Get(kName, name)) return false;
+  const std::size_t width = std::max(name.size(), user.size());
+  const auto finds = [&](std::wstring_view spelling) {
+    name = spelling;
+    name.resize(width, L' ');
+    Value key(std::move(name));
+    const bool found = access.FindFirst(kName, key);
+    name = std::move(key).ToText();
+    return found;
   };
-  if (finds(UpperCase(user, width)) || finds(LowerCase(user, width)) || finds(std::wstring(user))) {
-    return true;
-  }
+  if (finds(UpperCase(user)) || finds(LowerCase(user)) || finds(user)) return true;
   const std::int32_t count = access.Count();
   for (std::int32_t record = 1; record <= count; ++record) {
-    if (access.Read(record) && access.Get(kName, stored) &&
-        EqualsIgnoreCase(Trimmed(stored), Trimmed(user))) {
+    if (access.Read(record) && access.Get(kName, name) &&
+        EqualsIgnoreCase(Trimmed(name), Trimmed(user))) {
       return true;
     }
   }
@@ -50,6 +53,16 @@ bool HasRight(engine::DataFile& access, Name field) {
   access.trace().Noted({kAccessData, L"HasRight", field},
                        L"Refused: the right is 1, or cannot be read.");
   return false;
+}
+
+bool HasPurchaseOrderAccess(const Context& context, std::wstring_view user) {
+  engine::DataFile rights(context, kAccessData);
+  bool found = false;
+  if (!rights.Open(engine::Mode::kQuery)) return false;
+  std::wstring pattern(user.size() + 1, L'*');
+  user.copy(pattern.data(), user.size());
+  if (!rights.FindFirst(kName, std::move(pattern), found)) return false;
+  return !found || HasRight(rights, L"POP");
 }
 
 }  // namespace ard::users

@@ -28,6 +28,9 @@ bool FindUser(engine::DataFile& access, std::wstring_view user);
 // Whether the right in `field` of the current record gives access. What cannot be read gives none.
 bool HasRight(engine::DataFile& access, Name field);
 
+// Whether the first user whose name begins so has that right, or nobody's does.
+bool HasPurchaseOrderAccess(const Context& context, std::wstring_view user);
+
 }  // namespace ard::users
 
 #endif  // ARD_USERS_ACCESS_FILE_H_

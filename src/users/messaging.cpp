@@ -108,15 +108,8 @@ std::wstring Messaging::GetPassword() const noexcept {
 }
 
 bool Messaging::PoAccess(std::wstring_view user_name) const noexcept {
-  return Call<bool>(L"PoAccess", {user_name}, [&](bool& access) {
-    engine::DataFile rights(context(), kAccessData);
-    bool found = false;
-    if (!rights.Open(engine::Mode::kQuery)) return;
-    std::wstring pattern(user_name.size() + 1, L'*');
-    user_name.copy(pattern.data(), user_name.size());
-    if (!rights.FindFirst(kName, std::move(pattern), found)) return;
-    access = !found || HasRight(rights, L"POP");
-  });
+  return Call<bool>(L"PoAccess", {user_name},
+                    [&](bool& access) { access = HasPurchaseOrderAccess(context(), user_name); });
 }
 
 engine::Logon Messaging::NewLogon() const noexcept {
