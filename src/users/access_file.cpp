@@ -12,10 +12,11 @@ namespace ard::users {
 namespace {
 
 constexpr std::int32_t kNoAccess = 1;
+constexpr std::wstring_view kManager = L"MANAGER";
 
 }  // namespace
 
-bool IsManager(std::wstring_view user) { return EqualsIgnoreCase(Trimmed(user), L"MANAGER"); }
+bool IsManager(std::wstring_view user) { return EqualsIgnoreCase(Trimmed(user), kManager); }
 
 bool IsUserName(std::wstring_view user) {
   return !Trimmed(user).empty() && user.find(L'*') == std::wstring_view::npos;
