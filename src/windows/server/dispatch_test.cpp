@@ -214,8 +214,8 @@ TEST_F(DispatchTest, OutputsGoBackIntoVariablesOfOtherTypes) {
     EXPECT_EQ(View(now.bstrVal), c.after);
   }
   EXPECT_EQ(lines,
-            "\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n"
-            "\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n");
+            "\t0\t0\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n"
+            "\t0\t0\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n");
 
   // A script's variable holds what it was used for before; it becomes a number.
   Sample object;
