@@ -15,21 +15,24 @@ namespace {
 using std::chrono::steady_clock;
 
 // 2026-11-21T09:30:00.125Z
-std::string Now() {
-  const auto now = std::chrono::system_clock::now();
-  const auto whole = std::chrono::floor<std::chrono::seconds>(now);
-  const auto day = std::chrono::floor<std::chrono::days>(whole);
+void AppendNow(std::string& line) {
+  const auto now = std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
+  const auto day = std::chrono::floor<std::chrono::days>(now);
   const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss time(whole - day);
-  const auto milliseconds =
-      std::chrono::duration_cast<std::chrono::milliseconds>(now - whole).count();
-  char text[64];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ",
-                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
-                static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()),
-                static_cast<int>(milliseconds));
-  return text;
+  const std::chrono::hh_mm_ss time(now - day);
+  char text[] = "0000-00-00T00:00:00.000Z";
+  // `last` is where the last digit goes.
+  const auto put = [&](std::size_t last, std::int64_t number) {
+    for (; number > 0; number /= 10) text[last--] = static_cast<char>('0' + number % 10);
+  };
+  put(3, static_cast<int>(date.year()));
+  put(6, static_cast<unsigned>(date.month()));
+  put(9, static_cast<unsigned>(date.day()));
+  put(12, time.hours().count());
+  put(15, time.minutes().count());
+  put(18, time.seconds().count());
+  put(22, time.subseconds().count());
+  line += text;
 }
 
 // One entry is one line: the cells of an entry may not break it, nor its columns.
@@ -247,7 +250,7 @@ void Trace::Write(std::initializer_list<std::string_view> cells, const Call* cal
   for (const std::string_view cell : cells) size += cell.size() + 1;
   std::string line;
   line.reserve(size);
-  line += Now();
+  AppendNow(line);
   const std::lock_guard lock(mutex_);
   std::string number;
   for (const Call* running = call ? call : running_; running; running = running->outer) {
