@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -10,10 +9,8 @@
 #include <vector>
 
 #include "frame/error.h"
-#include "frame/text.h"
 #include "host_database/ado_error.h"
 #include "host_database/database_file.h"
-#include "host_database/filter.h"
 #include "host_database/odbc_connection.h"
 #include "testing/temporary_folder.h"
 
@@ -24,7 +21,6 @@ namespace fs = std::filesystem;
 using database::Cursor;
 using database::Lock;
 using database::RecordsetObject;
-using std::chrono::steady_clock;
 
 constexpr std::int32_t Number(AdoError error) { return static_cast<std::int32_t>(error); }
 
@@ -75,31 +71,6 @@ class HostDatabaseTest : public ::testing::Test {
   const ard::testing::TemporaryFolder folder_;
   OdbcConnection connection_{ConnectionString(folder_ / "stock.db")};
 };
-
-TEST_F(HostDatabaseTest, AFilterLetsThroughTheRowsThatFit) {
-  const struct {
-    std::wstring_view filter;
-    std::wstring_view rows;
-  } cases[] = {
-      {L"Code Like 'A%'", L"a1 A2"},
-      {L" [Code]  like  'a*' ", L"a1 A2"},
-      {L"Code Like '_2'", L"B2 A2"},
-      {L"Description Like '%'", L"B2 a1 A2"},
-      {L"Description = 'ANVIL \x2014 50%'", L"A2"},
-      {L"Price = '2.5'", L"B2 A2"},
-      {L"", L"B2 a1 b1 A2"},
-  };
-  const auto rows = OpenStock();
-  for (const auto& test : cases) {
-    rows->SetFilter(test.filter);
-    const std::int32_t count = rows->RecordCount();
-    EXPECT_EQ(rows->Bof(), count == 0);
-    EXPECT_EQ(Rest(*rows), test.rows) << ToUtf8(test.filter);
-    if (count > 0) rows->SetAbsolutePosition(count);
-    EXPECT_EQ(ErrorOf([&] { rows->SetAbsolutePosition(count + 1); }),
-              Number(AdoError::kInvalidArgument));
-  }
-}
 
 TEST_F(HostDatabaseTest, WhatCannotBeDoneHasAdosNumber) {
   using Action = void (*)(RecordsetObject&);

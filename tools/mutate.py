@@ -86,7 +86,8 @@ def faults_of(path, text, enumerators):
         if len(names) > 1:
             add(match.start(2), match.end(2), names[(names.index(match.group(2)) + 1) % len(names)])
     for match in re.finditer(r"(?<=[\w>]\()([\w:.>()-]+)(, )([\w:.>()-]+)(?=[,)])", code):
-        if match.group(1) != match.group(3) and all(
+        # Of these, the order makes no difference.
+        if not re.search(r"\b(?:min|max)(?:<[^()]*>)?\($", code[:match.start()]) and all(
                 part.count("(") == part.count(")") for part in match.group(1, 3)):
             add(match.start(), match.end(), match.group(3) + ", " + match.group(1))
     for match in re.finditer(r"\breturn (?=[^;{])", code):

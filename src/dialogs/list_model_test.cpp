@@ -159,6 +159,14 @@ TEST_F(ListModelTest, CursorKeys) {
   EXPECT_TRUE(list_.IsCursor({20, L"", 0}));
   Press({{kPageDown, 30, 21}, {kPageUp, 21, 21}, {kPageUp, 0, 11}});
   EXPECT_TRUE(list_.IsCursor({11, L"", 0}));
+  for (int position = 21; position <= 30; ++position) source_.deleted.insert(position);
+  Start(40, 10);
+  list_.SelectItem(10);
+  Press({{kDown, 0, 11}});
+  EXPECT_TRUE(list_.IsCursor({20, L"", 0}));
+  list_.SelectItem(31);
+  Press({{kUp, 0, 12}});
+  EXPECT_TRUE(list_.IsCursor({12, L"", 0}));
 }
 
 // The cursor stands on the first row, as in any list view, and whatever moves it selects.

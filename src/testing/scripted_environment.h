@@ -103,7 +103,7 @@ class ScriptedEnvironment : public Environment {
     return texts;
   }
   int dialogs_shown() const { return static_cast<int>(captions_.size()); }
-  // Those of the dialogs shown, as "caption: what else names it".
+  // Those of the dialogs shown, as "form, caption: what else names it".
   const std::vector<std::wstring>& captions() const { return captions_; }
 
   void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) override {
@@ -236,7 +236,8 @@ class ScriptedEnvironment : public Environment {
   template <class Dialog>
   void Present(Dialog& dialog, std::deque<std::function<void(Dialog&)>>& scripts) {
     Step();
-    captions_.push_back(std::wstring(dialog.caption()) + L":" + Heading(dialog));
+    captions_.push_back(std::wstring(dialog.form()) + L", " + std::wstring(dialog.caption()) +
+                        L":" + Heading(dialog));
     if (!scripts.empty()) {
       const std::function<void(Dialog&)> script = std::move(scripts.front());
       scripts.pop_front();
@@ -253,15 +254,30 @@ class ScriptedEnvironment : public Environment {
     if (dialog.visible()) dialog.CloseBox();
   }
 
-  // The columns of a list and their widths, the welcome of a logon, the lines of a dialog that has
+  // The columns of lists and their widths, the welcome of a logon, the lines of a dialog that has
   // nothing else.
-  static std::wstring Heading(dialogs::SelectDialog& dialog) {
-    std::wstring columns;
-    for (const dialogs::Column& column : dialog.list().columns()) {
+  static std::wstring Columns(const dialogs::ListModel& list) {
+    std::wstring columns = list.multiple() ? L" several of" : L"";
+    for (const dialogs::Column& column : list.columns()) {
       columns += L"|" + column.header + L" " + std::to_wstring(column.width);
     }
-    if (dialog.width() != 0) columns += L" in " + std::to_wstring(dialog.width());
     return columns;
+  }
+  static std::wstring Heading(dialogs::SelectDialog& dialog) {
+    std::wstring heading = Columns(dialog.list());
+    if (dialog.width() != 0) heading += L" in " + std::to_wstring(dialog.width());
+    if (auto* const products = dynamic_cast<dialogs::ProductDialog*>(&dialog)) {
+      heading += L" or" + Columns(products->info_list());
+    } else if (dynamic_cast<dialogs::AddressDialog*>(&dialog)) {
+      for (const std::wstring_view kind : dialogs::AddressDialog::kind_names()) {
+        heading.append(L" ").append(kind);
+      }
+    }
+    return heading;
+  }
+  static std::wstring Heading(dialogs::UserListDialog& dialog) {
+    return Columns(dialog.accounts_list()) + L" and" + Columns(dialog.host_list()) + L" " +
+           std::to_wstring(dialog.host_list_height()) + L" high";
   }
   static std::wstring Heading(const dialogs::LogonDialog& dialog) {
     return L" " + dialog.welcome();
@@ -271,8 +287,6 @@ class ScriptedEnvironment : public Environment {
     for (const auto& line : dialog.lines()) lines += L"|" + line.label + L"=" + line.text;
     return lines;
   }
-  static std::wstring Heading(const auto&) { return {}; }
-
   static std::wstring SettingKey(std::wstring_view application, std::wstring_view section,
                                  std::wstring_view name) {
     return std::wstring(application) + L'|' + std::wstring(section) + L'|' + std::wstring(name);
