@@ -18,6 +18,7 @@ using Tab = ProductDialog::Tab;
 using Field = ProductDialog::SearchField;
 
 constexpr const wchar_t* kFieldSetting = L"Soft\\Demo|Options\\ProductSearch|Field";
+constexpr const wchar_t* kPlacement = L"Soft\\Demo|Options\\Windows|frmFastSelectProduct";
 constexpr const wchar_t* kTabSetting = L"Soft\\Demo|Options\\ProductSearch|Tab";
 
 class SearchTest : public testing::CompanyTest {
@@ -80,8 +81,11 @@ TEST_F(SearchTest, OffersBothListsAndReturnsFromTheOneInFront) {
     dialog.KeyPress(L'c');
     EXPECT_EQ(Selected(dialog.list()), L"CX1");
     dialog.KeyPress(dialogs::kEnterKey);
+    EXPECT_EQ(std::exchange(dialog.placement, L"moved"), L"as before");
   });
+  environment_.settings()[kPlacement] = L"as before";
   EXPECT_EQ(products_.FastList(), L"CX1");
+  EXPECT_EQ(environment_.settings()[kPlacement], L"moved");
   EXPECT_EQ(environment_.settings()[kFieldSetting], L"0");
   EXPECT_EQ(environment_.settings()[kTabSetting], L"1");
 

@@ -437,6 +437,29 @@ TEST_F(DialogTest, RedRowsAreRedAndReadableInAnyPalette) {
   });
 }
 
+TEST_F(DialogTest, ACellThatIsCutShowsItsWholeTextToThePointer) {
+  dialogs::SelectRecordDialog dialog(kTitle);
+  dialog.list().AddColumn(L"A/C", 15);
+  dialog.list().AddColumn(L"Name", 60);
+  const std::wstring name(60, L'W');
+  dialog.AddRow(L"1\t" + name + L" & Sons   ");
+  WindowTest::Show(kTitle, dialog, [&](HWND window) {
+    const View view(window);
+    POINT point = view.HeaderPoint(1);
+    point.y = view.RowPoint(0).y;
+    const auto shown = [&] {
+      SetCursorPos(static_cast<int>(point.x++), static_cast<int>(point.y));
+      const HWND tip = FindWindowW(TOOLTIPS_CLASSW, nullptr);
+      return tip && IsWindowVisible(tip) ? testing::TextOf(tip) : L"";
+    };
+    EXPECT_TRUE(Eventually([&] {
+      const std::wstring text = shown();
+      Sleep(1000);
+      return text == name + L" & Sons";
+    }));
+  });
+}
+
 // As a reader in another program asks.
 std::wstring SpokenName(HWND window, LONG child) {
   void* object = nullptr;

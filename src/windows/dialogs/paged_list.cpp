@@ -165,6 +165,7 @@ void PagedList::Draw() {
   // As many rows as are wholly visible make a page. Only a change asks the model for rows.
   model_.SetPageSize(Send(LVM_GETCOUNTPERPAGE));
   page_ = model_.rows();
+  tip_cell_ = {};  // another text may be there now
   why_empty_ = page_.empty() ? model_.WhyEmpty() : std::wstring();
   Send(LVM_SETITEMCOUNT, page_.size(), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
   DrawSelection();
@@ -443,6 +444,9 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
     case WM_MOUSEWHEEL:
       Wheel(GET_WHEEL_DELTA_WPARAM(wparam));
       return 0;
+    case WM_MOUSEMOVE:
+      TipFor(PointOf(lparam));
+      return std::nullopt;
     case WM_GETOBJECT:
       if (static_cast<LONG>(lparam) != OBJID_CLIENT) return std::nullopt;
       return DescribeTo(wparam);
@@ -464,6 +468,42 @@ std::optional<LRESULT> PagedList::HandleList(UINT message, WPARAM wparam, LPARAM
     default:
       return std::nullopt;
   }
+}
+
+void PagedList::TipFor(POINT point) {
+  if (PtInRect(&tip_cell_, point)) return;
+  LVHITTESTINFO hit = {};
+  hit.pt = point;
+  const int row = Send(LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+  tip_cell_ = {};
+  std::wstring text;
+  if (row >= 0 && row < static_cast<int>(page_.size())) {
+    RECT column = {};
+    SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(hit.iSubItem),
+                 reinterpret_cast<LPARAM>(&column));
+    tip_cell_.left = LVIR_BOUNDS;
+    Send(LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&tip_cell_));
+    tip_cell_.left = column.left;
+    tip_cell_.right = column.right;
+    const auto cell = static_cast<int>(Swapped(static_cast<std::size_t>(hit.iSubItem))) + 1;
+    text = Trimmed(page_[static_cast<std::size_t>(row)].Cell(cell));
+    const int width = Send(LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    if (width + 2 * GetSystemMetrics(SM_CXEDGE) <= column.right - column.left) text.clear();
+  }
+  TTTOOLINFOW tool = {};
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;
+  tool.uFlags = TTF_SUBCLASS;
+  tool.hwnd = list_;
+  tool.rect = tip_cell_;
+  tool.lpszText = text.data();
+  if (!tip_) {
+    tip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                           WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, list_, nullptr,
+                           nullptr, nullptr);
+    SendMessageW(tip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  }
+  SendMessageW(tip_, TTM_POP, 0, 0);
+  SendMessageW(tip_, TTM_SETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 std::optional<LRESULT> PagedList::DescribeTo(WPARAM reader) {

@@ -81,6 +81,8 @@ class PagedList : private DialogWindow {
   void Click(POINT point, WPARAM keys);
   void DoubleClick(POINT point, WPARAM keys);
   int RowAt(POINT point) const;
+  // Shows the whole text of the cell there when there is no room for it.
+  void TipFor(POINT point);
   std::optional<LRESULT> DescribeTo(WPARAM reader);
 
   // The list view's own number of a column, and the column of that number. The list view aligns its
@@ -107,6 +109,8 @@ class PagedList : private DialogWindow {
   // The page drawn: painting must not depend on the model, which may just be at work.
   std::vector<dialogs::Row> page_;
   std::wstring why_empty_;
+  HWND tip_ = nullptr;
+  RECT tip_cell_ = {};
   AccessibleList* accessible_ = nullptr;
   std::vector<int> widths_;
   std::size_t flexible_ = 0;  // the column that takes what the others leave
