@@ -22,7 +22,7 @@ void __freeres() noexcept;
 
 // What ends a process that nothing catches for. The C++ library's own would tell of it, and brings
 // along for that what takes the names of C++ apart: 46 KiB.
-[[noreturn]] void __verbose_terminate_handler() { std::abort(); }
+void __verbose_terminate_handler() { std::abort(); }
 }  // namespace __gnu_cxx
 
 namespace __cxxabiv1 {
