@@ -47,6 +47,7 @@ struct Exception {
 constexpr Exception kExceptions[] = {
     {L"Products.GetSellPrice, replayed", 1.20, "steps of 12 ns, beside which a replay's own show"},
     {L"General.GetDPSettings", 1.15, "gives two texts out, beside operations of 20 ns"},
+    {L"cAccessRights.IsUserAllowedAccess", 1.15, "makes a name as wide as the field, in capitals"},
     {L"General.GetTaxCodes", 1.8, "writes 12 lines, for two operations of 35 ns each"},
     {L"General.GetCategories", 1.5, "writes 4 lines, for two operations of 50 ns each"},
     {L"General.GetDepartments", 1.4, "writes 2 lines"},
