@@ -22,13 +22,14 @@ std::uint16_t Status() {
 
 // Without guards on their stacks, of which only the instructions write: every call of a host passes
 // here.
-[[gnu::no_stack_protector]] FloatingPoint::FloatingPoint() : status_(Status()), sse_(_mm_getcsr()) {
+__attribute__((no_stack_protector)) FloatingPoint::FloatingPoint()
+    : status_(Status()), sse_(_mm_getcsr()) {
   asm volatile("fnstcw %0" : "=m"(control_));
   if (status_ & kPending) asm volatile("fnclex");
   Establish();
 }
 
-[[gnu::no_stack_protector]] FloatingPoint::~FloatingPoint() {
+__attribute__((no_stack_protector)) FloatingPoint::~FloatingPoint() {
   if ((Status() ^ status_) & kNoted) {
     std::uint32_t environment[7];
     asm volatile("fnstenv %0" : "=m"(environment));
@@ -41,7 +42,7 @@ std::uint16_t Status() {
 
 // The older unit is asked first, because the processor waits when it is set; to set the newer one
 // takes less time than to ask it.
-[[gnu::no_stack_protector]] void FloatingPoint::Establish() {
+__attribute__((no_stack_protector)) void FloatingPoint::Establish() {
   std::uint16_t control;
   asm volatile("fnstcw %0" : "=m"(control));
   if (control != kControl) asm volatile("fldcw %0" : : "m"(kControl));
