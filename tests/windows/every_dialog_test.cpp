@@ -191,6 +191,17 @@ TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
           lines_with_boxes += control.box && line.size() > 1;
         }
       }
+      // Nothing is cut off at the smallest size.
+      if (!(GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME)) return;
+      testing::Resize(window, {10, 10});
+      EXPECT_TRUE(host_.Settle());
+      for (const HWND control : controls) {
+        if (!IsWindowVisible(control) || SizeOf(control).cy > 100) continue;
+        const RECT inner = RectOf(control);
+        const RECT outer = RectOf(GetParent(control));
+        EXPECT_LE(inner.right, outer.right) << ToUtf8(testing::TextOf(control));
+        EXPECT_LE(inner.bottom, outer.bottom) << ToUtf8(testing::TextOf(control));
+      }
     });
     EXPECT_EQ(lines_with_boxes, 2 + 2 + 11 + 5 + 2) << "boxes that share their line";
   }

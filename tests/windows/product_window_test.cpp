@@ -258,31 +258,6 @@ TEST_F(ProductWindowTest, SpecialRowsStandOnTopAndScrollAway) {
   });
 }
 
-TEST_F(ProductWindowTest, NothingIsCutOffAtTheSmallestSizeOrAHigherDpi) {
-  const auto dialog = Load({}, 2);
-  Show(*dialog, [&](const View& view) {
-    const auto expect_inside = [&] {
-      ASSERT_TRUE(host_.Settle());
-      const Bar bar(view.dialog);
-      const RECT page = RectOf(Descendant(view.dialog, WC_TABCONTROLW));
-      for (HWND control = bar.text; control; control = GetWindow(control, GW_HWNDNEXT)) {
-        EXPECT_LT(RectOf(control).right, page.right);
-        EXPECT_GT(SizeOf(control).cx, 10);
-        EXPECT_LE(RectOf(control).bottom, RectOf(GetParent(control)).bottom);
-      }
-      EXPECT_GT(RectOf(view.frame).top, RectOf(bar.text).bottom);
-      EXPECT_LT(RectOf(view.frame).bottom, page.bottom);
-      EXPECT_GE(view.Scroll().nPage, 2U);
-    };
-    testing::Resize(view.dialog, {10, 10});
-    expect_inside();
-    RECT suggested = {20, 20, 1000, 720};
-    SendMessageW(view.dialog, WM_DPICHANGED, MAKEWPARAM(144, 144),
-                 reinterpret_cast<LPARAM>(&suggested));
-    expect_inside();
-  });
-}
-
 TEST_F(ProductWindowTest, TheInputBoxReturnsWhatWasConfirmed) {
   const struct {
     const wchar_t* keys;
