@@ -13,4 +13,5 @@ shift
 base="$(x86_64-w64-mingw32-objdump -p "$file" | sed -nE 's/^ImageBase\s+//p')"
 for offset in "$@"; do
   printf '0x%x\n' $((0x$base + 0x${offset#0x}))
-done | x86_64-w64-mingw32-addr2line --exe="$file.debug" --inlines --functions --demangle --pretty-print
+done | x86_64-w64-mingw32-addr2line --exe="$file.debug" --inlines --functions --demangle --pretty-print |
+  sed -E ':strip; s/<[^<>]*>|\{[^{}]*\}//g; t strip; s/\([^()]*\)( const)?( at )/\2/'  # what templates were made of
