@@ -8,31 +8,17 @@
 #include <type_traits>
 #include <utility>
 
-#include "accounts/account_records.h"
-#include "accounts/customers.h"
-#include "accounts/nominal_bank.h"
-#include "accounts/suppliers.h"
-#include "addresses/delivery_address.h"
 #include "dialogs/fast_select.h"
 #include "dialogs/product_dialog.h"
-#include "orders/orders.h"
-#include "products/products.h"
-#include "settings/general.h"
+#include "published_classes.h"
 #include "simulator/testing/company_builder.h"
 #include "testing/memory_faults.h"
 #include "testing/operations.h"
-#include "users/access_rights.h"
-#include "users/messaging.h"
 
 namespace ard::testing {
 namespace {
 
-using accounts::Bank;
-using accounts::CustomerRecord;
-using accounts::Customers;
-using accounts::Nominal;
-using accounts::SupplierRecord;
-using accounts::Suppliers;
+using namespace classes;  // NOLINT(google-build-using-namespace): the published ones
 using addresses::DelAddType;
 using addresses::DeliveryAddress;
 using dialogs::AddressDialog;
@@ -42,12 +28,7 @@ using dialogs::Pick;
 using dialogs::ProductDialog;
 using dialogs::SelectDialog;
 using dialogs::UserListDialog;
-using orders::PurchaseOrders;
-using orders::SalesOrders;
-using products::Products;
-using settings::General;
 using users::AccessRights;
-using users::Messaging;
 
 using Answers = Member::Answers;
 
