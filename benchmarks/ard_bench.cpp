@@ -22,9 +22,9 @@
 #include "orders/orders.h"
 #include "products/products.h"
 #include "simulator/testing/company_builder.h"
-#include "testing/members.h"
-#include "testing/recording_workspace.h"
-#include "testing/scripted_environment.h"
+#include "tests/core/members.h"
+#include "tests/core/recording_workspace.h"
+#include "tests/core/scripted_environment.h"
 
 namespace ard::benchmarks {
 namespace {

@@ -20,13 +20,14 @@
 #include "benchmarks/timing.h"
 #include "frame/error.h"
 #include "frame/text.h"
-#include "testing/members.h"
+#include "tests/core/members.h"
 #include "tests/windows/automation_members.h"
 
 namespace ard::benchmarks {
 namespace {
 
 using ard::testing::Member;
+using ard::testing::Way;
 using windows::ComPtr;
 using windows::testing::AutomationCall;
 using windows::testing::MembersWorld;
@@ -186,9 +187,7 @@ std::vector<Member> QuietMembers() {
   }
   // These ask nothing, so no test of the portable classes has a row for them.
   for (const wchar_t* name : {L"Messaging.CheckUserAccess", L"Messaging.GetPassword"}) {
-    members.push_back({name, testing::kAsItIs, {nullptr, {{}}}, nullptr, [](const std::wstring&) {
-                         return true;
-                       }});
+    members.push_back({name, Way{nullptr, {{}}}, [](const std::wstring&) { return true; }});
   }
   return members;
 }

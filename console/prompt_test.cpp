@@ -11,7 +11,7 @@
 #include <sstream>
 
 #include "simulator/testing/company_builder.h"
-#include "testing/temporary_folder.h"
+#include "tests/core/temporary_folder.h"
 
 namespace ard::console {
 namespace {

@@ -15,7 +15,7 @@
 #include "simulator/company.h"
 #include "simulator/standard_columns.h"
 #include "simulator/testing/company_builder.h"
-#include "testing/members.h"
+#include "tests/core/members.h"
 #include "users/messaging.h"
 
 namespace ard::fuzz {

@@ -12,7 +12,7 @@
 #include "host_database/ado_error.h"
 #include "host_database/database_file.h"
 #include "host_database/odbc_connection.h"
-#include "testing/temporary_folder.h"
+#include "tests/core/temporary_folder.h"
 
 namespace ard::host_database {
 namespace {

@@ -12,7 +12,7 @@
 #include "simulator/company_error.h"
 #include "simulator/shared_file.h"
 #include "simulator/simulator.h"
-#include "testing/temporary_folder.h"
+#include "tests/core/temporary_folder.h"
 
 namespace ard::simulator {
 namespace {

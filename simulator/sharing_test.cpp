@@ -15,7 +15,7 @@
 #include "simulator/company_share.h"
 #include "simulator/safe_file.h"
 #include "simulator/simulator.h"
-#include "testing/temporary_folder.h"
+#include "tests/core/temporary_folder.h"
 
 namespace ard::simulator {
 namespace {

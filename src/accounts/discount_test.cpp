@@ -2,8 +2,8 @@
 #include <fstream>
 
 #include "accounts/customers.h"
-#include "testing/company_test.h"
-#include "testing/temporary_folder.h"
+#include "tests/core/company_test.h"
+#include "tests/core/temporary_folder.h"
 
 namespace ard::accounts {
 namespace {

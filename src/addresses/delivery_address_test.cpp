@@ -1,6 +1,6 @@
 #include "addresses/delivery_address.h"
 
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::addresses {
 namespace {

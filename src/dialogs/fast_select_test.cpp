@@ -1,7 +1,7 @@
 #include "dialogs/fast_select.h"
 
 #include "accounts/ledger_accounts.h"
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::dialogs {
 namespace {

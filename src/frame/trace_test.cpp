@@ -10,7 +10,7 @@
 
 #include "frame/error.h"
 #include "frame/public_class.h"
-#include "testing/scripted_environment.h"
+#include "tests/core/scripted_environment.h"
 
 namespace ard {
 namespace {

@@ -1,6 +1,6 @@
 #include "orders/orders.h"
 
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::orders {
 namespace {

@@ -12,9 +12,9 @@
 #include <utility>
 
 #include "simulator/safe_file.h"
-#include "testing/company_test.h"
-#include "testing/recording_workspace.h"
-#include "testing/temporary_folder.h"
+#include "tests/core/company_test.h"
+#include "tests/core/recording_workspace.h"
+#include "tests/core/temporary_folder.h"
 
 namespace ard::products {
 namespace {

@@ -2,7 +2,7 @@
 #include "dialogs/product_dialog.h"
 #include "host_database/odbc_connection.h"
 #include "products/products.h"
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::products {
 namespace {

@@ -1,5 +1,5 @@
 #include "settings/general.h"
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::settings {
 namespace {

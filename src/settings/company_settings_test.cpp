@@ -2,7 +2,7 @@
 
 #include "settings/general.h"
 #include "simulator/company.h"
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::settings {
 namespace {

@@ -1,6 +1,6 @@
 #include "host_database/odbc_connection.h"
 #include "settings/general.h"
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::settings {
 namespace {

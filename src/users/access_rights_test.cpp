@@ -1,7 +1,7 @@
 #include "users/access_rights.h"
 
 #include "simulator/company.h"
-#include "testing/company_test.h"
+#include "tests/core/company_test.h"
 
 namespace ard::users {
 namespace {

@@ -1,8 +1,8 @@
 #include "users/messaging.h"
 
 #include "host_database/odbc_connection.h"
-#include "testing/company_test.h"
-#include "testing/recording_workspace.h"
+#include "tests/core/company_test.h"
+#include "tests/core/recording_workspace.h"
 
 namespace ard::users {
 namespace {

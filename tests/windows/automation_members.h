@@ -1,4 +1,4 @@
-// The table of members (testing/members.h) as a host calls it: late-bound, on objects of the
+// The table of members (tests/core/members.h) as a host calls it: late-bound, on objects of the
 // registered library, which are given the table's company and database.
 #ifndef ARD_TESTS_WINDOWS_AUTOMATION_MEMBERS_H_
 #define ARD_TESTS_WINDOWS_AUTOMATION_MEMBERS_H_
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "testing/members.h"
+#include "tests/core/members.h"
 
 namespace ard::windows::testing {
 

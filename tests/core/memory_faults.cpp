@@ -1,4 +1,4 @@
-#include "testing/memory_faults.h"
+#include "tests/core/memory_faults.h"
 
 #include <algorithm>
 #include <cstddef>

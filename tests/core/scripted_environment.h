@@ -1,6 +1,6 @@
 // An Environment for tests: dialogs are answered by a script, and every message is recorded.
-#ifndef ARD_TESTING_SCRIPTED_ENVIRONMENT_H_
-#define ARD_TESTING_SCRIPTED_ENVIRONMENT_H_
+#ifndef ARD_TESTS_CORE_SCRIPTED_ENVIRONMENT_H_
+#define ARD_TESTS_CORE_SCRIPTED_ENVIRONMENT_H_
 
 #include <deque>
 #include <functional>
@@ -310,4 +310,4 @@ class ScriptedEnvironment : public Environment {
 
 }  // namespace ard::testing
 
-#endif  // ARD_TESTING_SCRIPTED_ENVIRONMENT_H_
+#endif  // ARD_TESTS_CORE_SCRIPTED_ENVIRONMENT_H_

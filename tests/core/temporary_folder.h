@@ -1,6 +1,6 @@
 // A folder for the files of a test, which goes with it.
-#ifndef ARD_TESTING_TEMPORARY_FOLDER_H_
-#define ARD_TESTING_TEMPORARY_FOLDER_H_
+#ifndef ARD_TESTS_CORE_TEMPORARY_FOLDER_H_
+#define ARD_TESTS_CORE_TEMPORARY_FOLDER_H_
 
 #include <stdlib.h>
 
@@ -22,4 +22,4 @@ class TemporaryFolder : public std::filesystem::path {
 
 }  // namespace ard::testing
 
-#endif  // ARD_TESTING_TEMPORARY_FOLDER_H_
+#endif  // ARD_TESTS_CORE_TEMPORARY_FOLDER_H_

@@ -1,5 +1,5 @@
 // What each member asks of the engine, in its order, what it shows, leaves behind and answers when
-// nothing fails: word for word as in testing/transcript.txt. With ARD_TRANSCRIPT, a file, it is
+// nothing fails: word for word as in tests/core/transcript.txt. With ARD_TRANSCRIPT, a file, it is
 // written there anew, to be read before it takes the place of the other.
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include <sstream>
 #include <string>
 
-#include "testing/members.h"
-#include "testing/recording_workspace.h"
+#include "tests/core/members.h"
+#include "tests/core/recording_workspace.h"
 
 namespace ard::testing {
 namespace {

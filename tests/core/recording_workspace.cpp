@@ -1,4 +1,4 @@
-#include "testing/recording_workspace.h"
+#include "tests/core/recording_workspace.h"
 
 #include <string_view>
 #include <type_traits>

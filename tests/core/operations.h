@@ -1,7 +1,7 @@
 // The steps that members take, by the operations that they ask of the engine: a member's number
-// (members.cpp) is put down with them, by hand, from its description.
-#ifndef ARD_TESTING_OPERATIONS_H_
-#define ARD_TESTING_OPERATIONS_H_
+// (*_members.cpp) is put down with them, by hand, from its description.
+#ifndef ARD_TESTS_CORE_OPERATIONS_H_
+#define ARD_TESTS_CORE_OPERATIONS_H_
 
 namespace ard::testing::needed {
 
@@ -44,4 +44,4 @@ inline constexpr int kCleared = 15 + 14 * 8;
 
 }  // namespace ard::testing::needed
 
-#endif  // ARD_TESTING_OPERATIONS_H_
+#endif  // ARD_TESTS_CORE_OPERATIONS_H_

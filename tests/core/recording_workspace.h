@@ -1,7 +1,7 @@
 // A workspace that writes down what the engine is asked: to assert the order of writes, to count
 // the operations of a call, and to ask the engine for the very same again with nothing around it.
-#ifndef ARD_TESTING_RECORDING_WORKSPACE_H_
-#define ARD_TESTING_RECORDING_WORKSPACE_H_
+#ifndef ARD_TESTS_CORE_RECORDING_WORKSPACE_H_
+#define ARD_TESTS_CORE_RECORDING_WORKSPACE_H_
 
 #include <cstddef>
 #include <memory>
@@ -70,4 +70,4 @@ std::shared_ptr<engine::Workspace> Recorded(std::shared_ptr<engine::Workspace> w
 
 }  // namespace ard::testing
 
-#endif  // ARD_TESTING_RECORDING_WORKSPACE_H_
+#endif  // ARD_TESTS_CORE_RECORDING_WORKSPACE_H_

@@ -1,7 +1,7 @@
 // The frame of a test on a company: objects that use its engine, a user who answers their dialogs,
 // and the check that nothing is left open.
-#ifndef ARD_TESTING_COMPANY_TEST_H_
-#define ARD_TESTING_COMPANY_TEST_H_
+#ifndef ARD_TESTS_CORE_COMPANY_TEST_H_
+#define ARD_TESTS_CORE_COMPANY_TEST_H_
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 
 #include "frame/text.h"
 #include "simulator/testing/company_builder.h"
-#include "testing/scripted_environment.h"
+#include "tests/core/scripted_environment.h"
 
 namespace ard::testing {
 
@@ -79,4 +79,4 @@ class CompanyTest : public ::testing::Test {
 
 }  // namespace ard::testing
 
-#endif  // ARD_TESTING_COMPANY_TEST_H_
+#endif  // ARD_TESTS_CORE_COMPANY_TEST_H_

@@ -1,8 +1,8 @@
 // One table of the members of all classes: how to call each, how a user might answer the dialog
 // that it shows, and which answers it may give when things go wrong. Every test that runs over all
 // members (the fault sweep first of all) runs from it, so a new member is one more line.
-#ifndef ARD_TESTING_MEMBERS_H_
-#define ARD_TESTING_MEMBERS_H_
+#ifndef ARD_TESTS_CORE_MEMBERS_H_
+#define ARD_TESTS_CORE_MEMBERS_H_
 
 #include <concepts>
 #include <functional>
@@ -17,7 +17,7 @@
 #include "frame/value.h"
 #include "host_database/odbc_connection.h"
 #include "simulator/simulator.h"
-#include "testing/scripted_environment.h"
+#include "tests/core/scripted_environment.h"
 
 namespace ard::testing {
 
@@ -47,7 +47,9 @@ struct Way {
   // to `take`; with none, nothing is done but to call.
   std::function<Call(const Context&)> bind;
   // None when the row goes beyond what a host can do.
-  std::optional<std::vector<Argument>> arguments;
+  std::optional<std::vector<Argument>> arguments = std::nullopt;
+  std::wstring neutral = {};  // the answer when nothing can be told
+  bool has_effects = false;
 };
 
 inline constexpr int kAsItIs = -1;
@@ -55,8 +57,14 @@ inline constexpr int kAsItIs = -1;
 struct Member {
   using Answers = std::function<bool(const std::wstring&)>;
 
-  Member(std::wstring_view name, int operations, Way way, ScriptedEnvironment::Script script,
-         Answers may_answer, bool has_effects = false);
+  Member(std::wstring_view name, int operations, Way way, Answers may_answer,
+         ScriptedEnvironment::Script script = nullptr);
+  // A user decides how many operations there are.
+  Member(std::wstring_view the_name, Way way, Answers answers,
+         ScriptedEnvironment::Script the_script = nullptr)
+      : Member(the_name, kAsItIs, std::move(way), std::move(answers), std::move(the_script)) {}
+  // May answer this, or the neutral answer of its type.
+  Member(std::wstring_view name, int operations, Way way, std::wstring_view answer);
 
   std::wstring name;  // "Customers.GetName"; how the user goes about it may follow, after a comma
   std::wstring class_name;   // "Customers"
@@ -91,4 +99,4 @@ bool IsKnownMessage(const Message& message);
 
 }  // namespace ard::testing
 
-#endif  // ARD_TESTING_MEMBERS_H_
+#endif  // ARD_TESTS_CORE_MEMBERS_H_

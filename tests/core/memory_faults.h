@@ -1,7 +1,7 @@
 // Memory that runs out on request. It does so in the programs that memory_faults.cpp is compiled
 // into, whose operators new ask a plan first; in all others this changes nothing.
-#ifndef ARD_TESTING_MEMORY_FAULTS_H_
-#define ARD_TESTING_MEMORY_FAULTS_H_
+#ifndef ARD_TESTS_CORE_MEMORY_FAULTS_H_
+#define ARD_TESTS_CORE_MEMORY_FAULTS_H_
 
 #include <utility>
 
@@ -29,4 +29,4 @@ class AllocationsObey {
 
 }  // namespace ard::testing
 
-#endif  // ARD_TESTING_MEMORY_FAULTS_H_
+#endif  // ARD_TESTS_CORE_MEMORY_FAULTS_H_

@@ -15,8 +15,8 @@
 
 #include "frame/text.h"
 #include "simulator/company.h"
-#include "testing/members.h"
-#include "testing/memory_faults.h"
+#include "tests/core/members.h"
+#include "tests/core/memory_faults.h"
 
 namespace ard::testing {
 namespace {
