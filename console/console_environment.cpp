@@ -402,6 +402,9 @@ void ConsoleEnvironment::DrawRows(dialogs::ListModel& list) {
     out_ << Padded(column.header, static_cast<std::size_t>(column.width));
   }
   out_ << '\n';
+  if (list.rows().empty() && !list.WhyEmpty().empty()) {
+    out_ << "        " << ToUtf8(list.WhyEmpty()) << '\n';
+  }
   for (const dialogs::Row& row : list.rows()) {
     const std::string position = row.position > 0 ? std::to_string(row.position) : "";
     out_ << (list.IsSelected(row) ? '>' : ' ')

@@ -127,39 +127,6 @@ TEST_F(PromptTest, CompletesClassesAndMembers) {
   EXPECT_EQ(prompt.Completions("Bank.x"), Words());
 }
 
-TEST_F(PromptTest, SaysWhatADialogDoesNotHave) {
-  const struct {
-    const char* dialog;
-    std::vector<const char*> commands;
-    const char* error;
-  } cases[] = {
-      {"? Customers.FastList", {"select 0", "select 3", "SELECT x", "select"}, "not from 1 to 2."},
-      {"? Products.FastList", {"select 1"}, "There is no row."},
-      {"? Products.FastList", {"tab 0", "tab 7", "field 3", "sort 99"}, "is not from 1 to 2."},
-      {"? cDeliveryAddress.GetAddress", {"kind 0", "kind 9"}, "is not from 1 to 3."},
-      {"? General.ShowUserList(False)", {"tab 3"}, "is not from 1 to 2."},
-  };
-  for (const auto& c : cases) {
-    for (const std::string command : c.commands) {
-      // The end of the input closes the dialog.
-      const std::string output = Run(c.dialog + ('\n' + command));
-      const std::size_t said = output.find(' ' + command + '\n');
-      ASSERT_NE(said, std::string::npos) << output;
-      EXPECT_NE(output.substr(said, 60).find(c.error), std::string::npos) << output;
-    }
-  }
-}
-
-TEST_F(PromptTest, ShowsADialogAsTextAndObeysItsCommands) {
-  const std::string output = Run("? Customers.FastList()\nb\nnonsense\ndown\npgup\nselect 2\n\n");
-  EXPECT_NE(output.find("--- Select Customer ---"), std::string::npos);
-  EXPECT_NE(output.find(">    2! BCD001"), std::string::npos) << output;
-  EXPECT_NE(output.find("There is no command \"nonsense\" here."), std::string::npos);
-  EXPECT_NE(output.find("[!] Manufacturing: Account is over credit limit."), std::string::npos);
-  EXPECT_EQ(output.substr(output.size() - 9), "\"BCD001\"\n");
-  EXPECT_NE(Run("? Customers.FastList()").find("\"\"\n"), std::string::npos);  // the input ends
-}
-
 // The commands up to that of the prompt, and then what is typed there and what it answers.
 TEST(DocumentTest, TheSmallestCompanyIsMadeAsItSays) {
   std::ifstream file(ARD_SIMULATOR_DOCUMENT);

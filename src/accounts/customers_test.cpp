@@ -14,34 +14,13 @@ class CustomersTest : public testing::CompanyTest {
  protected:
   CustomersTest() {
     CompanyBuilder company;
-    company.Customer(L"ABC001", L"NAME=  ABC Ltd |CONTACT_NAME= Ann ")
-        .Customer(L"WORST",
-                  L"ACCOUNT_ON_HOLD=True|BALANCE=11|CREDIT_LIMIT=10|TERMS_AGREED_FLAG=False");
+    company.Customer(L"ABC001").Customer(
+        L"WORST", L"ACCOUNT_ON_HOLD=True|BALANCE=11|CREDIT_LIMIT=10|TERMS_AGREED_FLAG=False");
     Open(company, customers_);
   }
 
   Customers customers_{environment_};
 };
-
-TEST_F(CustomersTest, LooksAccountsUpExactlyAsGiven) {
-  const struct {
-    std::wstring acc_ref;
-    bool valid;
-    std::wstring name;
-    std::wstring contact;
-  } cases[] = {{L"abc001", true, L"ABC Ltd", L"Ann"},  // the engine's key, without regard to case
-               {L"WORST", true, L"", L""},             // valid without a message
-               {L" ABC001", false, L"", L""},
-               {L"ABC*", false, L"", L""},
-               {std::wstring(1 << 20, L'A'), false, L"", L""},
-               {std::wstring(1, wchar_t{0xD800}), false, L"", L""}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(customers_.IsValid(c.acc_ref), c.valid);
-    EXPECT_EQ(customers_.GetName(c.acc_ref), c.name);
-    EXPECT_EQ(customers_.GetContact(c.acc_ref), c.contact);
-  }
-  EXPECT_EQ(environment_.TakeMessages(), Texts{});
-}
 
 // The account can go between the moment it was listed and the moment it is chosen: its row's colour
 // and what a blank record says of it are shown all the same, but for the on-hold test.

@@ -6,28 +6,15 @@
 namespace ard::accounts {
 namespace {
 
-using testing::Texts;
-
 class LedgersTest : public testing::CompanyTest {};
 
-// Neither list has a row selected, so that there is nothing to confirm yet.
-TEST_F(LedgersTest, BankListsStartWithoutASelection) {
+TEST_F(LedgersTest, ACancelledReadingOfBankAccountsShowsNothing) {
   simulator::CompanyBuilder company;
   Bank bank(environment_);
-  Open(company.Bank(L"1201").Bank(L"1202", L"DELETED_FLAG=True"), bank);
-  for (const bool all : {true, false}) {
-    environment_.Answer([](dialogs::SelectDialog& dialog) {
-      EXPECT_FALSE(dialog.ok_enabled());
-      dialog.KeyPress(dialogs::kEnterKey);
-      EXPECT_TRUE(dialog.visible());
-      EXPECT_EQ(Keys(dialog.list()), (Texts{L"1201", L"1202"}));
-      dialog.KeyPress(L' ');
-      dialog.KeyPress(dialogs::kEnterKey);
-    });
-    EXPECT_EQ(all ? bank.FastList() : bank.List(L"12*"), L"1201");
-  }
+  Open(company.Bank(L"1201").Bank(L"1202"), bank);
   environment_.machine().progress_cancelled_at = 1;
-  EXPECT_EQ(bank.List(L"*"), L"") << "nothing is shown";
+  EXPECT_EQ(bank.List(L"*"), L"");
+  EXPECT_EQ(environment_.dialogs_shown(), 0);
 }
 
 TEST_F(LedgersTest, AFieldThatCannotBeReadLeavesItsPropertyAndTheOthersFollow) {

@@ -122,6 +122,15 @@ bool LogOnByCompanyPassword(WithoutUsers& messaging, const Context& context) {
   return messaging.CheckForLogon();
 }
 
+std::wstring Look(const General& general, const Context&) {
+  general.ShowUserList(false);
+  return L"";
+}
+
+bool MayDoAll(const AccessRights& rights, const Context&) {
+  return rights.IsUserAllowedAccess(L" Manager ", users::Access::kPopRecord, true);
+}
+
 bool MayOpen(const AccessRights& rights, const Context&) {
   return rights.IsUserAllowedAccess(L"EVE", users::Access::kBankRecord, true);
 }
@@ -151,6 +160,7 @@ std::vector<Member> UserMembers() {
        OneOf({L"0,ANN,-", L"1,ANN,-", L"1,BOB,", L"1,BOB,PC2", L"2,BOB,", L"2,BOB,PC2"})},
       {L"General.ShowUserList, every handler", Once(Does<General>(WorkTheUserList, {true})),
        OneOf({L""})},
+      {L"General.ShowUserList, by others", Once(Does<General>(Look, {false})), OneOf({L""})},
       {L"Messaging.CheckForLogon, frmUserDetails", Once(Does<Messaging>(LogOnByDialog, {})),
        yes_no},
       {L"Messaging.CheckForLogon, Windows account", Once(Does<Messaging>(LogOnByWindows, {true})),
@@ -175,6 +185,8 @@ std::vector<Member> UserMembers() {
       {L"cAccessRights.IsUserAllowedAccess",
        kOpen + kFields + kField + kFind + kFields + kField + kClose,
        Does<AccessRights>(MayOpen, {L"EVE", 3, true}), OneOf({L"False"})},
+      {L"cAccessRights.IsUserAllowedAccess, manager", 0,
+       Does<AccessRights>(MayDoAll, {L" Manager ", 7, true}), OneOf({L"True"})},
       // Not there; opened anew, each field, its type and blank value, the name, Write.
       {L"cAccessRights.AddUser",
        kOpen + kFind + kClose + kOpen + kFields + kCount + 3 * kAccessFields + kField + kCount + 1 +

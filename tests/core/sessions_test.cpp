@@ -1,0 +1,221 @@
+// Sessions at the prompt (sessions/*.txt): a small company, what it is asked, and word for word
+// what it answers and shows, with the notes of the trace. With ARD_SESSIONS, a folder, they are
+// written there anew, to be read before they take the place of the others. Lines of a session that
+// are not the prompt's:
+//
+//   @Customer ABC001 NAME=ABC Ltd|BALANCE=10    adds to a new company; and @Supplier, @Nominal,
+//   @Bank,
+//                                               @Product; @Record, with a table; @Setup; @Control;
+//                                               @Without, a table that is not there
+//   @SQL INSERT INTO ...                        of the host's database
+//   @Show AccessData NAME|BANK_RECORD           fields of all records; or @Show SELECT ...
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <list>
+#include <map>
+#include <optional>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "console/prompt.h"
+#include "frame/error.h"
+#include "frame/text.h"
+#include "host_database/odbc_connection.h"
+#include "simulator/company.h"
+#include "simulator/testing/company_builder.h"
+
+namespace ard::testing {
+namespace {
+
+using host_database::OdbcConnection;
+using Lines = std::vector<std::string>;
+
+std::string WithoutEnd(std::string line) {
+  line.erase(line.find_last_not_of(" \r") + 1);
+  return line;
+}
+
+// What is typed in a line of a session.
+std::optional<std::string> Typed(const std::string& line) {
+  static const std::regex typed(
+      R"((?:.*\(\? helps\) ?|Abort, Retry or Ignore\? ?|\[\?\] .*\.(?: |$))(.*)|(\? .*|\w+\.\w+ = .*|'.*))");
+  std::smatch match;
+  if (!std::regex_match(line, match, typed)) return std::nullopt;
+  return match[1].matched ? match[1] : match[2];
+}
+
+class Session {
+ public:
+  // Everything up to the next company.
+  std::string Play(const Lines& lines) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      const auto typed = Typed(lines[i]);
+      if (!typed || lines[i][0] == '\'') {
+        text_ += lines[i] + '\n';
+        if (lines[i].starts_with("@Show ")) {
+          text_ += Shown(FromUtf8(lines[i].substr(6)));
+          while (i + 1 < lines.size() && !EndsAnswer(lines[i + 1])) ++i;
+        } else if (lines[i].starts_with('@')) {
+          try {
+            Add(FromUtf8(lines[i].substr(1)));
+          } catch (const Error& error) {
+            ADD_FAILURE() << lines[i] << "\n" << ToUtf8(error.text());
+          }
+        }
+        continue;
+      }
+      // A line at the prompt, and those in the dialogs that it opens.
+      Lines input = {*typed};
+      for (; i + 1 < lines.size() && !EndsAnswer(lines[i + 1]); ++i) {
+        if (const auto answer = Typed(lines[i + 1])) input.push_back(*answer);
+      }
+      Ask(input);
+    }
+    return text_;
+  }
+
+ private:
+  static bool EndsAnswer(const std::string& line) {
+    return line.empty() || line[0] == '@' || line[0] == '\'' || Typed(line) == line;
+  }
+
+  void Ask(const Lines& input) {
+    if (!prompt_) {
+      engine_ = company_.Build();
+      prompt_ = std::make_unique<console::Prompt>(
+          in_, out_, console::Stores{engine_->workspace(), database_, engine_, L"company"});
+      prompt_->trace().Attach([this](std::string_view line) {
+        const std::size_t note = line.find("\tnote\t");
+        if (note == line.npos) return;
+        std::string text(line.substr(note + 6));
+        out_ << "note " << text.replace(text.find('\t'), 1, ": ") << '\n';
+      });
+    }
+    std::string text;
+    for (const std::string& line : input) text += line + '\n';
+    in_ = std::stringstream(text);
+    out_ = std::stringstream();
+    prompt_->Run(false);
+    EXPECT_EQ(engine_->counters().open_files, 0) << text;
+    EXPECT_EQ(database_->open_recordsets(), 0) << text;
+    // What is typed stands there with its passwords.
+    auto next = input.begin();
+    for (std::string line; std::getline(out_, line); text_ += line + '\n') {
+      line = WithoutEnd(line);
+      const auto typed = Typed(line);
+      if (!typed || next == input.end()) continue;
+      if (*typed != WithoutEnd(ToUtf8(console::WithoutPassword(FromUtf8(*next))))) continue;
+      line.replace(line.size() - typed->size(), typed->size(), *next++);
+    }
+  }
+
+  void Add(std::wstring_view line) {
+    const auto word = [&] {
+      const std::size_t end = std::min(line.find(L' '), line.size());
+      const std::wstring_view first = line.substr(0, end);
+      line.remove_prefix(std::min(end + 1, line.size()));
+      return first;
+    };
+    using Builder = simulator::CompanyBuilder;
+    static const std::map<std::wstring_view,
+                          Builder& (Builder::*)(std::wstring_view, const simulator::FieldValues&)>
+        kinds = {{L"Customer", &Builder::Customer}, {L"Supplier", &Builder::Supplier},
+                 {L"Nominal", &Builder::Nominal},   {L"Bank", &Builder::Bank},
+                 {L"Product", &Builder::Product},   {L"Record", &Builder::Record}};
+    const std::wstring_view kind = word();
+    if (kind == L"SQL") return database_->Execute(std::wstring(line));
+    const std::wstring_view name = kinds.contains(kind) || kind == L"Without" ? word() : L"";
+    // Fields are named for as long as the company is built.
+    const wchar_t* const fields = texts_.emplace_back(line).c_str();
+    if (kinds.contains(kind)) {
+      (company_.*kinds.at(kind))(name, fields);
+    } else if (kind == L"Setup") {
+      company_.Setup(fields);
+    } else if (kind == L"Control") {
+      company_.Control(fields);
+    } else {
+      company_.Without(name);
+    }
+  }
+
+  std::string Shown(const std::wstring& what) {
+    std::wstring text;
+    if (what.starts_with(L"SELECT ")) {
+      const auto rows =
+          database_->OpenRecordset(what, database::Cursor::kForwardOnly, database::Lock::kReadOnly);
+      for (; !rows->Eof(); rows->MoveNext()) text += L"  " + rows->GetValue(0).ToText() + L"\n";
+      return ToUtf8(text);
+    }
+    const simulator::Table& table = *engine_->company().Find(what.substr(0, what.find(L' ')));
+    for (std::int32_t record = 1; record <= table.size(); ++record) {
+      std::wstringstream fields(what.substr(what.find(L' ') + 1));
+      text += L"  ";
+      for (std::wstring field; std::getline(fields, field, L'|');) {
+        const Value value = table.Cell(record, table.columns().Require(field));
+        text += value.ToText() + L'|';
+      }
+      text += L'\n';
+    }
+    return ToUtf8(text);
+  }
+
+  std::string text_;
+  std::stringstream in_, out_;
+  std::unique_ptr<console::Prompt> prompt_;
+  std::list<std::wstring> texts_;
+  simulator::CompanyBuilder company_;
+  std::shared_ptr<simulator::Simulator> engine_;
+  std::shared_ptr<OdbcConnection> database_ =
+      std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+};
+
+class SessionsTest : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(SessionsTest, AnswersWhatIsWrittenDown) {
+  const std::string name = GetParam() + ".txt";
+  std::ifstream file(std::filesystem::path(ARD_SESSIONS) / name);
+  std::vector<Lines> companies(1);
+  std::string expected;
+  bool builds = true;
+  for (std::string line; std::getline(file, line); expected += line + '\n') {
+    if (line.starts_with('@') && !line.starts_with("@Show ")) {
+      if (!std::exchange(builds, true)) companies.emplace_back();
+    } else if (Typed(line) && line[0] != '\'') {
+      builds = false;
+    }
+    companies.back().push_back(line);
+  }
+  std::string all;
+  for (const Lines& lines : companies) all += Session().Play(lines);
+
+  if (const char* const folder = std::getenv("ARD_SESSIONS")) {
+    std::ofstream(std::filesystem::path(folder) / name) << all;
+  }
+  std::istringstream wanted(expected), told(all);
+  std::string want, tell;
+  for (int number = 1; wanted && told && want == tell; ++number) {
+    if (!std::getline(wanted, want)) want = "(the end)";
+    if (!std::getline(told, tell)) tell = "(the end)";
+    EXPECT_EQ(want, tell) << name << ":" << number;
+  }
+}
+
+std::vector<std::string> Names() {
+  std::vector<std::string> names;
+  for (const auto& file : std::filesystem::directory_iterator(ARD_SESSIONS)) {
+    names.push_back(file.path().stem().string());
+  }
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SessionsTest, ::testing::ValuesIn(Names()),
+                         [](const auto& named) { return named.param; });
+
+}  // namespace
+}  // namespace ard::testing
