@@ -38,37 +38,6 @@ class PromptTest : public ::testing::Test {
   std::unique_ptr<simulator::Simulator> engine_;
 };
 
-TEST_F(PromptTest, AnswersMembersByName) {
-  EXPECT_EQ(Run("? Customers.GetName(\"ABC001\")\n\n' a remark\ncustomers.isvalid( \"abc001\" )\r\n"
-                "? Customers.GetName(\"a\"\"b\")\nCustomers.AppName = \"My App\"\n"
-                "? Customers.AppName\nquit\n? Customers.AppName"),
-            "? Customers.GetName(\"ABC001\")\n\"The \"\"ABC\"\" Café\"\n"
-            "customers.isvalid( \"abc001\" )\nTrue\n"
-            "? Customers.GetName(\"a\"\"b\")\n\"\"\n"
-            "Customers.AppName = \"My App\"\n? Customers.AppName\n\"My App\"\n");
-}
-
-TEST_F(PromptTest, NamesWhatIsWrongAndWhere) {
-  const struct {
-    const char* line;
-    const char* error;
-  } cases[] = {{"? Customers", "character 12: Expected \".\""},
-               {"? Nothing.GetName(\"A\")", "There is no class Nothing. \"help\" lists them."},
-               {"? Custmers.GetName", "character 11: There is no class Custmers. Do you mean Cus"},
-               {"? customers.getnme", "There is no member Customers.getnme. Do you mean GetName?"},
-               {"help Banc.List", "There is no class Banc. Do you mean Bank?"},
-               {"help Bank.Lost", "There is no member Bank.Lost. Do you mean List?"},
-               {"help Bank List", "Nothing may follow the name."},
-               {"? Customers.GetName", "GetName takes 1 argument(s)."},
-               {"? Customers.GetName(\"A", "The text does not end."},
-               {"? Customers.GetName(A)", "character 21: Expected \"text\""},
-               {"? Customers.GetName(\"A\") x", "Nothing may follow the call."},
-               {"? Customers.AppName = ", "Expected \"text\""}};
-  for (const auto& c : cases) {
-    EXPECT_NE(Run(c.line, false).find(c.error), std::string::npos) << Run(c.line, false);
-  }
-}
-
 TEST_F(PromptTest, RepeatsNoPassword) {
   std::string output =
       Run("? Messaging.LogonUser(\"BOB\", \"Secret\")\nmessaging . PASSLOGGED = \"Secret\"\n"
@@ -83,37 +52,17 @@ TEST_F(PromptTest, RepeatsNoPassword) {
   }
 }
 
-TEST_F(PromptTest, HelpsByClassWithTypes) {
-  const std::string bank =
-      "Bank\n  Bank.AppName = String\n  Bank.RegistryPath = String\n"
-      "  ? Bank.IsValid(AccRef As String) As Boolean\n  ? Bank.FastList() As String\n"
-      "  ? Bank.List(SearchCriteria As String) As String\n";
-  EXPECT_EQ(Run("HELP bank\nExit\n? Customers.AppName"), bank);
+TEST_F(PromptTest, HelpsByMemberAndUntilItIsLeft) {
+  EXPECT_EQ(
+      Run("help General.GetCategories\nHELP customerrecord.duedays\nExit\n? Customers.AppName"),
+      "? General.GetCategories(LowerBound, UpperBound), CatList As String()\n"
+      "Fills each element with its number, three blanks and the stock category of that number; "
+      "it stays when they cannot be read.\n"
+      "CustomerRecord.DueDays = Integer\n"
+      "Days within which the settlement discount is given.\n");
   const std::string all = Run("Help\nQUIT\n? Customers.AppName");
-  EXPECT_NE(all.find('\n' + bank), std::string::npos) << all;
+  EXPECT_NE(all.find("\nBank\n  Bank.AppName = String\n"), std::string::npos) << all;
   EXPECT_TRUE(all.ends_with("shows one of them, \"quit\" ends.\n")) << all;
-  const char* const members[] = {
-      "? cDeliveryAddress.GetAddress([AccRef As String], [AccName As String], [DelType As Long]) "
-      "As Boolean\nLets the user pick a delivery address into the properties: True when one was "
-      "confirmed; False, and they stay, when cancelled.",
-      "? General.GetCategories(LowerBound, UpperBound), CatList As String()\nFills each element "
-      "with "
-      "its number, three blanks and the stock category of that number; it stays when they cannot "
-      "be "
-      "read.",
-      "? Products.GetAllocOnOrder(ProdCode As String, [Allocated As Double], [OnOrder As Double]), "
-      "Allocated As Double, OnOrder As Double\nSets the quantities allocated and on order; both "
-      "stay "
-      "when the product is not found.",
-      "? Products.GetAveragePrice(ProdHeader) As Double\nAverage cost of a unit over what is left "
-      "of "
-      "the stock record's receipts; 0 when nothing is.",
-      "CustomerRecord.DueDays = Integer\nDays within which the settlement discount is given."};
-  for (const std::string member : members) {
-    const std::size_t name = member.find_first_not_of("? ");
-    EXPECT_EQ(Run("help " + member.substr(name, member.find_first_of(" (", name) - name)),
-              member + '\n');
-  }
 }
 
 TEST_F(PromptTest, CompletesClassesAndMembers) {

@@ -1,4 +1,4 @@
-// Calls and dialog events on small companies, against a plain model of what they have to give. With
+// Calls on small companies, against a plain model of what they have to give. With
 // operations that fail, only what is described may come, and nothing may stay open.
 #include <cmath>
 #include <memory>
@@ -6,8 +6,6 @@
 #include <vector>
 
 #include "accounts/customers.h"
-#include "accounts/nominal_bank.h"
-#include "accounts/suppliers.h"
 #include "frame/error.h"
 #include "fuzzers/ledger_model_fuzz.h"
 #include "fuzzers/support_fuzz.h"
@@ -21,17 +19,13 @@
 namespace ard::fuzz {
 namespace {
 
-using dialogs::ListModel;
-using dialogs::SelectDialog;
-
 constexpr std::wstring_view kAlphabet = L"abcABC1 \u00E9\u00C9*";
 
 class Fixture {
  public:
   explicit Fixture(Input& input) : input_(input) {
     Build();
-    for (PublicClass* object : std::initializer_list<PublicClass*>{&customers_, &suppliers_,
-                                                                   &nominal_, &bank_, &products_}) {
+    for (PublicClass* object : std::initializer_list<PublicClass*>{&customers_, &products_}) {
       object->context().workspace = engine_->workspace();
       object->context().app_name = L"Manufacturing";
     }
@@ -49,7 +43,7 @@ class Fixture {
 
   void Run() {
     constexpr void (Fixture::*kCalls[])() = {&Fixture::Discount, &Fixture::Prices,
-                                             &Fixture::Allocate, &Fixture::Pick, &Fixture::LogOn};
+                                             &Fixture::Allocate, &Fixture::LogOn};
     do {
       if (faulty_) engine_->faults().FailFrom(input_.UpTo(80), input_.OneIn(2));
       (this->*input_.PickValueInArray(kCalls))();
@@ -103,24 +97,11 @@ class Fixture {
   void AddAccounts(Ledger& ledger, int most, std::wstring_view table) {
     for (int count = input_.UpTo(most); count > 0; --count) {
       const Account a{.ref = Ref(),
-                      .name = Ref(),
-                      .deleted = input_.OneIn(3),
-                      .on_hold = input_.OneIn(2),
-                      .terms_agreed = input_.OneIn(2),
-                      .balance = Hundredths(300),
-                      .limit = Hundredths(300),
                       .type = input_.UpTo(5),
                       .rate = Hundredths(10'000),
                       .price_list = input_.OneIn(2) ? L"TRADE" : L""};
       if (Add(table, {{L"ACCOUNT_REF", a.ref},
-                      {L"NAME", a.name},
-                      {L"DELETED_FLAG", a.deleted},
-                      {L"ACCOUNT_ON_HOLD", a.on_hold},
-                      {L"TERMS_AGREED_FLAG", a.terms_agreed},
-                      {L"BALANCE", Amount(a.balance)},
-                      {L"CREDIT_LIMIT", Amount(a.limit)},
                       {L"DISCOUNT_TYPE", a.type},
-                      {L"ACCOUNT_TYPE", a.type},
                       {L"CURRENCY", a.type},
                       {L"DISCOUNT_RATE", Amount(a.rate)},
                       {L"PRICE_LIST_REF", a.price_list}})) {
@@ -199,11 +180,9 @@ class Fixture {
   }
 
   void Build() {
-    model_.terms_warning = !input_.OneIn(4);
     model_.value_levels = AnyLevels(2'000'000);
     engine_ = simulator::CompanyBuilder()
-                  .Setup({{L"TERMS_WARNING", model_.terms_warning},
-                          {L"SALES_AMOUNT_SOLD_1", Amount(model_.value_levels[0].from)},
+                  .Setup({{L"SALES_AMOUNT_SOLD_1", Amount(model_.value_levels[0].from)},
                           {L"SALES_ADD_DISC_1", Amount(model_.value_levels[0].rate)},
                           {L"SALES_AMOUNT_SOLD_9", Amount(model_.value_levels[1].from)},
                           {L"SALES_ADD_DISC_9", Amount(model_.value_levels[1].rate)}})
@@ -212,8 +191,6 @@ class Fixture {
     AddProducts();
     AddAccounts(model_.customers, 20, L"SalesData");
     AddAccounts(model_.suppliers, 4, L"PurchaseData");
-    AddAccounts(model_.nominals, 6, L"NominalData");
-    AddAccounts(model_.banks, 15, L"BankData");
     AddPrices();
   }
 
@@ -274,173 +251,11 @@ class Fixture {
     Require(free == (product ? Amount(product->Free()) : 0), "what is free", code, free);
   }
 
-  // ---- Lists ----
-
-  void Pick() {
-    enum List { kCustomers, kSuppliers, kNominals, kBanks, kSomeBanks };
-    const auto list = static_cast<List>(input_.UpTo(4));
-    Ledger* const ledgers[] = {&model_.customers, &model_.suppliers, &model_.nominals,
-                               &model_.banks, &model_.banks};
-    Ledger& ledger = *ledgers[list];
-    ListContents contents(ledger, list >= kBanks);
-    const bool by_criteria = list == kSomeBanks || (list != kBanks && input_.OneIn(2));
-    const std::wstring criteria =
-        std::wstring(Trimmed(input_.Text(3, kAlphabet))) + (input_.OneIn(2) ? L"*" : L"");
-    static const Account nobody;
-    const Account& first = ledger.empty() ? nobody : ledger[0];
-    if (list == kSomeBanks) {
-      contents.KeepSought(criteria, first);
-    } else if (by_criteria) {
-      contents.PositionOn(criteria, first);
-    }
-    if (list == kBanks && contents.entries.size() > 12) contents.entries.resize(12);
-
-    const Account* picked = nullptr;
-    std::size_t messages = environment_.messages().size();
-    environment_.Answer([&](SelectDialog& dialog) {
-      picked = Use(dialog, contents, list == kNominals, list < kNominals, messages);
-    });
-    const auto pick = [&](auto& accounts) {
-      return by_criteria ? accounts.List(criteria) : accounts.FastList();
-    };
-    const std::wstring answer = list == kCustomers   ? pick(customers_)
-                                : list == kSuppliers ? pick(suppliers_)
-                                : list == kNominals  ? pick(nominal_)
-                                                     : pick(bank_);
-    if (faulty_) {
-      Require(answer.empty() || model_.Find(ledger, answer), "one of the list", answer);
-      return;
-    }
-    Require(answer == (picked ? picked->ref : L""), "the one that is picked", answer);
-    const bool warns = picked && list < kNominals && model_.terms_warning;
-    const std::wstring warning = warns ? picked->Warning() : L"";
-    if (!warning.empty()) ++messages;
-    Require(environment_.messages().size() == messages, "as many messages", answer);
-    Require(warning.empty() || environment_.messages().back().text == warning, "warned", warning);
-  }
-
-  // What the user does, and what the list has to be like after each of it. The account that they
-  // pick; each refusal is one of the messages.
-  const Account* Use(SelectDialog& dialog, const ListContents& contents, bool refuses, bool reddens,
-                     std::size_t& messages) {
-    ListModel& list = dialog.list();
-    const auto selected = [&]() -> std::size_t {
-      return list.selected() ? static_cast<std::size_t>(list.selected()->position) : 0;
-    };
-    const auto selects = [&](std::size_t position, const char* property) {
-      Require(faulty_ || selected() == (contents.IsLive(position) ? position : 0), property);
-    };
-    selects(contents.at, "the list is positioned");
-    const std::size_t last = contents.entries.size();
-    const bool has_keys = dialog.form() != L"frmSelectRecord";
-    for (int events = input_.UpTo(10); events > 0; --events) {
-      const std::size_t before = selected();
-      std::size_t cursor = 1;
-      while (cursor < last && !list.IsCursor({static_cast<std::int32_t>(cursor), {}})) ++cursor;
-      // A key press looks at so many positions at least.
-      const std::size_t pages = std::min(last, 2 * static_cast<std::size_t>(list.page_size()));
-      switch (input_.UpTo(11)) {
-        case 0: {
-          const std::size_t position = input_.UpTo(last + 1);
-          list.SelectItem(static_cast<std::int32_t>(position));
-          selects(position == 0 || position > last ? before : position, "an item");
-          break;
-        }
-        case 1: {
-          const wchar_t key = kAlphabet[input_.UpTo(kAlphabet.size() - 1)];
-          dialog.KeyPress(key);
-          const std::size_t found = contents.Find({key, L'*'});
-          if (key == L' ' && before == 0 && contents.IsLive(cursor)) {
-            selects(cursor, "the space bar picks");
-          } else {
-            selects(has_keys && found != 0 ? found : before, "type-ahead");
-          }
-          break;
-        }
-        case 2:
-          list.LineDown();
-          if (contents.IsLive(cursor + 1)) selects(cursor + 1, "the next line");
-          if (cursor == last) selects(last, "the last line");
-          break;
-        case 3:
-          list.LineUp();
-          if (contents.IsLive(cursor - 1)) selects(cursor - 1, "the line before");
-          if (cursor == 1) selects(1, "the first line");
-          break;
-        case 4:
-          list.PageDown();
-          Require(faulty_ || selected() == 0 || selected() >= before, "down");
-          break;
-        case 5:
-          list.PageUp();
-          Require(faulty_ || before == 0 || selected() <= before, "up");
-          break;
-        case 6:
-          list.Home();
-          selects(contents.FirstLive(1, pages), "the first");
-          break;
-        case 7:
-          list.End();
-          selects(contents.FirstLive(last, last - pages + 1), "the last");
-          break;
-        case 8: {
-          const std::size_t index = input_.UpTo(list.rows().size());
-          const bool is_row = index < list.rows().size();
-          list.SelectRow(index);
-          Require(is_row ? list.IsCursor(list.rows()[index]) : selected() == before, "a row");
-          break;
-        }
-        case 9:
-          list.ScrollBy(input_.ConsumeIntegralInRange(-30, 30));
-          selects(before, "scrolling selects nothing");
-          break;
-        case 10:
-          list.SetPageSize(input_.UpTo(20));
-          selects(before, "a size selects nothing");
-          break;
-        default: {
-          input_.OneIn(2) ? dialog.Ok() : dialog.KeyPress(dialogs::kEnterKey);
-          if (!dialog.visible() && faulty_) return nullptr;
-          const Account* choice = before == 0 ? nullptr : contents.entries[before - 1].account;
-          const bool refused = choice && refuses && choice->type != 1;
-          Require(faulty_ || dialog.visible() == (!choice || refused), "OK picks, or refuses");
-          if (!dialog.visible()) return choice;
-          if (refused) ++messages;
-        }
-      }
-      Require(dialog.ok_enabled() == (selected() != 0), "OK is for a row that is selected");
-      if (!faulty_) CheckPage(list, contents, reddens);
-    }
-    dialog.CloseBox();
-    return nullptr;
-  }
-
-  static void CheckPage(ListModel& list, const ListContents& contents, bool reddens) {
-    auto row = list.rows().begin();
-    const auto top = static_cast<std::size_t>(list.top());
-    const std::size_t end = top + static_cast<std::size_t>(list.page_size());
-    Require(top >= 1 && (top == 1 || end <= contents.entries.size() + 1), "no page beyond the end");
-    for (std::size_t position = top; position < end; ++position) {
-      if (!contents.IsLive(position)) continue;
-      const Account& account = *contents.entries[position - 1].account;
-      const auto color = reddens && account.IsOverLimit() ? dialogs::kRed : dialogs::kDefaultColor;
-      Require(row != list.rows().end() && row->position == static_cast<std::int32_t>(position) &&
-                  Trimmed(row->Cell(1)) == account.ref && Trimmed(row->Cell(2)) == account.name &&
-                  row->color == color,
-              "a live entry has its row", account.ref);
-      ++row;
-    }
-    Require(row == list.rows().end(), "a deleted entry has no row");
-  }
-
   Input& input_;
   LedgerModel model_;
   std::shared_ptr<simulator::Simulator> engine_;
   testing::ScriptedEnvironment environment_;
   accounts::Customers customers_{environment_};
-  accounts::Suppliers suppliers_{environment_};
-  accounts::Nominal nominal_{environment_};
-  accounts::Bank bank_{environment_};
   products::Products products_{environment_};
   bool faulty_ = false;
 };

@@ -18,33 +18,9 @@ inline double Amount(Cents cents) { return static_cast<double>(cents) / 100; }
 
 struct Account {
   std::wstring ref;
-  std::wstring name;
-  bool deleted = false;
-  bool on_hold = false;
-  bool terms_agreed = false;
-  Cents balance = 0;
-  Cents limit = 0;
-  int type = 0;  // of a customer's discount, or of a nominal account; a supplier's currency
+  int type = 0;  // of a customer's discount; a supplier's currency
   Cents rate = 0;
   std::wstring price_list;
-
-  bool IsOverLimit() const { return limit > 0 && balance > limit; }
-  std::wstring Warning() const {
-    std::wstring text;
-    const auto add = [&](bool applies, const wchar_t* sentence) {
-      if (applies) text += (text.empty() ? L"" : L"\r\n\r\n") + std::wstring(sentence);
-    };
-    add(on_hold, L"Account is on hold.");
-    add(IsOverLimit(), L"Account is over credit limit.");
-    add(!terms_agreed, L"Terms have not been agreed with this account.");
-    return text;
-  }
-  // "AB*" looks for all that begin so, "AB" for that one.
-  bool IsSought(std::wstring criteria) const {
-    if (!criteria.ends_with(L'*')) return UpperCase(ref) == UpperCase(criteria);
-    criteria.pop_back();
-    return UpperCase(ref).starts_with(UpperCase(criteria));
-  }
 };
 using Ledger = std::vector<Account>;
 
@@ -89,12 +65,11 @@ struct PriceEntry {
 };
 
 struct LedgerModel {
-  Ledger customers, suppliers, nominals, banks;
+  Ledger customers, suppliers;
   std::vector<StockItem> products;
   std::vector<PriceEntry> prices;  // in record order
   std::vector<Cents> exchange_rates;
   Levels value_levels;
-  bool terms_warning = true;
 
   // What the engine finds, whatever the case.
   static bool IsSame(const std::wstring& a, const std::wstring& b) {
@@ -156,56 +131,6 @@ struct LedgerModel {
     const double cost = product ? Amount(product->cost) : 0;
     const auto currency = static_cast<std::size_t>(supplier ? supplier->type : -1);
     return currency < exchange_rates.size() ? cost * Amount(exchange_rates[currency]) : cost;
-  }
-};
-
-// A row that a list may show; that of a deleted account is not there.
-struct Entry {
-  const Account* account;
-  bool live;
-};
-
-// What a list of accounts holds, and the position selected at first: from 1, 0 for none.
-struct ListContents {
-  std::vector<Entry> entries;
-  std::size_t at = 0;
-
-  // In the order of the index.
-  ListContents(const Ledger& ledger, bool with_deleted) {
-    for (const Account& account : ledger) {
-      entries.push_back({&account, with_deleted || !account.deleted});
-    }
-    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-      return UpperCase(a.account->ref) < UpperCase(b.account->ref);
-    });
-    if (!with_deleted) at = FirstLive(1, entries.size());
-  }
-  template <class Predicate>
-  std::size_t FindIf(Predicate predicate) const {
-    const auto found = std::find_if(entries.begin(), entries.end(), predicate);
-    return found == entries.end() ? 0 : static_cast<std::size_t>(found - entries.begin()) + 1;
-  }
-  // The position of the first that is sought, 0 when there is none.
-  std::size_t Find(const std::wstring& criteria) const {
-    return FindIf([&](const Entry& entry) { return entry.account->IsSought(criteria); });
-  }
-  // `otherwise` is where the file stands when there is none.
-  void PositionOn(const std::wstring& criteria, const Account& otherwise) {
-    at = Find(criteria);
-    if (at == 0) at = FindIf([&](const Entry& entry) { return entry.account == &otherwise; });
-  }
-  void KeepSought(const std::wstring& criteria, const Account& otherwise) {
-    std::erase_if(entries, [&](const Entry& e) { return !e.account->IsSought(criteria); });
-    if (entries.empty()) entries = {{&otherwise, true}};
-    at = 0;
-  }
-  bool IsLive(std::size_t position) const {
-    return position >= 1 && position <= entries.size() && entries[position - 1].live;
-  }
-  // The first on the way from one position to the other, 0 when there is none.
-  std::size_t FirstLive(std::size_t from, std::size_t to) const {
-    while (from != to && !IsLive(from)) from < to ? ++from : --from;
-    return IsLive(from) ? from : 0;
   }
 };
 

@@ -48,11 +48,6 @@ class EngineTest : public ::testing::Test {
     EXPECT_TRUE(index->Open(Mode::kRead));
     return index;
   }
-  // The record that has the key; 0 when none has.
-  static std::int32_t RecordOf(IndexObject& index, std::wstring_view key) {
-    index.SetKey(key);
-    return index.Find(Match::kExact) ? index.RecordNumber() : 0;
-  }
   static std::wstring Text(auto& object, std::wstring_view field) {
     return std::wstring(Trimmed(object.GetFields()->Item(field)->GetValue().ToText()));
   }
@@ -64,27 +59,6 @@ class EngineTest : public ::testing::Test {
   std::unique_ptr<Simulator> engine_;
   std::shared_ptr<engine::Workspace> workspace_;
 };
-
-TEST_F(EngineTest, FilesWorkOnlyWhileTheyAreOpen) {
-  const auto file = workspace_->CreateDataFile(L"SalesData");
-  const auto index = workspace_->CreateIndex(L"SalesIndex");
-  const auto all_throw = [&] {
-    EXPECT_THROW(file->Read(1), Error);
-    EXPECT_THROW(file->GetFields(), Error);
-    EXPECT_THROW(file->Close(), Error);
-    EXPECT_THROW(index->Find(Match::kPartial), Error);
-  };
-  all_throw();
-  file->Open(Mode::kRead);
-  index->Open(Mode::kRead);
-  EXPECT_THROW(file->Open(Mode::kRead), Error);
-  EXPECT_EQ(engine_->counters().open_files, 2);
-  const auto name = file->GetFields()->Item(L"NAME");
-  file->Close();
-  index->Close();
-  all_throw();
-  EXPECT_THROW(name->GetValue(), Error);
-}
 
 TEST_F(EngineTest, FindsKeys) {
   const auto index = OpenIndex();
@@ -169,43 +143,6 @@ TEST_F(EngineTest, KeysThatAreNumbersAreFoundByTheirFirstDigits) {
     }
     EXPECT_EQ(found, numbers) << pattern;
   }
-}
-
-TEST_F(EngineTest, AddsAndEditsRecords) {
-  const auto record = workspace_->CreateRecord(L"SalesRecord");
-  EXPECT_THROW(record->Update(), Error);
-  record->AddNew();
-  EXPECT_FALSE(record->Update());  // no key
-  Set(*record, L"ACCOUNT_REF", L"ba");
-  EXPECT_FALSE(record->Update());  // another's key
-  Set(*record, L"ACCOUNT_REF", L"AA  ");
-  EXPECT_TRUE(record->Update());
-  EXPECT_THROW(record->Update(), Error);
-
-  record->Edit();
-  Set(*record, L"ACCOUNT_REF", L"ZZ");
-  EXPECT_TRUE(record->Update());
-  const auto index = OpenIndex();
-  EXPECT_EQ(index->RecordNumber(), 2);  // AA has gone from the front
-  EXPECT_EQ(RecordOf(*index, L"ZZ"), 6);
-  EXPECT_EQ(index->Position(), 5);  // before \u00C9
-
-  EXPECT_FALSE(record->MoveNext());
-  EXPECT_THROW(record->Edit(), Error);
-}
-
-TEST_F(EngineTest, CountsWhatLivesAndWhatIsOpen) {
-  const auto before = engine_->operations();
-  {
-    const auto file = OpenFile(L"SalesData");
-    const auto field = file->GetFields()->Item(1);
-    EXPECT_EQ(engine_->counters().living_objects, 2);
-    EXPECT_EQ(engine_->counters().open_files, 1);
-    EXPECT_TRUE(file->Read(2));
-    EXPECT_FALSE(file->Read(9));
-  }
-  EXPECT_EQ(engine_->operations() - before, 6);
-  EXPECT_EQ(engine_->records_read(), 1);
 }
 
 }  // namespace

@@ -49,12 +49,6 @@ class MessagingTest : public testing::CompanyTest {
     messaging.details().prog_path = L"C:\\Host";
   }
 
-  static void Enter(LogonDialog& dialog, const wchar_t* name, const wchar_t* password = L"") {
-    dialog.NameChange(name);
-    dialog.PasswordChange(password);
-    dialog.Ok();
-  }
-
   std::shared_ptr<OdbcConnection> database_ =
       std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
   testing::Recording recording_;
@@ -88,82 +82,38 @@ TEST_F(MessagingTest, WithoutTheAccessTableOnlyTheManagerGetsIn) {
   refuses("no connection");
 }
 
-TEST_F(MessagingTest, TheDialogStaysUntilAUserIsLoggedOn) {
-  KeepNotes();
-  messaging_.Put(L"UseAccRights", &Session::use_acc_rights, true);
-  EXPECT_TRUE(messaging_.Get(L"UseAccRights", &Session::use_acc_rights));
+TEST_F(MessagingTest, AMissingHelpPageIsToldInTheDialog) {
   environment_.AnswerLogon([&](LogonDialog& dialog) {
-    EXPECT_EQ(dialog.welcome(), L"Welcome to  Manufacturing .");
-    EXPECT_EQ(dialog.company(), L"Acme");
-    EXPECT_TRUE(dialog.has_heading());
-    EXPECT_FALSE(dialog.remember());
     environment_.machine().has_help = false;
     dialog.HelpClick();
     EXPECT_EQ(dialog.notice(), L"The help page Logging On.htm is not there.");
     environment_.machine().has_help = true;
     dialog.HelpClick();
     EXPECT_EQ(dialog.notice(), L"");
-    Enter(dialog, L"  ");
-    Enter(dialog, L"Eve");
-    Enter(dialog, L"bob", L"secret");
+    dialog.NameChange(L"BOB");
+    dialog.Ok();
     EXPECT_TRUE(dialog.visible());
     EXPECT_EQ(dialog.focus(), LogonDialog::Box::kName);
-    dialog.RememberClick(true);
-    Enter(dialog, L"BOB", L"Secret");
-    EXPECT_FALSE(dialog.visible());
   });
-  EXPECT_TRUE(messaging_.CheckForLogon());
-  EXPECT_EQ(environment_.TakeMessages(),
-            (Texts{L"!  Manufacturing : You must enter a user name.", kEveNotAllowed, kRefused}));
-  EXPECT_EQ(environment_.machine().help_pages, Texts{L"C:\\Host\\Html\\Logging On.htm"});
-  EXPECT_EQ(environment_.settings()[kRemembered], L"1");
-  EXPECT_EQ(environment_.settings()[kName], L"BOB");
-  EXPECT_EQ(messaging_.details().pass_logged, L"Secret");
-  database_->Close();
-  EXPECT_FALSE(messaging_.LogonUser(L"BOB", L"Secret"));
-  environment_.machine().held_files.insert(L"C:\\Data \\queue.dta");
   EXPECT_FALSE(messaging_.CheckForLogon());
-  EXPECT_EQ(notes_,
-            (Texts{L"Messaging.LogonUser: Refused: the user is not in the table AccessRights.",
-                   L"Messaging.LogonUser: Refused: the engine does not log the user on.",
-                   L"frmUserDetails.Show: The user has closed it.",
-                   L"Messaging.LogonUser: Refused: the table AccessRights cannot be read.",
-                   L"Messaging.CheckForLogon: Refused: queue.dta in ArdDataPath is held by another "
-                   L"program, or not there."}));
+  EXPECT_EQ(environment_.TakeMessages(), Texts{kRefused});
+  EXPECT_TRUE(environment_.settings().empty());
 }
 
-TEST_F(MessagingTest, RemembersTheLastLogonOfEachCompany) {
-  // Answers a dialog that has to show this name, ticked or not.
-  const auto log_on = [&](bool ticked, const wchar_t* name, bool remember, bool confirm = true) {
-    environment_.AnswerLogon([=](LogonDialog& dialog) {
-      EXPECT_FALSE(dialog.has_heading());
-      EXPECT_EQ(dialog.remember(), ticked);
-      EXPECT_EQ(dialog.name(), name);
-      dialog.NameChange(L"ANN");
-      dialog.RememberClick(remember);
-      if (confirm) dialog.Ok();
-    });
-    EXPECT_EQ(messaging_.CheckForLogon(), confirm);
-  };
-  messaging_.context().app_name = L"Multi Host";  // for several companies: without a heading
-  log_on(false, L"", true, /*confirm=*/false);
-  EXPECT_TRUE(environment_.settings().empty()) << "a cancelled dialog leaves no trace";
-  log_on(false, L"", true);
-  messaging_.details().company_name = L"Other";
-  log_on(false, L"", false);
-  EXPECT_FALSE(environment_.settings().contains(L"Host|Options\\Logon\\Other|LogonName"));
-  messaging_.details().company_name = L"Acme";
-  log_on(true, L"ANN", false);
-  log_on(false, L"", false);
-  // The box holds a number, which stays until it is ticked.
+// The box holds a number, which stays until it is ticked.
+TEST_F(MessagingTest, WhetherTheNameIsRememberedIsANumber) {
   for (const auto& [stored, kept] : {std::pair(L"2", L"2"), {L"-1", L"-1"}, {L"nonsense", L"0"}}) {
     environment_.settings() = {{kRemembered, stored}, {kName, L"EVE"}};
-    log_on(false, L"", false);
+    environment_.AnswerLogon([](LogonDialog& dialog) {
+      EXPECT_FALSE(dialog.remember());
+      EXPECT_EQ(dialog.name(), L"");
+      dialog.NameChange(L"ANN");
+      dialog.Ok();
+    });
+    EXPECT_TRUE(messaging_.CheckForLogon());
     EXPECT_EQ(environment_.settings()[kRemembered], kept);
     EXPECT_EQ(environment_.settings()[kName], L"EVE");
   }
-  log_on(false, L"", true);
-  EXPECT_EQ(environment_.settings()[kRemembered], L"1");
 }
 
 TEST_F(MessagingTest, LogsOnTheWindowsAccountWhenAllowedTo) {

@@ -29,6 +29,7 @@
 #include "host_database/odbc_connection.h"
 #include "simulator/company.h"
 #include "simulator/testing/company_builder.h"
+#include "tests/core/temporary_folder.h"
 
 namespace ard::testing {
 namespace {
@@ -44,7 +45,7 @@ std::string WithoutEnd(std::string line) {
 // What is typed in a line of a session.
 std::optional<std::string> Typed(const std::string& line) {
   static const std::regex typed(
-      R"((?:.*\(\? helps\) ?|Abort, Retry or Ignore\? ?|\[\?\] .*\.(?: |$))(.*)|(\? .*|\w+\.\w+ = .*|'.*))");
+      R"((?:.*\(\? helps\) ?|Abort, Retry or Ignore\? ?|\[\?\] .*\.(?: |$))(.*)|(\? .*|\w+\.\w+ = .*|help.*|'.*))");
   std::smatch match;
   if (!std::regex_match(line, match, typed)) return std::nullopt;
   return match[1].matched ? match[1] : match[2];
@@ -52,6 +53,16 @@ std::optional<std::string> Typed(const std::string& line) {
 
 class Session {
  public:
+  // Works in a folder of its own, with one of accounts data that nobody holds.
+  Session() {
+    std::filesystem::create_directory(folder_ / "company");
+    std::ofstream(folder_ / "company" / "queue.dta");
+    std::filesystem::current_path(folder_);
+  }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session() { std::filesystem::current_path(before_); }
+
   // Everything up to the next company.
   std::string Play(const Lines& lines) {
     for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -60,7 +71,7 @@ class Session {
         text_ += lines[i] + '\n';
         if (lines[i].starts_with("@Show ")) {
           text_ += Shown(FromUtf8(lines[i].substr(6)));
-          while (i + 1 < lines.size() && !EndsAnswer(lines[i + 1])) ++i;
+          while (i + 1 < lines.size() && lines[i + 1].starts_with("  ")) ++i;
         } else if (lines[i].starts_with('@')) {
           try {
             Add(FromUtf8(lines[i].substr(1)));
@@ -75,6 +86,7 @@ class Session {
       for (; i + 1 < lines.size() && !EndsAnswer(lines[i + 1]); ++i) {
         if (const auto answer = Typed(lines[i + 1])) input.push_back(*answer);
       }
+      if (lines[i].empty()) --i;  // between two companies
       Ask(input);
     }
     return text_;
@@ -82,7 +94,7 @@ class Session {
 
  private:
   static bool EndsAnswer(const std::string& line) {
-    return line.empty() || line[0] == '@' || line[0] == '\'' || Typed(line) == line;
+    return line.starts_with('@') || line.starts_with('\'') || Typed(line) == line;
   }
 
   void Ask(const Lines& input) {
@@ -104,6 +116,8 @@ class Session {
     prompt_->Run(false);
     EXPECT_EQ(engine_->counters().open_files, 0) << text;
     EXPECT_EQ(database_->open_recordsets(), 0) << text;
+    // It is not repeated.
+    if (input.front().starts_with("help")) text_ += input.front() + '\n';
     // What is typed stands there with its passwords.
     auto next = input.begin();
     for (std::string line; std::getline(out_, line); text_ += line + '\n') {
@@ -165,6 +179,8 @@ class Session {
     return ToUtf8(text);
   }
 
+  const std::filesystem::path before_ = std::filesystem::current_path();
+  const TemporaryFolder folder_;
   std::string text_;
   std::stringstream in_, out_;
   std::unique_ptr<console::Prompt> prompt_;
