@@ -17,6 +17,7 @@ source tools/drive.sh
 
 ARCH="$1"
 SECONDS_ALLOWED=90
+PROGRAMS="$(windows_path "$BUILD/windows-$ARCH/bin")"
 FOLDER="$(mktemp -d "$BUILD/samples-$ARCH.XXXXXX")"
 trap 'rm -rf "$FOLDER"' EXIT
 wine_use "$WINEPREFIX"
@@ -67,5 +68,7 @@ judge() {
 
 sample VBScript wine_script "$ARCH" "$SECONDS_ALLOWED" examples/vbscript/first_host.vbs
 sample JScript wine_script "$ARCH" "$SECONDS_ALLOWED" examples/jscript/first_host.js
+sample "C++" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\example_host.exe"
+sample "C++ with #import" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\import_host.exe"
 say "$passed passed, $failed failed, $skipped skipped"
 ((failed == 0))
