@@ -2,9 +2,9 @@
 #
 # ard_widl(<target> <idl file> [OUT_DIR <dir>] [DEPENDS <imported idl file>...])
 #   From <name>.idl, generates what tools/type_library.py makes of it (<name>.h, <name>_i.c, <name>.tlb,
-#   <name>_classes.h, <name>.manifest) in OUT_DIR (default: the current binary folder), and makes <target>
-#   a static library of the identifiers. Linking to it gives the headers as system headers. A copy of the
-#   manifest lands beside the programs.
+#   <name>_classes.h, <name>.manifest, <name>.cs, <name>_TLB.pas) in OUT_DIR (default: the current binary
+#   folder), and makes <target> a static library of the identifiers. Linking to it gives the headers as
+#   system headers. A copy of the manifest lands beside the programs.
 #
 # ard_embed_typelib(<target> <rc file> <widl target>)
 #   Adds the resource script to <target>. It finds the type library and the manifest by their plain file
@@ -43,12 +43,14 @@ function(ard_widl target idl)
   file(MAKE_DIRECTORY ${arg_OUT_DIR})
   add_custom_command(
     OUTPUT ${base}.h ${base}_i.c ${base}.tlb ${base}_classes.h ${base}.manifest ${manifest}
+           ${base}.cs ${base}_TLB.pas
     COMMAND ${CMAKE_COMMAND} -E env TZ=UTC
             ${Python3_EXECUTABLE} ${tool} ${idl} ${arg_OUT_DIR} ${CMAKE_C_COMPILER}
             ${ARD_FAKETIME} -f "2000-01-01 00:00:00" ${ARD_WIDL} --win${bits} -I ${idl_dir}
             -I ${ARD_WIDL_INCLUDE_DIR} -L ${ARD_WIDL_TYPELIB_DIR}
     COMMAND ${CMAKE_COMMAND} -E copy ${base}.manifest ${manifest}
-    DEPENDS ${tool} ${PROJECT_SOURCE_DIR}/tools/published.py ${idl} ${arg_DEPENDS}
+    DEPENDS ${tool} ${PROJECT_SOURCE_DIR}/tools/interop.py ${PROJECT_SOURCE_DIR}/tools/published.py
+            ${idl} ${arg_DEPENDS}
     COMMENT "Interfaces of ${name}.idl"
     VERBATIM)
 

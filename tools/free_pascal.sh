@@ -4,7 +4,7 @@
 # after tools/console.sh.
 #
 #   pascal_missing               prints why it cannot be had; fails when it can
-#   pascal_compile ARCH SOURCE PROGRAM
+#   pascal_compile ARCH SOURCE PROGRAM [OPTION...]
 #                                makes a Windows program, for x64 or x86, of a Pascal one
 
 PASCAL_HOME="$BUILD/free-pascal"
@@ -42,6 +42,7 @@ pascal_package() { dpkg-query -W -f='${binary:Package}\n' "$1-[0-9]*" | head -n 
 
 pascal_compile() {
   local arch="$1" source="$2" program="$3" compiler=ppcx64 cpu=x86_64 target=win64 made_from sources
+  shift 3
   sources="$(pascal_sources)"
   made_from="$(dpkg-query -W "${PASCAL_PACKAGES[@]}")"
   if [[ ! -f "$PASCAL_HOME/.made-from" || "$(<"$PASCAL_HOME/.made-from")" != "$made_from" ]]; then
@@ -61,5 +62,5 @@ pascal_compile() {
   mkdir -p "$units"
   # Units are compiled as they are needed; the first of all has to be asked for.
   [[ -f "$units/system.ppu" ]] || "$compiler" "${options[@]}" -Us -Sg "$rtl/$target/system.pp"
-  "$compiler" "${options[@]}" -Xs "-o$program" "$source"
+  "$compiler" "${options[@]}" "$@" -Xs "-o$program" "$source"
 }

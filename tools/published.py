@@ -87,6 +87,7 @@ class Member:
     help: str
     gets: bool = False
     puts: str = ""  # "put" or "putref"
+    puts_first: bool = False
     parameters: list = field(default_factory=list)  # a method's, its result included
 
     @property
@@ -118,7 +119,11 @@ class Interface:
     id: str
     version: str
     classes: list
-    constants: dict  # of the enumerations
+    enumerations: dict  # their constants, by name
+
+    @property
+    def constants(self):
+        return {name: value for values in self.enumerations.values() for name, value in values.items()}
 
 
 def read(idl, compiler):
@@ -139,6 +144,7 @@ def read(idl, compiler):
             number = int(re.search(r"\bid\((\d+)\)", attributes)[1])
             member = found.setdefault(number, Member(name, number, helpstring(attributes)))
             assert member.name == name, f"{name} has the number of {member.name}"
+            member.puts_first |= "prop" in attributes and not member.gets and "propget" not in attributes
             member.gets |= "propget" in attributes
             member.puts = next((k for k in ("putref", "put") if f"prop{k}" in attributes), member.puts)
             if "prop" not in attributes or "propget" in attributes:
@@ -165,13 +171,16 @@ def read(idl, compiler):
         )
     ]
     identity, version, name = re.search(r"\[uuid\(([-\w]+)\), version\(([\d.]+)\)[^\]]*\]\s*library (\w+)", text).groups()
-    constants = {n: int(v) for n, v in re.findall(r"(\w+) = (\d+)\s*[,}]", text)}
+    enumerations = {
+        name: {n: int(v) for n, v in re.findall(r"(\w+) = (\d+)", body)}
+        for name, body in re.findall(r"\benum (\w+) \{(.*?)\}", text, re.S)
+    }
     assert classes and len(classes) == len(interfaces), "a class for each interface"
-    return Interface(name, identity, version, classes, constants)
+    return Interface(name, identity, version, classes, enumerations)
 
 
-def written_by(idl):
-    return f"// Written by {Path(__file__).name} from {Path(idl).name}.\n"
+def written_by(idl, tool=__file__):
+    return f"// Written by {Path(tool).name} from {Path(idl).name}.\n"
 
 
 def members_header(published, idl):

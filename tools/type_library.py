@@ -12,7 +12,8 @@ Two things that the IDL says are more than widl takes; they are put into the typ
 Then it writes what else is derived of the IDL (published.py):
 
   <name>_classes.h  the automation classes, in C++;
-  <name>.manifest   by which hosts use the classes without registration.
+  <name>.manifest   by which hosts use the classes without registration;
+  <name>.cs, <name>_TLB.pas   what hosts in C# and Pascal are compiled against (interop.py).
 """
 
 import re
@@ -21,6 +22,7 @@ import subprocess
 import sys
 from pathlib import Path
 
+import interop
 import published
 
 STRING = r'"((?:[^"\\]|\\.)*)"'
@@ -193,6 +195,8 @@ def main():
     interface = published.read(source, compiler)
     processor = {1: "x86", 3: "amd64"}[library.header[0x14] & 0xF]
     Path(f"{base}_classes.h").write_text(published.shell_header(interface, source))
+    base.with_suffix(".cs").write_text(interop.csharp(interface, source))
+    Path(f"{base}_TLB.pas").write_text(interop.pascal(interface, source))
     base.with_suffix(".manifest").write_text(published.manifest(interface, processor))
 
 

@@ -14,6 +14,8 @@ source tools/wine.sh
 source tools/display.sh
 # shellcheck source=tools/drive.sh
 source tools/drive.sh
+# shellcheck source=tools/free_pascal.sh
+source tools/free_pascal.sh
 
 ARCH="$1"
 SECONDS_ALLOWED=90
@@ -66,9 +68,24 @@ judge() {
   fi
 }
 
+# pascal_sample SOURCE OPTION...
+pascal_sample() {
+  local program="$FOLDER/${1//\//_}.exe"
+  pascal_compile "$ARCH" "examples/$1" "$program" "${@:2}" >"$FOLDER/compiler.txt" 2>&1 ||
+    tail -n "$TAIL_LINES" "$FOLDER/compiler.txt"
+  sample "$1" wine_run "$SECONDS_ALLOWED" "$(windows_path "$program")"
+}
+
 sample VBScript wine_script "$ARCH" "$SECONDS_ALLOWED" examples/vbscript/first_host.vbs
 sample JScript wine_script "$ARCH" "$SECONDS_ALLOWED" examples/jscript/first_host.js
 sample "C++" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\example_host.exe"
 sample "C++ with #import" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\import_host.exe"
+if pascal_missing; then
+  ((skipped += 2))
+else
+  interop="$BUILD/windows-$ARCH/src/windows"
+  pascal_sample freepascal/first_host.pp
+  pascal_sample delphi/first_host.dpr -Mdelphi "-Fu$interop"
+fi
 say "$passed passed, $failed failed, $skipped skipped"
 ((failed == 0))
