@@ -76,8 +76,28 @@ pascal_sample() {
   sample "$1" wine_run "$SECONDS_ALLOWED" "$(windows_path "$program")"
 }
 
+# What VBScript understands of the VBA module.
+vba_as_script() {
+  sed -E '/^(Attribute|#End If)/d; /^#If/,/^#Else/d; s/ As [A-Za-z0-9.]+//g; s/\(0 To 2\)/(2)/
+    s/New (ArdObjects100\.[A-Za-z]+)/CreateObject("\1")/; s/Debug\.Print/WScript.Echo/
+    s/^(Private Const COMPANY =).*/Dim COMPANY: COMPANY = WScript.Arguments(0)/
+    s/^(Private Const CONNECTION =).*/Dim CONNECTION: CONNECTION = WScript.Arguments(1)/' "$1"
+  cat <<'VBS'
+FirstHost
+Function Format(value, pattern)
+  If InStr(pattern, "y") Then
+    Format = Year(value) & "-" & Right("0" & Month(value), 2) & "-" & Right("0" & Day(value), 2)
+  Else
+    Format = FormatNumber(value, Len(pattern) - 2, True, False, False)
+  End If
+End Function
+VBS
+}
+
 sample VBScript wine_script "$ARCH" "$SECONDS_ALLOWED" examples/vbscript/first_host.vbs
 sample JScript wine_script "$ARCH" "$SECONDS_ALLOWED" examples/jscript/first_host.js
+vba_as_script examples/vba/first_host.bas >"$FOLDER/first_host.vbs"
+sample VBA wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/first_host.vbs"
 sample "C++" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\example_host.exe"
 sample "C++ with #import" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\import_host.exe"
 if pascal_missing; then
