@@ -23,7 +23,7 @@ def wrapper(interface, raw, name, parameters):
     types = ["IDispatch*" if p.type == "IDispatch*" else WRAPPED.get(p.type, p.type) for p in passed]
     declared = ", ".join(f"{t} {p.name}" for t, p in zip(types, passed))
     arguments = [p.name for p in passed] + (["&answer"] if result else [])
-    call = f"_com_util::CheckError(static_cast<::{interface}*>(this)->{raw}({', '.join(arguments)}));"
+    call = f"_com_util::CheckError(reinterpret_cast<::{interface}*>(this)->{raw}({', '.join(arguments)}));"
     if not result:
         return f"  HRESULT {name}({declared}) {{ {call} return S_OK; }}"
     answer = RESULTS.get(result.base, "{}").format("answer")
@@ -37,7 +37,7 @@ def main():
     lines = ["#include <ArdObjects100.h>", "_COM_SMARTPTR_TYPEDEF(IDispatch, __uuidof(IDispatch));"]
     lines += [f"namespace {interface.name} {{"]
     for kind in interface.classes:
-        lines += [f"using ::{kind.name};", f"struct {kind.interface} : ::{kind.interface} {{"]
+        lines += [f"using ::{kind.name};", f"struct {kind.interface} : IDispatch {{"]
         for member in kind.members:
             if member.gets:
                 lines += [wrapper(kind.interface, f"get_{member.name}", f"Get{member.name}", member.parameters)]

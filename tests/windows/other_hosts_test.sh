@@ -9,8 +9,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source tools/console.sh
 # shellcheck source=tools/wine.sh
 source tools/wine.sh
-# shellcheck source=tools/free_pascal.sh
-source tools/free_pascal.sh
 
 ARCH="$1"
 SECONDS_ALLOWED=60
@@ -20,7 +18,6 @@ trap 'rm -rf "$FOLDER"' EXIT
 wine_use "$WINEPREFIX"
 passed=0
 failed=0
-skipped=0
 
 # expect NAME COMMAND... <EXPECTED
 expect() {
@@ -72,22 +69,5 @@ negative refused
 done
 TEXT
 
-if pascal_missing; then
-  ((skipped += 1))
-else
-  pascal_compile "$ARCH" tests/windows/pascal_host.pp "$FOLDER/pascal_host.exe" >"$FOLDER/compiler.txt" 2>&1 ||
-    tail -n "$TAIL_LINES" "$FOLDER/compiler.txt"
-  expect "Free Pascal" wine_run "$SECONDS_ALLOWED" "$(windows_path "$FOLDER/pascal_host.exe")" "$COMPANY" <<'TEXT'
-supplier SCA001   0 44.00
-allocated 11.00 0
-decimals 2 2 0.00 0.00
-codes [T0   0.00][T1   20.00]
-categories [1   Fixings][2   Ironmongery]
-decimals 2 2 0.00 0.00
-codes [T1   20.00][T2   0.00]
-rate 20.00 of Pascal
-open 0 0
-TEXT
-fi
-say "$passed passed, $failed failed, $skipped skipped"
+say "$passed passed, $failed failed"
 ((failed == 0))

@@ -19,6 +19,7 @@ source tools/free_pascal.sh
 
 ARCH="$1"
 SECONDS_ALLOWED=90
+INTEROP="$BUILD/windows-$ARCH/src/windows"
 PROGRAMS="$(windows_path "$BUILD/windows-$ARCH/bin")"
 FOLDER="$(mktemp -d "$BUILD/samples-$ARCH.XXXXXX")"
 trap 'rm -rf "$FOLDER"' EXIT
@@ -76,6 +77,24 @@ pascal_sample() {
   sample "$1" wine_run "$SECONDS_ALLOWED" "$(windows_path "$program")"
 }
 
+# python_sample PACKAGE: with a stand-in for that, natively.
+python_sample() {
+  local status=0
+  python3 tests/windows/python_stand_in.py "$1" tools src/windows/server/ArdObjects100.idl \
+    "$BUILD/native-debug/bin/ard_console" "$FOLDER/company" "$FOLDER/host.db" examples/python/first_host.py \
+    >"$FOLDER/output.txt" || status=$?
+  judge "Python with $1" "$status"
+}
+
+compiles() {
+  if "${@:2}"; then
+    ((passed += 1))
+  else
+    ((failed += 1))
+    say "$1 does not compile"
+  fi
+}
+
 # What VBScript understands of the VBA module.
 vba_as_script() {
   sed -E '/^(Attribute|#End If)/d; /^#If/,/^#Else/d; s/ As [A-Za-z0-9.]+//g; s/\(0 To 2\)/(2)/
@@ -103,9 +122,17 @@ sample "C++ with #import" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\import_host.ex
 if pascal_missing; then
   ((skipped += 2))
 else
-  interop="$BUILD/windows-$ARCH/src/windows"
   pascal_sample freepascal/first_host.pp
-  pascal_sample delphi/first_host.dpr -Mdelphi "-Fu$interop"
+  pascal_sample delphi/first_host.dpr -Mdelphi "-Fu$INTEROP"
+fi
+# What no architecture matters to.
+if [[ "$ARCH" == x64 ]]; then
+  python_sample win32com
+  python_sample comtypes
+  compiles "C#" mcs "-out:$FOLDER/first_host.exe" -r:Microsoft.CSharp.dll examples/csharp/first_host.cs \
+    "$INTEROP/ArdObjects100.cs"
+  compiles "C#, dynamic" mcs "-out:$FOLDER/dynamic_host.exe" -r:Microsoft.CSharp.dll \
+    examples/csharp/dynamic_host.cs
 fi
 say "$passed passed, $failed failed, $skipped skipped"
 ((failed == 0))
