@@ -1,11 +1,9 @@
 // A first host in JScript.
 //
-// Shows   logon, questions, lists to pick from, an array, a change that is undone, logoff; and what to
-//         do without outputs.
-//         JScript hands out the values of its variables, never the variables, so nothing can put an
-//         output into one. A member that has outputs can be called, and they are lost. An array is an
-//         object, which is handed out itself: the library fills it. What GetAllocOnOrder and
-//         GetDPSettings put out is read from the engine's own records here, as the library does it.
+// Shows   logon, questions, lists to pick from, outputs, an array, a change that is undone, logoff.
+//         JScript hands out the values of its variables, never the variables, so nothing can be put out
+//         to one. An object is handed out itself: the library puts an output into its property value,
+//         and fills an array.
 // Run     cscript //nologo first_host.js [COMPANY [CONNECTION]]
 //         %windir%\SysWOW64\cscript.exe is the one for the 32-bit library.
 // Checked run under Wine, with the 64-bit and the 32-bit library.
@@ -44,7 +42,8 @@ if (session.CheckForLogon()) {
   products.RegistryPath = session.RegistryPath;
   products.oDBaseConn = database;
   var general = create("General");
-  var places = readPlaces();
+  var quantityPlaces = {}, pricePlaces = {};
+  general.GetDPSettings(quantityPlaces, pricePlaces, {}, {});
 
   askAboutCustomers();
   askAboutProduct("SHELF-1200X600", "ABC001");
@@ -69,37 +68,14 @@ function askAboutCustomers() {
 }
 
 function askAboutProduct(code, customer) {
-  var stock = readStock(code);
+  var allocated = {}, onOrder = {};
+  products.GetAllocOnOrder(code, allocated, onOrder);
   WScript.Echo("Product " + code + ": " + products.GetDesc(code));
   WScript.Echo("Free " + quantity(products.GetFreeStock(code)) + ", allocated " +
-               quantity(stock.allocated) + ", on order " + quantity(stock.onOrder));
+               quantity(allocated.value) + ", on order " + quantity(onOrder.value));
   WScript.Echo("Price " + price(products.GetSellPrice(code)) + ", for " + customer + " " +
                price(products.GetSpecialPrice(code, customer)));
   WScript.Echo("Last bought: " + lastBought(code) + "; LOCKER-3D300 on " + lastBought("LOCKER-3D300"));
-}
-
-// In place of GetAllocOnOrder: the fields that it puts out.
-function readStock(code) {
-  var record = engine.Workspace.CreateRecordObject("StockRecord");
-  record.Fields.Item("STOCK_CODE").Value = code;
-  if (!record.Find(false)) return {allocated: 0, onOrder: 0};
-  return {
-    allocated: Number(record.Fields.Item("QTY_ALLOCATED").Value),
-    onOrder: Number(record.Fields.Item("QTY_ON_ORDER").Value)
-  };
-}
-
-// In place of GetDPSettings, likewise.
-function readPlaces() {
-  var found = {quantity: 4, price: 4};
-  var setup = engine.Workspace.CreateRecordObject("SetupData");
-  if (setup.Open(0)) {
-    setup.Read(1);
-    found.quantity = Number(setup.Fields.Item("STOCK_QTYDP").Value);
-    found.price = Number(setup.Fields.Item("STOCK_UNITDP").Value);
-    setup.Close();
-  }
-  return found;
 }
 
 function lastBought(code) {
@@ -114,7 +90,8 @@ function twoDigits(number) {
 }
 
 function askAboutSettings(customer) {
-  WScript.Echo("Decimal places: " + places.quantity + " of quantities, " + places.price + " of prices");
+  WScript.Echo("Decimal places: " + quantityPlaces.value + " of quantities, " + pricePlaces.value +
+               " of prices");
   var record = create("CustomerRecord");
   if (record.Read(customer)) {
     WScript.Echo("Tax of " + customer + ": " + price(general.GetVatRate(record.TaxCode)) + " %, " +
@@ -142,15 +119,17 @@ function allocate(code) {
 }
 
 function allocated(code) {
-  return quantity(readStock(code).allocated);
+  var quantities = {};
+  products.GetAllocOnOrder(code, quantities, {});
+  return quantity(quantities.value);
 }
 
 function quantity(value) {
-  return value.toFixed(places.quantity);
+  return value.toFixed(quantityPlaces.value);
 }
 
 function price(value) {
-  return value.toFixed(places.price);
+  return value.toFixed(pricePlaces.value);
 }
 
 // An object of the library's: each needs the engine's workspace.

@@ -1,4 +1,4 @@
-// A host whose arrays are objects, and which passes its variables by value.
+// A host whose arrays are objects, which passes its variables by value, and has objects hold outputs.
 //
 //   array_objects.js <folder of the demo company>
 var engine = new ActiveXObject("ArdSimulator.Engine");
@@ -31,5 +31,12 @@ for (var name in others) {
   }
 }
 products.GetAllocOnOrder("LOCK-CAM", null, undefined);
-products.GetAllocOnOrder("LOCK-CAM", "", {});
+products.GetAllocOnOrder("LOCK-CAM", "", new ActiveXObject("ArdSimulator.Engine"));
+var user = {value: "MANAGER"}, station = {}, count = general.GetNumActiveUsersInclDet(user, station);
+WScript.Echo("held " + count + " " + user.value + " " + station.value);
+var supplier = {}, ordered = [], least = new String("7");
+products.GetSupplierOnOrder("LOCK-CAM", supplier, ordered, least);
+WScript.Echo("held " + supplier.value + typeof ordered.value + ordered.value + least.value);
+products.GetSupplierOnOrder("none", supplier, ordered, least);
+WScript.Echo("held " + supplier.value + ordered.value + least.value);
 WScript.Echo("done");

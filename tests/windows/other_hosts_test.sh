@@ -66,6 +66,9 @@ codes 3 [T99 0.00][kept][undefined]
 none refused
 text refused
 negative refused
+held 3 ANNE OFFICE-04
+held SCA001  number044
+held SCA001  044
 done
 TEXT
 

@@ -212,6 +212,10 @@ HRESULT AccessProperty(IDispatch* object, const wchar_t* name, LCID locale, VARI
                         &parameters, result, nullptr, nullptr);
 }
 
+// Where an object that a script can add properties to holds an output. Others, such as fields of a
+// recordset, are values: what they hold is not the call's business.
+constexpr wchar_t kHeld[] = L"value";
+
 // The length of an array of JScript's, as far as elements are filled; none for another object.
 std::optional<ULONG> LengthOf(IDispatch* object, LCID locale) {
   constexpr LONG kReachable = 0x8000;  // by a 16-bit index
@@ -247,7 +251,7 @@ HRESULT Assign(VARIANT& variable, VARIANT& value, LCID locale) {
 
 HRESULT OutputParameter::Load(VARIANT* argument, VARTYPE vt, LCID locale) {
   locale_ = locale;
-  VARIANT* const source = Referred(argument);
+  VARIANT* source = Referred(argument);
   const bool reference = source->vt & VT_BYREF;
   if (source->vt == (VT_BYREF | vt)) {
     output_ = source->byref;
@@ -255,12 +259,20 @@ HRESULT OutputParameter::Load(VARIANT* argument, VARTYPE vt, LCID locale) {
   }
   if (source->vt & VT_ARRAY) return DISP_E_TYPEMISMATCH;
   if (reference && SizeOf(source->vt & ~VT_BYREF) == 0) return DISP_E_TYPEMISMATCH;
-  if (reference || source != argument) variable_ = source;
+  ScopedVariant held;
+  if (reference || source != argument) {
+    variable_ = source;
+  } else if (source->vt == VT_DISPATCH && source->pdispVal &&
+             SUCCEEDED(source->pdispVal->QueryInterface(
+                 __uuidof(IDispatchEx), reinterpret_cast<void**>(holder_.Receive())))) {
+    if (SUCCEEDED(AccessProperty(holder_.get(), kHeld, locale, nullptr, &held))) source = &held;
+  }
   if (FAILED(VariantChangeTypeEx(&converted_, source, locale, 0, vt))) converted_.vt = vt;
   return S_OK;
 }
 
 HRESULT OutputParameter::Store() {
+  if (holder_) return AccessProperty(holder_.get(), kHeld, locale_, &converted_, nullptr);
   return variable_ ? Assign(*variable_, converted_, locale_) : S_OK;
 }
 

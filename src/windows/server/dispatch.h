@@ -194,7 +194,8 @@ class Parameter<ReadByRef<Enumeration<E>>> : public Parameter<ReadByRef<Long>> {
 
 // What an output of type `vt` goes to. A variable of exactly this type is passed on. Any other is
 // converted before the call, and starts neutral when it cannot be: what it has been used for before
-// is no reason to refuse it. The output is put there after the call.
+// is no reason to refuse it. The output is put there after the call. JScript, which passes no
+// variables, passes an object: its property `value` is the variable.
 class OutputParameter {
  protected:
   HRESULT Load(VARIANT* argument, VARTYPE vt, LCID locale);
@@ -206,6 +207,7 @@ class OutputParameter {
  private:
   LCID locale_ = 0;
   VARIANT* variable_ = nullptr;
+  ComPtr<IDispatch> holder_;
 };
 
 template <class T>
