@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -12,15 +13,24 @@
 #include "host_database/database_file.h"
 #include "simulator/simulator.h"
 
+#ifdef _WIN32
+#include <windows.h>
+
+int wmain(int argc, wchar_t** argv) {
+  SetConsoleOutputCP(CP_UTF8);
+  SetConsoleCP(CP_UTF8);
+#else
 int main(int argc, char** argv) {
+#endif
   if (argc != 2 && argc != 3) {
     std::cerr << "usage: ard_console COMPANY_FOLDER [DATABASE_FILE]\n";
     return 2;
   }
   try {
+    const std::filesystem::path company = argv[1];
     const std::shared_ptr<ard::simulator::Simulator> engine =
-        ard::simulator::Simulator::Open(argv[1]);
-    ard::console::Stores stores = {engine->workspace(), nullptr, engine, ard::FromUtf8(argv[1])};
+        ard::simulator::Simulator::Open(company);
+    ard::console::Stores stores = {engine->workspace(), nullptr, engine, company.wstring()};
     if (argc == 3) stores.database = ard::host_database::OpenDatabaseFile(argv[2]);
     ard::console::Prompt prompt(std::cin, std::cout, stores);
     const bool interactive = isatty(STDIN_FILENO) != 0;

@@ -8,7 +8,7 @@ trap 'rm -rf "$COPY"' EXIT
 PASSED=0
 FAILED=0
 
-for path in bench check demo fuzz mutate soak tools tests examples fuzzers console src simulator host_database trace_report; do
+for path in bench check demo fuzz mutate package soak packaging tools tests examples fuzzers console src simulator host_database trace_report; do
   cp -r "$path" "$COPY/"
 done
 mkdir "$COPY/stubs"
@@ -52,14 +52,14 @@ expect() {
   fi
 }
 
-for command in bench check demo fuzz mutate soak; do
+for command in bench check demo fuzz mutate package soak; do
   expect 0 "./$command" "" "$command" --help
   expect 2 "./$command: there is no option -x" "" "$command" -x
   # The help is all of the comment, and nothing else.
   expect 0 "$(sed -n '2s/^# //p' "$command")" "" "$command" x -h
 done
 expect 2 'there is no use for "nonsense"' "" bench nonsense
-expect 2 "there is no suite 'nope'; there are: format commands warnings library fuzz core_test fault_sweep_test " "" \
+expect 2 "there is no suite 'nope'; there are: format commands warnings library fuzz package core_test fault_sweep_test " "" \
   check format nope
 expect 2 "there is no suite 'x64:format'" "" check x64:format
 expect 2 "there is no suite ''" "" check ""
@@ -76,6 +76,8 @@ expect 2 "no fuzzer 'nope'; there are: company conversions " "" fuzz 1 company n
 expect 2 "--seed wants a value" "" mutate --count 5 --seed
 expect 2 '--count is to be a whole number from 1 on, and is "0"' "" mutate --count 0
 expect 2 "there is no file nowhere.cpp" "" mutate nowhere.cpp
+expect 2 "there is no file $COPY/examples/nowhere.p12" "" package --certificate nowhere.p12
+expect 2 "the tree has changes that are not committed" "" package
 expect 2 'CALLS is to be a whole number from 1 on, and is "many"' "" soak many
 expect 2 'DIALOGS is to be a whole number from 0 on, and is "1e3"' "" soak 1 1e3
 
