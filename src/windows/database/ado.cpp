@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "windows/engine/dispatch_call.h"
+#include "windows/other_bits.h"
 #include "windows/system_error.h"
 
 namespace ard::windows {
@@ -84,11 +85,14 @@ class Named {
   LookedUpPtr looked_up_;
 };
 
+constexpr wchar_t kRecordset[] = L"ADODB.Recordset";
+
 void Check(HRESULT result) {
   if (SUCCEEDED(result)) return;
-  throw Error(result, L"ADODB.Recordset cannot be created in a program of " +
+  const std::wstring why = OtherBitsOnly(kRecordset);
+  throw Error(result, std::wstring(kRecordset) + L" cannot be created in a program of " +
                           std::to_wstring(8 * sizeof(void*)) + L" bits: " +
-                          SystemError(result).text());
+                          (why.empty() ? SystemError(result).text() : why));
 }
 
 class AdoRecordset final : public database::RecordsetObject {
@@ -160,7 +164,7 @@ class AdoConnection final : public database::Connection {
     std::optional<CLSID>& known = looked_up_->recordset_class;
     if (!known) {
       CLSID found;
-      Check(CLSIDFromProgID(L"ADODB.Recordset", &found));
+      Check(CLSIDFromProgID(kRecordset, &found));
       known = found;
     }
     void* recordset = nullptr;

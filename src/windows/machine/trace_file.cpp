@@ -11,10 +11,14 @@
 #include <vector>
 
 #include "windows/machine/registry.h"
+#include "windows/other_bits.h"
 #include "windows/system_error.h"
 
 namespace ard::windows {
 namespace {
+
+// The programmatic identifiers of the engine's classes begin so, with the generation behind it.
+constexpr wchar_t kEngines[] = L"NexaEng";
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -179,6 +183,12 @@ void AttachTraceFile(Trace& trace, HINSTANCE module) {
   origin.thread = [] { return static_cast<std::uint32_t>(GetCurrentThreadId()); };
   origin.about = about;
   trace.Attach([file](std::string_view line) { file->Write(line); }, origin);
+
+  // A host that cannot create the engine has nothing to hand over but nothing. Once is enough.
+  static std::atomic_flag looked;
+  if (looked.test_and_set()) return;
+  const std::wstring engine = FirstOfOtherBits(kEngines);
+  if (!engine.empty()) trace.Noted({L"Host", L"CreateObject", engine}, OtherBitsOnly(engine));
 }
 
 }  // namespace ard::windows

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "frame/text.h"
+#include "windows/other_bits.h"
 
 namespace ard::windows {
 namespace {
@@ -81,6 +82,43 @@ class TraceFileTest : public ::testing::Test {
 
   std::wstring path_;
 };
+
+// The first of all: a process looks for engines once.
+TEST_F(TraceFileTest, AnEngineForTheOtherBitsIsTold) {
+  constexpr bool k64Bit = sizeof(void*) == 8;
+  constexpr REGSAM kOther = k64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+  const std::wstring id = L"{5B0F8B3C-3A0B-4C43-9B66-0E4DF0A2A0C1}";
+  const auto write = [](REGSAM view, const std::wstring& path, const std::wstring& value) {
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, nullptr, 0, KEY_WRITE | view, nullptr, &key,
+                    nullptr);
+    RegSetKeyValueW(key, nullptr, nullptr, REG_SZ, value.c_str(),
+                    static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+  };
+  write(0, L"NexaEng90.Sample\\CLSID", id);
+  write(kOther, L"CLSID\\" + id + L"\\InprocServer32", L"engine.dll");
+  SetEnvironmentVariableW(kName, path_.c_str());
+  Trace first;
+  Trace second;
+  AttachTraceFile(first, GetModuleHandleW(nullptr));
+  AttachTraceFile(second, GetModuleHandleW(nullptr));
+  const std::string text =
+      std::string("It is registered for programs of ") +
+      (k64Bit ? "32 bits only, and this one has 64." : "64 bits only, and this one has 32.");
+  EXPECT_EQ(Content(path_),
+            "begun|0\tnote\tHost.CreateObject(\"NexaEng90.Sample\")\t" + text + "|begun|");
+  for (const REGSAM view : {kOther, REGSAM{}}) {
+    EXPECT_EQ(ToUtf8(OtherBitsOnly(L"NexaEng90.Sample")), text);
+    const std::wstring key = L"CLSID\\" + id + (view ? L"\\LocalServer32" : L"");
+    write(view, key, L"engine.exe");
+    EXPECT_EQ(OtherBitsOnly(L"NexaEng90.Sample"), L"");
+    RegDeleteKeyExW(HKEY_CLASSES_ROOT, key.c_str(), view, 0);
+  }
+  RegDeleteTreeW(HKEY_CLASSES_ROOT, L"NexaEng90.Sample");
+  RegDeleteKeyExW(HKEY_CLASSES_ROOT, (L"CLSID\\" + id + L"\\InprocServer32").c_str(), kOther, 0);
+  RegDeleteKeyExW(HKEY_CLASSES_ROOT, (L"CLSID\\" + id).c_str(), kOther, 0);
+}
 
 TEST_F(TraceFileTest, SeveralAppendWhileOthersRead) {
   SetEnvironmentVariableW(kName, path_.c_str());
