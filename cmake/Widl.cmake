@@ -13,17 +13,24 @@
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 find_program(ARD_WIDL NAMES ${ARD_MINGW}-widl x86_64-w64-mingw32-widl widl REQUIRED)
 
-# MinGW has the headers of the system's interfaces but neither their definitions nor the type library
-# that every automation library imports; Wine's packages have both. Host files, hence no find root.
+# Debian's MinGW has the headers of the system's interfaces but neither their definitions nor the type
+# library that every automation library imports; Wine's packages have both. Host files, hence no find
+# root. On Windows the compiler has the definitions, and the system the type library.
 find_path(ARD_WIDL_INCLUDE_DIR oaidl.idl
-  PATHS /usr/include/wine/wine/windows /usr/include/wine/windows
+  PATHS ${CMAKE_CXX_IMPLICIT_INCLUDE_DIRECTORIES} /usr/include/wine/wine/windows /usr/include/wine/windows
   NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 find_path(ARD_WIDL_TYPELIB_DIR stdole2.tlb
-  PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/i386-linux-gnu/wine/i386-windows
+  PATHS $ENV{SystemRoot}/System32 /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/i386-linux-gnu/wine/i386-windows
         /usr/lib/wine/x86_64-windows
   NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-# widl writes down when it was run.
-find_program(ARD_FAKETIME faketime REQUIRED)
+# widl writes down when it was run. On Windows nobody can tell it another time.
+find_program(ARD_FAKETIME faketime)
+set(ard_dateless)
+if(ARD_FAKETIME)
+  set(ard_dateless ${ARD_FAKETIME} -f "2000-01-01 00:00:00")
+elseif(NOT CMAKE_HOST_WIN32)
+  message(FATAL_ERROR "No faketime: run tools/install-packages.sh")
+endif()
 mark_as_advanced(ARD_FAKETIME ARD_WIDL ARD_WIDL_INCLUDE_DIR ARD_WIDL_TYPELIB_DIR)
 
 function(ard_widl target idl)
@@ -46,7 +53,7 @@ function(ard_widl target idl)
            ${base}.cs ${base}_TLB.pas
     COMMAND ${CMAKE_COMMAND} -E env TZ=UTC
             ${Python3_EXECUTABLE} ${tool} ${idl} ${arg_OUT_DIR} ${CMAKE_C_COMPILER}
-            ${ARD_FAKETIME} -f "2000-01-01 00:00:00" ${ARD_WIDL} --win${bits} -I ${idl_dir}
+            ${ard_dateless} ${ARD_WIDL} --win${bits} -I ${idl_dir}
             -I ${ARD_WIDL_INCLUDE_DIR} -L ${ARD_WIDL_TYPELIB_DIR}
     COMMAND ${CMAKE_COMMAND} -E copy ${base}.manifest ${manifest}
     DEPENDS ${tool} ${PROJECT_SOURCE_DIR}/tools/interop.py ${PROJECT_SOURCE_DIR}/tools/published.py

@@ -33,11 +33,4 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# One file runs on any Windows: the compiler's own libraries are linked in, unused parts and symbols
-# are left out.
-set(CMAKE_C_FLAGS_INIT "-ffunction-sections -fdata-sections")
-set(CMAKE_CXX_FLAGS_INIT "-ffunction-sections -fdata-sections")
-foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static -Wl,--gc-sections")
-  set(CMAKE_${kind}_LINKER_FLAGS_RELEASE_INIT "-s")
-endforeach()
+include(${CMAKE_CURRENT_LIST_DIR}/one_file.cmake)
