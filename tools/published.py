@@ -16,6 +16,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 STRING = re.compile(r'"((?:[^"\\]|\\.)*)"')
+COMMENT_OR_STRING = re.compile(r'//[^\n]*|/\*.*?\*/|' + STRING.pattern, re.S)
 
 # Types: what the IDL calls them, what late binding does (windows/server/dispatch.h), and people.
 KINDS = {
@@ -38,6 +39,8 @@ CONTEXT = {
     "ArdEngine": "ArdEngine",
     "oDBaseConn": "DBaseConn",
 }
+# What a property of a type is before it has been set, and how people write it.
+BLANKS = {"BSTR": '""', "VARIANT_BOOL": "False", "short": "0", "long": "0", "double": "0", "IDispatch*": "Nothing"}
 
 
 @dataclass
@@ -81,14 +84,34 @@ class Parameter:
 
 
 @dataclass
+class Example:
+    """A call as the prompt takes it: "Name", 'Read("SMI001")', "ArdEngine = engine"."""
+
+    before: list  # what has to go before
+    call: str
+    user: list  # what the user does in the dialog, as the prompt takes it
+    answer: str  # as the prompt gives it; "" for none
+
+    def __str__(self):
+        user = f" {{{', '.join(self.user)}}}" if self.user else ""
+        return "; ".join([*self.before, self.call + user])
+
+
+@dataclass
 class Member:
     name: str
     number: int
     help: str
+    comment: list  # the lines above it
     gets: bool = False
     puts: str = ""  # "put" or "putref"
     puts_first: bool = False
     parameters: list = field(default_factory=list)  # a method's, its result included
+    meanings: dict = field(default_factory=dict)  # of the parameters
+    neutral: str = ""
+    settings: str = ""
+    remarks: list = field(default_factory=list)
+    examples: list = field(default_factory=list)
 
     @property
     def is_property(self):
@@ -101,6 +124,49 @@ class Member:
     @property
     def passed(self):
         return [p for p in self.parameters if not p.is_result]
+
+    def describe(self, glossary):
+        """Takes the lines of comment apart."""
+        lines = []
+        for line in self.comment:
+            if line.startswith(" "):
+                lines[-1] += " " + line.strip()
+            else:
+                lines.append(line)
+        names = [p.name for p in self.passed] if not self.is_property else []
+        self.meanings = {name: glossary[name] for name in names if name in glossary}
+        for line in lines:
+            label, _, text = line.partition(": ")
+            if label in names:
+                self.meanings[label] = text
+            elif label == "Neutral":
+                self.neutral = text
+            elif label == "Settings":
+                self.settings = text
+            elif label == "Example":
+                self.examples.append(example(text))
+            else:
+                self.remarks.append(line)
+        if self.is_property:
+            self.neutral = f"{BLANKS[self.result.base]} until it has been set."
+
+    def lacks(self):
+        """What is not said of the member."""
+        if not self.help:
+            yield "what it gives"
+        if not self.neutral:
+            yield "its neutral answer"
+        if not self.examples:
+            yield "an example"
+        if not self.is_property:
+            yield from (f"the argument {p.name}" for p in self.passed if not self.meanings.get(p.name))
+
+    def text(self):
+        """All of it but the example, in lines."""
+        lines = [self.help] + self.remarks
+        lines += [f"{name}: {meaning}" for name, meaning in self.meanings.items()]
+        lines += [f"Neutral: {self.neutral}"] + ([f"Settings: {self.settings}"] if self.settings else [])
+        return lines + [f"Example: {e}{' -> ' + e.answer if e.answer else ''}" for e in self.examples]
 
 
 @dataclass
@@ -126,23 +192,41 @@ class Interface:
         return {name: value for values in self.enumerations.values() for name, value in values.items()}
 
 
+def example(text):
+    text, _, answer = text.partition(" -> ")
+    # A quoted text may hold what separates steps, and a step what separates the user's commands.
+    *before, call = re.findall(r'(?:"[^"]*"|\{[^}]*\}|[^;"{])+', text)
+    call, _, user = call.strip().partition(" {")
+    return Example([step.strip() for step in before], call, user.rstrip("}").split(", ") if user else [], answer)
+
+
 def read(idl, compiler):
     """The published interface. Macros of the IDL are expanded by the compiler."""
     expanded = subprocess.run(
-        [compiler, "-E", "-P", "-x", "c", "-nostdinc", idl], check=True, capture_output=True, text=True
+        [compiler, "-E", "-P", "-CC", "-x", "c", "-nostdinc", idl], check=True, capture_output=True, text=True
     ).stdout
-    # Texts may hold whatever else has a meaning here.
+    # Texts and comments may hold whatever else has a meaning here: their numbers stand for them.
     texts = []
-    text = STRING.sub(lambda m: texts.append(m[1]) or f'"{len(texts) - 1}"', expanded)
+
+    def kept(match):
+        comment = match[1] is None
+        texts.append(re.sub(r"^(//|/\*) ?|(?: ?\*/)$", "", match[0]) if comment else match[1])
+        return f"@{len(texts) - 1}@" if comment else f'"{len(texts) - 1}"'
+
+    text = COMMENT_OR_STRING.sub(kept, expanded)
+    glossary = dict(re.findall(r"^  (\w+): (.*)", "\n".join(texts).partition("mean the same everywhere:\n")[2], re.M))
 
     def helpstring(attributes):
         return texts[int(re.search(r'helpstring\("(\d+)"\)', attributes)[1])]
 
     def members(body):
         found = {}
-        for attributes, name, parameters in re.findall(r"\[([^\]]*)\]\s*HRESULT (\w+)\((.*?)\);", body, re.S):
+        for comment, attributes, name, parameters in re.findall(
+            r"((?:@\d+@\s*)*)\[([^\]]*)\]\s*HRESULT (\w+)\((.*?)\);", body, re.S
+        ):
             number = int(re.search(r"\bid\((\d+)\)", attributes)[1])
-            member = found.setdefault(number, Member(name, number, helpstring(attributes)))
+            lines = [texts[int(n)] for n in re.findall(r"@(\d+)@", comment)]
+            member = found.setdefault(number, Member(name, number, helpstring(attributes), lines))
             assert member.name == name, f"{name} has the number of {member.name}"
             member.puts_first |= "prop" in attributes and not member.gets and "propget" not in attributes
             member.gets |= "propget" in attributes
@@ -150,6 +234,8 @@ def read(idl, compiler):
             if "prop" not in attributes or "propget" in attributes:
                 member.parameters = [parameter(*p) for p in re.findall(r"\[([^\]]*)\]\s*([^,]+?)\s*(\w+)\s*(?:,|$)", parameters)]
         assert list(found) == list(range(1, len(found) + 1)), "numbers count from 1 in member order"
+        for member in found.values():
+            member.describe(glossary)
         return list(found.values())
 
     def parameter(attributes, type_name, name):
@@ -192,6 +278,10 @@ def members_header(published, idl):
             words.append(str(published.constants.get(parameter.default, parameter.default)).strip('"'))
         return "{" + ", ".join(f'L"{word}"' for word in words) + "}"
 
+    def help_text(member):
+        text = "\\n".join(line.replace("\\", "\\\\").replace('"', '\\"') for line in member.text())
+        return f'L"{text}"'
+
     lines = [written_by(idl), "namespace ard::published {\n"]
     for kind in published.classes:
         lines += ["template <class Class, class Bind>", f"void Bind{kind.name}(Bind& bind) {{"]
@@ -200,15 +290,15 @@ def members_header(published, idl):
             if not member.is_property:
                 parameters = ", ".join(map(literal, member.passed))
                 lines += [
-                    f'  bind.Method({{L"{member.name}", L"{word}", L"{member.help}"}}, &Class::{member.name},',
+                    f'  bind.Method({{L"{member.name}", L"{word}", {help_text(member)}}}, &Class::{member.name},',
                     f"              {{{parameters}}});",
                 ]
             elif member.name in CONTEXT:
                 if word != "Object":
-                    lines += [f'  bind.ContextProperty({{L"{member.name}", L"{word}", L"{member.help}"}});']
+                    lines += [f'  bind.ContextProperty({{L"{member.name}", L"{word}", {help_text(member)}}});']
             else:
                 puts = "true" if member.puts else "false"
-                lines += [f'  bind.Property({{L"{member.name}", L"{word}", L"{member.help}"}}, {puts});']
+                lines += [f'  bind.Property({{L"{member.name}", L"{word}", {help_text(member)}}}, {puts});']
         lines += ["}\n"]
     lines += ["#define ARD_PUBLISHED_CLASSES(CLASS) \\"]
     lines += ["  " + " ".join(f"CLASS({kind.name})" for kind in published.classes) + "\n"]
