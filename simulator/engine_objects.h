@@ -30,7 +30,7 @@ std::unique_ptr<engine::RecordObject> MakeRecord(std::shared_ptr<EngineState> st
 std::unique_ptr<engine::TransactionsObject> MakeTransactions(std::shared_ptr<EngineState> state,
                                                              std::wstring_view stock_code);
 
-// The prices of the company's customers and suppliers, as docs/simulator.md tells.
+// The prices of the company's customers and suppliers, as docs/manual/simulator.md tells.
 std::unique_ptr<engine::PricingObject> MakePricing(std::shared_ptr<EngineState> state);
 
 std::shared_ptr<engine::Workspace> MakeWorkspace(std::shared_ptr<EngineState> state);

@@ -1,5 +1,5 @@
 // The text of a table: a header with the columns, then one record per line. The format is described
-// in docs/simulator.md.
+// in docs/manual/simulator.md.
 #ifndef ARD_SIMULATOR_TABLE_TEXT_H_
 #define ARD_SIMULATOR_TABLE_TEXT_H_
 

@@ -8,7 +8,7 @@ trap 'rm -rf "$COPY"' EXIT
 PASSED=0
 FAILED=0
 
-for path in bench check demo fuzz mutate package soak packaging tools tests examples fuzzers console src simulator host_database trace_report; do
+for path in bench check demo fuzz manual mutate package soak packaging tools tests examples fuzzers console src simulator host_database trace_report; do
   cp -r "$path" "$COPY/"
 done
 mkdir "$COPY/stubs"
@@ -52,14 +52,14 @@ expect() {
   fi
 }
 
-for command in bench check demo fuzz mutate package soak; do
+for command in bench check demo fuzz manual mutate package soak; do
   expect 0 "./$command" "" "$command" --help
   expect 2 "./$command: there is no option -x" "" "$command" -x
   # The help is all of the comment, and nothing else.
   expect 0 "$(sed -n '2s/^# //p' "$command")" "" "$command" x -h
 done
 expect 2 'there is no use for "nonsense"' "" bench nonsense
-expect 2 "there is no suite 'nope'; there are: format commands warnings library fuzz package core_test fault_sweep_test " "" \
+expect 2 "there is no suite 'nope'; there are: format commands warnings library fuzz manual package core_test fault_sweep_test " "" \
   check format nope
 expect 2 "there is no suite 'x64:format'" "" check x64:format
 expect 2 "there is no suite ''" "" check ""

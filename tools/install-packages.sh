@@ -3,7 +3,8 @@
 #
 #   tools/install-packages.sh native    the native build and its tests
 #   tools/install-packages.sh windows   the 64-bit Windows build, Wine and a virtual display
-#   tools/install-packages.sh all       both, the 32-bit ones, clang and the fuzzers
+#   tools/install-packages.sh manual    what makes the manual
+#   tools/install-packages.sh all       all of these, the 32-bit ones, clang and the fuzzers
 #   tools/install-packages.sh SET --missing   prints what it would install
 #
 # 32-bit Wine and Free Pascal are wanted but not required: when one cannot be had, the reason is left in
@@ -45,6 +46,12 @@ CHECK_PACKAGES=(g++-mingw-w64-i686-posix clang clang-format lld libclang-rt-dev 
 # wine64 is named along so that both halves of Wine stay the same version.
 WINE32_PACKAGES=(
   wine32:i386 wine64 libsqliteodbc:i386 libodbc2:i386 "${WINE_X_LIBRARIES[@]/%/:i386}"
+)
+
+# The manual, and the browser that its tests look at it with.
+MANUAL_PACKAGES=(
+  g++ python3 python3-sphinx python3-myst-parser python3-sphinx-inline-tabs furo
+  chromium chromium-driver python3-selenium
 )
 
 LOG="$LOGS/packages.log"
@@ -150,8 +157,11 @@ for_i386() {
 case "${1:-all}" in
   native) packages=("${NATIVE_PACKAGES[@]}") ;;
   windows) packages=("${WINDOWS_PACKAGES[@]}") ;;
-  all) packages=("${NATIVE_PACKAGES[@]}" "${WINDOWS_PACKAGES[@]}" "${CHECK_PACKAGES[@]}") ;;
-  *) die "usage: ${0##*/} [native|windows|all] [--missing]" ;;
+  manual) packages=("${MANUAL_PACKAGES[@]}") ;;
+  all)
+    packages=("${NATIVE_PACKAGES[@]}" "${WINDOWS_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${MANUAL_PACKAGES[@]}")
+    ;;
+  *) die "usage: ${0##*/} [native|windows|manual|all] [--missing]" ;;
 esac
 if [[ "${2:-}" == --missing ]]; then
   missing "${packages[@]}" | sort -u

@@ -73,8 +73,9 @@ def csharp(interface, idl):
         f'[assembly: ImportedFromTypeLib("{interface.name}")]\n',
         f"namespace {interface.name} {{",
     ]
-    for name, values in interface.enumerations.items():
-        lines += [f"  public enum {name} {{", *(f"    {n} = {v}," for n, v in values.items()), "  }\n"]
+    for name, (text, values) in interface.enumerations.items():
+        lines += [f"  /// <summary>{text}</summary>", f"  public enum {name} {{"]
+        lines += [*(f"    {n} = {v}," for n, (v, _) in values.items()), "  }\n"]
     for kind in interface.classes:
         lines += [
             f'  [ComImport, Guid("{kind.interface_id}"), InterfaceType(ComInterfaceType.InterfaceIsIDispatch)]',
@@ -122,8 +123,8 @@ def pascal(interface, idl):
         "uses\n  ActiveX, ComObj, SysUtils;\n",
         "type",
     ]
-    for name, values in interface.enumerations.items():
-        lines += [f"  {name} = type LongWord;", "const", *(f"  {n} = {v};" for n, v in values.items()), "type"]
+    for name, (_, values) in interface.enumerations.items():
+        lines += [f"  {name} = type LongWord;", "const", *(f"  {n} = {v};" for n, (v, _) in values.items()), "type"]
     for kind in interface.classes:
         lines += [
             f"  {kind.interface} = interface(IDispatch)",

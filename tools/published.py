@@ -185,11 +185,11 @@ class Interface:
     id: str
     version: str
     classes: list
-    enumerations: dict  # their constants, by name
+    enumerations: dict  # {name: (help, {constant: (value, help)})}
 
     @property
     def constants(self):
-        return {name: value for values in self.enumerations.values() for name, value in values.items()}
+        return {name: value for _, values in self.enumerations.values() for name, (value, _) in values.items()}
 
 
 def example(text):
@@ -258,8 +258,16 @@ def read(idl, compiler):
     ]
     identity, version, name = re.search(r"\[uuid\(([-\w]+)\), version\(([\d.]+)\)[^\]]*\]\s*library (\w+)", text).groups()
     enumerations = {
-        name: {n: int(v) for n, v in re.findall(r"(\w+) = (\d+)", body)}
-        for name, body in re.findall(r"\benum (\w+) \{(.*?)\}", text, re.S)
+        name: (
+            texts[int(help_text)],
+            {
+                n: (int(v), texts[int(t)])
+                for t, n, v in re.findall(r'\[helpstring\("(\d+)"\)\] (\w+) = (\d+)', body)
+            },
+        )
+        for help_text, body, name in re.findall(
+            r'typedef \[[^\]]*helpstring\("(\d+)"\)\]\s*enum \w+ \{(.*?)\} (\w+);', text, re.S
+        )
     }
     assert classes and len(classes) == len(interfaces), "a class for each interface"
     return Interface(name, identity, version, classes, enumerations)

@@ -1,0 +1,244 @@
+#!/usr/bin/python3
+"""Looks at the manual (build/manual) as its readers do: follows every link, and in a browser, from the
+file system, searches, switches languages, and reads every page wide and narrow, light and dark.
+
+    manual_test.py ROOT PROMPT
+
+asks the prompt for the answers that the examples of the reference show.
+"""
+
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import traceback
+from html.parser import HTMLParser
+from pathlib import Path
+
+# Of Debian's packages, as the interpreter above is.
+from selenium import webdriver
+from selenium.common.exceptions import WebDriverException
+from selenium.webdriver.support.ui import WebDriverWait
+
+ROOT = Path(sys.argv[1])
+MANUAL = ROOT / "build/manual"
+sys.path.insert(0, str(ROOT / "tools"))
+import languages  # noqa: E402
+import published  # noqa: E402
+
+IDL = ROOT / "src/windows/server/ArdObjects100.idl"
+WIDE, NARROW = 1400, 390
+# What a reader asks, and the page that the search is to offer first or second.
+QUESTIONS = {
+    "GetFreeStock": "reference/Products.html#getfreestock",
+    "which price does this customer get": "questions.html",
+    "free in stock": "questions.html",
+    "list is empty": "questions.html",
+    "class cannot be created": "questions.html",
+    "null empty": "values.html",
+    "registry value": "settings.html",
+    "blanks at their end": "questions.html",
+    "thread": "threads.html",
+    "symptom": "tracing.html",
+    "AttemptDomainUserLogon": "settings.html",
+    "dispatch id": "engine.html",
+}
+
+
+class Page(HTMLParser):
+    """Ids, links and what is loaded with a page."""
+
+    def __init__(self, path):
+        super().__init__()
+        self.ids, self.links, self.loaded = set(), [], []
+        self.feed(path.read_text())
+
+    def handle_starttag(self, tag, attributes):
+        attributes = dict(attributes)
+        self.ids.add(attributes.get("id"))
+        if tag == "a" and attributes.get("href"):
+            self.links.append(attributes["href"])
+        elif tag in ("img", "script") and attributes.get("src"):
+            self.loaded.append(attributes["src"])
+        elif tag == "link" and attributes.get("rel") in ("stylesheet", "icon"):
+            self.loaded.append(attributes["href"])
+
+
+def pages():
+    return {path: Page(path) for path in sorted(MANUAL.rglob("*.html"))}
+
+
+def links_lead_somewhere():
+    known = pages()
+    wrong = []
+    for path, page in known.items():
+        for link in page.links + page.loaded:
+            file, _, place = link.partition("#")
+            if re.match(r"(https?|mailto|data):", link):
+                if link in page.loaded:
+                    wrong.append(f"{path.name} loads {link}")
+                continue
+            target = (path.parent / file.partition("?")[0]).resolve() if file else path
+            if not target.exists():
+                wrong.append(f"{path.name}: {link} is not there")
+            elif place and target in known and place not in known[target].ids:
+                wrong.append(f"{path.name}: {link} has no such place")
+    assert len(known) > 30 and not wrong, wrong
+
+
+def every_member_is_described():
+    interface = published.read(str(IDL), "g++")
+    missing, count = [], 0
+    for kind in interface.classes:
+        sections = (MANUAL / f"reference/{kind.name}.html").read_text().split('<section id="')[1:]
+        found = {section.partition('"')[0]: section for section in sections}
+        for member in kind.members:
+            count += 1
+            text = found.get(member.name.lower(), "")
+            tabs = re.findall(r'class="tab-label"[^>]*>([^<]+)<', text)
+            if "Neutral result" not in text or tabs != [language.name for language in languages.ALL]:
+                missing.append(f"{kind.name}.{member.name}")
+    assert count == 168 and not missing, (count, missing)
+    # Nothing can be left out: a member that says less is refused.
+    member.neutral, member.examples = "", []
+    member.meanings.pop(next(iter(member.meanings)))
+    assert len(list(member.lacks())) == 3
+
+
+def examples_answer_what_stands_there():
+    with tempfile.TemporaryDirectory() as folder:
+        shutil.copytree(ROOT / "examples/company", f"{folder}/company")
+        script = (ROOT / "examples/host_database.sql").read_bytes()
+        subprocess.run(["sqlite3", f"{folder}/host.db"], input=script, check=True)
+        command = [sys.executable, str(ROOT / "tools/examples.py"), str(IDL), "g++", Path(sys.argv[2]).resolve(), "company", "host.db"]
+        run = subprocess.run(command, cwd=folder, capture_output=True, text=True)
+        assert run.returncode == 0, run.stdout + run.stderr
+
+
+class Browser:
+    def __init__(self):
+        options = webdriver.ChromeOptions()
+        for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage"):
+            options.add_argument(argument)
+        options.binary_location = shutil.which("chromium")
+        service = webdriver.chrome.service.Service(shutil.which("chromedriver"))
+        self.driver = webdriver.Chrome(options=options, service=service)
+        self.driver.set_page_load_timeout(120)
+
+    def open(self, page):
+        self.driver.get(f"file://{MANUAL}/{page}")
+
+    def size(self, width):
+        metrics = {"width": width, "height": 900, "deviceScaleFactor": 1, "mobile": False}
+        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", metrics)
+
+    def scheme(self, scheme):
+        features = [{"name": "prefers-color-scheme", "value": scheme}]
+        self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": features})
+
+    def ask(self, script):
+        return self.driver.execute_script(f"return {script}")
+
+    def search(self, words):
+        """The links that are found, in their order."""
+        self.open("search.html?q=" + words.replace(" ", "+"))
+        WebDriverWait(self.driver, 60).until(
+            lambda _: self.ask("document.querySelector('.search-summary')?.textContent.match(/found|did not match/)")
+        )
+        # They come in one by one.
+        count = self.ask("Number(document.querySelector('.search-summary').textContent.match(/\\d+/) || 0)")
+        WebDriverWait(self.driver, 60).until(
+            lambda _: self.ask("document.querySelectorAll('ul.search li').length") >= count
+        )
+        links = self.ask("[...document.querySelectorAll('ul.search li > a')].map(a => a.getAttribute('href'))")
+        return [re.sub(r"\?[^#]*", "", link) for link in links]
+
+
+def search_finds(browser):
+    wrong = {words: found[:4] for words, page in QUESTIONS.items() if page not in (found := browser.search(words))[:2]}
+    assert not wrong, wrong
+
+
+def languages_switch_and_stay(browser):
+    shown = (
+        "[...document.querySelectorAll('.tab-set')].map(set => [...set.querySelectorAll(':scope > input')]"
+        ".find(input => input.checked).nextElementSibling.textContent.trim())"
+    )
+    names = {language.name for language in languages.ALL}
+    browser.open("reference/Products.html")
+    assert set(browser.ask(shown)) == {"VBScript"}
+    browser.ask("[...document.querySelectorAll('.tab-label')].find(l => l.textContent.trim() === 'Python').click()")
+    assert set(browser.ask(shown)) == {"Python"}
+    browser.open("reference/Bank.html")
+    assert set(browser.ask(shown)) == {"Python"} and "Python" in names
+    assert browser.ask("getComputedStyle(document.querySelector('.tab-set > .tab-content')).display") == "none"
+
+
+def pages_fit(browser):
+    """Wide and narrow, light and dark: nothing sticks out, no picture is missing, and text can be read."""
+    read = """(() => {
+      const light = colour => colour.match(/[\\d.]+/g).slice(0, 3).map(c => {
+        c /= 255; return c <= 0.03928 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4;
+      }).reduce((sum, c, i) => sum + c * [0.2126, 0.7152, 0.0722][i], 0);
+      const background = element => {
+        for (; element; element = element.parentElement) {
+          const colour = getComputedStyle(element).backgroundColor;
+          if (!/, 0\\)$/.test(colour)) return light(colour);
+        }
+        return 1;
+      };
+      const contrast = element => {
+        const [a, b] = [light(getComputedStyle(element).color), background(element)];
+        return (Math.max(a, b) + 0.05) / (Math.min(a, b) + 0.05);
+      };
+      const texts = document.querySelectorAll('article p, article td, article h1, article a, pre, .tab-label');
+      return {
+        over: document.scrollingElement.scrollWidth - innerWidth,
+        missing: [...document.images].filter(i => !(i.complete && i.naturalWidth)).map(i => i.src),
+        least: Math.min(21, ...[...texts].filter(t => t.offsetParent).map(contrast)),
+        dark: background(document.body) < 0.2,
+        foreign: performance.getEntriesByType('resource').map(e => e.name).filter(n => !n.startsWith('file:')),
+      };
+    })()"""
+    wrong = []
+    for width, scheme in ((WIDE, "light"), (NARROW, "dark")):
+        browser.size(width)
+        browser.scheme(scheme)
+        for path in sorted(MANUAL.rglob("*.html")):
+            page = path.relative_to(MANUAL)
+            browser.open(page)
+            browser.ask("document.querySelectorAll('img').forEach(i => i.loading = 'eager')")
+            seen = browser.ask(read)
+            fits = seen["over"] <= 0 and not seen["missing"] and not seen["foreign"]
+            if not fits or seen["least"] < 4.5 or seen["dark"] != (scheme == "dark"):
+                wrong.append((str(page), width, scheme, seen))
+    assert not wrong, "\n".join(map(str, wrong))
+
+
+def main():
+    failed = skipped = 0
+    tests = [links_lead_somewhere, every_member_is_described, examples_answer_what_stands_there]
+    in_browser = [search_finds, languages_switch_and_stay, pages_fit]
+    browser = None
+    try:
+        browser = Browser()
+    except WebDriverException as error:
+        skipped = len(in_browser)
+        print(f"No browser: {error}")
+    for test in tests + (in_browser if browser else []):
+        try:
+            test(*([browser] if test in in_browser else []))
+            print(f"{test.__name__}: ok")
+        except Exception:
+            failed += 1
+            print(f"{test.__name__}: FAILED")
+            traceback.print_exc(file=sys.stdout)
+    if browser:
+        browser.driver.quit()
+    print(f"{len(tests) + len(in_browser) - failed - skipped} passed, {failed} failed, {skipped} skipped")
+    return failed > 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
