@@ -5,6 +5,11 @@
 
 says which of them do not answer what stands beside them. The company and the database are written to.
 With the option --fill first, the answers that are not there, or are others, are written into the IDL.
+
+    examples.py --questions IDL COMPILER
+
+prints those without a dialog as tests/windows/answers.txt has its questions: behind a TAB is what the reference
+shows in VBScript.
 """
 
 import re
@@ -12,6 +17,7 @@ import subprocess
 import sys
 from pathlib import Path
 
+import languages
 import published
 
 
@@ -53,8 +59,32 @@ def answers(interface, prompt, company, database):
         yield part.splitlines()
 
 
+def questions(interface):
+    script = languages.VBScript()
+    for kind, member, example in all_examples(interface):
+        if "{" in str(example):
+            continue
+        for step in example.before:
+            yield from commands(kind, step)
+        text = example.call.removeprefix(member.name).strip("()")
+        lines = script.ask(interface, kind, member, text, languages.answers(example.answer))
+        outputs = {languages.lower(p.name): p.name for p in member.passed if p.is_output and "()" not in p.word()}
+        told = []
+        for line in lines:
+            line = re.sub(r"   ' .*", "", line)
+            shown = line.removeprefix("WScript.Echo ")
+            if shown in outputs and not member.is_property:
+                told.append(f'Outputs Array("{outputs[shown]}", {shown})')
+            else:
+                told.append(line.replace("WScript.Echo ", "Result ", 1))
+        yield f"? {kind.name}.{example.call}\t{': '.join(told)}"
+
+
 def main():
     arguments = sys.argv[1:]
+    if arguments[0] == "--questions":
+        print("\n".join(questions(published.read(*arguments[1:]))))
+        return 0
     fill = arguments[0] == "--fill"
     idl, compiler, prompt, company, database = arguments[fill:]
     interface = published.read(idl, compiler)

@@ -246,7 +246,7 @@ class VBScript(Basic):
         return f"WScript.Echo {expression}"
 
     def array(self, name, size, elements):
-        return f"ReDim {name}({size - 1})" + "".join(f": {name}({i}) = {e}" for i, e in enumerate(elements))
+        return f"Dim {name}({size - 1})" + "".join(f": {name}({i}) = {e}" for i, e in enumerate(elements))
 
 
 class VBA(Basic):

@@ -331,21 +331,21 @@ SOURCES = {
 }
 
 
+LABELS = ("Shows", "Build", "Run", "Checked")
+
+
 def head_of(source):
-    """The lines of comment at the head of a sample: what it is, and then "Checked run ...", for one."""
+    """What a sample says of itself in the comment at its head, by label: "Checked run under Wine"."""
     about, label = {}, None
     for line in source.splitlines():
-        match = re.fullmatch(r"\s*(?://|'|#|\{|\(\*|REM\b|<#)?!?\s?(.*?)\s*(?:\}|\*\)|#>)?", line)
-        text = match[1] if match and re.match(r"\s*(//|'|#|\{|\(\*|REM\b|<#)|\s", line + " ") else ""
-        if not line.strip() or not re.match(r"//|'|#|\{|\(\*|REM\b| ", line):
+        text = re.sub(r"^(//|'|#) ?", "", line)
+        if match := re.match(rf"({'|'.join(LABELS)}) +(.*)", text):
+            label = match[1]
+            about[label] = match[2]
+        elif label and text.startswith("    "):
+            about[label] += " " + re.sub(" {2,}.*", "", text.strip())
+        elif label:
             break
-        if found := re.match(r"(Shows|Run|Checked)\s+(.*)", text):
-            label = found[1]
-            about[label] = found[2]
-        elif text and label:
-            about[label] += " " + text.strip()
-        elif not text:
-            label = None
     return about
 
 
@@ -362,7 +362,7 @@ def samples_pages(examples, folder):
             text = source.read_text(encoding="utf-8-sig")
             lines += heading(source.name, "-")
             about = head_of(text)
-            for label in ("Shows", "Run", "Checked"):
+            for label in LABELS:
                 if about.get(label):
                     lines.append(f":{label}: {escaped(about[label])}")
             write(folder / source.name, [text.rstrip("\n")])
@@ -409,7 +409,7 @@ def main(root, compiler, pictures, folder):
     copies |= {Path("pictures") / path.name: path for path in Path(pictures).glob("*.png")}
     if (change_log := root / "CHANGELOG.md").exists():
         copies[Path("change_log.md")] = change_log
-    for name in ("deployment.md", "building.md", "change_log.md"):
+    for name in ("deployment.md", "building.md", "compatibility.md", "change_log.md"):
         if Path(name) not in copies:
             write(folder / name, [f"# {name.removesuffix('.md').replace('_', ' ').capitalize()}", "", "There is no such page yet."])
     for name, path in copies.items():

@@ -31,9 +31,11 @@ STATUS=0
 # The published members as "KIND CLASS.MEMBER TYPE", KIND being call, get or put.
 published() { cat "$MEMBERS"; }
 
-# The table, and then every property: what it has come to be, and what it takes.
+# The table, the examples of the reference, and then every property: what it has come to be, and what it
+# takes.
 questions() {
   grep -v "^'" tests/windows/answers.txt
+  python3 tools/examples.py --questions src/windows/server/ArdObjects100.idl g++
   published | awk '$3 ~ /^Object/ || $1 == "call" {next}
     $1 == "put" {print $2 " = " ($3 == "String" ? "\"of " $2 "\"" : $3 == "Boolean" ? "True" : "7")}
     {print "? " $2}'
@@ -77,6 +79,8 @@ VBS
     printf 'Dim %s\nSet %s = CreateObject("ArdObjects100.%s")\nPrepare %s\n' \
       "$class" "$class" "$class" "$class"
   done
+  # As the reference calls them.
+  printf 'Dim accessRights, deliveryAddress\nSet accessRights = cAccessRights\nSet deliveryAddress = cDeliveryAddress\n'
   while IFS= read -r line; do
     if [[ "$line" == $'\t'* ]]; then continue; fi
     expression="${line%%$'\t'*}"
@@ -90,6 +94,7 @@ VBS
     esac
   done <"$FOLDER/questions.txt"
   cat <<'VBS'
+Set record = Nothing
 If engine.OpenFiles > 0 Or engine.LivingObjects > 0 Or connection.OpenRecordsets > 0 Then
   WScript.Echo "something is left open"
 End If
