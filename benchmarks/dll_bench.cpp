@@ -39,20 +39,6 @@ constexpr double kScriptBatchTime = 20e6;  // nanoseconds
 constexpr int kLoads = 7;
 constexpr wchar_t kLoadSwitch[] = L"--load";
 
-// Members that come too near to the target, or stay above it, and why.
-struct Exception {
-  std::wstring_view member;
-  double target;
-  const char* reason;
-};
-constexpr char kTextArray[] = "makes texts of the host's array, and puts them back";
-constexpr Exception kExceptions[] = {
-    {L"General.GetCategories", 1.35, kTextArray},
-    {L"General.GetDepartments", 1.35, kTextArray},
-    {L"General.GetTaxCodes", 1.45, kTextArray},
-    {L"General.GetVatDesc", 1.25, "asks for little, and makes a text"},
-};
-
 // ---- A member ----
 
 struct Measured {
@@ -64,14 +50,7 @@ struct Measured {
 
   // With one operation or none, a ratio says nothing.
   bool is_compared() const { return bare_operations > 1; }
-  const Exception* exception() const {
-    const auto* const found =
-        std::find_if(std::begin(kExceptions), std::end(kExceptions),
-                     [&](const Exception& exception) { return exception.member == name; });
-    return found == std::end(kExceptions) ? nullptr : found;
-  }
-  double target() const { return exception() ? exception()->target : kTargetRatio; }
-  double limit() const { return is_compared() ? target() : kNoTarget; }
+  double limit() const { return is_compared() ? kTargetRatio : kNoTarget; }
   bool is_met() const { return times.ratio() <= limit() && bare_operations == dll_operations; }
 };
 
@@ -158,7 +137,7 @@ bool Print(const std::vector<Measured>& members) {
     std::printf("%-40s %10.0f %10.0f ", ToUtf8(member.name).c_str(), member.times.hand_written,
                 member.times.ours);
     if (member.is_compared()) {
-      std::printf("%7.3f %7.2f ", member.times.ratio(), member.target());
+      std::printf("%7.3f %7.2f ", member.times.ratio(), kTargetRatio);
     } else {
       std::printf("%7s %7s ", "", "");
     }
@@ -166,11 +145,6 @@ bool Print(const std::vector<Measured>& members) {
                 member.dll_operations, member.script, member.script / member.times.ours,
                 member.is_met() ? "" : "   MISSED");
     met &= member.is_met();
-  }
-  std::printf("\nHeld to limits of their own:\n");
-  for (const Exception& exception : kExceptions) {
-    std::printf("%-40s below %.2f: %s\n", ToUtf8(exception.member).c_str(), exception.target,
-                exception.reason);
   }
   return met;
 }
@@ -192,10 +166,12 @@ std::vector<Member> QuietMembers() {
   return members;
 }
 
-bool CompareMembers() {
+bool CompareMembers(std::wstring_view only) {
   MembersBench bench;
   std::vector<Measured> measured;
-  for (const Member& member : QuietMembers()) measured.push_back(bench.Measure(member));
+  for (const Member& member : QuietMembers()) {
+    if (member.name.starts_with(only)) measured.push_back(bench.Measure(member));
+  }
   return Print(measured);
 }
 
@@ -312,15 +288,19 @@ bool MeasureLoading() {
 }  // namespace
 }  // namespace ard::benchmarks
 
-int main(int count, char**) {
+// Nothing but the members whose names begin with the argument, if there is one.
+int main(int count, char** arguments) {
   using namespace ard::benchmarks;  // NOLINT(google-build-using-namespace): it is the program
   CoInitialize(nullptr);
   int result = 1;
   try {
-    if (count > 1) {
+    const std::wstring only = ard::FromUtf8(count > 1 ? arguments[1] : "");
+    if (only == kLoadSwitch) {
       result = PrintLoading();
+    } else if (!only.empty()) {
+      result = CompareMembers(only) ? 0 : 1;
     } else {
-      const bool met = CompareMembers();
+      const bool met = CompareMembers(only);
       const bool measured = MeasureTheRest();
       result = MeasureLoading() && measured && met ? 0 : 1;
     }

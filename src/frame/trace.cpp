@@ -129,8 +129,9 @@ std::wstring Seen::ToText() const {
       return Quoted(As<std::wstring_view>());
     case Kind::kTexts: {
       std::wstring texts;
-      for (const std::wstring& text : As<TextArray>().elements) {
-        texts += (texts.empty() ? L"{" : L", ") + Quoted(text);
+      const auto& array = As<TextArray>();
+      for (std::int64_t i = array.lower_bound(); i <= array.upper_bound(); ++i) {
+        texts += (texts.empty() ? L"{" : L", ") + Quoted(array.Get(i));
       }
       return texts.empty() ? L"{}" : texts + L'}';
     }

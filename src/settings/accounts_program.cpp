@@ -54,9 +54,9 @@ class AddInList {
       entry.append(L",").append(part);
     }
     ForEachEntry([&](int number, std::wstring_view value) {
-      for (std::int64_t index = 0; index <= check_items.upper_bound(); ++index) {
-        const std::wstring* item = check_items.Find(index);
-        const std::wstring_view part = item ? Trimmed(*item) : std::wstring_view();
+      const std::int64_t last = check_items.upper_bound();
+      for (auto i = std::max<std::int64_t>(check_items.lower_bound(), 0); i <= last; ++i) {
+        const std::wstring_view part = Trimmed(check_items.Get(i));
         if (!part.empty() && ContainsIgnoreCase(value, part)) Write(number, L"");
       }
     });

@@ -16,7 +16,6 @@ using engine::Mode;
 constexpr std::int16_t kUsualDecimals = 4;
 constexpr std::int16_t kTaxCodes = 100;
 constexpr int kRateDecimals = 2;
-constexpr std::size_t kLineLength = 10;  // of most tax codes
 
 // Gives each element the name of the record whose number is its index.
 void ListNames(const Context& context, Name data_file, const TextArray& list) {
@@ -25,11 +24,14 @@ void ListNames(const Context& context, Name data_file, const TextArray& list) {
   using Counter = std::numeric_limits<std::int16_t>;
   NumberedText label(L"", L"   ");
   std::wstring name;
+  std::wstring line;
   const std::int64_t last = std::min<std::int64_t>(list.upper_bound(), Counter::max());
-  for (std::int64_t n = std::max<std::int64_t>(list.lower_bound, Counter::min()); n <= last; ++n) {
+  for (std::int64_t n = std::max<std::int64_t>(list.lower_bound(), Counter::min()); n <= last;
+       ++n) {
     file.Read(static_cast<std::int32_t>(n));
     if (!file.Get(L"NAME", name)) continue;
-    list.Find(n)->assign(label.With(static_cast<std::int16_t>(n))).append(Trimmed(name));
+    line.assign(label.With(static_cast<std::int16_t>(n))).append(Trimmed(name));
+    list.Put(n, line);
   }
 }
 
@@ -44,8 +46,8 @@ void MakeFormat(std::int16_t decimals, std::wstring& format) {
 // A tax code's line in the list, to be filled from its rate.
 struct TaxLine {
   std::int16_t code;
-  std::wstring& text;
   Trace& trace;
+  std::wstring text = {};
 };
 
 void Convert(Value&& value, TaxLine& line) {
@@ -55,7 +57,6 @@ void Convert(Value&& value, TaxLine& line) {
   const std::wstring_view label =
       line.code < 10 ? short_label.With(line.code) : long_label.With(line.code);
   if (const double* const rate = std::get_if<double>(&value.storage())) {
-    line.text.reserve(kLineLength);  // so that it is got in one go
     line.text = label;
     AppendFixed(line.text, *rate, kRateDecimals);
   } else {
@@ -119,11 +120,11 @@ void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
   Run(L"GetTaxCodes", {Output(tax_code_list)}, [&] {
     TaxFile taxes(context());
     NumberedText field(L"T", L"_RATE");
-    for (std::int16_t code = 0; code < kTaxCodes; ++code) {
-      std::wstring* const element = tax_code_list.Find(code);
-      if (!element) continue;
-      TaxLine line{code, *element, context().trace()};
-      taxes.Get(field.With(code), line);
+    TaxLine line{0, context().trace()};
+    const std::int64_t last = std::min<std::int64_t>(tax_code_list.upper_bound(), kTaxCodes - 1);
+    for (auto n = std::max<std::int64_t>(tax_code_list.lower_bound(), 0); n <= last; ++n) {
+      line.code = static_cast<std::int16_t>(n);
+      if (taxes.Get(field.With(line.code), line)) tax_code_list.Put(n, line.text);
     }
   });
 }

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "engine/seam.h"
@@ -47,15 +48,83 @@ inline void Store(VARIANT& argument, ComPtr<IDispatch> object) {
 
 inline void Store(VARIANT& argument, const Value& value) { argument = ToVariant(value).Detach(); }
 
+// The names that an engine is asked for again and again, as texts of automation's, which are dear
+// to make and to free. One that is passed is the call's own while it lasts; what the server has
+// left of it is kept for the next.
+class KnownNames {
+ public:
+  KnownNames() = default;
+  KnownNames(const KnownNames&) = delete;
+  KnownNames& operator=(const KnownNames&) = delete;
+  ~KnownNames() {
+    for (const BSTR text : texts_) SysFreeString(text);
+  }
+
+  BSTR Take(std::wstring_view name) {
+    const BSTR text = std::exchange(Place(name), nullptr);
+    if (text && View(text) == name) return text;
+    SysFreeString(text);
+    return NewBstr(name);
+  }
+  void Keep(std::wstring_view name, BSTR text) { SysFreeString(std::exchange(Place(name), text)); }
+
+ private:
+  // As many as let the names of one call mostly have places of their own.
+  static constexpr std::size_t kPlaces = 128;
+
+  BSTR& Place(std::wstring_view name) {
+    const std::size_t size = name.size();
+    if (size == 0) return texts_[0];
+    return texts_[(name[0] + name[size / 2] * 5u + name[size - 1] * 13u + size * 29) % kPlaces];
+  }
+
+  std::array<BSTR, kPlaces> texts_{};
+};
+
+// An argument that is one.
+struct KnownName {
+  std::wstring_view name;
+  KnownNames& names;
+};
+
+inline void Store(VARIANT& argument, const KnownName& known) {
+  argument.bstrVal = known.names.Take(known.name);
+  argument.vt = VT_BSTR;
+}
+
+// What becomes of an argument after a call.
+inline void TakeBack(VARIANT&, const auto&) {}
+inline void TakeBack(VARIANT& argument, const KnownName& known) {
+  if (argument.vt == VT_BSTR)
+    known.names.Keep(known.name, std::exchange(argument.bstrVal, nullptr));
+}
+
 // Arguments as a call takes them: on the stack, the last one first. Each owns its text, in memory
 // of the system's: a server whose parameters are by reference may free it and put another there.
 template <class... Arguments>
-std::array<ScopedVariant, sizeof...(Arguments)> Reversed(const Arguments&... arguments) {
-  std::array<ScopedVariant, sizeof...(Arguments)> list;
-  [[maybe_unused]] std::size_t next = list.size();
-  (Store(list[--next], arguments), ...);
-  return list;
-}
+class ArgumentList : public DISPPARAMS {
+ public:
+  explicit ArgumentList(const Arguments&... arguments)
+      : DISPPARAMS{nullptr, nullptr, sizeof...(Arguments), 0}, arguments_(arguments...) {
+    rgvarg = list_.data();
+    [[maybe_unused]] std::size_t next = list_.size();
+    (Store(list_[--next], arguments), ...);
+  }
+  ArgumentList(const ArgumentList&) = delete;
+  ArgumentList& operator=(const ArgumentList&) = delete;
+  ~ArgumentList() {
+    std::apply(
+        [&](const Arguments&... arguments) {
+          [[maybe_unused]] std::size_t next = list_.size();
+          (TakeBack(list_[--next], arguments), ...);
+        },
+        arguments_);
+  }
+
+ private:
+  std::array<ScopedVariant, sizeof...(Arguments)> list_;
+  std::tuple<const Arguments&...> arguments_;
+};
 
 // Someone else's object. A call that fails throws Error with the number and the text that the
 // object tells.
@@ -66,8 +135,7 @@ class LateBound {
   // Calls a member that has a result.
   template <class... Arguments>
   ScopedVariant Ask(DISPID id, const Arguments&... arguments) const {
-    auto list = Reversed(arguments...);
-    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
+    ArgumentList parameters(arguments...);
     ScopedVariant result;
     Invoke(id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, &result);
     return result;
@@ -88,8 +156,7 @@ class LateBound {
 
   // The object that a member gives; null when it gives none, or fails.
   ComPtr<IDispatch> AskForObject(DISPID id, const auto&... arguments) const {
-    auto list = Reversed(arguments...);
-    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
+    ArgumentList parameters(arguments...);
     ScopedVariant result;
     ExceptionInfo exception;
     const HRESULT outcome =
@@ -102,8 +169,7 @@ class LateBound {
   // Calls a member that has none.
   template <class... Arguments>
   void Do(DISPID id, const Arguments&... arguments) const {
-    auto list = Reversed(arguments...);
-    DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
+    ArgumentList parameters(arguments...);
     Invoke(id, DISPATCH_METHOD, parameters, nullptr);
   }
 

@@ -38,6 +38,8 @@ class Session {
   EngineIds transactions_ids;
   EngineIds pricing_ids;
 
+  KnownName Known(std::wstring_view name) { return {name, names_}; }
+
   // Memory for one wrapper, which holds a reference to the session until it is given back.
   void* Take() {
     Block* block = free_;
@@ -67,6 +69,7 @@ class Session {
     while (free_) delete std::exchange(free_, free_->next);
   }
 
+  KnownNames names_;
   ULONG references_ = 0;
   Block* free_ = nullptr;
 };
@@ -121,7 +124,8 @@ class LateFields : public Wrapper<engine::Fields> {
       : Wrapper(session, std::move(object)), ids_(ids) {}
 
   std::unique_ptr<engine::Field> Item(std::wstring_view name) override {
-    return Wrap<LateField>(session_, object_.AskObject(FieldsId::kItemByName, name), ids_);
+    return Wrap<LateField>(session_, object_.AskObject(FieldsId::kItemByName, session_.Known(name)),
+                           ids_);
   }
   std::unique_ptr<engine::Field> Item(std::int32_t position) override {
     const DISPID item = ids_.Get(object_, kFieldsItem);
@@ -148,10 +152,10 @@ class LateDataFile : public Wrapper<engine::DataFileObject> {
                             session_.data_file_ids);
   }
   bool FindFirst(std::wstring_view field, const Value& value) override {
-    return object_.AskBoolean(DataFileId::kFindFirst, field, value);
+    return object_.AskBoolean(DataFileId::kFindFirst, session_.Known(field), value);
   }
   bool FindNext(std::wstring_view field, const Value& value) override {
-    return object_.AskBoolean(DataFileId::kFindNext, field, value);
+    return object_.AskBoolean(DataFileId::kFindNext, session_.Known(field), value);
   }
   bool Write(std::int32_t record) override {
     return object_.AskBoolean(DataFileId::kWrite, record);
@@ -254,7 +258,7 @@ class LateWorkspace : public engine::Workspace {
  private:
   ComPtr<IDispatch> Create(std::wstring_view name) {
     try {
-      return object_.AskObject(WorkspaceId::kCreateRecordObject, name);
+      return object_.AskObject(WorkspaceId::kCreateRecordObject, session_->Known(name));
     } catch (const Error&) {
       // What has no such member is no workspace: the error of something else would mislead.
       if (!object_.Has(L"CreateRecordObject")) throw SystemError(kErrorNoMember);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -14,6 +15,8 @@
 
 namespace ard::windows {
 namespace {
+
+using namespace std::string_view_literals;
 
 using Answer = std::function<HRESULT(VARIANT& result, EXCEPINFO& exception)>;
 
@@ -25,6 +28,7 @@ struct Recorder {
   std::vector<VARTYPE> types;  // of its arguments, the last one first
   LONG number = 0;             // the last one, where it is one
   std::wstring text;
+  std::function<void(BSTR& text)> spoil;  // what is done to a text that has been passed
   HRESULT lookup_status = S_OK;
   Answer answer;
   int living = 0;
@@ -54,6 +58,7 @@ class EngineObject final : public ComObject<IDispatch> {
     recorder_.number = LastNumber(*parameters);
     if (!recorder_.types.empty() && recorder_.types[0] == VT_BSTR) {
       recorder_.text = View(parameters->rgvarg[0].bstrVal);
+      if (recorder_.spoil) recorder_.spoil(parameters->rgvarg[0].bstrVal);
     }
     VARIANT ignored{};
     VARIANT& answer = result ? *result : ignored;
@@ -218,6 +223,27 @@ TEST_F(LateBoundTest, TextsOfAnyLengthArrive) {
     if (length > 1) text[1] = L'\0';
     seam->record->SetExtraText(text);
     EXPECT_EQ(recorder.text, text);
+  }
+}
+
+// A server whose parameters are by reference may do what it likes with them.
+TEST_F(LateBoundTest, NamesArriveWhateverBecameOfThemBefore) {
+  const std::function<void(BSTR & text)> spoilers[] = {
+      [](BSTR& text) { text[0] = L'X'; },
+      [](BSTR& text) { SysReAllocString(&text, L"ANOTHER_NAME"); },
+      [](BSTR& text) { SysFreeString(std::exchange(text, nullptr)); },
+      [this](BSTR&) {
+        recorder.spoil = nullptr;
+        seam->fields->Item(L"NAME");
+      },
+  };
+  for (const auto& spoil : spoilers) {
+    recorder.spoil = spoil;
+    for (const std::wstring_view name : {L"NAME"sv, L"NAME"sv, L"EMAN"sv, L""sv}) {
+      recorder.text = L"-";
+      seam->fields->Item(name);
+      EXPECT_EQ(recorder.text, name);
+    }
   }
 }
 

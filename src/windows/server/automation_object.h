@@ -178,10 +178,14 @@ class Passed<ByRef<String>> {
 };
 
 template <>
-class Passed<StringArray> : public StringArrayArgument {
+class Passed<StringArray> {
  public:
-  explicit Passed(SAFEARRAY** array) noexcept : StringArrayArgument(*array) {}
+  explicit Passed(SAFEARRAY** array) : elements_(*array) {}
   static bool Misses(SAFEARRAY** array) { return !array; }
+  TextArray value() const { return TextsOf(elements_); }
+
+ private:
+  ArrayElements<BSTR> elements_;
 };
 
 // The name of a property, as a template argument.

@@ -184,11 +184,13 @@ std::size_t SizeOf(int vt) {
   }
 }
 
-// Empty for what is no text.
-Bstr TextOf(VARIANT& value, LCID locale) {
-  ScopedVariant text;
-  if (FAILED(VariantChangeTypeEx(&text, &value, locale, 0, VT_BSTR))) return {};
-  return Bstr::Adopt(text.Detach().bstrVal);
+// The text of a value, empty for what is none; of `made`, where it has to be made, which may be the
+// value itself.
+std::wstring_view TextOf(VARIANT& value, VARIANT& made, LCID locale) {
+  if (value.vt == VT_EMPTY) return {};
+  if (value.vt == VT_BSTR) return View(value.bstrVal);
+  const HRESULT status = VariantChangeTypeEx(&made, &value, locale, 0, VT_BSTR);
+  return SUCCEEDED(status) ? View(made.bstrVal) : std::wstring_view();
 }
 
 // A property of an object of the host's. With a value, it is put; one that is not there yet is made
@@ -309,15 +311,18 @@ HRESULT Parameter<StringArray>::Load(VARIANT* argument, LCID locale) {
   converted_ = SafeArrayCreate(VT_BSTR, 1, &bounds);
   if (!converted_) return E_OUTOFMEMORY;
   ULONG index = 0;
-  for (BSTR& string : ArrayElements<BSTR>(converted_)) string = Element(index++).Detach();
+  for (BSTR& string : ArrayElements<BSTR>(converted_)) {
+    ScopedVariant made;
+    const std::wstring_view text = Element(index++, made);
+    if (!text.empty()) string = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+  }
   return S_OK;
 }
 
-Bstr Parameter<StringArray>::Element(ULONG index) {
-  if (!object_) return TextOf(variants_->begin()[index], locale_);
-  ScopedVariant value;
-  AccessProperty(object_.get(), std::to_wstring(index).c_str(), locale_, nullptr, &value);
-  return TextOf(value, locale_);
+std::wstring_view Parameter<StringArray>::Element(ULONG index, VARIANT& made) {
+  if (!object_) return TextOf(variants_->begin()[index], made, locale_);
+  AccessProperty(object_.get(), std::to_wstring(index).c_str(), locale_, nullptr, &made);
+  return TextOf(made, made, locale_);
 }
 
 HRESULT Parameter<StringArray>::Store() {
@@ -326,8 +331,9 @@ HRESULT Parameter<StringArray>::Store() {
   ULONG index = 0;
   for (BSTR& string : ArrayElements<BSTR>(converted_)) {
     const ULONG at = index++;
-    if (View(string) == Element(at).view()) continue;
     ScopedVariant text;
+    if (View(string) == Element(at, text)) continue;
+    text = ScopedVariant();
     text.vt = VT_BSTR;
     text.bstrVal = std::exchange(string, nullptr);
     const HRESULT stored = object_ ? AccessProperty(object_.get(), std::to_wstring(at).c_str(),

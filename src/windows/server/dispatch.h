@@ -241,8 +241,9 @@ class Parameter<StringArray> {
   HRESULT Store();
 
  private:
-  // The text of an element of the caller's, empty for what is none.
-  Bstr Element(ULONG index);
+  // The text of an element of the caller's, empty for what is none; of `made`, where it has to be
+  // made.
+  std::wstring_view Element(ULONG index, VARIANT& made);
 
   LCID locale_ = 0;
   SAFEARRAY** strings_ = &converted_;

@@ -50,14 +50,15 @@ struct Sample : testing::ForeignObject {
   }
   // Adds "!" to each element but the empty ones.
   virtual HRESULT STDMETHODCALLTYPE Mark(SAFEARRAY** array) {
-    StringArrayArgument strings(*array);
-    lower_bound = strings.value().lower_bound;
-    for (std::wstring& element : strings.value().elements) {
-      if (!element.empty()) element += L'!';
+    const ArrayElements<BSTR> strings(*array);
+    const TextArray texts = TextsOf(strings);
+    lower_bound = texts.lower_bound();
+    for (std::int64_t i = texts.lower_bound(); i <= texts.upper_bound(); ++i) {
+      if (!texts.Get(i).empty()) texts.Put(i, std::wstring(texts.Get(i)) + L'!');
     }
     return S_OK;
   }
-  std::int32_t lower_bound = -1;
+  std::int64_t lower_bound = -1;
   virtual HRESULT STDMETHODCALLTYPE Add(double* amount, double* result) {
     *result = *amount + 1;
     *amount = 0;

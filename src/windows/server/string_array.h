@@ -6,10 +6,10 @@
 // After windows.h.
 #include <oleauto.h>
 
-#include <string>
-#include <vector>
+#include <string_view>
 
 #include "frame/text_array.h"
+#include "windows/engine/com.h"
 
 namespace ard::windows {
 
@@ -40,22 +40,19 @@ class ArrayElements {
   Element* data_ = nullptr;
 };
 
-// The strings of an array for a method of a portable class: they start as what the host has passed,
-// and those that have changed replace the host's when this goes.
-class StringArrayArgument {
- public:
-  // When there is no memory for them, the method is given none, and the host keeps what it has.
-  explicit StringArrayArgument(SAFEARRAY* array) noexcept;
-  StringArrayArgument(const StringArrayArgument&) = delete;
-  StringArrayArgument& operator=(const StringArrayArgument&) = delete;
-  ~StringArrayArgument();
-
-  TextArray value() { return {elements_.lower_bound(), texts_}; }
-
- private:
-  ArrayElements<BSTR> elements_;
-  std::vector<std::wstring> texts_;
-};
+// The strings of an array for a method of a portable class, which puts its texts into them. One
+// that is the same already, or that there is no memory for, stays as it is.
+inline TextArray TextsOf(const ArrayElements<BSTR>& strings) {
+  return {strings.lower_bound(), strings.size(), strings.begin(),
+          [](const void* elements, std::size_t place) {
+            return View(static_cast<const BSTR*>(elements)[place]);
+          },
+          [](void* elements, std::size_t place, std::wstring_view text) {
+            BSTR& element = static_cast<BSTR*>(elements)[place];
+            if (View(element) == text) return;
+            SysReAllocStringLen(&element, text.data(), static_cast<UINT>(text.size()));
+          }};
+}
 
 }  // namespace ard::windows
 
