@@ -389,7 +389,7 @@ def write(path, content):
 def main(root, compiler, pictures, folder):
     root, folder = Path(root), Path(folder)
     idl = root / "src/windows/server/ArdObjects100.idl"
-    transcript = root / "src/testing/transcript.txt"
+    transcript = root / "tests/core/transcript.txt"
     ids = root / "src/windows/engine/dispatch_ids.h"
     interface = published.read(idl, compiler)
     gaps = [f"{kind.name}.{m.name}: {lack} is not said" for kind in interface.classes for m in kind.members for lack in m.lacks()]

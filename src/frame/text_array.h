@@ -17,6 +17,7 @@ class TextArray {
   using Reader = std::wstring_view (*)(const void* elements, std::size_t place);
   using Writer = void (*)(void* elements, std::size_t place, std::wstring_view text);
 
+  TextArray() : TextArray(0, {}) {}  // without elements
   TextArray(std::int32_t lower_bound, std::size_t size, void* elements, Reader read, Writer write)
       : lower_bound_(lower_bound), size_(size), elements_(elements), read_(read), write_(write) {}
   TextArray(std::int32_t lower_bound, std::span<std::wstring> texts)
