@@ -141,7 +141,7 @@ class Host {
   void Run() {
     const auto session = Create<_Messaging>(CLSID_Messaging, IID__Messaging);
     const Text app_name(L"Manufacturing");
-    const Text registry_path(L"Manufacturing Demo");
+    const Text registry_path(L"First Host");
     session->put_AppName(app_name);
     session->put_RegistryPath(registry_path);
     session->put_ArdDataPath(company_);

@@ -59,7 +59,7 @@ class Host {
   void Run() {
     _MessagingPtr session(__uuidof(Messaging));
     session->PutAppName(L"Manufacturing");
-    session->PutRegistryPath(L"Manufacturing Demo");
+    session->PutRegistryPath(L"First Host");
     session->PutArdDataPath(company_);
     session->PutUniqueID(L"FIRST");
     session->PutUseAccRights(database_ ? VARIANT_TRUE : VARIANT_FALSE);

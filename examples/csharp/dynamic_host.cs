@@ -51,7 +51,7 @@ class DynamicHost {
   void Run() {
     dynamic session = Create("ArdObjects100.Messaging");
     session.AppName = "Manufacturing";
-    session.RegistryPath = "Manufacturing Demo";
+    session.RegistryPath = "First Host";
     session.ArdDataPath = company;
     session.UniqueID = "FIRST";
     session.ArdEngine = engine;

@@ -55,7 +55,7 @@ class FirstHost {
   void Run() {
     var session = new Messaging {
       AppName = "Manufacturing",
-      RegistryPath = "Manufacturing Demo",
+      RegistryPath = "First Host",
       ArdDataPath = company,
       UniqueID = "FIRST",
       ArdEngine = engine,

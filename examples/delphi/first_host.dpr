@@ -66,7 +66,7 @@ var
 begin
   Session := CoMessaging.Create;
   Session.AppName := 'Manufacturing';
-  Session.RegistryPath := 'Manufacturing Demo';
+  Session.RegistryPath := 'First Host';
   Session.ArdDataPath := Company;
   Session.UniqueID := 'FIRST';
   Session.ArdEngine := FEngine;

@@ -21,7 +21,7 @@ const
   // SQL Server:  'Provider=MSOLEDBSQL;Server=(local);Database=Host;Trusted_Connection=yes'
   // No database: ''
   AppName = 'Manufacturing';
-  RegistryPath = 'Manufacturing Demo';
+  RegistryPath = 'First Host';
 
 var
   // Those that are not assigned are Nothing to the library.

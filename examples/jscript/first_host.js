@@ -26,7 +26,7 @@ if (setting(1, CONNECTION) != "") {
 
 var session = create("Messaging");
 session.AppName = "Manufacturing";
-session.RegistryPath = "Manufacturing Demo";
+session.RegistryPath = "First Host";
 session.ArdDataPath = setting(0, COMPANY);
 session.UniqueID = "FIRST";
 session.ArdEngine = engine;

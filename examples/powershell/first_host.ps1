@@ -96,7 +96,7 @@ if ($Connection) {
 
 $session = New-Ard Messaging
 $session.AppName = 'Manufacturing'
-$session.RegistryPath = 'Manufacturing Demo'
+$session.RegistryPath = 'First Host'
 $session.ArdDataPath = $Company
 $session.UniqueID = 'FIRST'
 $session.ArdEngine = $engine

@@ -61,7 +61,7 @@ class Host:
         session = self.create(
             "Messaging",
             AppName="Manufacturing",
-            RegistryPath="Manufacturing Demo",
+            RegistryPath="First Host",
             ArdDataPath=self.company,
             UniqueID="FIRST",
             ArdEngine=self.engine,

@@ -49,7 +49,7 @@ Public Sub FirstHost()
 
   Set session = New ArdObjects100.Messaging
   session.AppName = "Manufacturing"
-  session.RegistryPath = "Manufacturing Demo"
+  session.RegistryPath = "First Host"
   session.ArdDataPath = COMPANY
   session.UniqueID = "FIRST"
   Set session.ArdEngine = engine

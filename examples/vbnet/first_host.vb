@@ -47,7 +47,7 @@ Module FirstHost
 
     Dim session As New Messaging With {
       .AppName = "Manufacturing",
-      .RegistryPath = "Manufacturing Demo",
+      .RegistryPath = "First Host",
       .ArdDataPath = folder,
       .UniqueID = "FIRST",
       .ArdEngine = engine,

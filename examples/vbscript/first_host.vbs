@@ -27,7 +27,7 @@ End If
 
 Set session = Create("Messaging")
 session.AppName = "Manufacturing"
-session.RegistryPath = "Manufacturing Demo"
+session.RegistryPath = "First Host"
 session.ArdDataPath = Setting(0, COMPANY)
 session.UniqueID = "FIRST"
 Set session.ArdEngine = engine
