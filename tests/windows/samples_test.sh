@@ -59,6 +59,7 @@ judge() {
   if tr -d '\r' <"$FOLDER/output.txt" | diff examples/first_host.txt - &&
     diff -r -x company.lock examples/company "$FOLDER/company" && (($2 == 0)); then
     ((passed += 1))
+    say "$1 prints the same"
   else
     ((failed += 1))
     say "$1 failed"
