@@ -31,7 +31,6 @@ for (var name in others) {
   }
 }
 products.GetAllocOnOrder("LOCK-CAM", null, undefined);
-products.GetAllocOnOrder("LOCK-CAM", "", new ActiveXObject("ArdSimulator.Engine"));
 var user = {value: "MANAGER"}, station = {}, count = general.GetNumActiveUsersInclDet(user, station);
 WScript.Echo("held " + count + " " + user.value + " " + station.value);
 var supplier = {}, ordered = [], least = new String("7");
@@ -39,4 +38,8 @@ products.GetSupplierOnOrder("LOCK-CAM", supplier, ordered, least);
 WScript.Echo("held " + supplier.value + typeof ordered.value + ordered.value + least.value);
 products.GetSupplierOnOrder("none", supplier, ordered, least);
 WScript.Echo("held " + supplier.value + ordered.value + least.value);
+var field = engine.Workspace.CreateRecordObject("StockRecord").Fields.Item("DESCRIPTION");
+field.Value = "a value, not a variable";
+products.GetSupplierOnOrder("LOCK-CAM", field, "", null);
+WScript.Echo(field.Value.replace(/ +$/, ""));
 WScript.Echo("done");

@@ -69,6 +69,7 @@ negative refused
 held 3 ANNE OFFICE-04
 held SCA001  number044
 held SCA001  044
+a value, not a variable
 done
 TEXT
 
