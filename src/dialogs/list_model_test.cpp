@@ -147,6 +147,12 @@ TEST_F(ListModelTest, CursorKeys) {
          {kUp, 5, 5},
          {kEnd, 25, 16},
          {kHome, 1, 1}});
+  // A line further, one page is read.
+  list_.SelectItem(10);
+  EXPECT_EQ(Selected(), 10);
+  source_.pages.clear();
+  Press({{kDown, 11, 2}});
+  EXPECT_EQ(source_.pages, (std::vector<std::pair<std::int32_t, std::int32_t>>{{2, 11}}));
   source_.deleted = {11, 12, 13};
   Start(30, 10);
   list_.SelectItem(10);
@@ -289,10 +295,13 @@ TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
           moved = row < list.rows().size();
           list.SelectRow(row, pick);
           break;
-        case 2:
+        case 2: {
           moved = false;
-          list.ScrollBy(upto(41) - 20);
+          const std::int32_t wanted = list.top() + upto(41) - 20;
+          list.ScrollBy(wanted - list.top());
+          ASSERT_EQ(list.top(), std::clamp(wanted, 1, list.LastTop()));
           break;
+        }
         case 3:
           moved = false;
           list.SetPageSize(upto(20));

@@ -46,6 +46,20 @@ TEST_F(ProductsTest, AnEntryThatCannotBeReadLeavesTheSellingPrice) {
   }
 }
 
+TEST_F(ProductsTest, ASetUpThatCannotBeReadHasNoDefaults) {
+  CompanyBuilder builder;
+  Open(builder.Setup(L"STOCK_CATEGORY=4"));
+  int unread = 0;
+  environment_.trace().Attach(
+      [&](std::string_view line) { unread += line.find("\tskip\tSetupData.Read\t") != line.npos; });
+  for (std::int64_t n = 1; unread == 0 && n < 20; ++n) {
+    engine_->faults().FailFrom(n, false);
+    products_.CreateNewProduct(L"NEW" + std::to_wstring(n), L"New");
+    EXPECT_TRUE(unread == 0 || products_.GetCategory(L"NEW" + std::to_wstring(n)) == 0);
+  }
+  EXPECT_EQ(unread, 1);
+}
+
 TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {
   const testing::TemporaryFolder folder;
   const std::string before =

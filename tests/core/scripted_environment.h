@@ -257,7 +257,7 @@ class ScriptedEnvironment : public Environment {
   // The columns of lists and their widths, the welcome of a logon, the lines of a dialog that has
   // nothing else.
   static std::wstring Columns(const dialogs::ListModel& list) {
-    std::wstring columns = list.multiple() ? L" several of" : L"";
+    std::wstring columns = (list.multiple() ? L" several " : L" ") + list.Title();
     for (const dialogs::Column& column : list.columns()) {
       columns += L"|" + column.header + L" " + std::to_wstring(column.width);
     }
@@ -284,7 +284,9 @@ class ScriptedEnvironment : public Environment {
   }
   static std::wstring Heading(const dialogs::FieldsDialog& dialog) {
     std::wstring lines;
-    for (const auto& line : dialog.lines()) lines += L"|" + line.label + L"=" + line.text;
+    for (const auto& line : dialog.lines()) {
+      lines += L"|" + line.label + (line.number ? L" #=" : L"=") + line.text;
+    }
     return lines;
   }
   static std::wstring SettingKey(std::wstring_view application, std::wstring_view section,

@@ -52,7 +52,7 @@ check_members() {
 }
 
 for_prompt() {
-  awk -F'\t' '!/^\t/ {print $1} $4 != "" {gsub(", ", "\n", $4); print $4}' "$FOLDER/questions.txt"
+  awk -F'\t' '!/^(\t|= )/ {print $1} $4 != "" {gsub(", ", "\n", $4); print $4}' "$FOLDER/questions.txt"
 }
 
 # What the prompt wrote, with just the titles of the windows in place of each run of the same.
@@ -64,6 +64,18 @@ answers_of_prompt() {
     /^\[(!|stop|\?)\] / {sub(/^[^ ]+ /, ""); sub(/: .*/, ""); title($0); next}
     !drawing && !/^ | \.*$/ {print}
     /\(\? helps\) / {drawing = 0}' <(for_prompt) -
+}
+
+# The questions whose answers are known, as the prompt repeats them, and these answers.
+expected() {
+  awk -F'\t' '/^= / {print asked; print substr($0, 3)} /^\? / {asked = $1}' "$FOLDER/questions.txt" |
+    sed -E 's/(LogonUser|PassLogged).+/\1.../'
+}
+# What the prompt has answered to them.
+answered() {
+  awk 'FNR == NR {if (FNR % 2) asked[++n] = $0; next}
+    $0 == asked[i + 1] {++i; print; getline; while (/^\t/) getline; print}' \
+    <(expected) "$FOLDER/prompt.txt" | sed -E 's/ +"(,|$)/"\1/g'
 }
 
 for_script() {
@@ -82,7 +94,7 @@ VBS
   # As the reference calls them.
   printf 'Dim accessRights, deliveryAddress\nSet accessRights = cAccessRights\nSet deliveryAddress = cDeliveryAddress\n'
   while IFS= read -r line; do
-    if [[ "$line" == $'\t'* ]]; then continue; fi
+    if [[ "$line" == $'\t'* || "$line" == "= "* ]]; then continue; fi
     expression="${line%%$'\t'*}"
     # The prompt does not repeat what may be a password.
     repeated="$(sed -E 's/(LogonUser|PassLogged).+/\1.../' <<<"$expression")"
@@ -203,6 +215,7 @@ for side in prompt script; do
 done
 
 answers_of_prompt <"$FOLDER/raw.txt" >"$FOLDER/prompt.txt"
+diff <(expected) <(answered) || STATUS=1
 tr -d '\r' <"$FOLDER/output.txt" | diff <(grep -v $'^\t' "$FOLDER/prompt.txt") - || STATUS=1
 diff <(grep $'^\t' "$FOLDER/prompt.txt") "$FOLDER/windows.txt" || STATUS=1
 diff -r -x company.lock "$FOLDER/prompt" "$FOLDER/script" || STATUS=1
