@@ -47,8 +47,7 @@ class AccountRecord : public PropertyClass<Details> {
     return this->template Call<bool>(L"Read", {acc_ref}, [&](bool& found) {
       engine::Record account(this->context(), Record::kFile);
       found = FindAccount(account, acc_ref);
-      if (found)
-        engine::ReadFields<engine::Record, Details>(account, Record::kProperties, this->details());
+      if (found) engine::ReadFields(account, Record::kProperties, this->details());
     });
   }
 

@@ -72,7 +72,7 @@ std::vector<FieldsDialog::Line> LinesOf(const Context& context, const Address& a
 void ReadAddress(const Context& context, AddressKind kind, std::int32_t record, Address& address) {
   engine::DataFile file(context, FileOf(kind).data_file);
   if (!file.Open(engine::Mode::kRead) || !file.Read(record)) return;
-  engine::ReadFields<engine::DataFile, Address>(file, kAddressProperties, address);
+  engine::ReadFields(file, kAddressProperties, address);
 }
 
 AddressDetails::AddressDetails(const Context& context, const Address& address)

@@ -2,8 +2,8 @@
 #ifndef ARD_ENGINE_FIELD_TABLE_H_
 #define ARD_ENGINE_FIELD_TABLE_H_
 
+#include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -25,8 +25,8 @@ struct FieldProperty {
 
 // Reads the fields in the order of the table. One that cannot be read leaves its member as it was,
 // and the reading goes on.
-template <class Source, class Details>
-void ReadFields(Source& source, std::span<const FieldProperty<Details>> table, Details& details) {
+template <class Source, class Details, std::size_t size>
+void ReadFields(Source& source, const FieldProperty<Details> (&table)[size], Details& details) {
   for (const FieldProperty<Details>& property : table) {
     std::visit(
         [&](auto member) {
