@@ -88,14 +88,13 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
   // How many steps the member has taken.
   std::int64_t Run(const Sweep& sweep, std::int64_t fail_at, bool persist) {
     const Member& member = GetParam();
-    static const auto database = MembersDatabase();
     RenewCompany();
     engine_->SnapshotFields(&sweep == &snapshots);
     ScriptedEnvironment environment;
     if (member.script) environment.Answer(member.script);
     environment.AnswerInput(L"Asked");
     environment.Obey(engine_->faults());
-    database->Obey(engine_->faults());
+    database_->Obey(engine_->faults());
     Trace::Origin origin;
     origin.detail = true;
     static const std::string password = ToUtf8(kPassword);
@@ -112,7 +111,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     Context context(environment);
     context.workspace = engine_->workspace();
     context.engine = engine_;
-    context.database = database;
+    context.database = database_;
     context.app_name = L"Manufacturing";
     const Call call = member.bind(context);
 
@@ -137,7 +136,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     EXPECT_TRUE(is_neutral || member.may_answer(answer)) << where << ": " << ToUtf8(answer);
     EXPECT_EQ(engine_->counters().open_files, 0) << where;
     EXPECT_EQ(engine_->counters().living_objects, 0) << where;
-    EXPECT_EQ(database->open_recordsets(), 0) << where;
+    EXPECT_EQ(database_->open_recordsets(), 0) << where;
     // Somebody only after True, as long as the engine can log them off.
     EXPECT_TRUE(answer == L"True" || engine_->user().empty() || engine_->faults().persists())
         << where << ": " << ToUtf8(engine_->user());
@@ -163,6 +162,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     written_ = engine_->company().records_written();
   }
 
+  const std::shared_ptr<host_database::OdbcConnection> database_ = MembersDatabase();
   std::shared_ptr<simulator::Simulator> engine_;
   std::int64_t written_ = 0;
   std::wstring answer_;  // of the last run
