@@ -49,8 +49,10 @@ class SearchTest : public testing::CompanyTest {
   }
 
   // Answers the next dialog, and makes sure that it is shown.
-  void Answer(testing::ScriptedEnvironment::ProductScript script) {
-    environment_.AnswerProducts(std::move(script));
+  void Answer(std::function<void(ProductDialog&)> script) {
+    environment_.Answer([script = std::move(script)](dialogs::SelectDialog& dialog) {
+      script(dynamic_cast<ProductDialog&>(dialog));
+    });
     ++expected_dialogs_;
   }
   // The rows of the page shown, without padding: "AA1|Stock AA1".

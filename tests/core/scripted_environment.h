@@ -34,16 +34,10 @@ struct Message {
 class ScriptedEnvironment : public Environment {
  public:
   using Script = std::function<void(dialogs::SelectDialog&)>;
-  using ProductScript = std::function<void(dialogs::ProductDialog&)>;
 
   // Answers the next dialog with `script`; one that leaves the dialog visible, and a dialog
   // without a script, ends with the close box.
   void Answer(Script script) { scripts_.push_back(std::move(script)); }
-  void AnswerProducts(ProductScript script) {
-    Answer([script = std::move(script)](dialogs::SelectDialog& dialog) {
-      script(dynamic_cast<dialogs::ProductDialog&>(dialog));
-    });
-  }
   // The same for the logon dialogs, the user list, and the question what to do, whose answer is
   // Abort without a script.
   void AnswerLogon(std::function<void(dialogs::LogonDialog&)> script) {
