@@ -129,21 +129,5 @@ TEST_F(EngineTest, FindFirstAndNextFollowTheOrderOfTheirField) {
   EXPECT_THROW(file->FindFirst(L"BALANCE", L"x"), Error);
 }
 
-TEST_F(EngineTest, KeysThatAreNumbersAreFoundByTheirFirstDigits) {
-  engine_->company().Parse(L"SopData", "ORDER_NUMBER:long\n400\n7\n41\n-42\n4\n", "");
-  const auto file = OpenFile(L"SopData");
-  for (const auto& [pattern, numbers] : {std::pair(L"4*", L"4 41 400 "),
-                                         {L"b*", L""},
-                                         {L"-4*", L"-42 "},
-                                         {L"*", L"-42 4 7 41 400 "}}) {
-    std::wstring found;
-    for (bool more = file->FindFirst(L"ORDER_NUMBER", pattern); more;
-         more = file->FindNext(L"ORDER_NUMBER", pattern)) {
-      found += Text(*file, L"ORDER_NUMBER") + L" ";
-    }
-    EXPECT_EQ(found, numbers) << pattern;
-  }
-}
-
 }  // namespace
 }  // namespace ard::simulator
