@@ -212,14 +212,20 @@ expect "what is there" "$({ files_of "$FOLDER/stage-new" && printf '%s\n' files.
 expect "an older one all the same" 0 "$(setup "$FOLDER/0.9.0.exe" /Downgrade)"
 expect "the older one" "old old works works" "$(libraries "$USER_FOLDER") $(with_user_classes hosts)"
 
-# A setup that was ended in the middle of the exchange: the next one begins with what was there before it.
-mkdir -p "$USER_FOLDER"/old-7/x64
-cp "$USER_FOLDER/files.txt" "$USER_FOLDER/old-7/old.txt"
-cp "$USER_FOLDER/files.txt" "$USER_FOLDER/old-7/new.txt"
-mv "$USER_FOLDER/x64/$PRODUCT.dll" "$USER_FOLDER/old-7/x64/"
-touch "$USER_FOLDER/old-7/undo"
-expect "after one that was killed" 2 "$(setup "$FOLDER/99.0.0.exe")"
-expect "what it had moved" "old old" "$(libraries "$USER_FOLDER")"
+# A setup that was ended while it moved the old files away, or the new ones to their places: the next one
+# begins with what was there before it.
+for moved in "" moved; do
+  mkdir -p "$USER_FOLDER"/old-7/x64
+  tee "$USER_FOLDER"/old-7/{old,new}.txt <"$USER_FOLDER/files.txt" >/dev/null
+  mv "$USER_FOLDER/x64/$PRODUCT.dll" "$USER_FOLDER/old-7/x64/"
+  if [[ -n "$moved" ]]; then
+    mv "$USER_FOLDER/x86" "$USER_FOLDER"/*.* "$USER_FOLDER/old-7/"
+    cp "$FOLDER/stage-new/x64/$PRODUCT.dll" "$USER_FOLDER/x64/"
+  fi
+  touch "$USER_FOLDER/old-7/"{undo,$moved}
+  expect "after one that was killed" 2 "$(setup "$FOLDER/99.0.0.exe")"
+  expect "what it had moved" "old old works works" "$(libraries "$USER_FOLDER") $(with_user_classes hosts)"
+done
 
 with_user_classes hold
 expect "removed while in use" 0 \

@@ -45,8 +45,11 @@ stage_notices() {
   done
 }
 
+# Only when it has been built; without what its builder keeps for the next time.
 stage_manual() {
-  if [[ -d "$BUILD/manual" ]]; then copy "$1" "$BUILD/manual"; fi
+  [[ -f "$BUILD/manual/index.html" ]] || return 0
+  copy "$1" "$BUILD/manual"
+  rm -rf "$1"/manual/.[!.]*
 }
 
 stage_setup() {
