@@ -64,6 +64,7 @@ Var Skip       ; a file that it leaves
 Var AllButton
 Var GivenFolder ; by /D=
 Var FinishText
+Var Mutex
 
 ; ---- Pages ----
 
@@ -90,8 +91,7 @@ are started the next time."
 !insertmacro MUI_PAGE_WELCOME
 Page custom ScopePage ScopePageLeave
 !define MUI_PAGE_CUSTOMFUNCTION_PRE SkipWhenInstalled
-!define MUI_DIRECTORYPAGE_TEXT_TOP "The library, its manual and the trace report are put into this \
-folder."
+!define MUI_DIRECTORYPAGE_TEXT_TOP "The library and what goes with it are put into this folder."
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_TITLE "${NAME} ${VERSION} is installed"
@@ -276,12 +276,19 @@ Function ${UN}ChooseOld
   Pop $0
 FunctionEnd
 
+; Only one changes anything at a time; it may show its last page for longer.
 Function ${UN}OnlyOne
-  System::Call 'kernel32::CreateMutexW(p 0, i 0, w "${NAME} setup") p .r1 ?e'
+  System::Call 'kernel32::CreateMutexW(p 0, i 0, w "${NAME} setup") p .s ?e'
   Pop $0
+  Pop $Mutex
   ${If} $0 = 183  ; it exists
     !insertmacro Refuse ${RUNS_ALREADY} "Another setup of ${NAME} is at work."
   ${EndIf}
+FunctionEnd
+
+Function ${UN}Ready
+  System::Call 'kernel32::CloseHandle(p $Mutex)'
+  SetDetailsPrint textonly
 FunctionEnd
 
 ; Goes on only as an administrator. Others are asked to become one; this program then ends, unless
@@ -428,19 +435,28 @@ Function SkipWhenInstalled
   ${EndIf}
 FunctionEnd
 
+!macro WhatGetsReplaced ROOT TEXT
+  ReadRegStr ${TEXT} ${ROOT} "${UNINSTALL}" DisplayVersion
+  ${If} ${TEXT} != ""
+    StrCpy ${TEXT} ": version ${TEXT} is installed, and gets replaced"
+  ${EndIf}
+!macroend
+
 Function ScopePage
   ${If} $ScopeGiven = 1
     Abort
   ${EndIf}
   !insertmacro MUI_HEADER_TEXT "For whom" "Who is to use the library on this computer?"
+  !insertmacro WhatGetsReplaced HKCU $2
+  !insertmacro WhatGetsReplaced HKLM $3
   nsDialogs::Create 1018
   Pop $0
-  ${NSD_CreateRadioButton} 0 8u 100% 12u "&Just me"
+  ${NSD_CreateRadioButton} 0 8u 100% 12u "&Just me$2"
   Pop $1
   ${NSD_CreateLabel} 12u 21u 95% 20u "No administrator is needed. Programs that run as another user, \
 or as a service, do not find the library."
   Pop $0
-  ${NSD_CreateRadioButton} 0 50u 100% 12u "&All users of this computer"
+  ${NSD_CreateRadioButton} 0 50u 100% 12u "&All users of this computer$3"
   Pop $AllButton
   ${NSD_CreateLabel} 12u 63u 95% 20u "Needs an administrator: Windows asks for one."
   Pop $0
@@ -493,9 +509,9 @@ FunctionEnd
 ; What went wrong is in $1.
 Function RollBackAndEnd
   Call RollBack
+  Call Ready
   MessageBox MB_ICONSTOP|MB_OK "$1$\r$\n$\r$\nWhat was there before is there again." /SD IDOK
   SetErrorLevel ${FAILED}
-  SetDetailsPrint textonly
   Abort "$1"
 FunctionEnd
 
@@ -599,11 +615,17 @@ Section
   WriteRegDWORD SHCTX "${UNINSTALL}" EstimatedSize ${BYTES}
   WriteRegDWORD SHCTX "${UNINSTALL}" NoModify 1
   WriteRegDWORD SHCTX "${UNINSTALL}" NoRepair 1
+  Call Ready
+  DetailPrint "Done."
 SectionEnd
 
 ; ---- Uninstaller ----
 
 Function un.onInit
+  StrCpy $0 $INSTDIR "" -1
+  ${If} $0 == "\"
+    StrCpy $INSTDIR $INSTDIR -1
+  ${EndIf}
   ${If} ${RunningX64}
     SetRegView 64
   ${EndIf}
@@ -638,10 +660,10 @@ Section un.Uninstall
   ${If} $0 <> 0
     !insertmacro Register ""
     Call un.DeleteOld
+    Call un.Ready
     StrCpy $1 "Perhaps a program has one of the files open. Everything is left as it was."
     MessageBox MB_ICONSTOP|MB_OK "$1" /SD IDOK
     SetErrorLevel ${FAILED}
-    SetDetailsPrint textonly
     Abort "$1"
   ${EndIf}
 
@@ -673,4 +695,6 @@ Section un.Uninstall
         'cmd /c del "$INSTDIR\uninstall.exe" & rmdir "$INSTDIR" "$LOCALAPPDATA\Programs"'
     ${EndIf}
   ${EndIf}
+  Call un.Ready
+  DetailPrint "Done."
 SectionEnd
