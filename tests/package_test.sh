@@ -129,7 +129,8 @@ libraries() {
   done | paste -sd' '
 }
 
-# All files, and all keys and values but for the times, after a new start of the system.
+# All files, and all keys and values but for the times, after a new start of the system. Where Windows
+# Installer keeps what it knows is its own.
 state() {
   local once='HKCU\Software\Microsoft\Windows\CurrentVersion\RunOnce'
   wine_stop
@@ -140,7 +141,8 @@ state() {
   wine_run 60 reg delete "$once" /va /f >/dev/null
   wine_stop
   (cd "$WINEPREFIX" && find drive_c | LC_ALL=C sort && cat ./*.reg) |
-    sed -E '/^#time=/d; /^"DriverDateData"=/d; s/^(\[.*\]) [0-9]+$/\1/' >"$1"
+    sed -E '/^#time=/d; /^"DriverDateData"=/d; /^$/d; s/^(\[.*\]) [0-9]+$/\1/' |
+    grep -vE '^drive_c/windows/Installer$|\\Installer\\\\((UserData\\\\S-1-5-18\\\\)?(Components|Features|Products|UpgradeCodes))\]$' >"$1"
 }
 nothing_left() {
   state "$FOLDER/after.txt"
@@ -263,6 +265,23 @@ done
 expect "no library" "none none" "$(hosts)"
 rmdir "$WINEPREFIX/drive_c/Tools"
 nothing_left "by the machine's uninstaller"
+
+# ---- By Windows Installer ----
+install() {
+  local status=0
+  wine_run 100 msiexec "$1" "$(windows_path "$2")" /qn >/dev/null 2>&1 || status=$?
+  say "$status"
+}
+INSTALLER_FOLDER="$WINEPREFIX/drive_c/Program Files/Common Files/$PRODUCT"
+python3 -m zipfile -e "$BUILD/package/$PRODUCT-$VERSION-redist.zip" "$FOLDER"
+NEW_MSI="$FOLDER/$PRODUCT-$VERSION-redist/$PRODUCT-$VERSION.msi"
+make_msi "$FOLDER/stage-0.9.0" 0.9.0 "$FOLDER/0.9.0.msi" >"$LOGS/msi.log" 2>&1
+expect "the older" "0 old old works works" "$(install /i "$FOLDER/0.9.0.msi") $(libraries "$INSTALLER_FOLDER") $(hosts)"
+expect "over it" "0 new new works works" "$(install /i "$NEW_MSI") $(libraries "$INSTALLER_FOLDER") $(hosts)"
+expect "the older again" "67 new new works works" "$(install /i "$FOLDER/0.9.0.msi") $(libraries "$INSTALLER_FOLDER") $(hosts)"
+expect "removed" "0 none none none none" "$(install /x "$NEW_MSI") $(libraries "$INSTALLER_FOLDER") $(hosts)"
+nothing_left "by Windows Installer"
+
 if ((failed == 0)); then rm "$WINEPREFIX/.dirty"; fi
 say "$passed passed, $failed failed"
 ((failed == 0))

@@ -41,7 +41,7 @@ WINE_X_LIBRARIES=(
 )
 WINDOWS_PACKAGES+=("${WINE_X_LIBRARIES[@]}")
 
-CHECK_PACKAGES=(g++-mingw-w64-i686-posix clang clang-format lld libclang-rt-dev mono-mcs nsis osslsigncode openssl)
+CHECK_PACKAGES=(g++-mingw-w64-i686-posix clang clang-format lld libclang-rt-dev mono-mcs nsis osslsigncode openssl msitools wixl)
 
 # wine64 is named along so that both halves of Wine stay the same version.
 WINE32_PACKAGES=(

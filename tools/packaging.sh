@@ -8,6 +8,7 @@
 #   stage_sdk FOLDER             what a host's developer works with
 #   make_setup FOLDER VERSION FILE
 #                                the setup that installs what is in the folder
+#   make_msi FOLDER VERSION FILE the libraries in the folder for Windows Installer
 #   make_zip FOLDER FILE         all that is in the folder, below the file's name
 #   sign FILE...                 when there is a certificate: CERTIFICATE names it, CERTIFICATE_PASSWORD
 #                                is what opens it, and TIMESTAMP the service that says when it was
@@ -72,6 +73,7 @@ stage_redist() {
   # Where it was made is nobody's business.
   sed -i '1s# from /.*/# from #' "$1/include"/*
   stage_notices "$1"
+  make_msi "$1" "$(release_version)" "$1/$PRODUCT-$(release_version).msi"
   text "$PACKAGING/redist.txt" "$1/README.txt"
 }
 
@@ -162,6 +164,27 @@ make_setup() {
   sign "$out"
   rm -rf "$work"
 }
+
+# Neither of its builders can be told the time or an identifier, so one is told another time, and the
+# identifier of the file, which says what is in it, is set afterwards.
+make_msi() {
+  local folder="$1" version="$2" out="$3" upgrade=7C1B7A3E-52B6-4E0E-9B1C-3C9C2C1B5D10 table
+  local then=(env TZ=UTC faketime -f "$(TZ=UTC date -d "@$(release_time)" '+%F %T')")
+  table="$(mktemp -d "$BUILD/msi.XXXXXX")/SelfReg.idt"
+  dated "$folder"
+  printf '%s\t%s\r\n' File_ Cost s72 I2 SelfReg File_ Library64 "" Library32 "" >"$table"
+  (cd "$folder" && "${then[@]}" wixl -a x64 -o "$out" -D NAME=$PRODUCT -D "VERSION=$version" \
+    -D "PUBLISHER=$PUBLISHER" -D UPGRADE=$upgrade -D "PRODUCT=$(name_id $upgrade "$version")" \
+    "$PACKAGING/library.wxs")
+  "${then[@]}" msibuild "$out" -i "$table"
+  "${then[@]}" msibuild "$out" -s "Core Accounts Integration" "$PUBLISHER" "x64;1033" \
+    "{$(name_id $upgrade "$(cd "$folder" && sha256sum x*/*.dll) $version")}"
+  rm -r "$(dirname "$table")"
+  sign "$out"
+}
+
+# name_id SPACE NAME: the identifier that a name has, in capitals as installers want it.
+name_id() { python3 -c 'import sys, uuid; print(str(uuid.uuid5(uuid.UUID(sys.argv[1]), sys.argv[2])).upper())' "$@"; }
 
 make_zip() {
   rm -f "$2"
