@@ -42,7 +42,7 @@ QUESTIONS = {
     "thread": "threads.html",
     "symptom": "tracing.html",
     "AttemptDomainUserLogon": "settings.html",
-    "dispatch id": "engine.html",
+    "dispatch id": "engine_tables.html",
 }
 
 

@@ -258,14 +258,16 @@ OBJECTS = {
 
 
 def engine_page(ids, uses):
-    """Fragments for the page on the engine: the operations with their ids, and who asks what."""
+    """The operations with their ids, and who asks what."""
     numbers = {}
     for name, body in re.findall(r"struct (\w+)Id \{\s*enum : long \{(.*?)\}", ids, re.S):
         for operation, value in re.findall(r"k(\w+) = (\w+(?:::\w+)?)", body):
             if "::" in value:
                 value = numbers[tuple(value.replace("Id::k", " ").split())]
             numbers[name, operation] = value
-    yield from heading("Operations", "-")
+    yield from heading("Operations, objects, fields", "=")
+    yield from ["Made of the library's own table of dispatch ids, and of the record of what each member asks.", ""]
+    yield from heading("Operations and dispatch ids", "-")
     yield from [".. list-table::", "   :header-rows: 1", "", "   * - Object", "     - Operation", "     - Dispatch id"]
     for name, words in OBJECTS.items():
         for (of, operation), value in numbers.items():
@@ -404,7 +406,7 @@ def main(root, compiler, pictures, folder):
     for kind in interface.classes:
         write(reference / f"{kind.name}.rst", class_page(interface, kind, uses))
     samples_pages(root / "examples", folder / "samples")
-    write(folder / "engine_tables.txt", engine_page(ids.read_text(), uses))
+    write(folder / "engine_tables.rst", engine_page(ids.read_text(), uses))
     copies = {path.relative_to(root / "docs/manual"): path for path in (root / "docs/manual").rglob("*") if path.is_file()}
     copies |= {Path("pictures") / path.name: path for path in Path(pictures).glob("*.png")}
     if (change_log := root / "CHANGELOG.md").exists():

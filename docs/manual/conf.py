@@ -20,7 +20,6 @@ myst_enable_extensions = ["colon_fence"]
 myst_heading_anchors = 3
 # Pages that are not to be found say so.
 nitpicky = True
-exclude_patterns = ["engine_tables.txt"]
 
 html_theme = "furo"
 # Debian's theme knows how to be dark, but not to be so by itself where the reader's system is.
