@@ -21,8 +21,9 @@ class Argument:
         return self.elements is not None or self.bounds is not None
 
 
-def arguments(member, text):
-    """What is passed, of the prompt's arguments: those of a filled array are its bounds."""
+def arguments(member, text, complete=False):
+    """What is passed, of the prompt's arguments: those of a filled array are its bounds. With `complete`, what is
+    left out, too."""
     tokens = TOKEN.findall(text)
     for parameter in member.passed:
         if "()" in parameter.word():
@@ -34,6 +35,9 @@ def arguments(member, text):
             yield Argument(parameter, tokens.pop(0))
         elif "optional" not in parameter.flags:
             yield Argument(parameter, None)
+        elif complete:
+            truth = {"-1": "True", "0": "False"} if parameter.base == "VARIANT_BOOL" else {}
+            yield Argument(parameter, truth.get(parameter.default, parameter.default))
 
 
 def answers(text):
@@ -104,6 +108,16 @@ class Language:
     def passed(self, parameter):
         """That variable, as an argument."""
         return self.variable(lower(parameter.name))
+
+    # Whether what is only read has to be a variable, when it is by reference; and nothing can be left out.
+    wants_variables = wants_all = False
+
+    def needs_variable(self, parameter):
+        return self.wants_variables and "optional" in parameter.flags and parameter.type != parameter.base
+
+    def told_output(self, name):
+        """What an output has become."""
+        return name
 
     def show(self, expression, word):
         raise NotImplementedError
@@ -181,8 +195,8 @@ class Language:
         if member.is_property:
             yield self.told(self.show(target, member.result.word()) + self.end, (shown[None] or [""])[0])
             return
-        passed, outputs = [], []
-        for argument in arguments(member, text):
+        passed = []
+        for argument in arguments(member, text, self.wants_all):
             parameter = argument.parameter
             if argument.is_array:
                 name = self.variable(lower(parameter.name))
@@ -197,7 +211,11 @@ class Language:
                 yield self.declare(parameter, value) + self.end
                 passed.append(self.passed(parameter))
             else:
-                passed.append(self.literal(argument.value, parameter, interface))
+                value = self.literal(argument.value, parameter, interface)
+                if self.needs_variable(parameter):
+                    yield self.declare(parameter, value) + self.end
+                    value = self.passed(parameter)
+                passed.append(value)
         if shown is None or not member.result:
             yield self.call(target, ", ".join(passed), True) + self.end
         else:
@@ -207,7 +225,7 @@ class Language:
         for name, value in (shown or {}).items():
             if name:
                 parameter = next(p for p in member.passed if p.name == name)
-                yield self.told(self.show(self.variable(lower(name)), parameter.word()) + self.end, value)
+                yield self.told(self.show(self.told_output(self.variable(lower(name))), parameter.word()) + self.end, value)
         for argument in arguments(member, text):
             if argument.bounds and shown:
                 name = self.variable(lower(argument.parameter.name))
@@ -271,7 +289,7 @@ class VBA(Basic):
 
 
 class VBNet(Basic):
-    name, lexer, enumerators = "VB.NET", "vb.net", "{type}.{name}"
+    name, lexer, enumerators = "VB.NET", "vb.net", "ArdObjects100.{type}.{name}"
 
     def new(self, name, program):
         return f'Dim {name} As Object = CreateObject("{program}")'
@@ -292,13 +310,17 @@ class VBNet(Basic):
     def show(self, expression, word):
         return f"Console.WriteLine({expression})"
 
+    def element(self, name, index):
+        return f"{name}.GetValue({index})"
+
     def array(self, name, size, elements):
         filled = f" {{{', '.join(elements)}}}" if elements else " {}"
         return f"Dim {name} As Array = New String({size - 1}){filled}"
 
 
 class CSharp(Language):
-    name, lexer, enumerators = "C#", "csharp", "{type}.{name}"
+    name, lexer, enumerators = "C#", "csharp", "ArdObjects100.{type}.{name}"
+    wants_variables = True
 
     def string(self, text):
         return ("@" if "\\" in text else "") + '"' + text.replace('"', '""' if "\\" in text else '\\"') + '"'
@@ -313,7 +335,8 @@ class CSharp(Language):
         return f"{'dynamic ' if target.isidentifier() else ''}{target} = {value}"
 
     def declare(self, parameter, value):
-        word = {"Integer": "short", "Long": "int", "String": "string", "Double": "double"}[parameter.word()]
+        words = {"BSTR": "string", "short": "short", "double": "double", "VARIANT_BOOL": "bool"}
+        word = words.get(parameter.base, f"ArdObjects100.{parameter.base}")
         return f"{word} {lower(parameter.name)} = {value.replace('0.0', '0')}"
 
     def passed(self, parameter):
@@ -322,13 +345,17 @@ class CSharp(Language):
     def show(self, expression, word):
         return f"Console.WriteLine({expression})"
 
+    def element(self, name, index):
+        return f"{name}.GetValue({index})"
+
     def array(self, name, size, elements):
         return f"Array {name} = new string[{size}]" + (f" {{ {', '.join(elements)} }}" if elements else "")
 
 
 class Cpp(Language):
-    name, lexer, enumerators = "C++", "cpp", "ArdObjects100::{name}"
+    name, lexer, enumerators = "C++", "cpp", "{name}"
     true, false = "VARIANT_TRUE", "VARIANT_FALSE"
+    wants_variables = wants_all = True
     TYPES = {"String": "_bstr_t", "Boolean": "bool", "Integer": "short", "Long": "long", "Double": "double", "Date": "DATE"}
 
     def string(self, text):
@@ -336,33 +363,34 @@ class Cpp(Language):
 
     def create(self, interface, kind):
         yield '#import "ArdObjects100.dll"'
-        yield f"{interface.name}::{kind.interface}Ptr {variable_of(kind)}(__uuidof({interface.name}::{kind.name}));"
-        target = variable_of(kind)
+        yield f"using namespace {interface.name};"
+        yield f"{kind.interface}Ptr {variable_of(kind)}(__uuidof({kind.name}));"
+        values = {
+            "AppName": ('L"Manufacturing"', ""),
+            "RegistryPath": ('L"Manufacturing"', ""),
+            "ArdWorkspace": ("workspace", "the engine's: an IDispatchPtr"),
+            "ArdEngine": ("engine", "the engine: an IDispatchPtr"),
+            "oDBaseConn": ("connection", "an open ADODB.Connection"),
+        }
         for member in kind.members:
-            if member.name in ("AppName", "RegistryPath"):
-                yield f'{target}->{member.name} = L"Manufacturing";'
-            elif member.name in ("ArdWorkspace", "ArdEngine", "oDBaseConn"):
-                value, remark = {
-                    "ArdWorkspace": ("workspace", "the engine's: an IDispatchPtr"),
-                    "ArdEngine": ("engine", "the engine: an IDispatchPtr"),
-                    "oDBaseConn": ("connection", "an open ADODB connection"),
-                }[member.name]
-                yield f"{target}->{member.name} = {value};   // {remark}"
+            if member.name in values:
+                value, remark = values[member.name]
+                yield self.told(self.put_value(kind, member, value), remark)
+
+    def put_value(self, kind, member, value):
+        access = {"put": "Put", "putref": "PutRef"}[member.puts]
+        return f"{variable_of(kind)}->{access}{member.name}({value});"
 
     def put(self, interface, kind, member, token):
-        return super().put(interface, kind, member, token.replace("engine.Workspace", "workspace")).replace(".", "->", 1)
+        is_object = re.fullmatch(r"[a-z][\w.]*", token) is not None
+        value = token.replace("engine.Workspace", "workspace") if is_object else self.literal(token)
+        return self.put_value(kind, member, value)
 
     def ask(self, interface, kind, member, text, shown):
         target = variable_of(kind)
-        for argument in () if member.is_property else arguments(member, text):
-            parameter = argument.parameter
-            if self.is_pointer(parameter):
-                value = super().literal(argument.value, parameter, interface)
-                if parameter.base == "BSTR":
-                    yield f"BSTR {lower(parameter.name)} = SysAllocString({value});"
-                else:
-                    yield f"ArdObjects100::{parameter.base} {lower(parameter.name)} = {value};"
         for line in super().ask(interface, kind, member, text, shown):
+            if member.is_property:
+                line = line.replace(f"{target}.{member.name}", f"{target}->Get{member.name}()")
             yield line.replace(f"{target}.", f"{target}->")
         for argument in () if member.is_property else arguments(member, text):
             if argument.is_array and shown:
@@ -372,19 +400,8 @@ class Cpp(Language):
                         yield f"// {name}[{index}]: {value}"
                 yield f"SafeArrayDestroy({name});"
 
-    @staticmethod
-    def is_pointer(parameter):
-        """One that is only read, but has to be a variable."""
-        return "optional" in parameter.flags and parameter.type != parameter.base
-
-    def literal(self, token, parameter=None, interface=None):
-        text = super().literal(token, parameter, interface)
-        if parameter and self.is_pointer(parameter):
-            return f"&{lower(parameter.name)}"
-        return text
-
     def declare(self, parameter, value):
-        word = {"Integer": "short", "String": "BSTR", "Double": "double"}[parameter.word()]
+        word = {"BSTR": "BSTR", "short": "short", "double": "double", "VARIANT_BOOL": "VARIANT_BOOL"}.get(parameter.base, parameter.base)
         value = {'L""': "nullptr", "0.0": "0"}.get(value, value)
         return f"{word} {lower(parameter.name)} = {f'SysAllocString({value})' if value.startswith('L') else value}"
 
@@ -495,24 +512,21 @@ class JScript(Language):
         return f"{'var ' if target.isidentifier() else ''}{target} = {value}"
 
     def declare(self, parameter, value):
-        return f"var {super().declare(parameter, value)}"
+        """What is put out goes into the property `value` of an object: the language passes no variables."""
+        blank = value in ('""', "0")
+        return f"var {lower(parameter.name)} = {'{}' if blank else f'{{value: {value}}}'}"
+
+    def blank(self, parameter):
+        return '""' if parameter.word() == "String" else "0"
+
+    def told_output(self, name):
+        return f"{name}.value"
 
     def show(self, expression, word):
         return f"WScript.Echo({expression})"
 
     def array(self, name, size, elements):
         return f"var {name} = " + (f"[{', '.join(elements)}]" if elements else f"new Array({size})")
-
-    def ask(self, interface, kind, member, text, shown):
-        outputs = [p.name for p in member.passed if p.is_output and "()" not in p.word()] if not member.is_property else []
-        if outputs:
-            yield self.remark("JScript passes no variable by reference, so it does not get what comes in")
-            yield self.remark(f"{', '.join(outputs)}. See \"Outputs and arrays\" for the way around.")
-            if not member.result:
-                return
-            shown = {None: shown[None]} if shown else shown
-        for line in super().ask(interface, kind, member, text, shown):
-            yield line
 
 
 class Pascal(Language):
