@@ -176,6 +176,7 @@ class Class:
     help: str
     interface: str
     interface_id: str
+    remarks: str
     members: list
 
 
@@ -219,14 +220,16 @@ def read(idl, compiler):
     def helpstring(attributes):
         return texts[int(re.search(r'helpstring\("(\d+)"\)', attributes)[1])]
 
+    def commented(numbers):
+        return [texts[int(n)] for n in re.findall(r"@(\d+)@", numbers)]
+
     def members(body):
         found = {}
         for comment, attributes, name, parameters in re.findall(
             r"((?:@\d+@\s*)*)\[([^\]]*)\]\s*HRESULT (\w+)\((.*?)\);", body, re.S
         ):
             number = int(re.search(r"\bid\((\d+)\)", attributes)[1])
-            lines = [texts[int(n)] for n in re.findall(r"@(\d+)@", comment)]
-            member = found.setdefault(number, Member(name, number, helpstring(attributes), lines))
+            member = found.setdefault(number, Member(name, number, helpstring(attributes), commented(comment)))
             assert member.name == name, f"{name} has the number of {member.name}"
             member.puts_first |= "prop" in attributes and not member.gets and "propget" not in attributes
             member.gets |= "propget" in attributes
@@ -245,9 +248,9 @@ def read(idl, compiler):
         return Parameter(name, re.sub(r"\s", "", type_name), flags, default)
 
     interfaces = {
-        name: (identity, members(body))
-        for identity, name, body in re.findall(
-            r"\[object,\s*uuid\(([-\w]+)\)[^\]]*\]\s*interface (\w+) : IDispatch \{(.*?)\};", text, re.S
+        name: (identity, " ".join(commented(comment)), members(body))
+        for comment, identity, name, body in re.findall(
+            r"((?:@\d+@\s*)*)\[object,\s*uuid\(([-\w]+)\)[^\]]*\]\s*interface (\w+) : IDispatch \{(.*?)\};", text, re.S
         )
     }
     classes = [

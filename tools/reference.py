@@ -168,7 +168,7 @@ def member_lines(interface, kind, member, uses):
     yield from [".. code-block:: text", "   :class: signature", "", f"   {text}", ""]
     yield from [escaped(member.help), ""]
     for remark in member.remarks:
-        yield f"{escaped(remark)}"
+        yield escaped(remark) + (" See :doc:`/dialogs`." if remark.startswith("Shows the") else "")
         yield ""
     for name, meaning in member.meanings.items():
         yield f":{name}: {escaped(meaning)}"
@@ -193,7 +193,7 @@ def member_lines(interface, kind, member, uses):
 
 def class_page(interface, kind, uses):
     yield from heading(kind.name, "=")
-    yield from [kind.help.removeprefix("Core Accounts: ").capitalize() + ".", ""]
+    yield from [escaped(kind.remarks), ""]
     yield from [
         ".. list-table::",
         "   :class: identity",
@@ -394,7 +394,8 @@ def main(root, compiler, pictures, folder):
     transcript = root / "tests/core/transcript.txt"
     ids = root / "src/windows/engine/dispatch_ids.h"
     interface = published.read(idl, compiler)
-    gaps = [f"{kind.name}.{m.name}: {lack} is not said" for kind in interface.classes for m in kind.members for lack in m.lacks()]
+    gaps = [f"{kind.name}: what it is for is not said" for kind in interface.classes if not kind.remarks]
+    gaps += [f"{kind.name}.{m.name}: {lack} is not said" for kind in interface.classes for m in kind.members for lack in m.lacks()]
     if gaps:
         sys.exit("\n".join(gaps))
     uses = engine_use(transcript.read_text() + MORE)
