@@ -178,18 +178,21 @@ def languages_switch_and_stay(browser):
 def pages_fit(browser):
     """Wide and narrow, light and dark: nothing sticks out, no picture is missing, and text can be read."""
     read = """(() => {
-      const light = colour => colour.match(/[\\d.]+/g).slice(0, 3).map(c => {
+      const parts = colour => colour.match(/[\\d.]+/g).map(Number);
+      const light = colour => colour.slice(0, 3).map(c => {
         c /= 255; return c <= 0.03928 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4;
       }).reduce((sum, c, i) => sum + c * [0.2126, 0.7152, 0.0722][i], 0);
+      // Colours that are seen through mix with what is behind.
+      const over = ([r, g, b, alpha = 1], behind) => [r, g, b].map((c, i) => alpha * c + (1 - alpha) * behind[i]);
       const background = element => {
-        for (; element; element = element.parentElement) {
-          const colour = getComputedStyle(element).backgroundColor;
-          if (!/, 0\\)$/.test(colour)) return light(colour);
-        }
-        return 1;
+        if (!element) return [255, 255, 255];
+        const own = parts(getComputedStyle(element).backgroundColor);
+        return own.length === 3 ? own : over(own, background(element.parentElement));
       };
       const contrast = element => {
-        const [a, b] = [light(getComputedStyle(element).color), background(element)];
+        const behind = background(element);
+        const text = over(parts(getComputedStyle(element).color), behind);
+        const [a, b] = [light(text), light(behind)];
         return (Math.max(a, b) + 0.05) / (Math.min(a, b) + 0.05);
       };
       const texts = document.querySelectorAll('article p, article td, article h1, article a, pre, .tab-label');
@@ -197,7 +200,7 @@ def pages_fit(browser):
         over: document.scrollingElement.scrollWidth - innerWidth,
         missing: [...document.images].filter(i => !(i.complete && i.naturalWidth)).map(i => i.src),
         least: Math.min(21, ...[...texts].filter(t => t.offsetParent).map(contrast)),
-        dark: background(document.body) < 0.2,
+        dark: light(background(document.body)) < 0.2,
         foreign: performance.getEntriesByType('resource').map(e => e.name).filter(n => !n.startsWith('file:')),
       };
     })()"""

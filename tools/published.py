@@ -148,7 +148,7 @@ class Member:
             else:
                 self.remarks.append(line)
         if self.is_property:
-            self.neutral = f"{BLANKS[self.result.base]} until it has been set."
+            self.neutral = f"{BLANKS[self.result.base]} until it has been {'set' if self.puts else 'filled'}."
 
     def lacks(self):
         """What is not said of the member."""

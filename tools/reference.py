@@ -355,7 +355,8 @@ def samples_pages(examples, folder):
     """A page for each language that has samples, with copies of them."""
     pages = []
     for name, title in SAMPLES.items():
-        sources = sorted(path for path in (examples / name).glob("*") if path.suffix in SOURCES)
+        sources = [path for path in (examples / name).glob("*") if path.suffix in SOURCES]
+        sources.sort(key=lambda path: (not path.name.startswith("first"), path.name))
         if not sources:
             continue
         pages.append((name, title))
