@@ -53,8 +53,8 @@ class General : public PublicClass {
   // logons cannot be opened, whatever the reason.
   bool IsArdExclusive(std::wstring_view path) const noexcept;
   // Writes a shortcut that starts the accounts program of that version through its desktop launcher
-  // (docs/manual/accounts_program.md) into the folder `manuf_prog_path`. Its path; "" when it could not be
-  // written. `owner` is a window of the host's.
+  // (docs/manual/accounts_program.md) into the folder `manuf_prog_path`. Its path; "" when it could
+  // not be written. `owner` is a window of the host's.
   std::wstring CreateAccountsShortcut(std::int32_t owner, std::wstring_view accts_prog_path,
                                       std::wstring_view manuf_prog_path,
                                       std::int16_t accounts_version = 12) const noexcept;
