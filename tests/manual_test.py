@@ -99,7 +99,7 @@ def every_member_is_described():
             tabs = re.findall(r'class="tab-label"[^>]*>([^<]+)<', text)
             if "Neutral result" not in text or tabs != [language.name for language in languages.ALL]:
                 missing.append(f"{kind.name}.{member.name}")
-    assert count == 168 and not missing, (count, missing)
+    assert count >= 168 and not missing, (count, missing)
     # Nothing can be left out: a member that says less is refused.
     member.neutral, member.examples = "", []
     member.meanings.pop(next(iter(member.meanings)))
