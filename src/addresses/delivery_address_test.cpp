@@ -23,11 +23,12 @@ TEST_F(DeliveryAddressTest, TheListIsThatOfTheAccountEntered) {
       EXPECT_EQ(dialog.list().rows().size(), has_list ? 1u : 0u);
       EXPECT_EQ(dialog.ok_enabled(), has_list);
       EXPECT_EQ(dialog.details_enabled(), has_list);
+      EXPECT_EQ(dialog.entry_pending(), !has_list);
     };
-    dialog.AccountEntered();  // nothing has been entered
+    EXPECT_TRUE(dialog.AccountEntered()) << "nothing has been entered";
     dialog.AccountChange(L"ABC");
     shows(L"ABC", false);
-    dialog.AccountEntered();
+    EXPECT_TRUE(dialog.AccountEntered());
     shows(L"ABC", true);
     dialog.AccountChange(L"abc ");  // the same account
     shows(L"abc ", true);
@@ -35,11 +36,13 @@ TEST_F(DeliveryAddressTest, TheListIsThatOfTheAccountEntered) {
       dialog.AccountChange(typed);
       shows(typed, false);
     }
-    dialog.AccountEntered();
+    EXPECT_TRUE(dialog.AccountEntered());
     shows(L"ABC", true);
+    dialog.AccountChange(L"?");
+    EXPECT_FALSE(dialog.AccountEntered()) << "not known, and no other picked";
   });
   EXPECT_FALSE(address.GetAddress(L"", L"", DelAddType::kSales));
-  EXPECT_EQ(environment_.dialogs_shown(), 1);
+  EXPECT_EQ(environment_.dialogs_shown(), 2);
 }
 
 }  // namespace

@@ -20,6 +20,8 @@ TEST(Decimal, DifferencesAreThoseOfTheWrittenNumbers) {
       {742893.282994773, -479.969600195727, 743373.252594968727},  // rounded once
       // Beyond decimals, and too far apart for them.
       {1e300, 1e299, 1e300 - 1e299},
+      {1e14, 1e-8, 1e14},
+      {1e-8, 1e14, -1e14},
       {std::numeric_limits<double>::infinity(), 1, std::numeric_limits<double>::infinity()},
   };
   for (const auto& c : cases) {
