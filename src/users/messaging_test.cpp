@@ -178,9 +178,12 @@ TEST_F(MessagingTest, NothingIsAskedWithoutUsersAndPassword) {
 
 TEST_F(MessagingTest, WithoutAWorkspaceNobodyIsLoggedOn) {
   messaging_.context().workspace = nullptr;
+  std::string trace;
+  environment_.trace().Attach([&](std::string_view line) { trace.append(line).append("\n"); });
   EXPECT_FALSE(messaging_.LogonUser(L"manager", L""));
   EXPECT_FALSE(messaging_.PoAccess(L"ANN"));
   EXPECT_TRUE(messaging_.LogoffUser());
+  EXPECT_NE(trace.find("\tNo workspace has been set.\n"), trace.npos) << trace;
   EXPECT_EQ(environment_.TakeMessages(), Texts{});
 }
 
