@@ -84,7 +84,8 @@ class Sample : public PublicClass {
     const Date date{45000.5};
     const Icon icon = Icon::kStop;
     const std::shared_ptr<int> object;
-    Run(L"Many", {text, Output(output), true, integer, 1.5, date, icon, object, Output(texts)},
+    Run(L"Many",
+        {text, Output(output), true, false, integer, 1.5, date, icon, object, Output(texts)},
         [&] { output = L"out"; });
   }
   // Under the names of members that take or give a password.
@@ -141,7 +142,7 @@ TEST_F(TraceTest, WritesArgumentsAndAnswersWhenAskedFor) {
   EXPECT_EQ(
       Take(),
       (Lines{"7\t1\tcall\tSample.Half\t\tLong\tanswered\t(9)\t4",
-             "7\t2\tcall\tSample.Many\t\t\t\t(\"5\"\" BOLT \", True, -2, 1.5, "
+             "7\t2\tcall\tSample.Many\t\t\t\t(\"5\"\" BOLT \", True, False, -2, 1.5, "
              "2023-03-15 12:00:00, 1, Nothing)\t\"out\", {\"A\", \"\"}",
              "7\t3\tcall\tSample.LogonUser\t\tString\tanswered\t(\"ANN\", ***)\t\"word\"",
              "7\t4\tcall\tSample.PassLogged\t\tString\tanswered\t(***, \"word\")\t***",

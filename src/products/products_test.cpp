@@ -60,6 +60,21 @@ TEST_F(ProductsTest, ASetUpThatCannotBeReadHasNoDefaults) {
   EXPECT_EQ(unread, 1);
 }
 
+TEST_F(ProductsTest, APricingServiceThatFailsHasNoPrice) {
+  CompanyBuilder builder;
+  Open(builder.Product(L"BOLT", L"SALES_PRICE=50").Setup(L"PRICING_SERVICE=True"));
+  std::string steps;
+  environment_.trace().Attach([&](std::string_view line) {
+    const std::size_t skip = line.find("\tskip\t");
+    if (skip != line.npos) steps.append(line.substr(skip + 6, 26)).append("|");
+  });
+  engine_->faults().FailFrom(2, false);
+  EXPECT_EQ(products_.GetSpecialPrice(L"BOLT", L"ABC"), 0);
+  engine_->faults().FailFrom(2, false);
+  EXPECT_EQ(products_.GetSupplierPrice(L"BOLT", L"SUP"), 0);
+  EXPECT_EQ(steps, "Pricing.CustomerUnitPrice\t|Pricing.SupplierUnitPrice\t|");
+}
+
 TEST_F(ProductsTest, ACrashAnywhereLeavesTheWholeCopyOrNone) {
   const testing::TemporaryFolder folder;
   const std::string before =

@@ -104,6 +104,18 @@ TEST_F(AccountsProgramTest, AStepThatFailsIsPutToTheUser) {
   EXPECT_EQ(Entries(1), Texts{entry_});
 }
 
+TEST_F(AccountsProgramTest, AListThatCannotBeReadKeepsItsEntries) {
+  simulator::FaultPlan plan;
+  environment_.Obey(plan);
+  for (std::int64_t n = 1; n <= 8; ++n) {
+    Fill({L"Other,C:\\OTHER,other.bmp,other.exe", L""});
+    plan.FailFrom(n, false);
+    Answer({Choice::kIgnore});
+    Add();
+    EXPECT_TRUE(Entries(1)[0].starts_with(L"Other")) << n;
+  }
+}
+
 TEST_F(AccountsProgramTest, APathWithoutAShortFormIsWrittenAsItIs) {
   machine().has_short_paths = false;
   EXPECT_TRUE(Add());
