@@ -45,7 +45,8 @@ std::string WithoutEnd(std::string line) {
 // What is typed in a line of a session.
 std::optional<std::string> Typed(const std::string& line) {
   static const std::regex typed(
-      R"((?:.*\(\? helps\) ?|Abort, Retry or Ignore\? ?|\[\?\] .*\.(?: |$))(.*)|(\? .*|\w+\.\w+ = .*|help.*|'.*))");
+      R"((?:.*\(\? helps\) ?|Abort, Retry or Ignore\? ?|\[\?\] .*\.(?: |$))(.*)|)"
+      R"((\? .*|\w+\.\w+ = .*|help.*|'.*))");
   std::smatch match;
   if (!std::regex_match(line, match, typed)) return std::nullopt;
   return match[1].matched ? match[1] : match[2];
