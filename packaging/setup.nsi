@@ -95,6 +95,7 @@ Page custom ScopePage ScopePageLeave
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_TITLE "${NAME} ${VERSION} is installed"
+!define MUI_FINISHPAGE_TEXT_LARGE
 !define MUI_FINISHPAGE_TEXT "$FinishText"
 !define MUI_PAGE_CUSTOMFUNCTION_PRE WriteFinishText
 !ifdef MANUAL
@@ -435,10 +436,10 @@ Function SkipWhenInstalled
   ${EndIf}
 FunctionEnd
 
-!macro WhatGetsReplaced ROOT TEXT
+!macro WhatIsInstalled ROOT TEXT
   ReadRegStr ${TEXT} ${ROOT} "${UNINSTALL}" DisplayVersion
   ${If} ${TEXT} != ""
-    StrCpy ${TEXT} ": version ${TEXT} is installed, and gets replaced"
+    StrCpy ${TEXT} " (version ${TEXT} is installed)"
   ${EndIf}
 !macroend
 
@@ -447,8 +448,8 @@ Function ScopePage
     Abort
   ${EndIf}
   !insertmacro MUI_HEADER_TEXT "For whom" "Who is to use the library on this computer?"
-  !insertmacro WhatGetsReplaced HKCU $2
-  !insertmacro WhatGetsReplaced HKLM $3
+  !insertmacro WhatIsInstalled HKCU $2
+  !insertmacro WhatIsInstalled HKLM $3
   nsDialogs::Create 1018
   Pop $0
   ${NSD_CreateRadioButton} 0 8u 100% 12u "&Just me$2"

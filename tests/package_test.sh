@@ -90,6 +90,15 @@ hosts() {
   done | paste -sd' '
 }
 
+# Waits for what has to become true within a minute; what does not shows in the next expectation.
+eventually() {
+  local i
+  for ((i = 0; i < 600; ++i)); do
+    if "$@"; then return; fi
+    sleep 0.1
+  done
+}
+
 # Two hosts, one of each kind, that have the library loaded until `release`.
 hold() {
   local arch
@@ -100,9 +109,7 @@ hold() {
       </dev/null >"$FOLDER/$arch.out" 2>/dev/null &
     HOLDERS+=($!)
   done
-  for arch in x64 x86; do
-    until [[ -s "$FOLDER/$arch.out" ]]; do sleep 0.1; done
-  done
+  for arch in x64 x86; do eventually test -s "$FOLDER/$arch.out"; done
 }
 release() {
   expect "they have it" "works works" "$(cat "$FOLDER"/x{64,86}.out | tr -d '\r' | paste -sd' ')"
@@ -260,10 +267,7 @@ expect "its shortcuts" "$shortcuts" \
   "$(cd "$WINEPREFIX/drive_c/ProgramData/Microsoft/Windows/Start Menu/Programs/$PRODUCT" && printf '%s\n' * | paste -sd' ')"
 # By itself it goes on in a copy.
 expect "removed" 0 "$(setup "$MACHINE_FOLDER/uninstall.exe")"
-for ((i = 0; i < 300; ++i)); do
-  [[ -e "$MACHINE_FOLDER" ]] || break
-  sleep 0.1
-done
+eventually test ! -e "$MACHINE_FOLDER"
 expect "no library" "none none" "$(hosts)"
 rmdir "$WINEPREFIX/drive_c/Tools"
 nothing_left "by the machine's uninstaller"
