@@ -1,9 +1,10 @@
 ; The setup and the uninstaller. Built by tools/packaging.sh, which defines
 ;
 ;   VERSION, NAME, PUBLISHER   of the release
-;   STAGE                      the folder with what gets installed, and ART, the one with pictures
-;   FILES                      a script with a File line for each of them
+;   OUT                        the file that it makes
+;   FILES                      a script with a File line for each file that gets installed
 ;   BYTES                      how much that is, in KB
+;   ART                        the folder with the pictures
 ;   MANUAL                     when there is one
 ;   SIGN                       when there is a certificate: the command that signs the uninstaller
 ;
@@ -13,7 +14,7 @@ Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS all
-; Nothing that only a file for the user alone would not need. "All users" starts it anew, elevated.
+; It needs no administrator. For all users it starts itself anew, elevated.
 RequestExecutionLevel user
 ShowInstDetails nevershow
 ShowUninstDetails nevershow
@@ -78,7 +79,6 @@ Var Mutex
 !define MUI_HEADERIMAGE_UNBITMAP_STRETCH AspectFitHeight
 !define MUI_WELCOMEFINISHPAGE_BITMAP "${ART}\side.bmp"
 !define MUI_WELCOMEFINISHPAGE_BITMAP_STRETCH AspectFitHeight
-!define MUI_UNWELCOMEFINISHPAGE_BITMAP "${ART}\side.bmp"
 !define MUI_ABORTWARNING
 
 !define MUI_PAGE_CUSTOMFUNCTION_PRE SkipWhenScopeGiven
@@ -238,7 +238,8 @@ Function ${UN}RemoveEmptyFolders
 FunctionEnd
 
 ; Deletes what has been moved aside, now and at earlier times. What a program still runs goes with the
-; next start of the system or, of a user who may not ask for that, with the next logon.
+; next start of the system or, of a user who may not ask for that, with the next logon. (The names of what
+; is to be run then have an order: the folder itself comes last.)
 Function ${UN}DeleteOld
   Push $0
   Push $1
@@ -251,7 +252,7 @@ Function ${UN}DeleteOld
         ${If} $AllUsers = 1
           RMDir /r /REBOOTOK "$INSTDIR\$1"
         ${Else}
-          WriteRegStr HKCU "${RUN_ONCE}" "${NAME} $1" \
+          WriteRegStr HKCU "${RUN_ONCE}" "${NAME} 1 $1" \
             'cmd /c rmdir /s /q "$INSTDIR\$1"'
         ${EndIf}
       ${EndIf}
@@ -486,14 +487,19 @@ is the one for programs of 32 bits."
 FunctionEnd
 
 ; All is put back that has been done so far, which the state of the disk says: "undo" is there until all
-; is well, "moved" once what was there is out of the way.
+; is well, "moved" once what was there is out of the way. $Failed becomes 1 when something cannot be put
+; back; then all stays as it is, for the next setup.
 Function RollBack
+  StrCpy $Failed 0
   ${If} ${FileExists} "$Old\moved"
     !insertmacro Register /u
     !insertmacro MoveListed "$Old\new.txt" "$INSTDIR" "$Old\new"
   ${EndIf}
   !insertmacro MoveListed "$Old\old.txt" "$Old" "$INSTDIR"
   !insertmacro MoveListed "$Old\new.txt" "$Old" "$INSTDIR"
+  ${If} $Failed = 1
+    Return
+  ${EndIf}
   ${If} ${FileExists} "$INSTDIR\files.txt"
     !insertmacro Register ""
   ${EndIf}
@@ -507,11 +513,18 @@ Function RollBack
   !insertmacro RemoveFolder
 FunctionEnd
 
+!define CANNOT_UNDO "What was there before could not be put back: perhaps a program has one of the files \
+open. Close it, and start the setup once more."
+
 ; What went wrong is in $1.
 Function RollBackAndEnd
   Call RollBack
   Call Ready
-  MessageBox MB_ICONSTOP|MB_OK "$1$\r$\n$\r$\nWhat was there before is there again." /SD IDOK
+  StrCpy $2 "What was there before is there again."
+  ${If} $Failed = 1
+    StrCpy $2 "${CANNOT_UNDO}"
+  ${EndIf}
+  MessageBox MB_ICONSTOP|MB_OK "$1$\r$\n$\r$\n$2" /SD IDOK
   SetErrorLevel ${FAILED}
   Abort "$1"
 FunctionEnd
@@ -533,6 +546,9 @@ Function UndoUnfinished
       StrCpy $Old "$INSTDIR\$1"
       Push $0
       Call RollBack
+      ${If} $Failed = 1
+        !insertmacro Refuse ${FAILED} "${CANNOT_UNDO}"
+      ${EndIf}
       Pop $0
     ${EndIf}
     ClearErrors
@@ -634,6 +650,7 @@ Function un.onInit
   ${If} $AllUsers = 1
     Call un.MustBeElevated
     ${If} ${Errors}
+      SetErrorLevel 1
       Abort
     ${EndIf}
   ${EndIf}
@@ -688,11 +705,13 @@ Section un.Uninstall
     RMDir /REBOOTOK "$INSTDIR"
     RMDir /REBOOTOK "$EXEDIR"
   ${Else}
-    ${If} $EXEDIR != $INSTDIR
-      WriteRegStr HKCU "${RUN_ONCE}" "${NAME} copy" 'cmd /c rmdir /s /q "$EXEDIR"'
+    StrLen $0 "$TEMP\"
+    StrCpy $0 "$EXEDIR" $0
+    ${If} $0 == "$TEMP\"
+      WriteRegStr HKCU "${RUN_ONCE}" "${NAME} 2 copy" 'cmd /c del "$EXEPATH" & rmdir "$EXEDIR"'
     ${EndIf}
     ${If} ${FileExists} "$INSTDIR\*"
-      WriteRegStr HKCU "${RUN_ONCE}" "${NAME} folder" \
+      WriteRegStr HKCU "${RUN_ONCE}" "${NAME} 2 folder" \
         'cmd /c del "$INSTDIR\uninstall.exe" & rmdir "$INSTDIR" "$LOCALAPPDATA\Programs"'
     ${EndIf}
   ${EndIf}

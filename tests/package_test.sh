@@ -232,6 +232,12 @@ for moved in "" moved; do
     cp "$FOLDER/stage-new/x64/$PRODUCT.dll" "$USER_FOLDER/x64/"
   fi
   touch "$USER_FOLDER/old-7/"{undo,$moved}
+  if [[ -n "$moved" ]]; then
+    # Where the new ones would be put to is something else: nothing of the old is thrown away.
+    touch "$USER_FOLDER/old-7/new"
+    expect "what cannot be undone" 2 "$(setup "$NEW")"
+    rm "$USER_FOLDER/old-7/new"
+  fi
   expect "after one that was killed" 2 "$(setup "$FOLDER/99.0.0.exe")"
   expect "what it had moved" "old old works works" "$(libraries "$USER_FOLDER") $(with_user_classes hosts)"
 done
