@@ -337,14 +337,17 @@ bool HoldReplaysToHand(std::wstring_view only) {
 // database.
 bool AskEveryMember(std::wstring_view only) {
   bool met = true;
+  bool any = false;
   for (const testing::Member& member : testing::Members()) {
     if (member.script || member.has_effects || !member.name.starts_with(only)) continue;
+    any = true;
     const auto is_this = [&](const auto& sequence) { return sequence.member == member.name; };
     if (std::any_of(std::begin(kSequences), std::end(kSequences), is_this)) continue;
     met &=
         Bench(testing::MembersCompany()).CompareMember(member.name, member.bind, member.operations);
   }
-  return met;
+  if (!any) std::printf("No member that is measured begins with %s.\n", ToUtf8(only).c_str());
+  return met && any;
 }
 
 // A walk over a long price list, whose entry for this customer and product is the last.

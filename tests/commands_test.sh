@@ -58,8 +58,8 @@ for command in bench check demo fuzz manual mutate package soak; do
   # The help is all of the comment, and nothing else.
   expect 0 "$(sed -n '2s/^# //p' "$command")" "" "$command" x -h
 done
-expect 2 'there is no use for "nonsense"' "" bench nonsense
-expect 2 "there is no suite 'nope'; there are: format commands warnings library fuzz manual package core_test fault_sweep_test " "" \
+expect 2 'there is no use for "nonsense"' "" bench Products nonsense
+expect 2 "there is no suite 'nope'; there are: format commands warnings library fuzz manual package core_test " "" \
   check format nope
 expect 2 "there is no suite 'x64:format'" "" check x64:format
 expect 2 "there is no suite ''" "" check ""

@@ -40,6 +40,11 @@ def arguments(member, text, complete=False):
             yield Argument(parameter, truth.get(parameter.default, parameter.default))
 
 
+def without_blanks(answer):
+    """An answer as a reader sees it: the engine pads texts to the width of their fields."""
+    return re.sub(r'^"(.*\S)?( {4,})"$', lambda text: f'"{text[1] or ""}" and {len(text[2])} blanks', answer)
+
+
 def answers(text):
     """{output: value}, that of the result being None, and an array's being a list."""
     found, values = {}, []
@@ -91,7 +96,7 @@ class Language:
         return f"{self.comment} {text}"
 
     def told(self, line, answer):
-        return f"{line}   {self.remark(answer)}" if answer else line
+        return f"{line}   {self.remark(without_blanks(answer))}" if answer else line
 
     # What differs most, as statements without their end.
 
@@ -420,7 +425,7 @@ class Cpp(Language):
         if line == ";":
             return ""
         if line.startswith("// "):
-            return f"{line.rstrip(';')}: {answer}"
+            return f"{line.rstrip(';')}: {without_blanks(answer)}"
         return super().told(line, answer)
 
     def record(self, code):
