@@ -37,6 +37,7 @@ expect() {
 variant() {
   local stage="$FOLDER/stage-$1"
   stage_setup "$stage"
+  rm -rf "$stage/manual"  # as much again, for nothing
   "$2" "$stage"
   local CERTIFICATE="$FOLDER/maker.p12" CERTIFICATE_PASSWORD="open sesame"
   export CERTIFICATE CERTIFICATE_PASSWORD
