@@ -150,6 +150,7 @@ state() {
   wine_stop
   (cd "$WINEPREFIX" && find drive_c | LC_ALL=C sort && cat ./*.reg) |
     sed -E '/^#time=/d; /^"DriverDateData"=/d; /^$/d; s/^(\[.*\]) [0-9]+$/\1/' |
+    awk '/^\[/ {of_consoles = /^\[Console/} !of_consoles' | # Wine keeps them for whoever opens one
     grep -vE '^drive_c/windows/Installer$|\\Installer\\\\((UserData\\\\S-1-5-18\\\\)?(Components|Features|Products|UpgradeCodes))\]$' >"$1"
 }
 nothing_left() {

@@ -74,7 +74,7 @@ expected() {
 # What the prompt has answered to them.
 answered() {
   awk 'FNR == NR {if (FNR % 2) asked[++n] = $0; next}
-    $0 == asked[i + 1] {++i; print; getline; while (/^\t/) getline; print}' \
+    i < n && $0 == asked[i + 1] {++i; print; getline; while (/^\t/) getline; print}' \
     <(expected) "$FOLDER/prompt.txt" | sed -E 's/ +"(,|$)/"\1/g'
 }
 
