@@ -43,6 +43,26 @@ TEST_F(FastSelectTest, AnEmptyListSaysWhyAndCanOnlyBeClosed) {
   EXPECT_EQ(Pick(accounts::kSalesLedger.list, nothing, L"A*"), L"");
 }
 
+// It stays, or goes to what was looked for; nowhere else.
+TEST_F(FastSelectTest, ALookUpThatFailsLeavesTheSelection) {
+  CompanyBuilder company;
+  for (const wchar_t* ref : {L"A", L"B", L"C", L"D"}) company.Customer(ref);
+  Open(company);
+  Pick(accounts::kSalesLedger.list, [&](SelectDialog& dialog) {
+    for (std::int64_t n = 1; n < 10; ++n) {
+      dialog.list().SelectItem(3);
+      dialog.list().rows();
+      engine_->faults().FailFrom(n, false);
+      dialog.KeyPress(L'D');
+      engine_->faults().Reset();
+      const std::wstring at = Keys(dialog.list())
+                                  .at(static_cast<std::size_t>(dialog.list().selected()->position -
+                                                               dialog.list().top()));
+      EXPECT_TRUE(at == L"C" || at == L"D") << n << ToUtf8(at);
+    }
+  });
+}
+
 // A ledger of any size opens alike: nothing is read before the first page, then one page.
 TEST_F(FastSelectTest, OpeningCostsTheSameWhateverTheLedgersSize) {
   std::vector<std::int64_t> operations;
