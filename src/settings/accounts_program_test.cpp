@@ -156,7 +156,11 @@ TEST_F(AccountsProgramTest, TheShortcutStartsTheInstalledLauncher) {
                         {L"LauncherFile", L"go.exe"},
                         {L"LauncherName", L"Ardenic Desktop"},
                         {L"Installation13", L"{13}"}};
+  std::string traced;
+  environment_.trace().Attach([&](std::string_view line) { traced += line; });
   EXPECT_EQ(create(12), L"") << "it is not installed";
+  EXPECT_NE(traced.find("\tThe machine has no setting Installation12."), traced.npos) << traced;
+  environment_.trace().Attach(nullptr);
   EXPECT_TRUE(machine().shortcuts.empty());
   machine().settings[L"Installation12"] = L"{12}";
   for (const auto& [version, arguments] :
