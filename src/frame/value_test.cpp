@@ -121,8 +121,9 @@ TEST(DateTest, TextIsIsoAndComesBack) {
         L"2006-10-13 23:59:x9", L"0099-12-31"}) {
     EXPECT_EQ(ParseIsoDate(text), std::nullopt) << text;
   }
-  EXPECT_EQ(ErrorOf([] { FormatIsoDate(Date{std::numeric_limits<double>::quiet_NaN()}); }),
-            kErrorOverflow);
+  for (const double days : {-657435.0, 2958466.0, std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_EQ(ErrorOf([&] { FormatIsoDate(Date{days}); }), kErrorOverflow) << days;
+  }
 }
 
 }  // namespace
