@@ -5,12 +5,13 @@ A fault is another piece of text at one place of one source. The sources are for
 that their operators can be told by the blanks around them.
 """
 
+import collections
 import filecmp
+import hashlib
 import json
 import os
 import pathlib
 import queue
-import random
 import re
 import shutil
 import subprocess
@@ -253,14 +254,32 @@ def notice(copy, suites, text, fault, each):
         (copy.root / path).write_text(text, encoding="utf-8")
 
 
-def shown(text, fault):
-    path, start, end, other = fault
-    line = text.count("\n", 0, start) + 1
+def change(text, fault):
+    """The lines before and after."""
+    _, start, end, other = fault
     first = text.rfind("\n", 0, start) + 1
     last = text.find("\n", end)
     was = " ".join(text[first:last].split())
     now = " ".join((text[first:start] + other + text[end:last]).split())
-    return f"{path}:{line}\n    {was}\n    {now}"
+    return f"    {was}\n    {now}"
+
+
+def shown(text, fault):
+    path, start, _, _ = fault
+    line = text.count("\n", 0, start) + 1
+    return f"{path}:{line}\n{change(text, fault)}"
+
+
+def in_order_of(seed, texts, faults):
+    """Shuffled in a way that a change of the sources leaves alone, but for the faults in what changed."""
+    seen = collections.Counter()
+
+    def rank(fault):
+        name = f"{seed} {fault[0]} {change(texts[fault[0]], fault)}"
+        seen[name] += 1
+        return hashlib.sha256(f"{name} {seen[name]}".encode()).digest()
+
+    return sorted(faults, key=rank)
 
 
 def main():
@@ -270,8 +289,7 @@ def main():
     for path in files:
         if path not in faults:
             sys.exit(f"{path} is no source of the portable core")
-    chosen = [fault for path in files or faults for fault in faults[path]]
-    random.Random(seed).shuffle(chosen)
+    chosen = in_order_of(seed, texts, [fault for path in files or faults for fault in faults[path]])
     # Each copy does one thing after another.
     copies = [Copy(number) for number in range(len(os.sched_getaffinity(0)))]
     presets = {HEADERS if fault[0].endswith(".h") else PRESET for fault in chosen} | {PRESET}
