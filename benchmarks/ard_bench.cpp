@@ -1,7 +1,7 @@
 // What the library costs beyond the operations that it asks for, what opening a pick list costs,
-// and what the trace costs. Exits with 1 when a target is missed.
+// and what the trace costs. Exits with 1 when a target is missed but that of a ratio: layouts.py
+// holds those of several programs to their targets.
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -32,6 +32,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
+constexpr int kBatchesOfALayout = 301;
+
 constexpr double kTargetRatio = 1.10;
 constexpr double kReplayRatio = 1.05;  // of a replay, to the same sequence written by hand
 constexpr std::wstring_view kReplayed = L", replayed";
@@ -47,6 +49,7 @@ struct Exception {
 };
 constexpr Exception kExceptions[] = {
     {L"Products.GetSellPrice, replayed", 1.15, "steps of 12 ns, beside which a replay's own show"},
+    {L"Products.GetDesc, replayed", 1.15, "likewise"},
     {L"cAccessRights.IsUserAllowedAccess", 1.15, "makes a name as wide as the field, in capitals"},
     {L"General.GetTaxCodes", 1.7, "writes 12 lines, for two operations of 35 ns each"},
     {L"General.GetCategories", 1.3, "writes 4 lines, for two operations of 50 ns each"},
@@ -155,8 +158,9 @@ class Bench {
     const std::int64_t asked = operations_of(library);
     const std::int64_t expected = needed == testing::kAsItIs ? operations_of(bare) : needed;
     const double target = TargetOf(name);
-    return Report(ToUtf8(name).c_str(), CompareWithin(target, bare, library), target, expected,
-                  asked);
+    Report(ToUtf8(name).c_str(), CompareWithin(target, bare, library, kBatchesOfALayout), target,
+           expected, asked);
+    return expected == asked;
   }
 
   // The same for a member, against what a call of it asks, with nothing around it.
@@ -192,28 +196,40 @@ double NumberOf(engine::Fields& fields, std::wstring_view field) {
   return fields.Item(field)->GetValue().ToDouble();
 }
 
-[[gnu::always_inline]] inline double KeyedReadByHand(engine::Workspace& workspace) {
+double KeyedReadByHand(engine::Workspace& workspace) {
   const auto account = FindByHand(workspace, L"SalesRecord"sv, L"ACCOUNT_REF"sv, L"ABC001"sv);
   return static_cast<double>(
       Trimmed(account->GetFields()->Item(L"NAME"sv)->GetValue().ToText()).size());
 }
 
-[[gnu::always_inline]] inline double IndexLookUpByHand(engine::Workspace& workspace) {
+double LookUpByHand(engine::Workspace& workspace, double (*read)(engine::Fields& product)) {
   const auto index = workspace.CreateIndex(L"StockIndex"sv);
   const auto data = workspace.CreateDataFile(L"StockData"sv);
-  double price = 0;
+  double answer = 0;
   index->Open(engine::Mode::kQuery);
   data->Open(engine::Mode::kQuery);
   index->SetKey(L"BOLT"sv);
   if (index->Find(engine::Match::kExact) && data->Read(index->RecordNumber())) {
-    price = NumberOf(*data->GetFields(), L"SALES_PRICE"sv);
+    answer = read(*data->GetFields());
   }
   index->Close();
   data->Close();
-  return price;
+  return answer;
 }
 
-[[gnu::always_inline]] inline double WalkByHand(engine::Workspace& workspace) {
+double PriceLookUpByHand(engine::Workspace& workspace) {
+  return LookUpByHand(workspace,
+                      [](engine::Fields& product) { return NumberOf(product, L"SALES_PRICE"sv); });
+}
+
+double TextLookUpByHand(engine::Workspace& workspace) {
+  return LookUpByHand(workspace, [](engine::Fields& product) {
+    const std::wstring description = product.Item(L"DESCRIPTION"sv)->GetValue().ToText();
+    return static_cast<double>(Trimmed(description).size());
+  });
+}
+
+double WalkByHand(engine::Workspace& workspace) {
   const auto queue = workspace.CreateDataFile(L"QueueData"sv);
   queue->Open(engine::Mode::kRead);
   const std::int32_t slots = queue->Count();
@@ -229,7 +245,7 @@ double NumberOf(engine::Fields& fields, std::wstring_view field) {
   return users;
 }
 
-[[gnu::always_inline]] inline double DiscountByHand(engine::Workspace& workspace) {
+double DiscountByHand(engine::Workspace& workspace) {
   double percentage = 0;
   std::int32_t type = 0;
   {
@@ -254,7 +270,7 @@ double NumberOf(engine::Fields& fields, std::wstring_view field) {
   return percentage;
 }
 
-[[gnu::always_inline]] inline double PriceByHand(engine::Workspace& workspace) {
+double PriceByHand(engine::Workspace& workspace) {
   if (workspace.CreatePricing()) return 0;
   const auto stock = FindByHand(workspace, L"StockRecord"sv, L"STOCK_CODE"sv, L"BOLT"sv);
   const auto prices = stock->GetFields();
@@ -285,28 +301,16 @@ double NumberOf(engine::Fields& fields, std::wstring_view field) {
 
 using Sequence = double (*)(engine::Workspace&);
 
-// Where its code lies in memory makes a sequence faster or slower by up to a seventh, and a change
-// anywhere moves it: it is timed in several places, which take turns.
-template <Sequence sequence, int bytes>
-[[gnu::noinline, gnu::aligned(64)]] double Placed(engine::Workspace& workspace) {
-  asm volatile(".skip %c0, 0x90" : : "i"(bytes));
-  return sequence(workspace);
-}
-template <Sequence sequence>
-constexpr std::array<Sequence, 8> kPlaced = {
-    Placed<sequence, 4>,  Placed<sequence, 8>,  Placed<sequence, 16>, Placed<sequence, 24>,
-    Placed<sequence, 32>, Placed<sequence, 40>, Placed<sequence, 48>, Placed<sequence, 56>};
-constexpr unsigned kCallsInAPlace = 256;
-
 constexpr struct {
   std::wstring_view member;
-  const std::array<Sequence, 8>& by_hand;
+  double (*by_hand)(engine::Workspace&);
   double answer;
-} kSequences[] = {{L"Customers.GetName", kPlaced<KeyedReadByHand>, 7},
-                  {L"Products.GetSellPrice", kPlaced<IndexLookUpByHand>, 50},
-                  {L"General.GetNumActiveUsers", kPlaced<WalkByHand>, 2},
-                  {L"Customers.GetDiscPercent, table", kPlaced<DiscountByHand>, 12.5},
-                  {L"Products.GetSpecialPrice", kPlaced<PriceByHand>, 45}};
+} kSequences[] = {{L"Customers.GetName", KeyedReadByHand, 7},
+                  {L"Products.GetSellPrice", PriceLookUpByHand, 50},
+                  {L"Products.GetDesc", TextLookUpByHand, 4},
+                  {L"General.GetNumActiveUsers", WalkByHand, 2},
+                  {L"Customers.GetDiscPercent, table", DiscountByHand, 12.5},
+                  {L"Products.GetSpecialPrice", PriceByHand, 45}};
 
 // A replay costs what the same sequence costs that is written by hand; else it would be no limit.
 bool HoldReplaysToHand(std::wstring_view only) {
@@ -320,10 +324,7 @@ bool HoldReplaysToHand(std::wstring_view only) {
       bench.Record(bare, [&](const Context& context) { member.bind(context)(nullptr); });
       engine::Workspace& workspace = *bench.context().workspace;
       double answer = 0;
-      unsigned calls = 0;
-      const auto by_hand = [&] {
-        answer = sequence.by_hand[calls++ / kCallsInAPlace % sequence.by_hand.size()](workspace);
-      };
+      const auto by_hand = [&] { answer = sequence.by_hand(workspace); };
       met &= bench.Compare(member.name + std::wstring(kReplayed), by_hand,
                            [&] { bare.Replay(workspace); });
       met &= answer == sequence.answer;

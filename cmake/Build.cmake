@@ -23,6 +23,11 @@ if(ARD_CCACHE)
   endforeach()
 endif()
 
+# For benchmarks/, which lays the functions out in several ways.
+if(NOT WIN32 AND CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_compile_options(-ffunction-sections)
+endif()
+
 if(ARD_SANITIZE)
   set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all)
   add_compile_options(${sanitize} -fno-omit-frame-pointer)

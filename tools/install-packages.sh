@@ -3,6 +3,7 @@
 #
 #   tools/install-packages.sh native    the native build and its tests
 #   tools/install-packages.sh windows   the 64-bit Windows build, Wine and a virtual display
+#   tools/install-packages.sh bench     the native build and what lays a program out in several ways
 #   tools/install-packages.sh manual    what makes the manual
 #   tools/install-packages.sh all       all of these, the 32-bit ones, clang and the fuzzers
 #   tools/install-packages.sh SET --missing   prints what it would install
@@ -157,11 +158,12 @@ for_i386() {
 case "${1:-all}" in
   native) packages=("${NATIVE_PACKAGES[@]}") ;;
   windows) packages=("${WINDOWS_PACKAGES[@]}") ;;
+  bench) packages=("${NATIVE_PACKAGES[@]}" python3 lld) ;;
   manual) packages=("${MANUAL_PACKAGES[@]}") ;;
   all)
     packages=("${NATIVE_PACKAGES[@]}" "${WINDOWS_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${MANUAL_PACKAGES[@]}")
     ;;
-  *) die "usage: ${0##*/} [native|windows|manual|all] [--missing]" ;;
+  *) die "usage: ${0##*/} [native|windows|bench|manual|all] [--missing]" ;;
 esac
 if [[ "${2:-}" == --missing ]]; then
   missing "${packages[@]}" | sort -u
