@@ -16,6 +16,7 @@ using engine::Mode;
 constexpr std::int16_t kUsualDecimals = 4;
 constexpr std::int16_t kTaxCodes = 100;
 constexpr int kRateDecimals = 2;
+constexpr std::size_t kUsualLine = 80;
 
 // Gives each element the name of the record whose number is its index.
 void ListNames(const Context& context, Name data_file, const TextArray& list) {
@@ -23,15 +24,14 @@ void ListNames(const Context& context, Name data_file, const TextArray& list) {
   if (!file.Open(Mode::kQuery)) return;
   using Counter = std::numeric_limits<std::int16_t>;
   NumberedText label(L"", L"   ");
-  std::wstring name;
   std::wstring line;
+  line.reserve(kUsualLine);
   const std::int64_t last = std::min<std::int64_t>(list.upper_bound(), Counter::max());
   for (std::int64_t n = std::max<std::int64_t>(list.lower_bound(), Counter::min()); n <= last;
        ++n) {
     file.Read(static_cast<std::int32_t>(n));
-    if (!file.Get(L"NAME", name)) continue;
-    line.assign(label.With(static_cast<std::int16_t>(n))).append(Trimmed(name));
-    list.Put(n, line);
+    if (!file.Get(L"NAME", line, engine::kTrimmed)) continue;
+    list.Put(n, line.insert(0, label.With(static_cast<std::int16_t>(n))));
   }
 }
 
@@ -43,31 +43,26 @@ void MakeFormat(std::int16_t decimals, std::wstring& format) {
   format[1] = L'.';
 }
 
-// A tax code's line in the list, to be filled from its rate.
+// A tax code's line in the list: its label, and its rate.
 struct TaxLine {
-  std::int16_t code;
   Trace& trace;
-  std::wstring text = {};
+  std::wstring_view label;
+  std::wstring text;
 };
 
 void Convert(Value&& value, TaxLine& line) {
-  // The shorter labels are padded more: that is how they are published.
-  NumberedText short_label(L"T", L"   ");
-  NumberedText long_label(L"T", L" ");
-  const std::wstring_view label =
-      line.code < 10 ? short_label.With(line.code) : long_label.With(line.code);
   if (const double* const rate = std::get_if<double>(&value.storage())) {
-    line.text = label;
+    line.text = line.label;
     AppendFixed(line.text, *rate, kRateDecimals);
-  } else {
-    // A text that is no number stays what it is.
-    std::wstring text = std::move(value).ToText();
-    double number = 0;
-    if (Attempt(line.trace, {L"General", L"FormatRate"}, [&] { Convert(Value(text), number); })) {
-      text = FormatFixed(number, kRateDecimals);
-    }
-    line.text = std::wstring(label) + text;
+    return;
   }
+  // A text that is no number stays what it is.
+  std::wstring text = std::move(value).ToText();
+  double number = 0;
+  if (Attempt(line.trace, {L"General", L"FormatRate"}, [&] { Convert(Value(text), number); })) {
+    text = FormatFixed(number, kRateDecimals);
+  }
+  line.text = text.insert(0, line.label);
 }
 
 // The fields of tax codes.
@@ -120,11 +115,16 @@ void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
   Run(L"GetTaxCodes", {Output(tax_code_list)}, [&] {
     TaxFile taxes(context());
     NumberedText field(L"T", L"_RATE");
-    TaxLine line{0, context().trace()};
+    // The shorter labels are padded more: that is how they are published.
+    NumberedText short_label(L"T", L"   ");
+    NumberedText long_label(L"T", L" ");
+    TaxLine line{context().trace(), {}, {}};
+    line.text.reserve(kUsualLine);
     const std::int64_t last = std::min<std::int64_t>(tax_code_list.upper_bound(), kTaxCodes - 1);
     for (auto n = std::max<std::int64_t>(tax_code_list.lower_bound(), 0); n <= last; ++n) {
-      line.code = static_cast<std::int16_t>(n);
-      if (taxes.Get(field.With(line.code), line)) tax_code_list.Put(n, line.text);
+      const auto code = static_cast<std::int16_t>(n);
+      line.label = code < 10 ? short_label.With(code) : long_label.With(code);
+      if (taxes.Get(field.With(code), line)) tax_code_list.Put(n, line.text);
     }
   });
 }
