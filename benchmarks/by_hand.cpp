@@ -1,0 +1,142 @@
+#include "benchmarks/by_hand.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "frame/error.h"
+#include "frame/text.h"
+
+namespace ard::benchmarks {
+namespace {
+
+using namespace std::string_view_literals;
+
+std::unique_ptr<engine::RecordObject> FindByHand(engine::Workspace& workspace,
+                                                 std::wstring_view name, std::wstring_view field,
+                                                 std::wstring_view key) {
+  std::unique_ptr<engine::RecordObject> record = workspace.CreateRecord(name);
+  record->GetFields()->Item(field)->SetValue(key);
+  if (!record->Find(engine::Match::kExact)) throw Error(kErrorFailed, L"not found");
+  return record;
+}
+
+double NumberOf(engine::Fields& fields, std::wstring_view field) {
+  return fields.Item(field)->GetValue().ToDouble();
+}
+
+double KeyedReadByHand(engine::Workspace& workspace) {
+  const auto account = FindByHand(workspace, L"SalesRecord"sv, L"ACCOUNT_REF"sv, L"ABC001"sv);
+  return static_cast<double>(
+      Trimmed(account->GetFields()->Item(L"NAME"sv)->GetValue().ToText()).size());
+}
+
+double LookUpByHand(engine::Workspace& workspace, double (*read)(engine::Fields& product)) {
+  const auto index = workspace.CreateIndex(L"StockIndex"sv);
+  const auto data = workspace.CreateDataFile(L"StockData"sv);
+  double answer = 0;
+  index->Open(engine::Mode::kQuery);
+  data->Open(engine::Mode::kQuery);
+  index->SetKey(L"BOLT"sv);
+  if (index->Find(engine::Match::kExact) && data->Read(index->RecordNumber())) {
+    answer = read(*data->GetFields());
+  }
+  index->Close();
+  data->Close();
+  return answer;
+}
+
+double PriceLookUpByHand(engine::Workspace& workspace) {
+  return LookUpByHand(workspace,
+                      [](engine::Fields& product) { return NumberOf(product, L"SALES_PRICE"sv); });
+}
+
+double TextLookUpByHand(engine::Workspace& workspace) {
+  return LookUpByHand(workspace, [](engine::Fields& product) {
+    const std::wstring description = product.Item(L"DESCRIPTION"sv)->GetValue().ToText();
+    return static_cast<double>(Trimmed(description).size());
+  });
+}
+
+double WalkByHand(engine::Workspace& workspace) {
+  const auto queue = workspace.CreateDataFile(L"QueueData"sv);
+  queue->Open(engine::Mode::kRead);
+  const std::int32_t slots = queue->Count();
+  int users = 0;
+  for (std::int32_t slot = 1; slot <= slots; ++slot) {
+    if (!queue->Read(slot)) continue;
+    const auto fields = queue->GetFields();
+    const std::wstring name = fields->Item(L"LOGON_NAME"sv)->GetValue().ToText();
+    if (Trimmed(name).empty()) continue;
+    users += !fields->Item(L"EMPTY_FLAG"sv)->GetValue().ToBoolean();
+  }
+  queue->Close();
+  return users;
+}
+
+double DiscountByHand(engine::Workspace& workspace) {
+  double percentage = 0;
+  std::int32_t type = 0;
+  {
+    const auto account = FindByHand(workspace, L"SalesRecord"sv, L"ACCOUNT_REF"sv, L"ABC001"sv);
+    const auto fields = account->GetFields();
+    percentage = NumberOf(*fields, L"DISCOUNT_RATE"sv);
+    type = fields->Item(L"DISCOUNT_TYPE"sv)->GetValue().ToLong();
+  }
+  if (type != 4) return percentage;
+  const auto product = FindByHand(workspace, L"StockRecord"sv, L"STOCK_CODE"sv, L"BOLT"sv);
+  const auto fields = product->GetFields();
+  constexpr std::wstring_view kLevels[][2] = {
+      {L"DISC_C_LEVEL_10_QTY", L"DISC_C_LEVEL_10_RATE"},
+      {L"DISC_C_LEVEL_9_QTY", L"DISC_C_LEVEL_9_RATE"},
+      {L"DISC_C_LEVEL_8_QTY", L"DISC_C_LEVEL_8_RATE"},
+      {L"DISC_C_LEVEL_7_QTY", L"DISC_C_LEVEL_7_RATE"},  // it is the one reached
+  };
+  for (const auto& [quantity, rate] : kLevels) {
+    const double threshold = NumberOf(*fields, quantity);
+    if (threshold > 0 && 10.0 >= threshold) return percentage + NumberOf(*fields, rate);
+  }
+  return percentage;
+}
+
+double PriceByHand(engine::Workspace& workspace) {
+  if (workspace.CreatePricing()) return 0;
+  const auto stock = FindByHand(workspace, L"StockRecord"sv, L"STOCK_CODE"sv, L"BOLT"sv);
+  const auto prices = stock->GetFields();
+  const double selling = NumberOf(*prices, L"SALES_PRICE"sv);
+  const double cost = NumberOf(*prices, L"LAST_PURCHASE_PRICE"sv);
+  const auto entry = workspace.CreateRecord(L"PriceRecord"sv);
+  const auto customer = workspace.CreateRecord(L"SalesRecord"sv);
+  do {
+    const auto fields = entry->GetFields();
+    const auto text = [](engine::Fields& of, std::wstring_view field) {
+      return of.Item(field)->GetValue().ToText();
+    };
+    if (Trimmed(text(*fields, L"Stock_Code"sv)) != L"BOLT"sv) continue;
+    const bool for_one = fields->Item(L"Type"sv)->GetValue().ToLong() == 83;
+    std::wstring wanted(L"ABC001"sv);
+    if (!for_one) {
+      customer->GetFields()->Item(L"ACCOUNT_REF"sv)->SetValue(L"ABC001"sv);
+      if (!customer->Find(engine::Match::kExact)) continue;
+      wanted = text(*customer->GetFields(), L"Price_List_Ref"sv);
+    }
+    if (Trimmed(text(*fields, L"Ext_Ref"sv)) != Trimmed(wanted)) continue;
+    const std::int32_t type = fields->Item(L"Discount_Type"sv)->GetValue().ToLong();
+    const double value = NumberOf(*fields, L"Value"sv);
+    return type == 2 ? selling - selling / 100 * value : cost;
+  } while (entry->MoveNext());
+  return selling;
+}
+
+constexpr SequenceByHand kSequences[] = {{L"Customers.GetName", KeyedReadByHand, 7},
+                                         {L"Products.GetSellPrice", PriceLookUpByHand, 50},
+                                         {L"Products.GetDesc", TextLookUpByHand, 4},
+                                         {L"General.GetNumActiveUsers", WalkByHand, 2},
+                                         {L"Customers.GetDiscPercent, table", DiscountByHand, 12.5},
+                                         {L"Products.GetSpecialPrice", PriceByHand, 45}};
+
+}  // namespace
+
+std::span<const SequenceByHand> SequencesByHand() { return kSequences; }
+
+}  // namespace ard::benchmarks
