@@ -100,9 +100,10 @@ class Binder {
     member.parameters = {{L"LowerBound", L""}, {L"UpperBound", L""}};
     member.outputs = std::move(outputs);
     member.call = [&object = object_, method](Arguments& arguments) {
-      const std::int32_t lower = arguments[0].ToInteger();
-      const std::int32_t upper = arguments[1].ToInteger();
-      std::vector<std::wstring> texts(static_cast<std::size_t>(std::max(upper - lower + 1, 0)));
+      const std::int32_t lower = arguments[0].ToLong();
+      // From the first to the last: more would be too many to show.
+      const int last = Value(arguments[1].ToDouble() - lower).ToInteger();
+      std::vector<std::wstring> texts(static_cast<std::size_t>(std::max(last + 1, 0)));
       (object.*method)({lower, texts});
       std::vector<Answer> answers;
       for (std::wstring& text : texts) answers.push_back({{}, Value(std::move(text))});

@@ -39,8 +39,8 @@ class Prompt {
   // PromptError.
   std::wstring Help(std::wstring_view line) const;
 
-  // Of all that is called.
-  Trace& trace() { return environment_.trace(); }
+  // That of all that is called.
+  Environment& environment() { return environment_; }
 
   // What a word that has been begun may become: classes, or members of a class.
   std::vector<std::string> Completions(std::string_view word) const;

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <utility>
 
+#include "frame/text.h"
 #include "simulator/company.h"
 #include "simulator/standard_columns.h"
+#include "simulator/table_text.h"
 
 namespace ard::simulator {
 
@@ -56,6 +58,13 @@ CompanyBuilder& CompanyBuilder::Control(const FieldValues& values) {
 
 CompanyBuilder& CompanyBuilder::Record(std::wstring_view table, const FieldValues& values) {
   return Add(table, {}, values);
+}
+
+CompanyBuilder& CompanyBuilder::Columns(std::wstring_view table, std::wstring_view columns) {
+  std::string header = ToUtf8(columns);
+  std::replace(header.begin(), header.end(), '|', '\t');
+  company_->Set(table, company_->NewTable(table, ParseColumns(header, "")));
+  return *this;
 }
 
 CompanyBuilder& CompanyBuilder::Without(std::wstring_view table) {

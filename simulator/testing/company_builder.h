@@ -59,6 +59,9 @@ class CompanyBuilder {
   // Appends a record to any table with standard columns, such as L"AccessData".
   CompanyBuilder& Record(std::wstring_view table, const FieldValues& values);
 
+  // Gives a table that has no records yet these columns: "NAME:text(30)|RATE:double", as in a file.
+  CompanyBuilder& Columns(std::wstring_view table, std::wstring_view columns);
+
   // Leaves the table out, as if its file did not exist: it cannot be opened.
   CompanyBuilder& Without(std::wstring_view table);
 

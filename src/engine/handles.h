@@ -162,17 +162,15 @@ class FieldsHandle : public Handle<Target> {
   }
   // The same for a field that some engines do not have: that it is not there is no failure.
   template <class T>
-  bool GetIfThere(Name field, T& out) {
+  void GetIfThere(Name field, T& out) {
     std::unique_ptr<Field> item;
-    if (!this->target_ || !this->usable_) return false;
+    if (!this->target_ || !this->usable_) return;
     try {
       item = Item(field);
     } catch (...) {
-      this->trace_.NotedByException({this->name_, kFields, field});
-      return false;
+      return this->trace_.NotedByException({this->name_, kFields, field});
     }
-    return Attempt(this->trace_, {this->name_, kFields, field},
-                   [&] { Convert(item->GetValue(), out); });
+    Attempt(this->trace_, {this->name_, kFields, field}, [&] { Convert(item->GetValue(), out); });
   }
   bool Get(Name field, std::wstring& out, TrimmedTag) {
     if (!Get(field, out)) return false;
@@ -440,13 +438,6 @@ inline std::wstring EngineVersion(const Context& context) {
     if (const auto workspace = context.workspace) version = workspace->Version();
   });
   return version;
-}
-
-// Tells the trace which engine the host has handed over.
-inline void NoteEngine(const Context& context) {
-  if (!context.trace().on() || !context.workspace) return;
-  const std::wstring version = EngineVersion(context);
-  if (!version.empty()) context.trace().Noted({kWorkspace, L"Version"}, version);
 }
 
 }  // namespace ard::engine

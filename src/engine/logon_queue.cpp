@@ -11,16 +11,14 @@ constexpr std::wstring_view kStation = L"STATION_NAME";
 }  // namespace
 
 LogonQueue::LogonQueue(const Context& context)
-    : queue_(context, kQueue), is_open_(queue_.Open(Mode::kRead)) {
-  if (is_open_) slots_ = queue_.Count();
-}
+    : queue_(context, kQueue), is_open_(queue_.Open(Mode::kRead)), slots_(queue_.Count()) {}
 
 bool LogonQueue::Next() {
   while (slot_ < slots_) {
-    if (!queue_.Read(++slot_) || !queue_.Get(kName, name_)) continue;
+    if (!queue_.Read(++slot_) || !queue_.Get(kName, name_) || name().empty()) continue;
     bool empty = true;
-    const bool named = name_.find_first_not_of(L' ') != std::wstring::npos;
-    if (named && queue_.Get(kEmptyFlag, empty) && !empty) return true;
+    queue_.Get(kEmptyFlag, empty);
+    if (!empty) return true;
   }
   return false;
 }

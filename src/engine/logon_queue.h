@@ -26,7 +26,7 @@ class LogonQueue {
  private:
   DataFile queue_;
   bool is_open_;
-  std::int32_t slots_ = 0;
+  std::int32_t slots_;
   std::int32_t slot_ = 0;
   std::wstring name_;
 };

@@ -33,8 +33,8 @@ class NumberedText {
  private:
   static constexpr std::size_t kDigits = 6;  // and a sign
 
-  wchar_t text_[before - 1 + kDigits + after - 1];
   const wchar_t* back_;
+  wchar_t text_[before - 1 + kDigits + after - 1];
 };
 
 }  // namespace ard

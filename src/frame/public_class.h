@@ -122,17 +122,6 @@ struct Property {
   std::variant<std::wstring Details::*, bool Details::*> member;
 };
 
-// The member that is the property `name` of `Class`, which has to be of type `T`. Where there is
-// none, the compiler says so.
-template <class Class, class T>
-consteval auto PropertyOf(std::wstring_view name) {
-  using Details = std::decay_t<decltype(std::declval<Class&>().details())>;
-  for (const auto& property : Class::kProperties) {
-    if (property.name == name) return std::get<T Details::*>(property.member);
-  }
-  throw "no such property";
-}
-
 }  // namespace ard
 
 #endif  // ARD_FRAME_PUBLIC_CLASS_H_

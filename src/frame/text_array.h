@@ -13,9 +13,11 @@ namespace ard {
 
 class TextArray {
  public:
-  // How whoever keeps the elements reads and puts the one in that place, from 0.
+  // How whoever keeps the elements reads the one in that place, from 0, and puts a text there,
+  // which is handed over in two pieces.
   using Reader = std::wstring_view (*)(const void* elements, std::size_t place);
-  using Writer = void (*)(void* elements, std::size_t place, std::wstring_view text);
+  using Writer = void (*)(void* elements, std::size_t place, std::wstring_view front,
+                          std::wstring_view back);
 
   TextArray() : TextArray(0, {}) {}  // without elements
   TextArray(std::int32_t lower_bound, std::size_t size, void* elements, Reader read, Writer write)
@@ -26,8 +28,10 @@ class TextArray {
             [](const void* elements, std::size_t place) {
               return std::wstring_view(static_cast<const std::wstring*>(elements)[place]);
             },
-            [](void* elements, std::size_t place, std::wstring_view text) {
-              static_cast<std::wstring*>(elements)[place] = text;
+            [](void* elements, std::size_t place, std::wstring_view front, std::wstring_view back) {
+              std::wstring& element = static_cast<std::wstring*>(elements)[place];
+              element.reserve(front.size() + back.size());  // or nothing is changed
+              element.assign(front).append(back);
             }) {}
 
   std::int64_t lower_bound() const { return lower_bound_; }
@@ -36,8 +40,8 @@ class TextArray {
 
   // The element with an index within the bounds, until something is put there.
   std::wstring_view Get(std::int64_t index) const { return read_(elements_, Place(index)); }
-  void Put(std::int64_t index, std::wstring_view text) const {
-    write_(elements_, Place(index), text);
+  void Put(std::int64_t index, std::wstring_view front, std::wstring_view back = {}) const {
+    write_(elements_, Place(index), front, back);
   }
 
  private:

@@ -154,13 +154,12 @@ bool General::AddEntryToIniFile(const TextArray& check_items, std::wstring_view 
 
 bool General::IsF12Hide() const noexcept {
   return Call<bool>(L"IsF12Hide",
-                    [&](bool& hide) { hide = Trimmed(KeySetting(context(), kHideKey)) == L"1"; });
+                    [&](bool& hide) { hide = KeySetting(context(), kHideKey) == L"1"; });
 }
 
 std::wstring General::GetF11Program() const noexcept {
   return Call<std::wstring>(L"GetF11Program", [&](std::wstring& program) {
     program = KeySetting(context(), kProgramKey);
-    Trim(program);
     if (program.empty()) program = L"CONTROL.EXE";
   });
 }
@@ -168,9 +167,7 @@ std::wstring General::GetF11Program() const noexcept {
 bool General::IsArdExclusive(std::wstring_view path) const noexcept {
   return Call<bool>(L"IsArdExclusive", {path}, [&](bool& exclusive) {
     exclusive = true;
-    std::wstring file;
-    file.reserve(path.size() + 1 + kRegister.size());
-    file = path;
+    std::wstring file(path);
     if (!file.ends_with(L'\\')) file += L'\\';
     Trim(file);
     file += kRegister;

@@ -14,9 +14,8 @@ using engine::DataFile;
 using engine::Mode;
 
 constexpr std::int16_t kUsualDecimals = 4;
-constexpr std::int16_t kTaxCodes = 100;
+constexpr std::int64_t kLastTaxCode = 99;
 constexpr int kRateDecimals = 2;
-constexpr std::size_t kUsualLine = 80;
 
 // Gives each element the name of the record whose number is its index.
 void ListNames(const Context& context, Name data_file, const TextArray& list) {
@@ -24,14 +23,13 @@ void ListNames(const Context& context, Name data_file, const TextArray& list) {
   if (!file.Open(Mode::kQuery)) return;
   using Counter = std::numeric_limits<std::int16_t>;
   NumberedText label(L"", L"   ");
-  std::wstring line;
-  line.reserve(kUsualLine);
+  std::wstring name;
   const std::int64_t last = std::min<std::int64_t>(list.upper_bound(), Counter::max());
   for (std::int64_t n = std::max<std::int64_t>(list.lower_bound(), Counter::min()); n <= last;
        ++n) {
     file.Read(static_cast<std::int32_t>(n));
-    if (!file.Get(L"NAME", line, engine::kTrimmed)) continue;
-    list.Put(n, line.insert(0, label.With(static_cast<std::int16_t>(n))));
+    if (!file.Get(L"NAME", name)) continue;
+    list.Put(n, label.With(static_cast<std::int16_t>(n)), Trimmed(name));
   }
 }
 
@@ -43,43 +41,29 @@ void MakeFormat(std::int16_t decimals, std::wstring& format) {
   format[1] = L'.';
 }
 
-// A tax code's line in the list: its label, and its rate.
-struct TaxLine {
+// The rate of a tax code as it stands in the list.
+struct ListedRate {
   Trace& trace;
-  std::wstring_view label;
-  std::wstring text;
+  std::wstring text = {};
 };
 
-void Convert(Value&& value, TaxLine& line) {
+void Convert(Value&& value, ListedRate& listed) {
+  listed.text.clear();
   if (const double* const rate = std::get_if<double>(&value.storage())) {
-    line.text = line.label;
-    AppendFixed(line.text, *rate, kRateDecimals);
-    return;
+    return AppendFixed(listed.text, *rate, kRateDecimals);
   }
   // A text that is no number stays what it is.
-  std::wstring text = std::move(value).ToText();
-  double number = 0;
-  if (Attempt(line.trace, {L"General", L"FormatRate"}, [&] { Convert(Value(text), number); })) {
-    text = FormatFixed(number, kRateDecimals);
-  }
-  line.text = text.insert(0, line.label);
+  listed.text = std::move(value).ToText();
+  Attempt(listed.trace, {L"General", L"FormatRate"},
+          [&] { listed.text = FormatFixed(Value(listed.text).ToDouble(), kRateDecimals); });
 }
 
 // The fields of tax codes.
-class TaxFile {
- public:
-  explicit TaxFile(const Context& context) : control_(context, L"ControlData") {
-    open_ = control_.Open(Mode::kQuery);
-    if (open_) control_.Read(1);
+struct TaxFile : DataFile {
+  explicit TaxFile(const Context& context) : DataFile(context, L"ControlData") {
+    Open(Mode::kQuery);
+    Read(1);
   }
-  template <class T>
-  bool Get(Name field, T& out) {
-    return open_ && control_.Get(field, out);
-  }
-
- private:
-  DataFile control_;
-  bool open_ = false;
 };
 
 }  // namespace
@@ -118,13 +102,12 @@ void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
     // The shorter labels are padded more: that is how they are published.
     NumberedText short_label(L"T", L"   ");
     NumberedText long_label(L"T", L" ");
-    TaxLine line{context().trace(), {}, {}};
-    line.text.reserve(kUsualLine);
-    const std::int64_t last = std::min<std::int64_t>(tax_code_list.upper_bound(), kTaxCodes - 1);
+    ListedRate rate{context().trace()};
+    const std::int64_t last = std::min(tax_code_list.upper_bound(), kLastTaxCode);
     for (auto n = std::max<std::int64_t>(tax_code_list.lower_bound(), 0); n <= last; ++n) {
       const auto code = static_cast<std::int16_t>(n);
-      line.label = code < 10 ? short_label.With(code) : long_label.With(code);
-      if (taxes.Get(field.With(code), line)) tax_code_list.Put(n, line.text);
+      if (!taxes.Get(field.With(code), rate)) continue;
+      tax_code_list.Put(n, code < 10 ? short_label.With(code) : long_label.With(code), rate.text);
     }
   });
 }

@@ -10,16 +10,16 @@
 
 namespace ard::users {
 
-// The published vxAccess: kinds of record to drill down to.
+// The published vxAccess: kinds of record to drill down to, from 0.
 enum class Access : std::int32_t {
-  kCustomerRecord = 0,
-  kSupplierRecord = 1,
-  kNominalRecord = 2,
-  kBankRecord = 3,
-  kProductRecord = 4,
-  kInvoiceRecord = 5,
-  kSopRecord = 6,
-  kPopRecord = 7,
+  kCustomerRecord,
+  kSupplierRecord,
+  kNominalRecord,
+  kBankRecord,
+  kProductRecord,
+  kInvoiceRecord,
+  kSopRecord,
+  kPopRecord,
 };
 
 class AccessRights : public PublicClass {

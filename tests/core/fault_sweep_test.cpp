@@ -1,10 +1,12 @@
 // The fault sweep: every member is run with its n-th operation failing, for every n, and with all
 // from the n-th on failing; then the same with its allocations. Each time it has to give a neutral
-// or a described answer, to show no message that is not described, and to leave nothing open.
+// or a described answer, to show no message that is not described, and to leave nothing open; and
+// with operations failing, exactly what is written down.
 // With nothing failing, it has to ask the engine for no more than it needs, and to answer the same
 // whether or not the engine's fields follow it from record to record.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
@@ -55,12 +57,15 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     const std::int64_t steps = Run(sweep, 0, false);
     EXPECT_EQ(ToUtf8(answer_), ToUtf8(answer));
     std::int64_t runs = 2;
+    Outcomes once, on;
     for (std::int64_t n = 1; n <= steps && !HasFailure(); ++n) {
       Run(sweep, n, false);
+      once.Tell(n, outcome_);
       Run(sweep, n, true);
+      on.Tell(n, outcome_);
       runs += 2;
     }
-    if (&sweep == &operations) ExpectSkips();
+    if (&sweep == &operations) ExpectTold("\n  one:" + once.told + "\n  on:" + on.told);
     ++sweep.members;
     sweep.counted += steps;
     sweep.runs += runs;
@@ -69,20 +74,31 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
   }
 
  private:
-  // Which steps the trace has told as skipped, as skipped_steps.txt has them by members. With
-  // ARD_SKIPPED, a file, they are written there anew, to be read before it takes the place of that.
-  void ExpectSkips() const {
+  // What has come of one run after the other, where it is something else than before.
+  struct Outcomes {
+    std::string told, last = "none yet";
+    void Tell(std::int64_t n, const std::string& outcome) {
+      if (outcome != last) told += "  " + std::to_string(n) + " " + outcome;
+      last = outcome;
+    }
+  };
+
+  // Which steps the trace has told as skipped, and what has come of each run, as skipped_steps.txt
+  // has them by members. With ARD_SKIPPED, a file, they are written there anew, to be read before
+  // it takes the place of that.
+  void ExpectTold(const std::string& outcomes) const {
     const std::string name = ToUtf8(GetParam().name);
     std::string told;
     for (const std::string& step : skipped_) told += "  " + step;
+    told += outcomes;
     if (const char* const anew = std::getenv("ARD_SKIPPED")) {
       std::ofstream(anew, std::ios::app) << name << '\n' << told << '\n';
     }
     std::ifstream file(ARD_SKIPPED);
-    std::string line;
-    while (std::getline(file, line) && line != name) continue;
-    std::getline(file, line);
-    EXPECT_EQ(line, told);
+    std::string expected[3];
+    while (std::getline(file, expected[0]) && expected[0] != name) continue;
+    for (std::string& line : expected) std::getline(file, line);
+    EXPECT_EQ(expected[0] + "\n" + expected[1] + "\n" + expected[2], told);
   }
 
   // How many steps the member has taken.
@@ -104,7 +120,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
           const AllocationsObey none(nullptr);
           if (const std::size_t skip = line.find("\tskip\t"); skip != line.npos) {
             skipped_.insert(
-                std::string(line.substr(skip + 6, line.find_first_of("(\t", skip + 6) - skip - 6)));
+                std::string(line.substr(skip + 6, line.find('\t', skip + 6) - skip - 6)));
           }
         },
         origin);
@@ -120,6 +136,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     engine_->faults().Reset();
     plan.FailFrom(fail_at, persist);
     const std::int64_t asked_before = engine_->operations();
+    const std::int64_t logoffs_before = engine_->disconnects();
     std::wstring& answer = answer_;
     answer.clear();
     try {
@@ -130,6 +147,16 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     }
     // There may have been no memory for an answer.
     const bool is_neutral = memory.failed() > 0 && answer.empty();
+
+    outcome_ = '"' + ToUtf8(answer) + '"';
+    for (const std::wstring& message : environment.TakeMessages())
+      outcome_ += " " + ToUtf8(message);
+    std::erase(outcome_, '\r');
+    std::replace(outcome_.begin(), outcome_.end(), '\n', '/');
+    const std::int64_t written = engine_->company().records_written() - written_;
+    if (written > 0) outcome_ += " +" + std::to_string(written);
+    const std::int64_t logoffs = engine_->disconnects() - logoffs_before;
+    if (logoffs > 0) outcome_ += " -" + std::to_string(logoffs);
 
     const std::string where =
         sweep.steps + (" " + std::to_string(fail_at)) + (persist ? " on" : "");
@@ -166,6 +193,9 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
   std::shared_ptr<simulator::Simulator> engine_;
   std::int64_t written_ = 0;
   std::wstring answer_;  // of the last run
+  // And that with the messages shown, "+" and how many records were written, "-" and how often
+  // somebody was logged off.
+  std::string outcome_;
   std::set<std::string> skipped_;
 };
 

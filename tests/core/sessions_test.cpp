@@ -1,14 +1,18 @@
 // Sessions at the prompt (sessions/*.txt): a small company, what it is asked, and word for word
-// what it answers and shows, with the notes of the trace. With ARD_SESSIONS, a folder, they are
-// written there anew, to be read before they take the place of the others. Lines of a session that
-// are not the prompt's:
+// what it answers and shows, with the notes and the skipped steps of the trace. With ARD_SESSIONS,
+// a folder, they are written there anew, to be read before they take the place of the others. Lines
+// of a session that are not the prompt's:
 //
 //   @Customer ABC001 NAME=ABC Ltd|BALANCE=10    adds to a new company; and @Supplier, @Nominal,
-//   @Bank,
-//                                               @Product; @Record, with a table; @Setup; @Control;
-//                                               @Without, a table that is not there
+//                                               @Bank, @Product; @Record, with a table; @Setup;
+//                                               @Control; @Without, a table that is not there, the
+//                                               Workspace or the Database
+//   @Columns AccessData NAME:text(30)|A:double  in place of a table's standard ones
 //   @SQL INSERT INTO ...                        of the host's database
-//   @Show AccessData NAME|BANK_RECORD           fields of all records; or @Show SELECT ...
+//   @Ini CorloAddIns AddIn1=x                   in the ini file; or @Set, below the registry path
+//   @User Bob                                   of the machine; nobody without a name
+//   @Show AccessData NAME|BANK_RECORD           fields of all records; or of the ini file or the
+//                                               registry; or @Show SELECT ...
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -18,6 +22,7 @@
 #include <map>
 #include <optional>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -98,23 +103,30 @@ class Session {
     return line.starts_with('@') || line.starts_with('\'') || Typed(line) == line;
   }
 
+  // The prompt, once the company is complete.
+  console::Prompt& Opened() {
+    if (prompt_) return *prompt_;
+    engine_ = company_.Build();
+    prompt_ = std::make_unique<console::Prompt>(
+        in_, out_,
+        console::Stores{without_.contains(L"Workspace") ? nullptr : engine_->workspace(),
+                        without_.contains(L"Database") ? nullptr : database_, engine_, L"company"});
+    prompt_->environment().trace().Attach([this](std::string_view line) {
+      static const std::regex told("[^\t]*\t[^\t]*\t[^\t]*\t(note|skip)\t([^\t]*)\t(.*)");
+      std::match_results<std::string_view::const_iterator> match;
+      if (!std::regex_match(line.begin(), line.end(), match, told)) return;
+      out_ << std::regex_replace(match.format("$1 $2: $3"), std::regex("\t"), " ") << '\n';
+    });
+    return *prompt_;
+  }
+
   void Ask(const Lines& input) {
-    if (!prompt_) {
-      engine_ = company_.Build();
-      prompt_ = std::make_unique<console::Prompt>(
-          in_, out_, console::Stores{engine_->workspace(), database_, engine_, L"company"});
-      prompt_->trace().Attach([this](std::string_view line) {
-        const std::size_t note = line.find("\tnote\t");
-        if (note == line.npos) return;
-        std::string text(line.substr(note + 6));
-        out_ << "note " << text.replace(text.find('\t'), 1, ": ") << '\n';
-      });
-    }
+    console::Prompt& prompt = Opened();
     std::string text;
     for (const std::string& line : input) text += line + '\n';
     in_ = std::stringstream(text);
     out_ = std::stringstream();
-    prompt_->Run(false);
+    prompt.Run(false);
     EXPECT_EQ(engine_->counters().open_files, 0) << text;
     EXPECT_EQ(database_->open_recordsets(), 0) << text;
     // It is not repeated.
@@ -145,7 +157,17 @@ class Session {
                  {L"Product", &Builder::Product},   {L"Record", &Builder::Record}};
     const std::wstring_view kind = word();
     if (kind == L"SQL") return database_->Execute(std::wstring(line));
-    const std::wstring_view name = kinds.contains(kind) || kind == L"Without" ? word() : L"";
+    if (kind == L"User") return void(setenv("USER", ToUtf8(line).c_str(), 1));
+    if (kind == L"Set" || kind == L"Ini") {
+      const std::wstring_view section = word();
+      const std::wstring_view setting = line.substr(0, line.find(L'='));
+      const std::wstring_view value = line.substr(setting.size() + 1);
+      ard::Environment& machine = Opened().environment();
+      return kind == L"Set" ? machine.SaveSetting(kRegistryPath, section, setting, value)
+                            : machine.WriteIni(kIniFile, section, setting, value);
+    }
+    const bool named = kinds.contains(kind) || kind == L"Columns" || kind == L"Without";
+    const std::wstring_view name = named ? word() : L"";
     // Fields are named for as long as the company is built.
     const wchar_t* const fields = texts_.emplace_back(line).c_str();
     if (kinds.contains(kind)) {
@@ -154,6 +176,10 @@ class Session {
       company_.Setup(fields);
     } else if (kind == L"Control") {
       company_.Control(fields);
+    } else if (kind == L"Columns") {
+      company_.Columns(name, fields);
+    } else if (name == L"Workspace" || name == L"Database") {
+      without_.insert(std::wstring(name));
     } else {
       company_.Without(name);
     }
@@ -167,18 +193,24 @@ class Session {
       for (; !rows->Eof(); rows->MoveNext()) text += L"  " + rows->GetValue(0).ToText() + L"\n";
       return ToUtf8(text);
     }
-    const simulator::Table& table = *engine_->company().Find(what.substr(0, what.find(L' ')));
-    for (std::int32_t record = 1; record <= table.size(); ++record) {
+    ard::Environment& machine = Opened().environment();
+    const std::wstring of = what.substr(0, what.find(L' '));
+    const simulator::Table* const table = engine_->company().Find(of);
+    for (std::int32_t record = 1; record <= (table ? table->size() : 1); ++record) {
       std::wstringstream fields(what.substr(what.find(L' ') + 1));
       text += L"  ";
-      for (std::wstring field; std::getline(fields, field, L'|');) {
-        const Value value = table.Cell(record, table.columns().Require(field));
-        text += value.ToText() + L'|';
+      for (std::wstring field; std::getline(fields, field, L'|'); text += L'|') {
+        text += table ? table->Cell(record, table->columns().Require(field)).ToText()
+                : of.find(L'\\') != of.npos ? machine.GetSetting(kRegistryPath, of, field, L"-")
+                                            : machine.ReadIni(kIniFile, of, field);
       }
       text += L'\n';
     }
     return ToUtf8(text);
   }
+
+  static constexpr std::wstring_view kIniFile = L"veltrix.ini";
+  static constexpr std::wstring_view kRegistryPath = L"Manufacturing Demo";
 
   const std::filesystem::path before_ = std::filesystem::current_path();
   const TemporaryFolder folder_;
@@ -187,10 +219,13 @@ class Session {
   std::unique_ptr<console::Prompt> prompt_;
   std::list<std::wstring> texts_;
   simulator::CompanyBuilder company_;
+  std::set<std::wstring> without_;
   std::shared_ptr<simulator::Simulator> engine_;
   std::shared_ptr<OdbcConnection> database_ =
       std::make_shared<OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
 };
+
+const std::regex kOfCompany("^@(?!(Show|Set|Ini|User)\\b)");
 
 class SessionsTest : public ::testing::TestWithParam<std::string> {};
 
@@ -201,7 +236,7 @@ TEST_P(SessionsTest, AnswersWhatIsWrittenDown) {
   std::string expected;
   bool builds = true;
   for (std::string line; std::getline(file, line); expected += line + '\n') {
-    if (line.starts_with('@') && !line.starts_with("@Show ")) {
+    if (std::regex_search(line, kOfCompany)) {
       if (!std::exchange(builds, true)) companies.emplace_back();
     } else if (Typed(line) && line[0] != '\'') {
       builds = false;

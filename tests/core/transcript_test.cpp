@@ -73,8 +73,10 @@ std::wstring Transcript(const Member& member) {
   }
   environment.AnswerInput(L"Asked");
   Recording recording;
+  Trace::Origin origin;
+  origin.detail = true;
   environment.trace().Attach(
-      [&](std::string_view line) { recording.operations.push_back(Timeless(line)); });
+      [&](std::string_view line) { recording.operations.push_back(Timeless(line)); }, origin);
   Context context(environment);
   context.workspace = Recorded(engine->workspace(), recording);
   context.engine = engine;

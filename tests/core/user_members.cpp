@@ -9,27 +9,66 @@ using dialogs::LogonDialog;
 using dialogs::UserListDialog;
 using users::AccessRights;
 
-bool AddToFullIniFile(const General& general, const Context& context) {
-  for (const wchar_t* key : {L"AddIn1", L"AddIn2"}) {
-    Scripted(context).machine().ini_files.Write(L"veltrix.ini", L"CorloAddIns", key, L"x,host.exe");
+// To three entries, of which the second and the third are older ones of this host. What the answer
+// is, and the entries then.
+std::wstring AddToIniFile(const General& general, const Context& context,
+                          const TextArray& check_items, bool read_only,
+                          std::initializer_list<Choice> choices) {
+  auto& machine = Scripted(context).machine();
+  const auto key = [](int number) { return L"AddIn" + std::to_wstring(number); };
+  int count = 0;
+  for (const wchar_t* entry : {L"other.exe", L"x,HOST.exe", L"y,host.exe"}) {
+    machine.ini_files.Write(L"veltrix.ini", L"CorloAddIns", key(++count), entry);
   }
-  Scripted(context).AnswerChoice([] { return Choice::kRetry; });
-  Scripted(context).AnswerChoice([] { return Choice::kIgnore; });
-  std::wstring items[] = {L"host.exe"};
-  return general.AddEntryToIniFile({0, items}, L"C:\\Host", L"Host", L"host.bmp", L"host.exe");
+  machine.ini_files_read_only = read_only;
+  for (const Choice choice : choices) Scripted(context).AnswerChoice([=] { return choice; });
+  std::wstring told = Text(
+      general.AddEntryToIniFile(check_items, L"C:\\Host Files", L"Host", L"host.bmp", L"host.exe"));
+  for (int number = 0; number <= 4; ++number) {
+    told += L"|" + machine.ini_files.Read(L"VELTRIX.ini", L"CorloAddIns", key(number));
+  }
+  return told;
 }
 
-bool AddToReadOnlyIniFile(const General& general, const Context& context) {
-  Scripted(context).machine().ini_files_read_only = true;
-  return general.AddEntryToIniFile({0, {}}, L"C:\\Host", L"Host", L"host.bmp", L"host.exe");
+// The items count from index 0.
+std::wstring AddInPlace(const General& general, const Context& context) {
+  std::wstring items[] = {L"other.exe", L"none", L"host.exe"};
+  return AddToIniFile(general, context, {-1, items}, false, {});
+}
+
+std::wstring AddBehind(const General& general, const Context& context) {
+  std::wstring items[] = {L"HOST.exe"};
+  return AddToIniFile(general, context, {1, items}, false, {Choice::kRetry, Choice::kIgnore});
+}
+
+std::wstring AddInVain(const General& general, const Context& context) {
+  std::wstring items[] = {L"host.exe"};
+  return AddToIniFile(general, context, {0, items}, true,
+                      {Choice::kIgnore, Choice::kRetry, Choice::kIgnore, Choice::kIgnore});
+}
+
+std::wstring AddToReadOnlyIniFile(const General& general, const Context& context) {
+  return AddToIniFile(general, context, {0, {}}, true, {});
+}
+
+bool LookForHeldData(const General& general, const Context& context) {
+  Scripted(context).machine().held_files.insert(L"C:\\Held\\queue.dta");
+  return general.IsArdExclusive(L" C:\\Held\\");
 }
 
 std::wstring WriteShortcut(const General& general, const Context& context) {
-  Scripted(context).machine().settings = {{L"LauncherFolder", L"Launcher"},
-                                          {L"LauncherFile", L"start.exe"},
-                                          {L"LauncherName", L"Accounts"},
-                                          {L"Installation12", L"{12}"}};
+  Scripted(context).machine().settings = {
+      {L"LauncherFolder", L"Launcher"}, {L"LauncherFile", L"start.exe"},
+      {L"LauncherName", L"Accounts"},   {L"Installation12", L"{12}"},
+      {L"Installation13", L"{13}"},
+  };
   return general.CreateAccountsShortcut(0, L"C:\\Accounts", L"C:\\Host");
+}
+
+// For the accounts program of any later version, from folders that end with backslashes.
+std::wstring WriteLaterShortcut(const General& general, const Context& context) {
+  WriteShortcut(general, context);
+  return general.CreateAccountsShortcut(77, L"C:\\Accounts\\\\", L"C:\\Host\\", 14);
 }
 
 std::tuple<std::int16_t, std::wstring, std::wstring> FirstOther(const General& general,
@@ -40,6 +79,15 @@ std::tuple<std::int16_t, std::wstring, std::wstring> FirstOther(const General& g
   return {count, std::move(name), std::move(machine)};
 }
 
+// The rows of the list in front, or why there are none.
+std::wstring Shown(UserListDialog& dialog) {
+  std::wstring text = dialog.list().rows().empty() ? dialog.list().WhyEmpty() : L"";
+  for (const dialogs::Row& row : dialog.list().rows()) {
+    text.append(row.Cell(1)).append(L" ").append(row.Cell(2)).append(L"|");
+  }
+  return text + L"/ ";
+}
+
 // Every handler of the user list.
 std::wstring WorkTheUserList(const General& general, const Context& context) {
   auto& database = dynamic_cast<host_database::OdbcConnection&>(*context.database);
@@ -47,19 +95,23 @@ std::wstring WorkTheUserList(const General& general, const Context& context) {
   database.Execute(
       L"INSERT INTO CurrentUsers VALUES (1, 'Manufacturing', 'ANN', 'A1'), "
       L"(2, 'Manufacturing', 'BOB', 'B1')");
-  Scripted(context).AnswerUserList([](UserListDialog& dialog) {
-    dialog.list().rows();
+  std::wstring shown;
+  Scripted(context).AnswerUserList([&](UserListDialog& dialog) {
+    shown = Shown(dialog);
     dialog.TabClick(UserListDialog::Tab::kHost);
     dialog.DeleteClick();
+    shown += Shown(dialog);
     dialog.list().End();
     dialog.DeleteClick();
+    shown += Shown(dialog);
     dialog.RefreshClick();
+    shown += Shown(dialog);
     dialog.TabClick(UserListDialog::Tab::kAccounts);
-    dialog.list().rows();
+    shown += Shown(dialog);
     dialog.CloseBox();
   });
   general.ShowUserList(true);
-  return L"";
+  return shown;
 }
 
 bool LogOnByDialog(Messaging& messaging, const Context& context) {
@@ -81,6 +133,8 @@ bool LogOnByWindows(Messaging& messaging, const Context& context) {
   Scripted(context).settings()[L"|Company|AttemptDomainUserLogon"] = L"1";
   Scripted(context).machine().account_name = L"ANN";
   messaging.details().use_acc_rights = true;
+  messaging.details().ard_data_path = L" C:\\Data ";
+  messaging.details().unique_id = L" id ";
   return messaging.CheckForLogon(true);
 }
 
@@ -100,6 +154,8 @@ Way LogsOn(const wchar_t* user, const wchar_t* password) {
   return Does<Messaging>(
       [=](Messaging& messaging, const Context&) {
         messaging.details().use_acc_rights = true;
+        messaging.details().ard_data_path = L" C:\\Data ";
+        messaging.details().unique_id = L" id ";
         return messaging.LogonUser(user, password);
       },
       {user, password});
@@ -109,10 +165,15 @@ class WithoutUsers : public Messaging {
  public:
   using Messaging::Messaging;
   bool CheckUserAccess() const noexcept override { return false; }
+};
+
+class WithCompanyPassword : public WithoutUsers {
+ public:
+  using WithoutUsers::WithoutUsers;
   std::wstring GetPassword() const noexcept override { return kPassword; }
 };
 
-bool LogOnByCompanyPassword(WithoutUsers& messaging, const Context& context) {
+bool LogOnByCompanyPassword(WithCompanyPassword& messaging, const Context& context) {
   Scripted(context).AnswerLogon([](LogonDialog& dialog) {
     dialog.Ok();
     dialog.PasswordChange(kPassword);
@@ -122,9 +183,15 @@ bool LogOnByCompanyPassword(WithoutUsers& messaging, const Context& context) {
   return messaging.CheckForLogon();
 }
 
-std::wstring Look(const General& general, const Context&) {
+std::wstring Look(const General& general, const Context& context) {
+  std::wstring shown;
+  Scripted(context).AnswerUserList([&](UserListDialog& dialog) {
+    shown = Shown(dialog);
+    dialog.TabClick(UserListDialog::Tab::kHost);
+    shown += Shown(dialog);
+  });
   general.ShowUserList(false);
-  return L"";
+  return shown;
 }
 
 bool MayDoAll(const AccessRights& rights, const Context&) {
@@ -140,17 +207,23 @@ bool MayOpen(const AccessRights& rights, const Context&) {
 std::vector<Member> UserMembers() {
   using namespace needed;  // NOLINT(google-build-using-namespace): the steps
   const auto yes_no = OneOf({L"True", L"False"});
+  // What they show, too, which is written down with what fails.
+  const auto any = [](const std::wstring&) { return true; };
   return {
       // A host's would stay in the machine's own file.
-      {L"General.AddEntryToIniFile", 0, Once(Natively<General>(AddToFullIniFile)), yes_no},
-      {L"General.AddEntryToIniFile, read-only", Once(Natively<General>(AddToReadOnlyIniFile)),
-       yes_no},
+      {L"General.AddEntryToIniFile", Once(Natively<General>(AddInPlace)), any},
+      {L"General.AddEntryToIniFile, items from 1", Once(Natively<General>(AddBehind)), any},
+      {L"General.AddEntryToIniFile, in vain", Once(Natively<General>(AddInVain)), any},
+      {L"General.AddEntryToIniFile, read-only", Once(Natively<General>(AddToReadOnlyIniFile)), any},
       {L"General.IsF12Hide", 0, Calls(&General::IsF12Hide), L"False"},
       {L"General.GetF11Program", 0, Calls(&General::GetF11Program), OneOf({L"CONTROL.EXE"})},
       {L"General.IsArdExclusive", 0, Calls(&General::IsArdExclusive, L"C:\\Data"), yes_no},
+      {L"General.IsArdExclusive, held", 0, Natively<General>(LookForHeldData), OneOf({L"True"})},
       {L"General.CreateAccountsShortcut", 0,
        Once(Does<General>(WriteShortcut, {0, L"C:\\Accounts", L"C:\\Host"})),
        OneOf({L"", L"C:\\Host\\RunAccounts.lnk"})},
+      {L"General.CreateAccountsShortcut, later version", 0,
+       Once(Natively<General>(WriteLaterShortcut)), OneOf({L"", L"C:\\Host\\RunAccounts.lnk"})},
       // Three slots, whose names and flags are read; the station of one.
       {L"General.GetNumActiveUsers", kOpen + kCount + 3 * (kRead + kFields + 2 * kField) + kClose,
        Calls(&General::GetNumActiveUsers), OneOf({L"0", L"1", L"2", L"3"})},
@@ -158,15 +231,18 @@ std::vector<Member> UserMembers() {
        kOpen + kCount + 3 * (kRead + kFields + 2 * kField) + kField + kClose,
        Does<General>(FirstOther, {Output(L"ANN"), Output(L"-")}),
        OneOf({L"0,ANN,-", L"1,ANN,-", L"1,BOB,", L"1,BOB,PC2", L"2,BOB,", L"2,BOB,PC2"})},
-      {L"General.ShowUserList, every handler", Once(Does<General>(WorkTheUserList, {true})),
-       OneOf({L""})},
-      {L"General.ShowUserList, by others", Once(Does<General>(Look, {false})), OneOf({L""})},
+      {L"General.ShowUserList, every handler", Once(Does<General>(WorkTheUserList, {true})), any},
+      {L"General.ShowUserList, by others", Once(Does<General>(Look, {false})), any},
       {L"Messaging.CheckForLogon, frmUserDetails", Once(Does<Messaging>(LogOnByDialog, {})),
        yes_no},
       {L"Messaging.CheckForLogon, Windows account", Once(Does<Messaging>(LogOnByWindows, {true})),
        yes_no},
       {L"Messaging.CheckForLogon, frmCompanyPassword",
-       Once(Natively<WithoutUsers>(LogOnByCompanyPassword)), yes_no},
+       Once(Natively<WithCompanyPassword>(LogOnByCompanyPassword)), yes_no},
+      {L"Messaging.CheckForLogon, nobody to ask", 1,
+       Once(Natively<WithoutUsers>(
+           [](auto& messaging, auto&) { return messaging.CheckForLogon(); })),
+       yes_no},
       {L"Messaging.CheckForLogon, Windows account refused",
        Once(Natively<Messaging>(LogOnByWindowsInVain)), OneOf({L"False"})},
       {L"Messaging.CheckForLogon, held", Once(Natively<Messaging>(LogOnToHeldData)),

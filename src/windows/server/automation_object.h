@@ -31,6 +31,24 @@
 
 namespace ard::windows {
 
+// Tells the trace which engine the host has handed over.
+inline void NoteEngine(const Context& context) {
+  if (!context.trace().on() || !context.workspace) return;
+  const std::wstring version = engine::EngineVersion(context);
+  if (!version.empty()) context.trace().Noted({engine::kWorkspace, L"Version"}, version);
+}
+
+// The member that is the property `name` of `Class`, which has to be of type `T`. Where there is
+// none, the compiler says so.
+template <class Class, class T>
+consteval auto PropertyOf(std::wstring_view name) {
+  using Details = std::decay_t<decltype(std::declval<Class&>().details())>;
+  for (const auto& property : Class::kProperties) {
+    if (property.name == name) return std::get<T Details::*>(property.member);
+  }
+  throw "no such property";
+}
+
 // Results as the vtable hands them out. A string that there is no memory for is empty.
 inline VARIANT_BOOL ToAutomation(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 inline short ToAutomation(std::int16_t value) { return value; }
@@ -318,7 +336,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     std::shared_ptr<Seam> last = std::exchange(portable_.context().*seam, nullptr);
     portable_.Run(name, {value}, [&] {
       portable_.context().*seam = wrap(value);
-      if (std::is_same_v<Seam, engine::Workspace>) engine::NoteEngine(portable_.context());
+      if (std::is_same_v<Seam, engine::Workspace>) NoteEngine(portable_.context());
     });
     return S_OK;
   }

@@ -6,7 +6,10 @@
 // After windows.h.
 #include <oleauto.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "frame/text_array.h"
 #include "windows/engine/com.h"
@@ -47,10 +50,15 @@ inline TextArray TextsOf(const ArrayElements<BSTR>& strings) {
           [](const void* elements, std::size_t place) {
             return View(static_cast<const BSTR*>(elements)[place]);
           },
-          [](void* elements, std::size_t place, std::wstring_view text) {
+          [](void* elements, std::size_t place, std::wstring_view front, std::wstring_view back) {
             BSTR& element = static_cast<BSTR*>(elements)[place];
-            if (View(element) == text) return;
-            SysReAllocStringLen(&element, text.data(), static_cast<UINT>(text.size()));
+            const std::size_t size = front.size() + back.size();
+            const std::wstring_view was = View(element);
+            if (was.size() == size && was.starts_with(front) && was.ends_with(back)) return;
+            const BSTR text = SysAllocStringLen(nullptr, static_cast<UINT>(size));
+            if (!text) return;
+            std::copy(back.begin(), back.end(), std::copy(front.begin(), front.end(), text));
+            SysFreeString(std::exchange(element, text));
           }};
 }
 
