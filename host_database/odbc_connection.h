@@ -14,7 +14,7 @@
 
 namespace ard::host_database {
 
-class OdbcConnection final : public database::Connection {
+class OdbcConnection : public database::Connection {
  public:
   // Such as "Driver=SQLite3;Database=/home/me/stock.db". Throws Error with the driver's own text.
   explicit OdbcConnection(std::wstring_view connection_string)

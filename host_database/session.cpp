@@ -237,20 +237,13 @@ struct ColumnType {
 
 constexpr ColumnType kOtherType = {SQL_VARCHAR, 202, ReadText};
 constexpr ColumnType kColumnTypes[] = {
-    {SQL_BIT, database::kBoolean, ReadBoolean},
-    {SQL_TINYINT, 17, ReadInteger},
-    {SQL_SMALLINT, 2, ReadInteger},
-    {SQL_INTEGER, 3, ReadInteger},
-    {SQL_BIGINT, 20, ReadDouble},
-    {SQL_REAL, 4, ReadDouble},
-    {SQL_FLOAT, 5, ReadDouble},
-    {SQL_DOUBLE, 5, ReadDouble},
-    {SQL_NUMERIC, 131, ReadDouble},
-    {SQL_DECIMAL, 131, ReadDouble},
-    {SQL_TYPE_DATE, database::kDbDate, ReadDate},
-    {SQL_TYPE_TIME, database::kDbTime, ReadTime},
-    {SQL_TYPE_TIMESTAMP, database::kDbTimestamp, ReadDate},
-    {SQL_LONGVARCHAR, 203, ReadText},
+    {SQL_BIT, 11, ReadBoolean},          {SQL_TINYINT, 17, ReadInteger},
+    {SQL_SMALLINT, 2, ReadInteger},      {SQL_INTEGER, 3, ReadInteger},
+    {SQL_BIGINT, 20, ReadDouble},        {SQL_REAL, 4, ReadDouble},
+    {SQL_FLOAT, 5, ReadDouble},          {SQL_DOUBLE, 5, ReadDouble},
+    {SQL_NUMERIC, 131, ReadDouble},      {SQL_DECIMAL, 131, ReadDouble},
+    {SQL_TYPE_DATE, 133, ReadDate},      {SQL_TYPE_TIME, 134, ReadTime},
+    {SQL_TYPE_TIMESTAMP, 135, ReadDate}, {SQL_LONGVARCHAR, 203, ReadText},
     {SQL_WLONGVARCHAR, 203, ReadText},
 };
 

@@ -26,6 +26,7 @@ using windows::ComPtr;
 
 constexpr DISPID kDefaultMember = DISPID_VALUE;
 constexpr std::int32_t kUseClient = 3;
+constexpr std::int32_t kLockOptimistic = 3;
 constexpr std::int32_t kStateOpen = 1;
 
 std::int32_t StateOf(bool is_open) { return is_open ? kStateOpen : 0; }
@@ -162,7 +163,7 @@ constexpr Member<RecordsetTarget> kRecordsetMembers[] = {
        self.rows->connection = connections.Find(call.Argument(1));
        self.rows->recordset = self.rows->connection->Required().OpenRecordset(
            call.Text(0), is_client ? Cursor::kStatic : Cursor::kForwardOnly,
-           static_cast<Lock>(call.Long(3)));
+           call.Long(3) == kLockOptimistic ? Lock::kOptimistic : Lock::kReadOnly);
      }},
     {L"Close", 3, kCall, 0, [](RecordsetTarget& self, Call&) { self.recordset().Close(); }},
     {L"State", 4, kCall, 0,

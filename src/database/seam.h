@@ -13,9 +13,9 @@
 
 namespace ard::database {
 
-// ADO's numbers. A static recordset can be filtered and sorted, and knows its record count.
-enum class Cursor : std::int32_t { kForwardOnly = 0, kStatic = 3 };
-enum class Lock : std::int32_t { kReadOnly = 1, kOptimistic = 3 };
+// A static recordset can be filtered and sorted, and knows its record count.
+enum class Cursor { kForwardOnly, kStatic };
+enum class Lock { kReadOnly, kOptimistic };
 
 // Those of ADO's field types that are not shown as their plain text.
 enum FieldType : std::int32_t {

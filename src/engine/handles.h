@@ -127,7 +127,7 @@ class Openable : public Base {
     return opened;
   }
   void Close() {
-    if (std::exchange(open_, false)) this->Do(L"Close", [](auto& file) { file.Close(); });
+    if (open_) this->Do(L"Close", [](auto& file) { file.Close(); });
     this->usable_ = false;
   }
 

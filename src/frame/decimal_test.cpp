@@ -55,7 +55,10 @@ TEST(DecimalTest, FormatsWithFixedPlacesRoundingHalfAwayFromZero) {
                {-2.675, 2, L"-2.68"},
                {-0.004, 2, L"0.00"},
                {4503599627370495.5, 1, L"4503599627370495.5"},
-               {1.23456789012345e-10, 12, L"0.000000000123"}};
+               {1.23456789012345e-10, 12, L"0.000000000123"},
+               // The most places that a decimal has, and one more.
+               {1.11111111111111e-8, 26, L"0.00000001111111111111110000"},
+               {1.23456789012347e-9, 26, L"0.00000000123456789012347006"}};
   for (const auto& c : cases) EXPECT_EQ(FormatFixed(c.number, c.places), c.text);
 }
 

@@ -17,9 +17,9 @@
 
 namespace ard {
 
-// The name of a result type as the published interface has it.
+// The name of a result type as the published interface has it; none for a method without a result.
 template <class Result>
-inline constexpr std::wstring_view kTypeName = L"Object";
+inline constexpr std::wstring_view kTypeName;
 template <>
 inline constexpr std::wstring_view kTypeName<bool> = L"Boolean";
 template <>
@@ -35,8 +35,6 @@ inline constexpr std::wstring_view kTypeName<std::wstring> = L"String";
 
 // The result of a method that has none.
 struct Nothing {};
-template <>
-inline constexpr std::wstring_view kTypeName<Nothing> = L"";
 
 class PublicClass {
  public:

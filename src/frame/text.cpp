@@ -176,9 +176,9 @@ std::wstring FromUtf8(std::string_view text) {
       c = c << 6 | (static_cast<unsigned char>(text[i++]) & 0x3FU);
       ++taken;
     }
-    constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
+    constexpr char32_t kSmallest[] = {0x80, 0x800, 0x10000};
     const bool valid =
-        more > 0 && taken == more && c >= kSmallest[more] && c <= 0x10FFFF && !IsSurrogate(c);
+        more > 0 && taken == more && c >= kSmallest[more - 1] && c <= 0x10FFFF && !IsSurrogate(c);
     Append(units, valid ? c : kReplacement);
   }
   return units;

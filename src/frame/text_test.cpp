@@ -60,6 +60,8 @@ TEST(TextTest, PairsOfSurrogatesAreOneCharacterAndLoneOnesNone) {
                                      {{0xDFFF}, "\xEF\xBF\xBD"}}) {
     EXPECT_EQ(ToUtf8(std::wstring(units.begin(), units.end())), bytes);
   }
+  const wchar_t pair[] = {0xD800, 0xDC00};
+  EXPECT_EQ(ToUtf8({pair, 1}), "\xEF\xBF\xBD") << "what follows is not of the text";
 }
 
 TEST(TextTest, MalformedTextBecomesReplacementCharacters) {

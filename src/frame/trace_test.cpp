@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <ctime>
 #include <functional>
 #include <new>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -22,21 +25,34 @@ class TraceTest : public ::testing::Test {
  protected:
   void Attach(bool detail = false) {
     Trace::Origin origin;
-    origin.detail = detail;
+    if (detail) origin.detail = true;
     origin.process = 7;
+    origin.about = L"host\t1";
+    const std::string start = Now();
     origin.thread = [] { return thread; };
     environment_.trace().Attach(
-        [this](std::string_view line) {
-          EXPECT_EQ(line.find_first_not_of("0123456789-:.TZ"), 24u) << line;
+        [this, start](std::string_view line) {
+          const std::string time(line.substr(0, 25));
+          EXPECT_TRUE(std::regex_match(time, std::regex(".{19}\\.\\d{3}Z\t"))) << line;
+          EXPECT_LE(start, time.substr(0, 19));
+          EXPECT_LE(time.substr(0, 19), Now());
           std::string rest(line.substr(25));
           if (const std::size_t us = rest.find(" us\t"); us != rest.npos) {
-            const std::size_t start = rest.rfind('\t', us) + 1;
-            EXPECT_NE(rest.find('.', start), rest.npos) << rest;
-            rest.erase(start, us + 3 - start);
+            const std::size_t from = rest.rfind('\t', us) + 1;
+            EXPECT_EQ(rest[us - 2], '.') << rest;
+            EXPECT_LT(std::stod(rest.substr(from)), 6e8) << rest;
+            rest.erase(from, us + 3 - from);
           }
           lines_.push_back(rest);
         },
         origin);
+    EXPECT_EQ(Take(), std::vector<std::string>{"7\t0\tprocess\thost 1"});
+  }
+  static std::string Now() {
+    const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    char text[20];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", std::gmtime(&now));
+    return text;
   }
   Trace& trace() { return environment_.trace(); }
   std::vector<std::string> Take() { return std::exchange(lines_, {}); }
@@ -54,18 +70,19 @@ TEST_F(TraceTest, NotesSkippedStepsWithNumberAndText) {
   EXPECT_FALSE(Attempt(trace(), {L"SalesRecord", L"Fields", L"NAME"},
                        [] { throw Error(kErrorUnknownName, L"No such\r\nfield\t!"); }));
   EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw std::bad_alloc(); }));
+  EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw std::runtime_error("x"); }));
   EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw 5; }));
   EXPECT_FALSE(Attempt(trace(), {L"ArdWorkspace", L"CreateRecordObject", L"StockData"},
                        [] { throw Error(kErrorNoMember, L"Member not found."); }));
   EXPECT_EQ(Take(),
             (Lines{"7\t0\tskip\tSalesRecord.Fields(\"NAME\")\t0x80020006\tNo such  field !",
                    "7\t0\tskip\tA.B\t0x8007000E\tOut of memory.",
+                   "7\t0\tskip\tA.B\t0x80004005\tInternal error.",
                    "7\t0\tskip\tA.B\t0x80004005\tUnknown error.",
                    "7\t0\tskip\tArdWorkspace.CreateRecordObject(\"StockData\")\t0x80020003\t"
                    "ArdWorkspace has no member CreateRecordObject."}));
 }
 
-// Members of every kind of parameter and answer.
 class Sample : public PublicClass {
  public:
   explicit Sample(Environment& environment) : PublicClass(L"Sample", environment) {}
@@ -79,14 +96,9 @@ class Sample : public PublicClass {
   void Outer(const std::function<void()>& action) const noexcept {
     Call<bool>(L"Outer", [&](bool&) { action(); });
   }
-  void Many(std::wstring_view text, std::wstring& output, TextArray texts) const noexcept {
-    const std::int16_t integer = -2;
-    const Date date{45000.5};
-    const Icon icon = Icon::kStop;
+  void Puts(std::wstring_view text, std::wstring& output) const noexcept {
     const std::shared_ptr<int> object;
-    Run(L"Many",
-        {text, Output(output), true, false, integer, 1.5, date, icon, object, Output(texts)},
-        [&] { output = L"out"; });
+    Run(L"Puts", {text, Output(output), object}, [&] { output = L"out"; });
   }
   // Under the names of members that take or give a password.
   std::wstring Secret(std::wstring_view member, std::wstring_view password) const noexcept {
@@ -134,20 +146,27 @@ TEST_F(TraceTest, WritesArgumentsAndAnswersWhenAskedFor) {
   const Sample sample(environment_);
   sample.Half(9);
   std::wstring output = L"before";
-  std::wstring texts[] = {L"A", L""};
-  sample.Many(L"5\" BOLT ", output, {0, texts});
-  for (const wchar_t* member : {L"LogonUser", L"PassLogged", L"GetPassword", L"IsValid"}) {
-    sample.Secret(member, L"word");
-  }
+  sample.Puts(L"5\" BOLT ", output);
+  for (const wchar_t* member : {L"PassLogged", L"IsValid"}) sample.Secret(member, L"word");
   EXPECT_EQ(
       Take(),
       (Lines{"7\t1\tcall\tSample.Half\t\tLong\tanswered\t(9)\t4",
-             "7\t2\tcall\tSample.Many\t\t\t\t(\"5\"\" BOLT \", True, False, -2, 1.5, "
-             "2023-03-15 12:00:00, 1, Nothing)\t\"out\", {\"A\", \"\"}",
-             "7\t3\tcall\tSample.LogonUser\t\tString\tanswered\t(\"ANN\", ***)\t\"word\"",
-             "7\t4\tcall\tSample.PassLogged\t\tString\tanswered\t(***, \"word\")\t***",
-             "7\t5\tcall\tSample.GetPassword\t\tString\tanswered\t(\"ANN\", \"word\")\t***",
-             "7\t6\tcall\tSample.IsValid\t\tString\tanswered\t(\"ANN\", \"word\")\t\"word\""}));
+             "7\t2\tcall\tSample.Puts\t\t\t\t(\"5\"\" BOLT \", Nothing)\t\"out\"",
+             "7\t3\tcall\tSample.PassLogged\t\tString\tanswered\t(***, \"word\")\t***",
+             "7\t4\tcall\tSample.IsValid\t\tString\tanswered\t(\"ANN\", \"word\")\t\"word\""}));
+}
+
+TEST_F(TraceTest, TellsNeutralAnswersApart) {
+  Attach();
+  const auto answers = [&](const auto& answer) {
+    Trace::Call call;
+    trace().Begin(call, L"A", L"B");
+    trace().End(call, L"", answer, {});
+    return Take()[0].find("\tneutral\t") == std::string::npos;
+  };
+  EXPECT_FALSE(answers(0.0) || answers(Date()) || answers(std::shared_ptr<int>()) ||
+               answers(std::int16_t{0}));
+  EXPECT_TRUE(answers(1.0) && answers(Date{1}) && answers(std::make_shared<int>()));
 }
 
 TEST_F(TraceTest, AFailingSinkDisturbsNothing) {

@@ -61,7 +61,6 @@ double ParseNumber(std::wstring_view text) {
   const auto [end, error] = std::from_chars(plain, plain + length, number);
   if (!digits || end != plain + length) TypeMismatch();
   if (error == std::errc::result_out_of_range) Overflow();
-  if (error != std::errc()) TypeMismatch();
   return number;
 }
 

@@ -56,7 +56,10 @@ TEST(ValueTest, EmptyIsNeutralAndNullAndObjectsConvertToNothing) {
 TEST(ValueTest, TrueIsMinusOne) {
   EXPECT_EQ(Value(true).ToInteger(), -1);
   EXPECT_EQ(Value(true).ToByte(), 255);
-  EXPECT_EQ(Value(true).ToText(), L"True");
+  EXPECT_EQ(Value(true).ToDouble(), -1);
+  EXPECT_EQ(Value(false).ToInteger(), 0);
+  EXPECT_EQ(Value(false).ToByte(), 0);
+  EXPECT_EQ(Value(false).ToDouble(), 0);
   EXPECT_TRUE(Value(std::int16_t{2}).ToBoolean());
   EXPECT_TRUE(Value(L" TRUE ").ToBoolean());
   EXPECT_FALSE(Value(L"false").ToBoolean());
@@ -67,15 +70,22 @@ TEST(ValueTest, ReadsNumbersFromText) {
   const struct {
     const wchar_t* text;
     double number;
-  } cases[] = {{L"  -3 ", -3}, {L"1,234,567.25", 1234567.25}, {L".5", 0.5}, {L"1E+3", 1000}};
+  } cases[] = {{L"  -3 ", -3},
+               {L"1,234,567.25", 1234567.25},
+               {L".5", 0.5},
+               {L"1E+3", 1000},
+               {L"+2e-1", 0.2}};
   for (const auto& c : cases) EXPECT_EQ(Value(c.text).ToDouble(), c.number) << c.text;
-  const wchar_t* const no_numbers[] = {L"",    L"  ", L"1x", L"1 2", L"--1", L"nan",   L"inf",
-                                       L"0x1", L".",  L"e5", L",1",  L"1e",  L"\x0663"};
+  const wchar_t* const no_numbers[] = {L"",    L"  ",  L"1x",     L"1 2", L"--1",
+                                       L"nan", L"inf", L"0x1",    L".",   L"e5",
+                                       L",1",  L"1e",  L"\x0663", L"1+1", L"1.5,0"};
   for (const auto* text : no_numbers) {
     EXPECT_EQ(ErrorOf([&] { Value(text).ToDouble(); }), kErrorTypeMismatch) << text;
   }
   EXPECT_EQ(ErrorOf([] { Value(std::wstring(L"1\0", 2)).ToDouble(); }), kErrorTypeMismatch);
-  EXPECT_EQ(ErrorOf([] { Value(std::wstring(1 << 20, L'1')).ToDouble(); }), kErrorTypeMismatch);
+  EXPECT_EQ(ErrorOf([] { Value(L"1e999").ToDouble(); }), kErrorOverflow);
+  EXPECT_EQ(Value(std::wstring(399, L'0')).ToDouble(), 0);
+  EXPECT_EQ(ErrorOf([] { Value(std::wstring(400, L'0')).ToDouble(); }), kErrorTypeMismatch);
 }
 
 TEST(ValueTest, NumbersBecomeTextWithFifteenDigitsAtMost) {
@@ -96,6 +106,9 @@ TEST(ValueTest, NumbersBecomeTextWithFifteenDigitsAtMost) {
 TEST(ValueTest, CurrencyHasFourDecimals) {
   EXPECT_EQ(Value(0.00019).ToCurrency(), Currency{2});
   EXPECT_EQ(Value(0.00025).ToCurrency(), Currency{2});  // half to even
+  EXPECT_EQ(Value(-922337203685477.5808).ToCurrency().units,
+            std::numeric_limits<std::int64_t>::min());
+  EXPECT_EQ(ErrorOf([] { Value(922337203685477.5808).ToCurrency(); }), kErrorOverflow);
 }
 
 TEST(DateTest, TextIsIsoAndComesBack) {

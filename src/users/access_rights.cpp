@@ -88,9 +88,8 @@ std::wstring AccessRights::List() const noexcept {
     dialog.list().AddColumn(L"User", kNameWidth);
     {
       DataFile access(context(), kAccessData);
-      const bool open = access.Open(Mode::kRead);
-      if (!open) dialog.list().SetReading(dialogs::Reading::kFailed);
-      const std::int32_t count = open ? access.Count() : 0;
+      if (!access.Open(Mode::kRead)) dialog.list().SetReading(dialogs::Reading::kFailed);
+      const std::int32_t count = access.Count();
       for (std::int32_t record = 1; record <= count; ++record) {
         std::wstring user;
         if (!access.Read(record) || !access.Get(kName, user, engine::kTrimmed)) continue;

@@ -30,7 +30,7 @@ class AccessRights : public PublicClass {
   // does anyone get at a kind that there is none of. A user's refusal is explained in a message
   // when `display_message` asks for it.
   bool IsUserAllowedAccess(std::wstring_view user_name, Access option,
-                           bool display_message = false) const noexcept;
+                           bool display_message) const noexcept;
   // Adds a user who may do everything. True, too, for one who is there already.
   bool AddUser(std::wstring_view user_name) const noexcept;
   // Whether there is such a user.

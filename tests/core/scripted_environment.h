@@ -71,12 +71,10 @@ class ScriptedEnvironment : public Environment {
     std::map<std::wstring, std::wstring> settings;  // by name
     simulator::IniFiles ini_files;
     bool ini_files_read_only = false;
-    bool has_short_paths = true;
     std::set<std::wstring> held_files;  // that cannot be opened
     std::vector<Shortcut> shortcuts;
     std::vector<std::wstring> help_pages;  // that have been opened
     std::wstring account_name;
-    bool ctrl_down = false;
     bool has_help = true;
     int progress_cancelled_at = 0;  // things done
   };
@@ -150,7 +148,6 @@ class ScriptedEnvironment : public Environment {
   }
   std::wstring ShortPath(std::wstring_view path) override {
     Step();
-    if (!machine_.has_short_paths) throw Error(2, L"File not found.");
     return std::wstring(path.substr(0, 9)) + L"~1";
   }
   std::wstring CommonFilesFolder(std::int32_t owner) override {
@@ -176,7 +173,7 @@ class ScriptedEnvironment : public Environment {
   }
   bool IsCtrlDown() override {
     Step();
-    return machine_.ctrl_down;
+    return false;
   }
 
   std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,

@@ -6,7 +6,7 @@
 //   @Customer ABC001 NAME=ABC Ltd|BALANCE=10    adds to a new company; and @Supplier, @Nominal,
 //                                               @Bank, @Product; @Record, with a table; @Setup;
 //                                               @Control; @Without, a table that is not there, the
-//                                               Workspace or the Database
+//                                               Workspace, the Database or the Engine
 //   @Columns AccessData NAME:text(30)|A:double  in place of a table's standard ones
 //   @SQL INSERT INTO ...                        of the host's database
 //   @Ini CorloAddIns AddIn1=x                   in the ini file; or @Set, below the registry path
@@ -110,7 +110,8 @@ class Session {
     prompt_ = std::make_unique<console::Prompt>(
         in_, out_,
         console::Stores{without_.contains(L"Workspace") ? nullptr : engine_->workspace(),
-                        without_.contains(L"Database") ? nullptr : database_, engine_, L"company"});
+                        without_.contains(L"Database") ? nullptr : database_,
+                        without_.contains(L"Engine") ? nullptr : engine_, L"company"});
     prompt_->environment().trace().Attach([this](std::string_view line) {
       static const std::regex told("[^\t]*\t[^\t]*\t[^\t]*\t(note|skip)\t([^\t]*)\t(.*)");
       std::match_results<std::string_view::const_iterator> match;
@@ -178,7 +179,7 @@ class Session {
       company_.Control(fields);
     } else if (kind == L"Columns") {
       company_.Columns(name, fields);
-    } else if (name == L"Workspace" || name == L"Database") {
+    } else if (name == L"Workspace" || name == L"Database" || name == L"Engine") {
       without_.insert(std::wstring(name));
     } else {
       company_.Without(name);

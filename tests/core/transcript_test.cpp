@@ -55,6 +55,27 @@ std::wstring Timeless(std::string_view line) {
   return L"\n  trace:" + text;
 }
 
+// The host's database, of which what is opened is told.
+class Database : public host_database::OdbcConnection {
+ public:
+  explicit Database(Recording& recording)
+      : OdbcConnection(kMembersConnection), recording_(recording) {
+    for (const std::wstring& command : MembersDatabaseCommands()) Execute(command);
+  }
+  std::unique_ptr<database::RecordsetObject> Open(std::wstring_view command,
+                                                  database::Cursor cursor,
+                                                  database::Lock lock) override {
+    recording_.operations.push_back(
+        L"Database." + std::wstring(command) +
+        (cursor == database::Cursor::kStatic ? L", static" : L", forward only") +
+        (lock == database::Lock::kOptimistic ? L", optimistic" : L", read-only"));
+    return OdbcConnection::Open(command, cursor, lock);
+  }
+
+ private:
+  Recording& recording_;
+};
+
 std::wstring Transcript(const Member& member) {
   const std::shared_ptr<simulator::Simulator> engine = MembersCompany();
   ScriptedEnvironment environment;
@@ -80,7 +101,7 @@ std::wstring Transcript(const Member& member) {
   Context context(environment);
   context.workspace = Recorded(engine->workspace(), recording);
   context.engine = engine;
-  context.database = MembersDatabase();
+  context.database = std::make_shared<Database>(recording);
   context.app_name = L"Manufacturing";
   context.registry_path = L"Host";
   std::wstring answer;

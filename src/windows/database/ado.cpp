@@ -51,6 +51,10 @@ constexpr std::array<const wchar_t*, kNames> kNameTexts = {
 
 // ADO's constants.
 constexpr std::int32_t kUseClient = 3;
+constexpr std::int32_t kOpenForwardOnly = 0;
+constexpr std::int32_t kOpenStatic = 3;
+constexpr std::int32_t kLockReadOnly = 1;
+constexpr std::int32_t kLockOptimistic = 3;
 constexpr std::int32_t kCommandText = 1;
 constexpr std::int32_t kFilterNone = 0;
 constexpr std::int32_t kStateClosed = 0;
@@ -153,9 +157,10 @@ class AdoConnection final : public database::Connection {
   std::unique_ptr<database::RecordsetObject> Open(std::wstring_view command, Cursor cursor,
                                                   Lock lock) override {
     const Named recordset(NewRecordset(), looked_up_);
-    if (cursor == Cursor::kStatic) recordset.Put(kCursorLocation, kUseClient);
-    recordset.Do(kOpen, command, connection_, static_cast<std::int32_t>(cursor),
-                 static_cast<std::int32_t>(lock), kCommandText);
+    const bool is_static = cursor == Cursor::kStatic;
+    if (is_static) recordset.Put(kCursorLocation, kUseClient);
+    recordset.Do(kOpen, command, connection_, is_static ? kOpenStatic : kOpenForwardOnly,
+                 lock == Lock::kOptimistic ? kLockOptimistic : kLockReadOnly, kCommandText);
     return std::make_unique<AdoRecordset>(recordset);
   }
 

@@ -29,6 +29,11 @@
 #include "windows/server/published_class.h"
 #include "windows/server/string_array.h"
 
+namespace ard {
+template <>
+inline constexpr std::wstring_view kTypeName<windows::ComPtr<IDispatch>> = L"Object";
+}  // namespace ard
+
 namespace ard::windows {
 
 // Tells the trace which engine the host has handed over.
