@@ -84,10 +84,7 @@ std::wstring Transcript(const Member& member) {
     environment.Answer([&](dialogs::SelectDialog& dialog) {
       member.script(dialog);
       for (const dialogs::Row& row : dialog.list().rows()) {
-        shown += L"\n  row: ";
-        for (std::size_t i = 1; i <= dialog.list().columns().size(); ++i) {
-          shown.append(Trimmed(row.Cell(static_cast<int>(i)))).append(L"|");
-        }
+        shown += L"\n  row: " + dialog.list().Spoken(row);
         if (dialog.list().IsSelected(row)) shown += L" <";
       }
     });
