@@ -74,6 +74,8 @@ constexpr Command kCommands[] = {
      [](const Target& t, std::wstring_view n) { SelectRow(t.dialog, n); }},
     {L"toggle", "  the row at the cursor, in or, where several can be picked, out",
      [](const Target& t, std::wstring_view) { t.dialog.list().Toggle(); }},
+    {L"page", "N  rows at once",
+     [](const Target& t, std::wstring_view n) { t.dialog.list().SetPageSize(Number(n, 1000)); }},
     {L"ok", "",
      [](const Target& t, std::wstring_view) {
        if (t.dialog.ok_enabled()) t.dialog.Ok();
@@ -148,11 +150,15 @@ constexpr CommandOn<AddressDialog> kAddressCommands[] = {
      [](AddressDialog& d, std::wstring_view n) {
        d.KindChange(static_cast<AddressKind>(Number(n, AddressDialog::kind_names().size()) - 1));
      }},
+    {L"type", "TEXT  in the account's field, without leaving it",
+     [](AddressDialog& d, std::wstring_view text) {
+       if (d.account_enabled()) d.AccountChange(text);
+     }},
     {L"account", "TEXT",
      [](AddressDialog& d, std::wstring_view text) {
        if (!d.account_enabled()) return;
        d.AccountChange(text);
-       d.AccountEntered();
+       if (!d.AccountEntered()) throw Error(kErrorOverflow, L"There is no such account.");
      }},
     {L"lookup", "  searches for an account",
      [](AddressDialog& d, std::wstring_view) { d.LookUpClick(); }},
@@ -326,7 +332,7 @@ void ConsoleEnvironment::Show(AddressDialog& dialog) {
         out_ << ToUtf8(AddressDialog::kind_names()[static_cast<std::size_t>(dialog.kind())]);
         if (dialog.account_enabled()) {
           out_ << ", account \"" << ToUtf8(dialog.account()) << "\" "
-               << ToUtf8(dialog.account_name());
+               << ToUtf8(dialog.account_name()) << (dialog.entry_pending() ? "..." : "");
         }
         out_ << "\n        ";
         DrawRows(dialog.list());
@@ -409,7 +415,8 @@ void ConsoleEnvironment::DrawRows(dialogs::ListModel& list) {
     const std::string position = row.position > 0 ? std::to_string(row.position) : "";
     out_ << (list.IsSelected(row) ? '>' : ' ')
          << std::string(position.size() < 5 ? 5 - position.size() : 0, ' ') << position
-         << (row.color == dialogs::kRed ? '!' : ' ') << ' ';
+         << (row.color == dialogs::kDefaultColor ? ' ' : row.color == dialogs::kRed ? '!' : '*')
+         << ' ';
     for (std::size_t i = 0; i < list.columns().size(); ++i) {
       out_ << Padded(row.Cell(static_cast<int>(i) + 1),
                      static_cast<std::size_t>(list.columns()[i].width));

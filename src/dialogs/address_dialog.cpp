@@ -76,8 +76,8 @@ void ReadAddress(const Context& context, AddressKind kind, std::int32_t record, 
 }
 
 AddressDetails::AddressDetails(const Context& context, const Address& address)
-    : FieldsDialog(L"frmDelAddressDetails", L"Delivery Address Details", LinesOf(context, address),
-                   /*numeric=*/false) {}
+    : FieldsDialog(L"frmDelAddressDetails", L"Delivery Address Details",
+                   LinesOf(context, address)) {}
 
 AddressDialog::AddressDialog(const Context& context, AddressOwners& owners)
     : SelectDialog(L"frmDelAddresses", L"Delivery Addresses", *this),

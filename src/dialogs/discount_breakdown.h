@@ -26,8 +26,7 @@ class DiscountBreakdown : public FieldsDialog {
                       {L"Account discount %", Text(rates.account, decimals), true},
                       {L"Quantity discount %", Text(rates.quantity, decimals), true},
                       {L"Value discount %", Text(rates.value, decimals), true},
-                      {L"Unexplained discount %", Text(rates.unexplained, decimals), true}},
-                     /*numeric=*/true) {}
+                      {L"Unexplained discount %", Text(rates.unexplained, decimals), true}}) {}
 
  private:
   static std::wstring Text(std::optional<double> rate, int decimals) {

@@ -23,8 +23,6 @@ class FieldsDialog : public Resizable {
   std::wstring_view form() const { return form_; }
   std::wstring_view caption() const { return caption_; }
   const std::vector<Line>& lines() const { return lines_; }
-  // Whether most of the texts are numbers.
-  bool numeric() const { return numeric_; }
 
   // True until the button, or the close box, has closed the dialog.
   bool visible() const { return visible_; }
@@ -32,16 +30,14 @@ class FieldsDialog : public Resizable {
   void CloseBox() { CloseClick(); }
 
  protected:
-  FieldsDialog(std::wstring_view form, std::wstring_view caption, std::vector<Line> lines,
-               bool numeric)
-      : form_(form), caption_(caption), lines_(std::move(lines)), numeric_(numeric) {}
+  FieldsDialog(std::wstring_view form, std::wstring_view caption, std::vector<Line> lines)
+      : form_(form), caption_(caption), lines_(std::move(lines)) {}
   ~FieldsDialog() = default;
 
  private:
   std::wstring_view form_;
   std::wstring_view caption_;
   std::vector<Line> lines_;
-  bool numeric_;
   bool visible_ = true;
 };
 

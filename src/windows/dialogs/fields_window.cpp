@@ -18,10 +18,13 @@ constexpr int kNumberWidth = 60;
 }  // namespace
 
 void FieldsWindow::CreateControls(HINSTANCE) {
-  for (const dialogs::FieldsDialog::Line& line : dialog_.lines()) {
+  const auto& lines = dialog_.lines();
+  // Numbers need less room, and so do the texts among them.
+  const bool numeric = std::any_of(lines.begin(), lines.end(), [](auto& l) { return l.number; });
+  for (const dialogs::FieldsDialog::Line& line : lines) {
     const HWND label = AddText(line.label.c_str());
     texts_.push_back(AddEdit(line.text.c_str(), 0, ES_READONLY | (line.number ? ES_RIGHT : 0U)));
-    const int width = dialog_.numeric() ? kNumberWidth : kTextWidth;
+    const int width = numeric ? kNumberWidth : kTextWidth;
     head().Add({{label, kLabelWidth}, {texts_.back(), width, true}});
   }
   close_ = AddButton(IDOK, L"Close");
