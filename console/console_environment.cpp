@@ -317,6 +317,9 @@ void ConsoleEnvironment::Show(UserListDialog& dialog) {
   Obey(
       dialog,
       [&] {
+        if (dialog.tab() == UserListDialog::Tab::kHost) {
+          out_ << ToUtf8(dialog.host_name()) << '\n';
+        }
         out_ << "        ";
         DrawRows(dialog.list());
         out_ << (dialog.can_delete() ? "Refresh, Delete, Close " : "Refresh, Close ");
@@ -415,7 +418,9 @@ void ConsoleEnvironment::DrawRows(dialogs::ListModel& list) {
     const std::string position = row.position > 0 ? std::to_string(row.position) : "";
     out_ << (list.IsSelected(row) ? '>' : ' ')
          << std::string(position.size() < 5 ? 5 - position.size() : 0, ' ') << position
-         << (row.color == dialogs::kDefaultColor ? ' ' : row.color == dialogs::kRed ? '!' : '*')
+         << (row.color == dialogs::kDefaultColor ? ' '
+             : row.color == dialogs::kRed        ? '!'
+                                                 : '*')
          << ' ';
     for (std::size_t i = 0; i < list.columns().size(); ++i) {
       out_ << Padded(row.Cell(static_cast<int>(i) + 1),

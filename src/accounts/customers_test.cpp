@@ -1,6 +1,5 @@
 #include "accounts/customers.h"
 
-#include "simulator/company.h"
 #include "tests/core/company_test.h"
 
 namespace ard::accounts {
@@ -34,20 +33,6 @@ TEST_F(CustomersTest, AChosenAccountThatCannotBeFoundHasNoTerms) {
   EXPECT_EQ(environment_.TakeMessages(),
             Texts{L"! Manufacturing: Account is over credit limit.\r\n\r\n"
                   L"Terms have not been agreed with this account."});
-}
-
-// No account is deleted of which that cannot be read, and no warnings are wanted.
-TEST_F(CustomersTest, WhatCannotBeReadIsNeutral) {
-  engine_->company().Parse(L"SalesData", "ACCOUNT_REF:text(4)\nA\nB\n", "");
-  for (const bool warns : {true, false}) {
-    if (!warns) engine_->company().Parse(L"SetupData", "OTHER:long\n1\n", "");
-    environment_.Answer([](SelectDialog& dialog) {
-      EXPECT_EQ(Keys(dialog.list()), (Texts{L"A", L"B"}));
-      dialog.Ok();
-    });
-    EXPECT_EQ(customers_.FastList(), L"A");
-    EXPECT_EQ(environment_.TakeMessages().size(), warns ? 1u : 0u);
-  }
 }
 
 }  // namespace

@@ -11,8 +11,8 @@ namespace ard::accounts {
 
 struct OrderLine {
   std::wstring_view prod_code;
-  double quantity = 0;
-  double unit_price = 0;
+  double quantity;
+  double unit_price;
 };
 
 // In percent. A part that does not apply, or cannot be told, is not set.

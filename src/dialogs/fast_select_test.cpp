@@ -1,13 +1,13 @@
 #include "dialogs/fast_select.h"
 
 #include "accounts/ledger_accounts.h"
+#include "accounts/nominal_bank.h"
 #include "tests/core/company_test.h"
 
 namespace ard::dialogs {
 namespace {
 
 using simulator::CompanyBuilder;
-using testing::Texts;
 
 class FastSelectTest : public testing::CompanyTest {
  protected:
@@ -61,6 +61,47 @@ TEST_F(FastSelectTest, ALookUpThatFailsLeavesTheSelection) {
       EXPECT_TRUE(at == L"C" || at == L"D") << n << ToUtf8(at);
     }
   });
+}
+
+// Nor is an account taken whose type cannot be read, nor anything from a dialog that is not shown.
+TEST_F(FastSelectTest, WhatCannotBeReadIsNotAccepted) {
+  CompanyBuilder company;
+  Open(company.Nominal(L"1001", L"ACCOUNT_TYPE=1").Bank(L"1200"));
+  Pick(accounts::kNominalList, [&](SelectDialog& dialog) {
+    EXPECT_TRUE(dialog.ok_enabled());
+    int refused = 0;
+    for (; dialog.visible(); ++refused) {
+      engine_->faults().FailFrom(refused + 1, false);
+      dialog.Ok();
+    }
+    EXPECT_GT(refused, 5);
+  });
+  Pick(accounts::kBankList, [&](SelectDialog& dialog) {
+    const std::int64_t operations = engine_->operations();
+    dialog.KeyPress(L' ');
+    EXPECT_TRUE(dialog.list().selected());
+    EXPECT_EQ(engine_->operations(), operations) << "it looks nothing up";
+  });
+  simulator::FaultPlan plan;
+  plan.FailFrom(1, true);
+  environment_.Obey(plan);
+  EXPECT_EQ(FastSelect(context_, accounts::kSalesLedger.list), L"");
+}
+
+// A refused logon goes back to where it began, and only of a missing page it is said that it is.
+TEST_F(FastSelectTest, ARefusedLogonStartsAnew) {
+  for (const auto form : {LogonDialog::Form::kUserDetails, LogonDialog::Form::kCompanyPassword}) {
+    LogonDialog dialog(context_, form, [](auto&, auto&) { return false; });
+    const LogonDialog::Box first = dialog.focus();
+    dialog.SetName(L"ANN");
+    dialog.Ok();
+    EXPECT_EQ(dialog.focus(), first);
+    simulator::FaultPlan plan;
+    plan.FailFrom(1, true);
+    environment_.Obey(plan);
+    dialog.HelpClick();
+    EXPECT_EQ(dialog.notice(), L"");
+  }
 }
 
 // A ledger of any size opens alike: nothing is read before the first page, then one page.

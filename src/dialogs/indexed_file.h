@@ -45,10 +45,7 @@ class IndexedFile : public RowSource {
  public:
   IndexedFile(const Context& context, const ListedFile& file);
   // The data file goes first.
-  ~IndexedFile() override {
-    data_file_.Close();
-    index_file_.Close();
-  }
+  ~IndexedFile() override { data_file_.Close(); }
 
   // Opens both files for the list, and goes on whatever they answer, or if it is not known how many
   // records there are; reads no record.

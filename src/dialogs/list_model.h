@@ -26,8 +26,8 @@ enum class SortOrder { kNone = 0, kAscending = 1, kDescending = 2 };
 
 struct Column {
   std::wstring header;
-  int width;            // in average characters
-  bool number = false;  // not text
+  int width;    // in average characters
+  bool number;  // not text
   SortOrder sort = SortOrder::kNone;
 };
 

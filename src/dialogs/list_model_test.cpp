@@ -146,8 +146,15 @@ TEST_F(ListModelTest, CursorKeys) {
          {kPageUp, 6, 6},
          {kUp, 5, 5},
          {kEnd, 25, 16},
+         {kUp, 24, 16},
          {kHome, 1, 1}});
+  list_.SelectItem(11);
+  list_.SelectItem(2);
+  Press({{kUp, 1, 1}});
+  list_.SelectItem(24);
+  Press({{kDown, 25, 16}});
   // A line further, one page is read.
+  Start(25, 10);
   list_.SelectItem(10);
   EXPECT_EQ(Selected(), 10);
   source_.pages.clear();
@@ -157,8 +164,12 @@ TEST_F(ListModelTest, CursorKeys) {
   Start(30, 10);
   list_.SelectItem(10);
   Press({{kDown, 14, 11}, {kUp, 10, 10}});
+  source_.deleted = {1, 2};
+  Start(30, 10);
+  list_.SelectItem(3);
+  Press({{kUp, 3, 1}});
   // A page without a live row: the cursor goes to its last position.
-  for (int position = 14; position <= 20; ++position) source_.deleted.insert(position);
+  for (int position = 11; position <= 20; ++position) source_.deleted.insert(position);
   Start(30, 10);
   list_.SelectItem(10);
   Press({{kPageDown, 0, 11}});
@@ -193,6 +204,8 @@ TEST_F(ListModelTest, NothingIsSelectedBeforeAKeyIsPressed) {
     }
   }
   Start(25, 10);
+  list_.ScrollTo(12);
+  EXPECT_EQ(Shown().front(), 12);
   EXPECT_TRUE(list_.SelectCursor());
   EXPECT_EQ(Selected(), 1);
   EXPECT_FALSE(list_.SelectCursor());
@@ -285,7 +298,7 @@ TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
       const std::int32_t item = upto(count + 10) - 5;
       const std::size_t row = static_cast<std::size_t>(upto(16));
       bool moved = true;
-      switch (upto(9)) {
+      switch (upto(10)) {
         case 0:
           moved = item >= 1 && item <= count;
           pick = Pick::kOnly;
@@ -304,11 +317,16 @@ TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
         }
         case 3:
           moved = false;
-          list.SetPageSize(upto(20));
+          list.SetPageSize(item);
+          ASSERT_EQ(list.page_size(), std::max(item, 1));
           break;
         case 4:
           pick = Pick::kOnly;
           list.SelectFirst();
+          break;
+        case 5:
+          pick = Pick::kOnly;
+          moved = list.SelectCursor();
           break;
         default:
           (list.*kKeys[upto(std::size(kKeys))])(pick);
@@ -346,6 +364,9 @@ TEST_F(ListModelTest, RandomWalkKeepsItsInvariants) {
       ASSERT_EQ(PositionsOf(list.SelectedRows()), Positions(expected.begin(), expected.end()));
       for (const Row& shown_row : list.rows()) {
         ASSERT_EQ(list.IsSelected(shown_row), expected.contains(shown_row.position));
+        const std::int32_t place = shown_row.position + source_.extra;
+        ASSERT_EQ(list.Spoken(shown_row), L"row " + std::to_wstring(place) + L" of " +
+                                              std::to_wstring(count + source_.extra));
       }
     }
   }

@@ -67,7 +67,7 @@ void ProductDialog::FilterBy(std::wstring_view criteria) {
 }
 
 void ProductDialog::PresetSearchField(int entry) {
-  if (entry == 0 || entry == 1) search_field_ = static_cast<SearchField>(entry);
+  if (entry == 1) search_field_ = SearchField::kDescription;
 }
 
 void ProductDialog::PresetTab(int tab) {

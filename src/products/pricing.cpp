@@ -198,7 +198,6 @@ double Products::GetSpecialPrice(std::wstring_view prod_code,
       stock.Get(L"SALES_PRICE", prices.selling);
       stock.Get(L"LAST_PURCHASE_PRICE", prices.cost);
     }
-    price = prices.selling;
     price = PriceListPrice(context(), prices, prod_code, acc_ref);
   });
 }

@@ -49,11 +49,11 @@ TEST_F(SearchTest, AConfirmedDialogIsRemembered) {
     EXPECT_EQ(dialog.list().columns()[1].sort, dialogs::SortOrder::kAscending);
     dialog.ColumnClick(1);
     EXPECT_EQ(dialog.list().columns()[1].sort, dialogs::SortOrder::kDescending);
+    dialog.list().SelectItem(2);
     dialog.ColumnClick(2);  // there is none
-    dialog.list().SelectItem(1);
     dialog.DoubleClick();
   });
-  EXPECT_EQ(products_.FastList(), L"B");
+  EXPECT_EQ(products_.FastList(), L"A");
   EXPECT_EQ(environment_.settings(),
             (std::map<std::wstring, std::wstring>{
                 {kFieldSetting, L"1"}, {kPlacement, L"moved"}, {kTabSetting, L"2"}}));
@@ -68,6 +68,8 @@ TEST_F(SearchTest, SettingsThatMakeNoSenseAreIgnored) {
       EXPECT_EQ(dialog.tab(), Tab::kProducts);
       EXPECT_EQ(dialog.search_field(), Field::kStockCode);
       EXPECT_TRUE(dialog.info_list().rows().empty());
+      dialog.ColumnClick(0);
+      EXPECT_EQ(dialog.info_list().columns()[0].sort, dialogs::SortOrder::kNone);
       dialog.Ok();
     });
     EXPECT_EQ(products_.FastList(), L"AA1") << nonsense;

@@ -16,10 +16,7 @@ class StockFiles {
     data_.Open(engine::Mode::kQuery);
   }
   // The index goes first.
-  ~StockFiles() {
-    index_.Close();
-    data_.Close();
-  }
+  ~StockFiles() { index_.Close(); }
 
   // Makes the record of the stock code, taken exactly as given, current. False when there is none,
   // or when it cannot be read.

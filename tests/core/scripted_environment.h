@@ -250,12 +250,14 @@ class ScriptedEnvironment : public Environment {
   static std::wstring Columns(const dialogs::ListModel& list) {
     std::wstring columns = (list.multiple() ? L" several " : L" ") + list.Title();
     for (const dialogs::Column& column : list.columns()) {
-      columns += L"|" + column.header + L" " + std::to_wstring(column.width);
+      columns += L"|" + column.header + L" " + std::to_wstring(column.width) +
+                 (column.number ? L" #" : L"");
     }
     return columns;
   }
   static std::wstring Heading(dialogs::SelectDialog& dialog) {
     std::wstring heading = Columns(dialog.list());
+    if (dialog.on_screen()) heading += L" on screen";
     if (dialog.width() != 0) heading += L" in " + std::to_wstring(dialog.width());
     if (auto* const products = dynamic_cast<dialogs::ProductDialog*>(&dialog)) {
       heading += L" or" + Columns(products->info_list());
