@@ -52,27 +52,6 @@ TEST_F(PromptTest, RepeatsNoPassword) {
   }
 }
 
-TEST_F(PromptTest, HelpsByMemberAndUntilItIsLeft) {
-  const std::string all = Run("Help\nQUIT\n? Customers.AppName");
-  EXPECT_NE(all.find("\nBank\n  Bank.AppName = String\n"), std::string::npos) << all;
-  EXPECT_TRUE(all.ends_with("shows one of them, \"quit\" ends.\n")) << all;
-  const char* const members[] = {
-      "? cDeliveryAddress.GetAddress([AccRef As String], [AccName As String], [DelType As Long]) "
-      "As Boolean\nLets the user pick",
-      "? General.GetCategories(LowerBound, UpperBound), CatList As String()\nFills each element",
-      "? Products.GetAllocOnOrder(ProdCode As String, [Allocated As Double], [OnOrder As Double]), "
-      "Allocated As Double, OnOrder As Double\nSets the quantities",
-      "? Products.GetAveragePrice(ProdHeader) As Double\nAverage cost of a unit",
-      "CustomerRecord.DueDays = Integer\nDays within which the settlement discount is given.\n"
-      "Neutral: 0 until it has been set.\nExample: Read(\"SMI001\"); DueDays -> 60\n"};
-  for (const std::string member : members) {
-    const std::size_t name = member.find_first_not_of("? ");
-    const std::string help =
-        Run("help " + member.substr(name, member.find_first_of(" (", name) - name));
-    EXPECT_EQ(help.substr(0, member.ends_with('\n') ? help.npos : member.size()), member);
-  }
-}
-
 TEST_F(PromptTest, CompletesClassesAndMembers) {
   std::istringstream in;
   std::ostringstream out;

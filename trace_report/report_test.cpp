@@ -39,24 +39,13 @@ std::string Replaced(std::string text, std::string_view what, std::string_view b
 
 const std::string kMinute = "2026-11-21T09:30:";
 
-// A trace with each kind of entry: the minute of the times is left out, and TABs are bars.
+// A trace with each kind of entry: in its file the minute of the times is left out, TABs are bars
+// and what begins a sequence of a terminal's is "^".
 std::string Written() {
+  std::ifstream file(ARD_REPORT_TRACE);
   std::string text = "\xEF\xBB\xBF";
-  for (const char* line : {
-           "00.000Z|7|0|process|ArdObjects100 1.0.0.0",
-           "01.000Z|7|1|skip|StockData.Fields(\"PRICE\")|0x80020006|No\x1B[2J such",
-           "01.001Z|7|1|call|Products.GetSellPrice|1500.0 us|Double|neutral|(\"A\")|0",
-           "02.000Z|7|2|skip|StockData.Fields(\"PRICE\")|0x80020006|No\x1B[2J such",
-           "02.001Z|7|2|call|Products.GetSellPrice|500.0 us|Double|neutral|(\"B\")|0",
-           "03.000Z|7|3/4|message|Host|Nobody",
-           "03.001Z|8|3|note|StockIndex.Find|False",
-           "03.002Z|7|3/4|call|Messaging.LogonUser|9000.0 us|Boolean|answered|(\"A\", ***)|True",
-           "03.003Z|8|3|call|Products.GetDesc|7.0 us|String|neutral||",
-           "03.004Z|7|3|call|Messaging.CheckForLogon|9500.0 us|Boolean|answered|(False)|True",
-           "04.000Z|7|0|skip|Products.GetDesc|0x80004005|<odd>",
-           "05.000Z|7|9|note|A.B|unfinished",
-       }) {
-    text += kMinute + Replaced(line, "|", "\t") + "\r\n";
+  for (std::string line; std::getline(file, line);) {
+    text += kMinute + Replaced(Replaced(line, "|", "\t"), "^", "\x1B") + "\r\n";
   }
   return text;
 }
