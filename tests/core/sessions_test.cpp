@@ -90,6 +90,9 @@ class Session {
       }
       // A line at the prompt, and those in the dialogs that it opens.
       Lines input = {*typed};
+      // Of a member, help begins with how it is typed.
+      const bool of_member = typed->starts_with("help ") && typed->find('.') != std::string::npos;
+      if (of_member && i + 1 < lines.size() && EndsAnswer(lines[i + 1])) ++i;
       for (; i + 1 < lines.size() && !EndsAnswer(lines[i + 1]); ++i) {
         if (const auto answer = Typed(lines[i + 1])) input.push_back(*answer);
       }
