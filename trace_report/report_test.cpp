@@ -10,6 +10,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "accounts/customers.h"
@@ -154,21 +155,30 @@ TEST(CommandTest, DoesWhatItIsTold) {
             "0|1  a\\x1B\n2  b\n4\n|");
 }
 
-// An object of the host's.
-template <class Class>
-std::unique_ptr<Class> Made(const Context& host) {
-  auto object = std::make_unique<Class>(host.environment);
-  object->context().workspace = host.workspace;
-  object->context().engine = host.engine;
-  object->context().database = host.database;
-  return object;
-}
+struct Host {
+  explicit Host(std::shared_ptr<simulator::Simulator> simulator) : engine(std::move(simulator)) {
+    environment.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
+  }
 
-void LogOn(const Context& host, const wchar_t* user, const wchar_t* password) {
-  const auto messaging = Made<users::Messaging>(host);
-  messaging->details().use_acc_rights = true;
-  messaging->LogonUser(user, password);
-}
+  template <class Class>
+  std::unique_ptr<Class> Make() {
+    auto object = std::make_unique<Class>(environment);
+    object->context().workspace = engine->workspace();
+    object->context().engine = engine;
+    object->context().database = database;
+    return object;
+  }
+  void LogOn(const wchar_t* user, const wchar_t* password) {
+    const auto messaging = Make<users::Messaging>();
+    messaging->details().use_acc_rights = true;
+    messaging->LogonUser(user, password);
+  }
+
+  const std::shared_ptr<simulator::Simulator> engine;
+  const std::shared_ptr<host_database::OdbcConnection> database = testing::MembersDatabase();
+  ScriptedEnvironment environment;
+  std::string trace;
+};
 
 std::unique_ptr<simulator::Simulator> WithoutPrices() {
   const testing::TemporaryFolder folder;
@@ -181,59 +191,47 @@ std::unique_ptr<simulator::Simulator> WithoutPrices() {
 // of the trace, of the report and of the page.
 const struct Fault {
   const char* name;
-  void (*meet)(Context& host, ScriptedEnvironment& machine);
+  void (*meet)(Host& host);
   const char* cause;
   std::unique_ptr<simulator::Simulator> (*engine)() = testing::MembersCompany;
 } kFaults[] = {
     {"no selling price",
-     [](Context& host, ScriptedEnvironment&) {
-       Made<products::Products>(host)->GetSpecialPrice(L"BOLT", L"ABC001");
-     },
+     [](Host& host) { host.Make<products::Products>()->GetSpecialPrice(L"BOLT", L"ABC001"); },
      "StockRecord.Fields(\"SALES_PRICE\")", WithoutPrices},
     {"a closed database",
-     [](Context& host, ScriptedEnvironment&) {
-       dynamic_cast<host_database::OdbcConnection&>(*host.database).Close();
-       LogOn(host, L"ANN", testing::kPassword);
+     [](Host& host) {
+       host.database->Close();
+       host.LogOn(L"ANN", testing::kPassword);
      },
      "Recordset.Open(\"SELECT ID FROM AccessRights WHERE UserName='ANN'\")"},
     {"no pricing service",
-     [](Context& host, ScriptedEnvironment&) {
-       Made<products::Products>(host)->GetSpecialPrice(L"NUT", L"ABC001");
-     },
+     [](Host& host) { host.Make<products::Products>()->GetSpecialPrice(L"NUT", L"ABC001"); },
      "The engine offers none."},
     {"a wrong data path",
-     [](Context& host, ScriptedEnvironment& machine) {
-       machine.machine().held_files.insert(L"C:\\nowhere\\queue.dta");
-       const auto messaging = Made<users::Messaging>(host);
+     [](Host& host) {
+       host.environment.machine().held_files.insert(L"C:\\nowhere\\queue.dta");
+       const auto messaging = host.Make<users::Messaging>();
        messaging->details().ard_data_path = L"C:\\nowhere";
        messaging->CheckForLogon();
      },
      "Environment.TryToRead(\"C:\\nowhere\\queue.dta\")"},
-    {"no ControlData",
-     [](Context& host, ScriptedEnvironment&) { Made<accounts::Customers>(host)->FastList(); },
-     "ControlData.Open",
-     [] {
-       CompanyBuilder company;
-       return company.Without(L"ControlData").Build();
-     }},
-    {"a user missing from the rights table",
-     [](Context& host, ScriptedEnvironment&) { LogOn(host, L"EVE", L""); },
+    {"no ControlData", [](Host& host) { host.Make<accounts::Customers>()->FastList(); },
+     "ControlData.Open", [] { return CompanyBuilder().Without(L"ControlData").Build(); }},
+    {"a user missing from the rights table", [](Host& host) { host.LogOn(L"EVE", L""); },
      "Refused: the user is not in the table AccessRights."},
     {"a product that is gone",
-     [](Context& host, ScriptedEnvironment&) {
-       Made<products::Products>(host)->GetSellPrice(L"BOLT ");
-     },
+     [](Host& host) { host.Make<products::Products>()->GetSellPrice(L"BOLT "); },
      "StockIndex.Find"},
     {"an ini file that is read-only",
-     [](Context& host, ScriptedEnvironment& machine) {
-       machine.machine().ini_files_read_only = true;
-       Made<settings::General>(host)->AddEntryToIniFile({}, L"C:\\Host", L"Host", L"", L"x.exe");
+     [](Host& host) {
+       host.environment.machine().ini_files_read_only = true;
+       host.Make<settings::General>()->AddEntryToIniFile({}, L"C:\\Host", L"Host", L"", L"x.exe");
      },
      "Environment.WriteIni(\"veltrix.ini\")"},
     {"a right that is denied",
-     [](Context& host, ScriptedEnvironment&) {
-       Made<users::AccessRights>(host)->IsUserAllowedAccess(L"EVE", users::Access::kBankRecord,
-                                                            false);
+     [](Host& host) {
+       host.Make<users::AccessRights>()->IsUserAllowedAccess(L"EVE", users::Access::kBankRecord,
+                                                             false);
      },
      "AccessData.HasRight(\"BANK_RECORD\")"},
 };
@@ -250,18 +248,11 @@ std::string FirstTen(std::string text) {
 
 TEST(FaultTest, TheFirstTenLinesNameTheCause) {
   for (const Fault& fault : kFaults) {
-    const std::shared_ptr<simulator::Simulator> engine = fault.engine();
-    ScriptedEnvironment environment;
-    Context host(environment);
-    host.workspace = engine->workspace();
-    host.engine = engine;
-    host.database = testing::MembersDatabase();
-    std::string trace;
-    environment.trace().Attach([&](std::string_view line) { (trace += line) += '\n'; });
-    fault.meet(host, environment);
+    Host host(fault.engine());
+    fault.meet(host);
     Report report;
-    Read(trace, report);
-    for (const std::string& text : {trace, report.ToText(), ToPage(report, "trace")}) {
+    Read(host.trace, report);
+    for (const std::string& text : {host.trace, report.ToText(), ToPage(report, "trace")}) {
       EXPECT_NE(FirstTen(text).find(fault.cause), text.npos) << fault.name << ":\n"
                                                              << FirstTen(text);
     }
