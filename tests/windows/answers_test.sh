@@ -6,24 +6,10 @@
 #
 #   answers_test.sh ARCHITECTURE
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=tools/console.sh
-source tools/console.sh
-# shellcheck source=tools/wine.sh
-source tools/wine.sh
-# shellcheck source=tools/display.sh
-source tools/display.sh
-# shellcheck source=tools/drive.sh
-source tools/drive.sh
-
-ARCH="$1"
+# shellcheck source=tests/windows/suite.sh
+source "$(dirname "${BASH_SOURCE[0]}")/suite.sh"
 SECONDS_ALLOWED=300
-FOLDER="$(mktemp -d "$BUILD/answers-$ARCH.XXXXXX")"
-trap 'rm -rf "$FOLDER"' EXIT
-wine_use "$WINEPREFIX"
-
 MEMBERS="$BUILD/native-debug/console/ArdObjects100_members.txt"
-PROMPT="$BUILD/native-debug/bin/ard_console"
 VB_SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Demo'
 INI="$WINEPREFIX/drive_c/windows/veltrix.ini"
 STATUS=0

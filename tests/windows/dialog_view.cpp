@@ -1,10 +1,5 @@
 #include "tests/windows/dialog_view.h"
 
-// clang-format off
-#include <windows.h>  // before any other header of the system
-#include <commctrl.h>
-// clang-format on
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -26,38 +21,29 @@ View::View(HWND window)
       ok(GetDlgItem(window, IDOK)),
       cancel(GetDlgItem(window, IDCANCEL)) {}
 
-int View::rows() const { return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)); }
+int View::rows() const { return ListView_GetItemCount(list); }
 
 std::wstring View::Cell(int row, int column) const {
   wchar_t text[64] = {};
-  LVITEMW item = {};
-  item.iSubItem = column;
-  item.pszText = text;
-  item.cchTextMax = 64;
-  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  ListView_GetItemText(list, row, column, text, 64);
   return text;
 }
 
 std::wstring View::Selected() const {
   std::wstring cells;
   int row = -1;
-  for (;;) {
-    row = static_cast<int>(
-        SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED));
-    if (row < 0) return cells;
+  while ((row = ListView_GetNextItem(list, row, LVNI_SELECTED)) >= 0) {
     if (!cells.empty()) cells += L' ';
     cells += Cell(row, 0);
   }
+  return cells;
 }
 
-HWND View::Header() const {
-  return reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
-}
+HWND View::Header() const { return ListView_GetHeader(list); }
 
 POINT View::HeaderPoint(int column) const {
   RECT rect = {};
-  SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(column),
-               reinterpret_cast<LPARAM>(&rect));
+  Header_GetItemRect(Header(), column, &rect);
   POINT point = {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
   ClientToScreen(Header(), &point);
   return point;
@@ -65,8 +51,7 @@ POINT View::HeaderPoint(int column) const {
 
 RECT View::RowRect(int row) const {
   RECT rect = {};
-  rect.left = LVIR_BOUNDS;
-  SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&rect));
+  ListView_GetItemRect(list, row, &rect, LVIR_BOUNDS);
   return rect;
 }
 
@@ -87,10 +72,7 @@ SCROLLINFO View::Scroll() const {
 }
 
 void View::SetState(int row, UINT state, UINT mask) const {
-  LVITEMW item = {};
-  item.state = state;
-  item.stateMask = mask;
-  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  ListView_SetItemState(list, row, state, mask);
 }
 
 bool Picture::EqualsRow(const Picture& other, int y) const {

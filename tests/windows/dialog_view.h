@@ -2,8 +2,6 @@
 #ifndef ARD_TESTS_WINDOWS_DIALOG_VIEW_H_
 #define ARD_TESTS_WINDOWS_DIALOG_VIEW_H_
 
-#include <windows.h>
-
 #include <string>
 #include <vector>
 

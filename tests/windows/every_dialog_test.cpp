@@ -1,17 +1,14 @@
 // What every dialog owes its user, whatever it is for: asked of all of them alike.
 
-// clang-format off
-#include <windows.h>  // before any other header of the system
-#include <commctrl.h>
-// clang-format on
-
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "accounts/ledger_accounts.h"
@@ -31,10 +28,7 @@
 namespace ard::windows {
 namespace {
 
-using testing::Picture;
-using testing::PictureOf;
-using testing::RectOf;
-using testing::SizeOf;
+using namespace testing;  // NOLINT(google-build-using-namespace): the windows
 
 class NoOwners : public dialogs::AddressOwners {
  public:
@@ -45,7 +39,7 @@ class NoOwners : public dialogs::AddressOwners {
   std::wstring Search(dialogs::AddressKind, const std::wstring&) override { return L""; }
 };
 
-class EveryDialogTest : public testing::WindowTest {
+class EveryDialogTest : public WindowTest {
  protected:
   EveryDialogTest() {
     simulator::CompanyBuilder builder;
@@ -114,7 +108,14 @@ class EveryDialogTest : public testing::WindowTest {
         L"Input", [&] { environment_.InputBox(L"A & B:", L"Input"); }, act);
   }
 
-  // What a child window shows, at any depth.
+  static std::wstring Texts(HWND window) {
+    std::wstring texts;
+    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+      texts += L"[" + TextOf(child) + L"]";
+    }
+    return texts;
+  }
+  // Its children, at any depth.
   static void Collect(HWND parent, std::vector<HWND>& controls) {
     for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
       controls.push_back(child);
@@ -179,7 +180,7 @@ TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
           continue;
         }
         const RECT rect = RectOf(control);
-        Control found = {testing::TextOf(control), 0, rect.bottom - rect.top, boxes.contains(name)};
+        Control found = {TextOf(control), 0, rect.bottom - rect.top, boxes.contains(name)};
         host_.Ask([&] { found.baseline = BaselineOf(control); });
         if (found.baseline != 0) lines[(rect.top + rect.bottom) / 2 / 4].push_back(found);
       }
@@ -193,14 +194,14 @@ TEST_F(EveryDialogTest, ALineOfControlsHasOneBaselineAndOneHeight) {
       }
       // Nothing is cut off at the smallest size.
       if (!(GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME)) return;
-      testing::Resize(window, {10, 10});
+      Resize(window, {10, 10});
       EXPECT_TRUE(host_.Settle());
       for (const HWND control : controls) {
         if (!IsWindowVisible(control) || SizeOf(control).cy > 100) continue;
         const RECT inner = RectOf(control);
         const RECT outer = RectOf(GetParent(control));
-        EXPECT_LE(inner.right, outer.right) << ToUtf8(testing::TextOf(control));
-        EXPECT_LE(inner.bottom, outer.bottom) << ToUtf8(testing::TextOf(control));
+        EXPECT_LE(inner.right, outer.right) << ToUtf8(TextOf(control));
+        EXPECT_LE(inner.bottom, outer.bottom) << ToUtf8(TextOf(control));
       }
     });
     EXPECT_EQ(lines_with_boxes, 2 + 2 + 11 + 5 + 2) << "boxes that share their line";
@@ -224,7 +225,7 @@ TEST_F(EveryDialogTest, ResizingLeavesNothingBehindAndIsRemembered) {
     ForEach([&](HWND window) {
       if (!is_resizable(window)) return;
       const SIZE opened = SizeOf(window);
-      testing::Resize(window, {opened.cx + change, opened.cy + change});
+      Resize(window, {opened.cx + change, opened.cy + change});
       look(window);
     });
     std::size_t next = 0;
@@ -248,12 +249,12 @@ TEST_F(EveryDialogTest, AnAccountIsActedOnByTheClickThatNeedsIt) {
   NoOwners owners;
   dialogs::AddressDialog dialog(context_, owners);
   WindowTest::Show(dialog.caption().c_str(), dialog, [&](HWND window) {
-    const HWND account = testing::Descendant(window, WC_EDITW);
+    const HWND account = Descendant(window, WC_EDITW);
     Keys(L"?{Tab}{Tab}");  // past the look-up button
     EXPECT_EQ(FocusWindow(), account);
     EXPECT_EQ(SendMessageW(account, EM_GETSEL, 0, 0), MAKELRESULT(0, 1)) << "to be typed over";
     Keys(L"A1");
-    ClickOn(testing::MiddleOf(GetDlgItem(window, IDOK)));
+    ClickOn(MiddleOf(GetDlgItem(window, IDOK)));
     ExpectClosed(window);
   });
   EXPECT_TRUE(dialog.result());
@@ -266,9 +267,8 @@ TEST_F(EveryDialogTest, WhatIsHiddenIsDisabledAndAnAmpersandIsOne) {
     for (const HWND control : controls) {
       if (ClassOf(control) == UPDOWN_CLASSW) continue;  // the tab strip's own
       const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
-      EXPECT_TRUE((style & WS_VISIBLE) || (style & WS_DISABLED))
-          << ToUtf8(testing::TextOf(control));
-      if (ClassOf(control) != WC_TABCONTROLW || testing::TextOf(window) != L"User List") continue;
+      EXPECT_TRUE((style & WS_VISIBLE) || (style & WS_DISABLED)) << ToUtf8(TextOf(control));
+      if (ClassOf(control) != WC_TABCONTROLW || TextOf(window) != L"User List") continue;
       wchar_t text[64] = {};
       TCITEMW item = {};
       item.mask = TCIF_TEXT;
@@ -301,6 +301,49 @@ TEST_F(EveryDialogTest, ProgressShowsAfterAMomentAndIsCancelled) {
       });
   EXPECT_GT(done, 0);
   EXPECT_TRUE(host_.focus_returned());
+}
+
+TEST_F(EveryDialogTest, TheLogonShowsWhatItsFormHasAndHidesThePassword) {
+  const std::wstring buttons = L"[OK][Cancel]";
+  const std::wstring details = L"[&Remember my user name]" + buttons + L"[&Help]";
+  const struct {
+    dialogs::LogonDialog::Form form;
+    const wchar_t* title;
+    const wchar_t* app;
+    std::wstring texts;
+  } cases[] = {
+      {dialogs::LogonDialog::Form::kUserDetails, L"Logon", L"Manufacturing",
+       L"[Company:][Acme & Sons][][User &name:][Ann][&Password:][]" + details},
+      {dialogs::LogonDialog::Form::kUserDetails, L"Logon", L"Multi",
+       L"[User &name:][Ann][&Password:][]" + details},
+      {dialogs::LogonDialog::Form::kCompanyPassword, L"Company Password", L"Manufacturing",
+       L"[&Password:][]" + buttons},
+  };
+  for (const auto& c : cases) {
+    context_.app_name = c.app;
+    dialogs::LogonDialog dialog(context_, c.form, [](const auto&, const auto&) { return true; });
+    dialog.SetCompany(L"Acme & Sons");
+    dialog.SetName(L"Ann");
+    WindowTest::Show(c.title, dialog, [&](HWND window) {
+      EXPECT_EQ(Texts(window), L"[Welcome to " + context_.app_name + L".]" + c.texts);
+      EXPECT_TRUE(GetWindowLongW(FocusWindow(), GWL_STYLE) & ES_PASSWORD);
+    });
+  }
+}
+
+TEST_F(EveryDialogTest, AQuestionIsAnsweredByAKey) {
+  for (const auto& [key, choice] :
+       {std::pair(L"{A}", Choice::kAbort), {L"{R}", Choice::kRetry}, {L"{I}", Choice::kIgnore}}) {
+    std::optional<Choice> chosen;
+    Work(
+        L"A question",
+        [&] { chosen = environment_.AskWhatToDo(L"What?\r\n\r\nAnd why?", L"A question"); },
+        [&](HWND box) {
+          EXPECT_EQ(TextOf(GetDlgItem(box, 0xFFFF)), L"What?\r\n\r\nAnd why?");
+          Keys(key);
+        });
+    EXPECT_EQ(chosen, choice);
+  }
 }
 
 }  // namespace

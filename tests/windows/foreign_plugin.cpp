@@ -1,7 +1,7 @@
 // A host's plug-in from another vendor, built by MinGW on its shared run-time libraries.
-extern "C" __declspec(dllexport) int ThrowAndCatch(int value) {
+extern "C" __declspec(dllexport) int ThrowAndCatch() {
   try {
-    throw value;
+    throw 7;
   } catch (int caught) {
     return caught;
   }

@@ -1,21 +1,13 @@
 #include "tests/windows/hasty_user.h"
 
-#include <functional>
-
 namespace ard::windows::testing {
 namespace {
 
 HastyUser* current = nullptr;
 
-using Visit = std::function<bool(HWND)>;
-
-BOOL CALLBACK VisitVisible(HWND window, LPARAM visit) {
-  return !IsWindowVisible(window) || (*reinterpret_cast<const Visit*>(visit))(window);
-}
-
-// From the topmost window down, until `visit` has had enough.
-void VisitWindows(const Visit& visit) {
-  EnumThreadWindows(GetCurrentThreadId(), VisitVisible, reinterpret_cast<LPARAM>(&visit));
+BOOL CALLBACK AddVisible(HWND window, LPARAM windows) {
+  if (IsWindowVisible(window)) reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+  return TRUE;
 }
 
 }  // namespace
@@ -31,12 +23,9 @@ HastyUser::~HastyUser() {
 }
 
 void CALLBACK HastyUser::Look(HWND, UINT, UINT_PTR, DWORD) {
-  HWND front = nullptr;
-  VisitWindows([&](HWND window) {
-    if (IsWindowEnabled(window)) front = window;
-    return !front;
-  });
-  if (front) current->Answer(front);
+  for (const HWND window : VisibleWindows()) {
+    if (IsWindowEnabled(window)) return current->Answer(window);
+  }
 }
 
 void HastyUser::Answer(HWND window) {
@@ -65,10 +54,10 @@ void HastyUser::Answer(HWND window) {
   }
 }
 
-int VisibleWindows() {
-  int count = 0;
-  VisitWindows([&](HWND) { return ++count > 0; });
-  return count;
+std::vector<HWND> VisibleWindows() {
+  std::vector<HWND> windows;
+  EnumThreadWindows(GetCurrentThreadId(), AddVisible, reinterpret_cast<LPARAM>(&windows));
+  return windows;
 }
 
 }  // namespace ard::windows::testing

@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <map>
+#include <vector>
 
 namespace ard::windows::testing {
 
@@ -34,8 +35,8 @@ class HastyUser {
   std::map<HWND, Step> next_;
 };
 
-// How many windows of the calling thread are to be seen.
-int VisibleWindows();
+// The windows of the calling thread that are to be seen, from the topmost down.
+std::vector<HWND> VisibleWindows();
 
 }  // namespace ard::windows::testing
 

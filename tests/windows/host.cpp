@@ -6,12 +6,6 @@ namespace ard::windows::testing {
 
 std::wstring company_folder;
 
-GUID Id(const wchar_t* text) {
-  GUID id = {};
-  CLSIDFromString(text, &id);
-  return id;
-}
-
 std::wstring Text(REFGUID id) {
   wchar_t text[39];
   StringFromGUID2(id, text, ARRAYSIZE(text));
@@ -37,26 +31,6 @@ ComPtr<IDispatch> CreateObject(const std::wstring& prog_id) {
                      reinterpret_cast<void**>(object.Receive()));
   }
   return object;
-}
-
-ScopedVariant Variant(std::wstring_view text) {
-  ScopedVariant variant;
-  variant.vt = VT_BSTR;
-  variant.bstrVal = NewBstr(text);
-  return variant;
-}
-ScopedVariant Variant(const wchar_t* text) { return Variant(std::wstring_view(text)); }
-ScopedVariant Variant(long value) {
-  ScopedVariant variant;
-  variant.vt = VT_I4;
-  variant.lVal = value;
-  return variant;
-}
-ScopedVariant Variant(IDispatch* object) {
-  ScopedVariant variant;
-  variant.vt = VT_DISPATCH;
-  variant.pdispVal = ComPtr(object).Detach();
-  return variant;
 }
 
 HRESULT LateBound::Invoke(const wchar_t* member, WORD flags, std::vector<ScopedVariant> arguments,

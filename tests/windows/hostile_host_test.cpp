@@ -107,29 +107,6 @@ TEST(Callbacks, MayComeFromTheRelease) {
   customers.Put(L"ArdWorkspace", Variant(static_cast<IDispatch*>(nullptr)));
 }
 
-TEST(Module, StaysLoadedWhileAnObjectLivesWhateverTheHostUnlocks) {
-  const Dll dll(LibraryPath());
-  const auto can_unload = dll.Export<NoArguments>("DllCanUnloadNow");
-  ComPtr<IClassFactory> factory;
-  ASSERT_EQ(dll.Export<GetClassObject>("DllGetClassObject")(
-                CLSID_Customers, IID_IClassFactory, reinterpret_cast<void**>(factory.Receive())),
-            S_OK);
-  factory->LockServer(FALSE);
-  EXPECT_EQ(can_unload(), S_FALSE) << "a class object is in use";
-  factory->LockServer(TRUE);
-  factory->LockServer(TRUE);
-  factory->LockServer(FALSE);
-  factory = ComPtr<IClassFactory>();
-  EXPECT_EQ(can_unload(), S_FALSE) << "one lock is left";
-  ASSERT_EQ(dll.Export<GetClassObject>("DllGetClassObject")(
-                CLSID_Customers, IID_IClassFactory, reinterpret_cast<void**>(factory.Receive())),
-            S_OK);
-  factory->LockServer(FALSE);
-  factory->LockServer(FALSE);
-  factory = ComPtr<IClassFactory>();
-  EXPECT_EQ(can_unload(), S_OK);
-}
-
 // Has a module call `replacement` where it would call a function of the system's.
 void Replace(HMODULE module, FARPROC function, void* replacement) {
   auto* const base = reinterpret_cast<BYTE*>(module);
@@ -195,7 +172,7 @@ TEST(LateBinding, NeedsNoTypeLibrary) {
       SCOPED_TRACE(ToUtf8(identity.name));
       const LateBound object(CreateObject(ProgId(identity)));
       ComPtr<ITypeInfo> described;
-      library->GetTypeInfoOfGuid(Id(identity.interface_id), described.Receive());
+      library->GetTypeInfoOfGuid(identity.interface_id, described.Receive());
       ExpectTheSameIds(object.get(), described.get());
       EXPECT_EQ(object.Ask(L"ArdWorkspace").vt, VT_DISPATCH);
       EXPECT_EQ(type_libraries_loaded, round - 1);
@@ -229,14 +206,13 @@ TEST(Manifest, IsAllThatAHostNeeds) {
     for (const std::wstring& prog_id : {ProgId(identity), ProgId(identity) + L".1"}) {
       const ComPtr<IDispatch> by_name = CreateObject(prog_id);
       ASSERT_TRUE(by_name) << ToUtf8(prog_id);
-      EXPECT_EQ(by_name->QueryInterface(Id(identity.interface_id),
+      EXPECT_EQ(by_name->QueryInterface(identity.interface_id,
                                         reinterpret_cast<void**>(object.Receive())),
                 S_OK);
     }
-    EXPECT_EQ(
-        CoCreateInstance(Id(identity.class_id), nullptr, CLSCTX_INPROC_SERVER,
-                         Id(identity.interface_id), reinterpret_cast<void**>(object.Receive())),
-        S_OK);
+    EXPECT_EQ(CoCreateInstance(identity.class_id, nullptr, CLSCTX_INPROC_SERVER,
+                               identity.interface_id, reinterpret_cast<void**>(object.Receive())),
+              S_OK);
   }
   ComPtr<ITypeLib> library;
   EXPECT_EQ(LoadRegTypeLib(LIBID_ArdObjects100, 1, 0, 0, library.Receive()), S_OK);
@@ -275,22 +251,11 @@ TEST(Manifest, ServesOtherApartments) {
 }
 
 class Unregistered : public ::testing::Environment {
-  void SetUp() override {
-    ASSERT_EQ(OleInitialize(nullptr), S_OK);
-    ASSERT_EQ(Dll(LibraryPath()).Export<NoArguments>("DllUnregisterServer")(), S_OK);
-  }
-  void TearDown() override {
-    EXPECT_EQ(Dll(LibraryPath()).Export<NoArguments>("DllRegisterServer")(), S_OK);
-    OleUninitialize();
-  }
+  void SetUp() override { ASSERT_EQ(Dll(LibraryPath()).Call("DllUnregisterServer"), S_OK); }
+  void TearDown() override { EXPECT_EQ(Dll(LibraryPath()).Call("DllRegisterServer"), S_OK); }
 };
+[[maybe_unused]] const auto* const kUnregistered =
+    ::testing::AddGlobalTestEnvironment(new Unregistered);
 
 }  // namespace
 }  // namespace ard::windows
-
-int wmain(int count, wchar_t** arguments) {
-  ::testing::InitGoogleTest(&count, arguments);
-  ard::windows::testing::company_folder = arguments[1];
-  ::testing::AddGlobalTestEnvironment(new ard::windows::Unregistered);
-  return RUN_ALL_TESTS();
-}

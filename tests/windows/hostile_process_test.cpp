@@ -32,11 +32,9 @@ using benchmarks::Heaps;
 
 template <class Interface>
 ComPtr<Interface> Create(const Dll& library, REFCLSID class_id) {
-  ComPtr<IClassFactory> factory;
   ComPtr<Interface> object;
-  library.Export<GetClassObject>("DllGetClassObject")(class_id, IID_IClassFactory,
-                                                      reinterpret_cast<void**>(factory.Receive()));
-  factory->CreateInstance(nullptr, __uuidof(Interface), reinterpret_cast<void**>(object.Receive()));
+  library.Factory(class_id)->CreateInstance(nullptr, __uuidof(Interface),
+                                            reinterpret_cast<void**>(object.Receive()));
   return object;
 }
 
@@ -62,8 +60,6 @@ void Describe(const Dll& library) {
 
 // ---- Other run-time libraries ----
 
-int Caught(const Dll& plugin) { return plugin.Export<int (*)(int)>("ThrowAndCatch")(7); }
-
 // Whichever comes first, and whichever goes first; and so does the simulated engine.
 TEST(BesideAPlugIn, BothThrowAndCatch) {
   for (const bool plugin_first : {true, false}) {
@@ -75,11 +71,11 @@ TEST(BesideAPlugIn, BothThrowAndCatch) {
       ASSERT_TRUE(*plugin);
       Fail(*library);
       EXPECT_EQ(LateBound(CreateObject(L"ArdSimulator.Engine")).Ask(L"Open", L"?").vt, VT_ERROR);
-      EXPECT_EQ(Caught(*plugin), 7);
+      EXPECT_EQ(plugin->Call("ThrowAndCatch"), 7);
       (plugin_stays ? library : plugin).reset();
       if (library) Fail(*library);
       if (plugin) {
-        EXPECT_EQ(Caught(*plugin), 7);
+        EXPECT_EQ(plugin->Call("ThrowAndCatch"), 7);
       }
     }
   }
@@ -131,7 +127,7 @@ TEST_P(Cycles, LeaveNothing) {
       }
       Fail(*library);
       if (i % 10 == 0) Describe(*library);
-      EXPECT_EQ(library->Export<NoArguments>("DllCanUnloadNow")(), S_OK);
+      EXPECT_EQ(library->Call("DllCanUnloadNow"), S_OK);
       library.reset();
       ASSERT_EQ(GetModuleHandleW(LibraryPath().c_str()), nullptr);
     }
@@ -266,8 +262,8 @@ class Meddler : public ForeignObject {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
                                    EXCEPINFO*, UINT*) override {
     Note();
-    Set(kHosts[3]);
     if (result) *result = Variant(this).Detach();
+    Set(kHosts[3]);
     return S_OK;
   }
 
@@ -326,16 +322,16 @@ TEST(VersionInformation, IsThatOfTheProject) {
   }
 }
 
+// As a host with windows has them; so that it is the library alone that comes and goes.
+class SystemLibraries : public ::testing::Environment {
+  void SetUp() override {
+    for (const wchar_t* name : {L"comctl32", L"comdlg32", L"shell32", L"uxtheme"}) {
+      LoadLibraryW(name);
+    }
+  }
+};
+[[maybe_unused]] const auto* const kSystemLibraries =
+    ::testing::AddGlobalTestEnvironment(new SystemLibraries);
+
 }  // namespace
 }  // namespace ard::windows
-
-int wmain(int count, wchar_t** arguments) {
-  ::testing::InitGoogleTest(&count, arguments);
-  ard::windows::testing::company_folder = arguments[1];
-  CoInitialize(nullptr);
-  // As a host with windows has them; so that it is the library alone that comes and goes.
-  for (const wchar_t* name : {L"comctl32", L"comdlg32", L"shell32", L"uxtheme"}) LoadLibraryW(name);
-  const int result = RUN_ALL_TESTS();
-  CoUninitialize();
-  return result;
-}

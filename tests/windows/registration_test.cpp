@@ -40,12 +40,12 @@ bool HoldsOurKeys(const std::wstring& path) {
       kClassesKey + L"CLSID", kClassesKey + L"Interface", kClassesKey + L"TypeLib",
       kClassesKey + L"AppID"};
   if (kParents.contains(path)) return true;
-  const auto mentions = [&](const wchar_t* text) {
-    return FindStringOrdinal(FIND_FROMSTART, path.c_str(), -1, text, -1, TRUE) >= 0;
+  const auto mentions = [&](const std::wstring& text) {
+    return FindStringOrdinal(FIND_FROMSTART, path.c_str(), -1, text.c_str(), -1, TRUE) >= 0;
   };
   return mentions(L"ArdObjects100") || mentions(kLibraryId) ||
          std::ranges::any_of(kClasses, [&](const ClassIdentity& identity) {
-           return mentions(identity.class_id) || mentions(identity.interface_id);
+           return mentions(Text(identity.class_id)) || mentions(Text(identity.interface_id));
          });
 }
 
@@ -109,7 +109,7 @@ const Scope kScopes[] = {{"machine", HKEY_LOCAL_MACHINE, nullptr},
 class Registration : public ::testing::Test {
  protected:
   HRESULT Install(const Scope& scope, bool install) {
-    return dll_.Export<testing::Install>("DllInstall")(install, scope.argument);
+    return dll_.Call<BOOL, const wchar_t*>("DllInstall", install, scope.argument);
   }
   void TearDown() override {
     Install(kScopes[1], false);
@@ -140,17 +140,18 @@ TEST_F(Registration, IsCompleteAndLeavesNothing) {
     Snapshot after = Classes(scope.root, kOwnView);
 
     for (const ClassIdentity& identity : kClasses) {
-      const std::wstring class_key = kClassesKey + L"CLSID\\" + identity.class_id;
-      const std::wstring interface_key = kClassesKey + L"Interface\\" + identity.interface_id;
+      const std::wstring class_id = Text(identity.class_id);
+      const std::wstring class_key = kClassesKey + L"CLSID\\" + class_id;
+      const std::wstring interface_key = kClassesKey + L"Interface\\" + Text(identity.interface_id);
       const std::wstring prog_id = ProgId(identity);
       const std::wstring about = after[class_key + L"@"];
       EXPECT_TRUE(about.starts_with(L"Core Accounts: ")) << ToUtf8(about);
       const std::pair<std::wstring, std::wstring> values[] = {
           {kClassesKey + prog_id + L"@", about},
-          {kClassesKey + prog_id + L"\\CLSID@", identity.class_id},
+          {kClassesKey + prog_id + L"\\CLSID@", class_id},
           {kClassesKey + prog_id + L"\\CurVer@", prog_id + L".1"},
           {kClassesKey + prog_id + L".1@", about},
-          {kClassesKey + prog_id + L".1\\CLSID@", identity.class_id},
+          {kClassesKey + prog_id + L".1\\CLSID@", class_id},
           {class_key + L"@AppID", kLibraryId},
           {class_key + L"\\InprocServer32@", LibraryPath()},
           {class_key + L"\\InprocServer32@ThreadingModel", L"Apartment"},
@@ -182,7 +183,7 @@ TEST_F(Registration, IsCompleteAndLeavesNothing) {
 // What the library's copy for the other platform has registered, and what both share.
 TEST_F(Registration, LeavesTheOtherPlatformAlone) {
   const Scope& machine = kScopes[0];
-  const std::wstring class_key = kClassesKey + L"CLSID\\" + kClasses[0].class_id;
+  const std::wstring class_key = kClassesKey + L"CLSID\\" + Text(kClasses[0].class_id);
   const std::wstring platform_key = kLibraryKey + L"\\1.0\\0\\" + kOtherPlatform;
   const std::wstring prog_id_key = kClassesKey + ProgId(kClasses[0]);
   // That copy may be registered indeed.
@@ -216,14 +217,14 @@ struct Copy {
   Copy() { CopyFileW(LibraryPath().c_str(), path.c_str(), FALSE); }
   ~Copy() { DeleteFileW(path.c_str()); }
   HRESULT Install(bool install) const {
-    return Dll(path).Export<testing::Install>("DllInstall")(install, L"user");
+    return Dll(path).Call<BOOL, const wchar_t*>("DllInstall", install, L"user");
   }
   const std::wstring path = LibraryPath() + L".copy.dll";
 };
 
 TEST_F(Registration, ThatFailsPutsBackWhatWasThere) {
   const Scope& user = kScopes[1];
-  const std::wstring obstacle = kClassesKey + L"CLSID\\" + kClasses[6].class_id;
+  const std::wstring obstacle = kClassesKey + L"CLSID\\" + Text(kClasses[6].class_id);
   const Copy copy;
   for (const bool registered : {false, true}) {
     SCOPED_TRACE(registered);
@@ -264,7 +265,7 @@ TEST_F(Registration, BelongsToTheCopyThatCameLast) {
 }
 
 TEST_F(Registration, RefusesOtherArguments) {
-  EXPECT_EQ(dll_.Export<testing::Install>("DllInstall")(TRUE, L"everybody"), E_INVALIDARG);
+  EXPECT_EQ(Install({"", nullptr, L"everybody"}, true), E_INVALIDARG);
 }
 
 // In a folder with a long name beyond ASCII, so that the whole path is longer than most.
@@ -278,33 +279,34 @@ TEST(Unloading, HappensOnceNothingIsInUse) {
   {
     const Dll dll(path);
     ASSERT_TRUE(dll);
-    const auto get_class_object = dll.Export<GetClassObject>("DllGetClassObject");
-    const auto can_unload = dll.Export<NoArguments>("DllCanUnloadNow");
+    const auto can_unload = [&] { return dll.Call("DllCanUnloadNow"); };
+    void* none = &none;
+    const auto get_no_class = [&](REFCLSID class_id, REFIID iid) {
+      return dll.Call<REFCLSID, REFIID, void**>("DllGetClassObject", class_id, iid, &none);
+    };
+    EXPECT_EQ(get_no_class(IID_IUnknown, IID_IClassFactory), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(get_no_class(CLSID_Customers, IID_IDispatch), E_NOINTERFACE);
+    EXPECT_EQ(none, nullptr);
     EXPECT_EQ(can_unload(), S_OK);
 
-    ComPtr<IClassFactory> factory;
-    void* none = &none;
-    EXPECT_EQ(get_class_object(IID_IUnknown, IID_IClassFactory, &none), CLASS_E_CLASSNOTAVAILABLE);
-    EXPECT_EQ(none, nullptr);
-    EXPECT_EQ(get_class_object(CLSID_Customers, IID_IDispatch, &none), E_NOINTERFACE);
-    EXPECT_EQ(can_unload(), S_OK);
-    ASSERT_EQ(get_class_object(CLSID_Customers, IID_IClassFactory,
-                               reinterpret_cast<void**>(factory.Receive())),
-              S_OK);
-    EXPECT_EQ(can_unload(), S_FALSE);
+    ComPtr<IClassFactory> factory = dll.Factory(CLSID_Customers);
+    ASSERT_TRUE(factory);
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IClassFactory, &none), E_NOINTERFACE);
+    factory->LockServer(FALSE);  // a lock that nobody has made
+    EXPECT_EQ(can_unload(), S_FALSE) << "a class object is in use";
     ComPtr<IDispatch> object;
     ASSERT_EQ(
         factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(object.Receive())),
         S_OK);
-    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IClassFactory, &none), E_NOINTERFACE);
-    factory->LockServer(TRUE);
+    factory = ComPtr<IClassFactory>();
+    EXPECT_EQ(can_unload(), S_FALSE) << "an object is";
     // By name: with the type library of this copy.
     EXPECT_EQ(LateBound(object).Ask(L"GetName", L"A").vt, VT_BSTR);
     object = ComPtr<IDispatch>();
-    EXPECT_EQ(can_unload(), S_FALSE);
-    factory->LockServer(FALSE);
-    EXPECT_EQ(can_unload(), S_FALSE);
-    factory = ComPtr<IClassFactory>();
+    EXPECT_EQ(can_unload(), S_OK);
+    for (const bool locked : {true, true, false}) dll.Factory(CLSID_Customers)->LockServer(locked);
+    EXPECT_EQ(can_unload(), S_FALSE) << "one lock is left";
+    for (int i = 0; i < 2; ++i) dll.Factory(CLSID_Customers)->LockServer(FALSE);
     EXPECT_EQ(can_unload(), S_OK);
   }
   EXPECT_EQ(GetModuleHandleW(path.c_str()), nullptr);

@@ -5,31 +5,17 @@
 #
 #   samples_test.sh ARCHITECTURE
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=tools/console.sh
-source tools/console.sh
-# shellcheck source=tools/wine.sh
-source tools/wine.sh
-# shellcheck source=tools/display.sh
-source tools/display.sh
-# shellcheck source=tools/drive.sh
-source tools/drive.sh
+# shellcheck source=tests/windows/suite.sh
+source "$(dirname "${BASH_SOURCE[0]}")/suite.sh"
 # shellcheck source=tools/free_pascal.sh
 source tools/free_pascal.sh
 
-ARCH="$1"
 SECONDS_ALLOWED=120
 INTEROP="$BUILD/windows-$ARCH/src/windows"
 PROGRAMS="$(windows_path "$BUILD/windows-$ARCH/bin")"
-FOLDER="$(mktemp -d "$BUILD/samples-$ARCH.XXXXXX")"
-trap 'rm -rf "$FOLDER"' EXIT
-wine_use "$WINEPREFIX"
 cp -r examples/company "$FOLDER/company"
 sqlite3 "$FOLDER/host.db" <examples/host_database.sql
 SETTINGS=("$(windows_path "$FOLDER/company")" "Driver=SQLite3;Database=$FOLDER/host.db")
-passed=0
-failed=0
-skipped=0
 
 # What its user does: logs on, takes the customer on which the list opens, and no product.
 work_dialogs() {
@@ -52,18 +38,13 @@ sample() {
   work_dialogs || status=1
   # One that still waits for its user is ended at its time limit: the next must not see its windows.
   wait "$!" || status=1
-  judge "$1" "$status"
+  judge "$1" printed_the_same "$status"
 }
 
-judge() {
-  if tr -d '\r' <"$FOLDER/output.txt" | diff examples/first_host.txt - &&
-    diff -r -x company.lock examples/company "$FOLDER/company" && (($2 == 0)); then
-    ((passed += 1))
-    say "$1 prints the same"
-  else
-    ((failed += 1))
-    say "$1 failed"
-  fi
+# printed_the_same STATUS
+printed_the_same() {
+  tr -d '\r' <"$FOLDER/output.txt" | diff examples/first_host.txt - &&
+    diff -r -x company.lock examples/company "$FOLDER/company" && (($1 == 0))
 }
 
 # pascal_sample SOURCE OPTION...
@@ -78,18 +59,9 @@ pascal_sample() {
 python_sample() {
   local status=0
   python3 tests/windows/python_stand_in.py "$1" tools src/windows/server/ArdObjects100.idl \
-    "$BUILD/native-debug/bin/ard_console" "$FOLDER/company" "$FOLDER/host.db" examples/python/first_host.py \
+    "$PROMPT" "$FOLDER/company" "$FOLDER/host.db" examples/python/first_host.py \
     >"$FOLDER/output.txt" || status=$?
-  judge "Python with $1" "$status"
-}
-
-compiles() {
-  if "${@:2}"; then
-    ((passed += 1))
-  else
-    ((failed += 1))
-    say "$1 does not compile"
-  fi
+  judge "Python with $1" printed_the_same "$status"
 }
 
 # What VBScript understands of the VBA module.
@@ -117,7 +89,7 @@ sample VBA wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/first_host.vbs"
 sample "C++" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\example_host.exe"
 sample "C++ with #import" wine_run "$SECONDS_ALLOWED" "$PROGRAMS\\import_host.exe"
 if pascal_missing; then
-  ((skipped += 2))
+  ((SKIPPED += 2))
 else
   pascal_sample freepascal/first_host.pp
   pascal_sample delphi/first_host.dpr -Mdelphi "-Fu$INTEROP"
@@ -126,10 +98,9 @@ fi
 if [[ "$ARCH" == x64 ]]; then
   python_sample win32com
   python_sample comtypes
-  compiles "C#" mcs "-out:$FOLDER/first_host.exe" -r:Microsoft.CSharp.dll examples/csharp/first_host.cs \
+  judge "C#" mcs "-out:$FOLDER/first_host.exe" -r:Microsoft.CSharp.dll examples/csharp/first_host.cs \
     "$INTEROP/ArdObjects100.cs"
-  compiles "C#, dynamic" mcs "-out:$FOLDER/dynamic_host.exe" -r:Microsoft.CSharp.dll \
+  judge "C#, dynamic" mcs "-out:$FOLDER/dynamic_host.exe" -r:Microsoft.CSharp.dll \
     examples/csharp/dynamic_host.cs
 fi
-say "$passed passed, $failed failed, $skipped skipped"
-((failed == 0))
+finish

@@ -5,25 +5,13 @@
 #
 #   sharing_test.sh ARCHITECTURE
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=tools/console.sh
-source tools/console.sh
-# shellcheck source=tools/wine.sh
-source tools/wine.sh
-# shellcheck source=tools/display.sh
-source tools/display.sh
-
-ARCH="$1"
+# shellcheck source=tests/windows/suite.sh
+source "$(dirname "${BASH_SOURCE[0]}")/suite.sh"
 EACH=20
 SECONDS_ALLOWED=60
-PROMPT="$BUILD/native-debug/bin/ard_console"
-FOLDER="$(mktemp -d "$BUILD/sharing-$ARCH.XXXXXX")"
-trap 'rm -rf "$FOLDER"' EXIT
-wine_use "$WINEPREFIX"
-STATUS=0
 
-printf 'STOCK_CODE:text(8)\tQTY_IN_STOCK:double\tQTY_ALLOCATED:double\nBOLT\t99999\t0\nNUT\t7\t3\n' \
-  >"$FOLDER/StockData.table"
+STOCK=$'STOCK_CODE:text(8)\tQTY_IN_STOCK:double\tQTY_ALLOCATED:double'
+printf '%s\nBOLT\t99999\t0\nNUT\t7\t3\n' "$STOCK" >"$FOLDER/StockData.table"
 printf 'LOGON_NAME:text(30)\tEMPTY_FLAG:boolean\n' >"$FOLDER/QueueData.table"
 printf 'NAME:text(30)\nANN\nBOB\n' >"$FOLDER/AccessData.table"
 mkdir -p "$FOLDER/broken/SalesData.table"
@@ -57,7 +45,7 @@ Loop
 WScript.Echo made
 VBS
 
-# The answer of the prompt.
+# expect ANSWER QUESTION: of the prompt.
 ask() {
   local echoed answer
   printf '? %s\n' "$1" >&"${HOST[1]}"
@@ -65,20 +53,17 @@ ask() {
   read -r -t "$SECONDS_ALLOWED" answer <&"${HOST[0]}"
   printf '%s' "$answer"
 }
-
-# expect ANSWER QUESTION
 expect() {
   local answer
   answer="$(ask "$2")"
-  if [[ "$answer" != "$1" ]]; then
-    say "$2 is $answer, not $1"
-    STATUS=1
-  fi
+  judge "$2, which is $answer," test "$answer" == "$1"
+}
+writes() {
+  diff <(tr -d '\r' <"$FOLDER/$1") <(printf '%s\n' "${@:2}")
 }
 
 coproc HOST { "$PROMPT" "$FOLDER"; }
 expect True 'Messaging.LogonUser("MANAGER", "")'
-scripts=()
 for user in ann bob; do
   # Wine's script host cannot read a script that another one is just opening.
   cp "$FOLDER/host.vbs" "$FOLDER/$user.vbs"
@@ -86,25 +71,17 @@ for user in ann bob; do
     "$EACH" >"$FOLDER/$user.txt" 2>&1 </dev/null &
   scripts+=($!)
 done
-for user in ann bob; do
-  wait_until "$SECONDS_ALLOWED" test -f "$FOLDER/$user.seen" || STATUS=1
-done
+for user in ann bob; do judge "$user" wait_until "$SECONDS_ALLOWED" test -f "$FOLDER/$user.seen"; done
 expect 3 'General.GetNumActiveUsers()'
 touch "$FOLDER/go"
 made=0
 while ((made < EACH)); do
   if [[ "$(ask 'Products.UpdateAllocQty("BOLT", 1)')" == True ]]; then ((made += 1)); fi
 done
-for script in "${scripts[@]}"; do wait "$script" || STATUS=1; done
-for user in ann bob; do
-  tr -d '\r' <"$FOLDER/$user.txt" |
-    diff <(printf '%s\n' 'SalesData.table: Is a directory' "$EACH") - || STATUS=1
-done
-
+for script in "${scripts[@]}"; do judge "a script" wait "$script"; done
+for user in ann bob; do judge "$user" writes "$user.txt" 'SalesData.table: Is a directory' "$EACH"; done
 expect "Allocated = $((3 * EACH)), OnOrder = 0" 'Products.GetAllocOnOrder("BOLT")'
 expect 1 'General.GetNumActiveUsers()'
-diff <(printf '%s\n' $'BOLT\t99999\t'$((3 * EACH)) $'NUT\t7\t3') \
-  <(tail -n +2 "$FOLDER/StockData.table") || STATUS=1
-((STATUS == 0)) || cat "$FOLDER"/*.txt
-if ((STATUS == 0)); then say "7 passed, 0 failed"; fi
-exit "$STATUS"
+judge "what is stored" writes StockData.table "$STOCK" $'BOLT\t99999\t'$((3 * EACH)) $'NUT\t7\t3'
+((FAILED == 0)) || cat "$FOLDER"/*.txt
+finish

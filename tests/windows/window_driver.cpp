@@ -91,26 +91,6 @@ void AnswerQuestions() {
   PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
 }
 
-// Under Wine, the window manager at times gives a new window back the size that it was created
-// with; so its windows are kept from window managers. Wine reads this before the first window
-// opens.
-class WithoutWindowManager : public ::testing::Environment {
-  void SetUp() override {
-    HKEY wine = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Wine", 0, KEY_WRITE, &wine) != ERROR_SUCCESS) {
-      return;
-    }
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program = std::wstring(path).substr(std::wstring(path).rfind(L'\\') + 1);
-    RegSetKeyValueW(wine, (L"AppDefaults\\" + program + L"\\X11 Driver").c_str(), L"Managed",
-                    REG_SZ, L"N", 2 * sizeof(wchar_t));
-    RegCloseKey(wine);
-  }
-};
-[[maybe_unused]] const ::testing::Environment* const kEnvironment =
-    ::testing::AddGlobalTestEnvironment(new WithoutWindowManager);
-
 }  // namespace
 
 Host::Host() {

@@ -4,6 +4,8 @@
 #define ARD_TESTS_WINDOWS_WINDOW_DRIVER_H_
 
 #include <windows.h>
+// After windows.h.
+#include <commctrl.h>
 
 #include <functional>
 #include <string>
