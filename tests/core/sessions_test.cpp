@@ -8,7 +8,6 @@
 //                                               @Control; @Without, a table that is not there, the
 //                                               Workspace, the Database or the Engine
 //   @Columns AccessData NAME:text(30)|A:double  in place of a table's standard ones
-//   @Table SalesData NAME:text(9)|FAX:long;Ann|1;   the whole table; each line ends with ;
 //   @SQL INSERT INTO ...                        of the host's database
 //   @Ini CorloAddIns AddIn1=x                   in the ini file; or @Set, below the registry path
 //   @User Bob                                   of the machine; nobody without a name
@@ -111,7 +110,6 @@ class Session {
   console::Prompt& Opened() {
     if (prompt_) return *prompt_;
     engine_ = company_.Build();
-    for (const auto& [name, text] : tables_) engine_->company().Parse(name, text, "");
     prompt_ = std::make_unique<console::Prompt>(
         in_, out_,
         console::Stores{without_.contains(L"Workspace") ? nullptr : engine_->workspace(),
@@ -172,8 +170,7 @@ class Session {
       return kind == L"Set" ? machine.SaveSetting(kRegistryPath, section, setting, value)
                             : machine.WriteIni(kIniFile, section, setting, value);
     }
-    const bool named =
-        kinds.contains(kind) || kind == L"Columns" || kind == L"Table" || kind == L"Without";
+    const bool named = kinds.contains(kind) || kind == L"Columns" || kind == L"Without";
     const std::wstring_view name = named ? word() : L"";
     // Fields are named for as long as the company is built.
     const wchar_t* const fields = texts_.emplace_back(line).c_str();
@@ -181,10 +178,6 @@ class Session {
       (company_.*kinds.at(kind))(name, fields);
     } else if (kind == L"Setup") {
       company_.Setup(fields);
-    } else if (kind == L"Table") {
-      std::string& text = tables_[std::wstring(name)] = ToUtf8(line);
-      std::replace(text.begin(), text.end(), '|', '\t');
-      std::replace(text.begin(), text.end(), ';', '\n');
     } else if (kind == L"Control") {
       company_.Control(fields);
     } else if (kind == L"Columns") {
@@ -229,7 +222,6 @@ class Session {
   std::stringstream in_, out_;
   std::unique_ptr<console::Prompt> prompt_;
   std::list<std::wstring> texts_;
-  std::map<std::wstring, std::string> tables_;
   simulator::CompanyBuilder company_;
   std::set<std::wstring> without_;
   std::shared_ptr<simulator::Simulator> engine_;
