@@ -56,7 +56,8 @@ void FillNewRecord(engine::Record& stock, engine::DataFile* setup) {
 // Engines from the tenth generation on offer a service that is to be told of a new product. It is
 // a class of the accounts product that is not there to be called, so the step is only noted.
 void NotePostSave(const Context& context) {
-  if (std::wcstol(engine::EngineVersion(context).c_str(), nullptr, 10) > 9) {
+  const std::wstring generation = engine::EngineVersion(context).substr(0, 2);
+  if (std::wcstol(generation.c_str(), nullptr, 10) > 9) {
     context.trace().Noted({L"Products", L"PostSave"},
                           L"This library does not have the engine's post-save service.");
   }
