@@ -1,6 +1,10 @@
 #include "benchmarks/by_hand.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <cwchar>
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -56,6 +60,68 @@ double TextLookUpByHand(engine::Workspace& workspace) {
     const std::wstring description = product.Item(L"DESCRIPTION"sv)->GetValue().ToText();
     return static_cast<double>(Trimmed(description).size());
   });
+}
+
+template <std::size_t kLines>
+double NamesByHand(engine::Workspace& workspace, std::wstring_view data_file) {
+  static std::array<std::wstring, kLines> lines;
+  const auto data = workspace.CreateDataFile(data_file);
+  data->Open(engine::Mode::kQuery);
+  std::size_t length = 0;
+  for (std::size_t n = 0; n < kLines; ++n) {
+    data->Read(static_cast<std::int32_t>(n));
+    const std::wstring name = data->GetFields()->Item(L"NAME"sv)->GetValue().ToText();
+    lines[n] = std::to_wstring(n) + L"   " + std::wstring(Trimmed(name));
+    length += lines[n].size();
+  }
+  data->Close();
+  return static_cast<double>(length);
+}
+double CategoriesByHand(engine::Workspace& workspace) {
+  return NamesByHand<4>(workspace, L"StockCategory"sv);
+}
+double DepartmentsByHand(engine::Workspace& workspace) {
+  return NamesByHand<2>(workspace, L"DepartmentData"sv);
+}
+
+double TaxCodesByHand(engine::Workspace& workspace) {
+  static std::array<std::wstring, 12> lines;
+  const auto control = workspace.CreateDataFile(L"ControlData"sv);
+  control->Open(engine::Mode::kQuery);
+  control->Read(1);
+  const auto fields = control->GetFields();
+  std::size_t length = 0;
+  for (std::size_t n = 0; n < lines.size(); ++n) {
+    const std::wstring label = L"T" + std::to_wstring(n);
+    wchar_t rate[40];
+    std::swprintf(rate, std::size(rate), L"%.2f", NumberOf(*fields, label + L"_RATE"));
+    lines[n] = label + (n < 10 ? L"   " : L" ") + rate;
+    length += lines[n].size();
+  }
+  control->Close();
+  return static_cast<double>(length);
+}
+
+double FirstOtherByHand(engine::Workspace& workspace) {
+  std::wstring user = L"ANN";
+  std::wstring machine;
+  const auto queue = workspace.CreateDataFile(L"QueueData"sv);
+  queue->Open(engine::Mode::kRead);
+  const std::int32_t slots = queue->Count();
+  std::size_t users = 0;
+  for (std::int32_t slot = 1; slot <= slots; ++slot) {
+    if (!queue->Read(slot)) continue;
+    const auto fields = queue->GetFields();
+    const std::wstring name = fields->Item(L"LOGON_NAME"sv)->GetValue().ToText();
+    if (Trimmed(name).empty()) continue;
+    if (fields->Item(L"EMPTY_FLAG"sv)->GetValue().ToBoolean()) continue;
+    ++users;
+    if (!machine.empty() || Trimmed(name) == user) continue;
+    user = Trimmed(name);
+    machine = Trimmed(fields->Item(L"STATION_NAME"sv)->GetValue().ToText());
+  }
+  queue->Close();
+  return static_cast<double>(users + user.size() + machine.size());
 }
 
 double WalkByHand(engine::Workspace& workspace) {
@@ -128,12 +194,17 @@ double PriceByHand(engine::Workspace& workspace) {
   return selling;
 }
 
-constexpr SequenceByHand kSequences[] = {{L"Customers.GetName", KeyedReadByHand, 7},
-                                         {L"Products.GetSellPrice", PriceLookUpByHand, 50},
-                                         {L"Products.GetDesc", TextLookUpByHand, 4},
-                                         {L"General.GetNumActiveUsers", WalkByHand, 2},
-                                         {L"Customers.GetDiscPercent, table", DiscountByHand, 12.5},
-                                         {L"Products.GetSpecialPrice", PriceByHand, 45}};
+constexpr SequenceByHand kSequences[] = {
+    {L"Customers.GetName", KeyedReadByHand, 7},
+    {L"Products.GetSellPrice", PriceLookUpByHand, 50},
+    {L"Products.GetDesc", TextLookUpByHand, 4},
+    {L"General.GetNumActiveUsers", WalkByHand, 2},
+    {L"Customers.GetDiscPercent, table", DiscountByHand, 12.5},
+    {L"Products.GetSpecialPrice", PriceByHand, 45},
+    {L"General.GetCategories", CategoriesByHand, 34, true},
+    {L"General.GetDepartments", DepartmentsByHand, 18, true},
+    {L"General.GetTaxCodes", TaxCodesByHand, 107, true},
+    {L"General.GetNumActiveUsersInclDet", FirstOtherByHand, 8, true}};
 
 }  // namespace
 

@@ -1,4 +1,5 @@
-// What a host would write that asks the engine itself: what a replay costs is held to these.
+// What a host would write that asks the engine itself. What a replay costs is held to these; and so
+// is a member that makes texts out of what it reads, which a replay does not.
 #ifndef ARD_BENCHMARKS_BY_HAND_H_
 #define ARD_BENCHMARKS_BY_HAND_H_
 
@@ -12,7 +13,8 @@ namespace ard::benchmarks {
 struct SequenceByHand {
   std::wstring_view member;  // that asks for the same
   double (*run)(engine::Workspace& workspace);
-  double answer;  // a number, or the length of a text
+  double answer;  // a number, or the length of the texts
+  bool makes_texts = false;
 };
 std::span<const SequenceByHand> SequencesByHand();
 

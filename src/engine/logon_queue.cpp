@@ -15,7 +15,8 @@ LogonQueue::LogonQueue(const Context& context)
 
 bool LogonQueue::Next() {
   while (slot_ < slots_) {
-    if (!queue_.Read(++slot_) || !queue_.Get(kName, name_) || name().empty()) continue;
+    if (!queue_.Read(++slot_) || !queue_.Get(kName, name_)) continue;
+    if (name_.find_first_not_of(L' ') == std::wstring::npos) continue;
     bool empty = true;
     queue_.Get(kEmptyFlag, empty);
     if (!empty) return true;

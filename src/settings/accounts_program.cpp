@@ -167,7 +167,9 @@ std::wstring General::GetF11Program() const noexcept {
 bool General::IsArdExclusive(std::wstring_view path) const noexcept {
   return Call<bool>(L"IsArdExclusive", {path}, [&](bool& exclusive) {
     exclusive = true;
-    std::wstring file(path);
+    std::wstring file;
+    file.reserve(path.size() + 1 + kRegister.size());
+    file = path;
     if (!file.ends_with(L'\\')) file += L'\\';
     Trim(file);
     file += kRegister;
