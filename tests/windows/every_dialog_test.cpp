@@ -332,17 +332,20 @@ TEST_F(EveryDialogTest, TheLogonShowsWhatItsFormHasAndHidesThePassword) {
 }
 
 TEST_F(EveryDialogTest, AQuestionIsAnsweredByAKey) {
-  for (const auto& [key, choice] :
-       {std::pair(L"{A}", Choice::kAbort), {L"{R}", Choice::kRetry}, {L"{I}", Choice::kIgnore}}) {
+  const struct {
+    const wchar_t* key;
+    Choice choice;
+  } cases[] = {{L"{A}", Choice::kAbort}, {L"{R}", Choice::kRetry}, {L"{I}", Choice::kIgnore}};
+  for (const auto& c : cases) {
     std::optional<Choice> chosen;
     Work(
         L"A question",
         [&] { chosen = environment_.AskWhatToDo(L"What?\r\n\r\nAnd why?", L"A question"); },
         [&](HWND box) {
           EXPECT_EQ(TextOf(GetDlgItem(box, 0xFFFF)), L"What?\r\n\r\nAnd why?");
-          Keys(key);
+          Keys(c.key);
         });
-    EXPECT_EQ(chosen, choice);
+    EXPECT_EQ(chosen, c.choice);
   }
 }
 

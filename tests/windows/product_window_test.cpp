@@ -228,15 +228,15 @@ TEST_F(ProductWindowTest, TheInputBoxReturnsWhatWasConfirmed) {
                {L"x{Esc}", L""},
                {L"x{Tab}{Tab}{Enter}", L""},
                {L"x{Alt+F4}", L""}};
-  for (const auto& [keys, expected] : cases) {
+  for (const auto& c : cases) {
     std::wstring answer = L"?";
     Work(
         L"Input", [&] { answer = environment_.InputBox(L"A & B:", L"Input"); },
         [&](HWND window) {
-          Keys(keys);
+          Keys(c.keys);
           ExpectClosed(window);
         });
-    EXPECT_EQ(answer, expected);
+    EXPECT_EQ(answer, c.answer);
   }
 }
 
