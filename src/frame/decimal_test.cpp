@@ -58,7 +58,8 @@ TEST(DecimalTest, FormatsWithFixedPlacesRoundingHalfAwayFromZero) {
                {1.23456789012345e-10, 12, L"0.000000000123"},
                // The most places that a decimal has, and one more.
                {1.11111111111111e-8, 26, L"0.00000001111111111111110000"},
-               {1.23456789012347e-9, 26, L"0.00000000123456789012347006"}};
+               {1.23456789012347e-9, 26, L"0.00000000123456789012347006"},
+               {-std::numeric_limits<double>::infinity(), 2, L"-inf"}};
   for (const auto& c : cases) EXPECT_EQ(FormatFixed(c.number, c.places), c.text);
 }
 
