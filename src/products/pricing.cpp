@@ -198,6 +198,7 @@ double Products::GetSpecialPrice(std::wstring_view prod_code,
       stock.Get(L"SALES_PRICE", prices.selling);
       stock.Get(L"LAST_PURCHASE_PRICE", prices.cost);
     }
+    price = prices.selling;  // whatever fails from here on
     price = PriceListPrice(context(), prices, prod_code, acc_ref);
   });
 }

@@ -65,5 +65,17 @@ TEST_F(MessagingTest, HoldsTheConnectionThatOpensARecordset) {
   EXPECT_TRUE(messaging_.LogonUser(L"ANN", L""));
 }
 
+TEST_F(MessagingTest, CtrlHeldAsksForANameInPlaceOfTheWindowsAccount) {
+  environment_.settings() = {{L"|Company|AttemptDomainUserLogon", L"1"}};
+  environment_.machine().account_name = L"ANN";
+  for (const bool held : {true, false}) {
+    environment_.machine().ctrl_down = held;
+    const int before = environment_.dialogs_shown();
+    EXPECT_EQ(messaging_.CheckForLogon(true), !held);
+    EXPECT_EQ(environment_.dialogs_shown() - before, held);
+    EXPECT_EQ(engine_->user().empty(), held);
+  }
+}
+
 }  // namespace
 }  // namespace ard::users

@@ -75,6 +75,7 @@ class ScriptedEnvironment : public Environment {
     std::vector<Shortcut> shortcuts;
     std::vector<std::wstring> help_pages;  // that have been opened
     std::wstring account_name;
+    bool ctrl_down = false;
     bool has_help = true;
     int progress_cancelled_at = 0;  // things done
   };
@@ -173,7 +174,7 @@ class ScriptedEnvironment : public Environment {
   }
   bool IsCtrlDown() override {
     Step();
-    return false;
+    return machine_.ctrl_down;
   }
 
   std::unique_ptr<ProgressDisplay> ShowProgress(std::wstring_view title,
