@@ -1,9 +1,11 @@
 #include "benchmarks/by_hand.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cwchar>
+#include <cwctype>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -35,7 +37,29 @@ double KeyedReadByHand(engine::Workspace& workspace) {
       Trimmed(account->GetFields()->Item(L"NAME"sv)->GetValue().ToText()).size());
 }
 
-double LookUpByHand(engine::Workspace& workspace, double (*read)(engine::Fields& product)) {
+// A field's name, as a template argument.
+template <std::size_t n>
+struct FieldName {
+  consteval FieldName(const wchar_t (&literal)[n]) { std::copy_n(literal, n, text); }
+  constexpr std::wstring_view view() const { return {text, n - 1}; }
+  wchar_t text[n];
+};
+template <FieldName field>
+double Number(engine::Fields& product) {
+  return NumberOf(product, field.view());
+}
+template <FieldName field>
+double Text(engine::Fields& product) {
+  return static_cast<double>(product.Item(field.view())->GetValue().ToText().size());
+}
+double Description(engine::Fields& product) {
+  const std::wstring text = product.Item(L"DESCRIPTION"sv)->GetValue().ToText();
+  return static_cast<double>(Trimmed(text).size());
+}
+
+// What the index finds, and the sum of what is read of it.
+template <double (*... read)(engine::Fields& product)>
+double LookUpByHand(engine::Workspace& workspace) {
   const auto index = workspace.CreateIndex(L"StockIndex"sv);
   const auto data = workspace.CreateDataFile(L"StockData"sv);
   double answer = 0;
@@ -43,23 +67,12 @@ double LookUpByHand(engine::Workspace& workspace, double (*read)(engine::Fields&
   data->Open(engine::Mode::kQuery);
   index->SetKey(L"BOLT"sv);
   if (index->Find(engine::Match::kExact) && data->Read(index->RecordNumber())) {
-    answer = read(*data->GetFields());
+    const auto product = data->GetFields();
+    answer = (... + read(*product));
   }
   index->Close();
   data->Close();
   return answer;
-}
-
-double PriceLookUpByHand(engine::Workspace& workspace) {
-  return LookUpByHand(workspace,
-                      [](engine::Fields& product) { return NumberOf(product, L"SALES_PRICE"sv); });
-}
-
-double TextLookUpByHand(engine::Workspace& workspace) {
-  return LookUpByHand(workspace, [](engine::Fields& product) {
-    const std::wstring description = product.Item(L"DESCRIPTION"sv)->GetValue().ToText();
-    return static_cast<double>(Trimmed(description).size());
-  });
 }
 
 template <std::size_t kLines>
@@ -194,17 +207,51 @@ double PriceByHand(engine::Workspace& workspace) {
   return selling;
 }
 
+double AccessByHand(engine::Workspace& workspace) {
+  const auto access = workspace.CreateDataFile(L"AccessData"sv);
+  access->Open(engine::Mode::kRead);
+  std::wstring name(L"EVE");
+  const auto width = access->GetFields()->Item(L"NAME"sv)->GetValue().ToText().size();
+  std::transform(name.begin(), name.end(), name.begin(), std::towupper);
+  name.resize(std::max(width, name.size()), L' ');
+  std::int32_t right = 1;
+  if (access->FindFirst(L"NAME"sv, name)) {
+    right = access->GetFields()->Item(L"BANK_RECORD"sv)->GetValue().ToLong();
+  }
+  access->Close();
+  return right;
+}
+
 constexpr SequenceByHand kSequences[] = {
     {L"Customers.GetName", KeyedReadByHand, 7},
-    {L"Products.GetSellPrice", PriceLookUpByHand, 50},
-    {L"Products.GetDesc", TextLookUpByHand, 4},
     {L"General.GetNumActiveUsers", WalkByHand, 2},
     {L"Customers.GetDiscPercent, table", DiscountByHand, 12.5},
     {L"Products.GetSpecialPrice", PriceByHand, 45},
     {L"General.GetCategories", CategoriesByHand, 34, true},
     {L"General.GetDepartments", DepartmentsByHand, 18, true},
     {L"General.GetTaxCodes", TaxCodesByHand, 107, true},
-    {L"General.GetNumActiveUsersInclDet", FirstOtherByHand, 8, true}};
+    {L"General.GetNumActiveUsersInclDet", FirstOtherByHand, 8, true},
+    {L"cAccessRights.IsUserAllowedAccess", AccessByHand, 1, true},
+    {L"Products.GetDesc", LookUpByHand<Description>, 4, true},
+    {L"Products.GetDept", LookUpByHand<Number<L"DEPT_NUMBER">>, 3, true},
+    {L"Products.GetCategory", LookUpByHand<Number<L"STOCK_CAT">>, 7, true},
+    {L"Products.GetBinLocation", LookUpByHand<Text<L"LOCATION">>, 16, true},
+    {L"Products.GetSupplier", LookUpByHand<Text<L"PURCHASE_REF">>, 8, true},
+    {L"Products.GetSupplierPart", LookUpByHand<Text<L"SUPPLIER_PART_NUMBER">>, 30, true},
+    {L"Products.GetUnitSale", LookUpByHand<Text<L"UNIT_OF_SALE">>, 8, true},
+    {L"Products.GetInStock", LookUpByHand<Number<L"QTY_IN_STOCK">>, 5, true},
+    {L"Products.GetReOrderLevel", LookUpByHand<Number<L"QTY_REORDER_LEVEL">>, 4, true},
+    {L"Products.GetReOrderQty", LookUpByHand<Number<L"QTY_REORDER">>, 20, true},
+    {L"Products.GetLastPurDate", LookUpByHand<Number<L"LAST_PURCHASE_DATE">>, 45000, true},
+    {L"Products.GetSellPrice", LookUpByHand<Number<L"SALES_PRICE">>, 50, true},
+    {L"Products.IsMemberOfCategory", LookUpByHand<Number<L"STOCK_CAT">>, 7, true},
+    {L"Products.GetFreeStock", LookUpByHand<Number<L"QTY_IN_STOCK">, Number<L"QTY_ALLOCATED">>, 12,
+     true},
+    {L"Products.GetAllocOnOrder", LookUpByHand<Number<L"QTY_ALLOCATED">, Number<L"QTY_ON_ORDER">>,
+     9.5, true},
+    {L"Products.GetSupplierOnOrder",
+     LookUpByHand<Text<L"PURCHASE_REF">, Number<L"QTY_ON_ORDER">, Number<L"QTY_REORDER">>, 30.5,
+     true}};
 
 }  // namespace
 

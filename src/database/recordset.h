@@ -34,8 +34,8 @@ class Recordset {
   // Opens `command` on the host's connection.
   void Open(std::wstring_view command, Cursor cursor, Lock lock = Lock::kReadOnly) {
     Attempt(context_.trace(), {kName, L"Open", command}, [&] {
-      target_ = Context::Held(context_.database, L"No database connection has been set.")
-                    ->Open(command, cursor, lock);
+      target_ = context_.database.Needed(L"No database connection has been set.")
+                    .Open(command, cursor, lock);
     });
   }
 
@@ -97,7 +97,7 @@ class Recordset {
     return target_ && Attempt(
                           context_.trace(),
                           [&] {
-                            return Step{kName, {operation, n - 1}};
+                            return Step{kName, operation};
                           },
                           [&] { action(*target_); });
   }

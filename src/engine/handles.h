@@ -64,25 +64,26 @@ class Handle {
           return Step{kWorkspace, kCreate, name};
         },
         [&] {
-          target_ = std::invoke(
-              create, *Context::Held(context.workspace, L"No workspace has been set."), name);
+          target_ =
+              std::invoke(create, context.workspace.Needed(L"No workspace has been set."), name);
         });
+    usable_ = target_.get();
   }
   // Takes an object over that exists already; null when it does not.
   Handle(Trace& trace, Name name, std::unique_ptr<Target> target)
-      : trace_(trace), name_(name), target_(std::move(target)) {}
+      : trace_(trace), name_(name), target_(std::move(target)), usable_(target_.get()) {}
   ~Handle() = default;
 
   // Runs a step, unless there is nothing to run it on.
   template <class Describe, class Action>
   [[gnu::always_inline]] bool Run(Describe&& describe, Action&& action) {
-    return target_ && usable_ && Attempt(trace_, describe, [&] { action(*target_); });
+    return usable_ && Attempt(trace_, describe, [&] { action(*usable_); });
   }
 
   // Operations are literals: their lengths are not counted at every call.
   template <std::size_t n, class Action>
   bool Do(const wchar_t (&operation)[n], Action&& action) {
-    return Run([&] { return Step{name_, {operation, n - 1}}; }, action);
+    return Run([&] { return Step{name_, operation}; }, action);
   }
 
   // Runs a step that tells whether it has done what it is for. False is noted with its reason: no
@@ -91,7 +92,7 @@ class Handle {
   bool Told(const wchar_t (&operation)[n], std::wstring_view why_not, Action&& action) {
     bool told = false;
     if (Do(operation, [&](Target& target) { told = action(target); }) && !told) {
-      trace_.Noted({name_, {operation, n - 1}}, why_not);
+      trace_.Noted({name_, operation}, why_not);
     }
     return told;
   }
@@ -107,7 +108,7 @@ class Handle {
   Trace& trace_;
   std::wstring_view name_;
   std::unique_ptr<Target> target_;
-  bool usable_ = true;  // whether steps make sense: a file has to be open
+  Target* usable_;  // null while steps make no sense: a file has to be open
 };
 
 // A file, or an index: to be opened before anything else is asked of it, and closed on destruction
@@ -116,25 +117,26 @@ template <class Base>
 class Openable : public Base {
  public:
   bool Open(Mode mode) {
-    this->usable_ = true;
+    this->usable_ = this->target_.get();
     open_ = this->Told(L"Open", kNotOpened, [&](auto& file) { return file.Open(mode); });
-    return this->usable_ = open_;
+    if (!open_) this->usable_ = nullptr;
+    return open_;
   }
   // Goes on with the file whatever it answered.
   bool OpenUntested(Mode mode) {
     const bool opened = Open(mode);
-    this->usable_ = true;
+    this->usable_ = this->target_.get();
     return opened;
   }
   void Close() {
     if (open_) this->Do(L"Close", [](auto& file) { file.Close(); });
-    this->usable_ = false;
+    this->usable_ = nullptr;
   }
 
  protected:
   template <class Create>
   Openable(const Context& context, Name name, Create create) : Base(context, name, create) {
-    this->usable_ = false;
+    this->usable_ = nullptr;
   }
   ~Openable() { Close(); }
 
@@ -164,7 +166,7 @@ class FieldsHandle : public Handle<Target> {
   template <class T>
   void GetIfThere(Name field, T& out) {
     std::unique_ptr<Field> item;
-    if (!this->target_ || !this->usable_) return;
+    if (!this->usable_) return;
     try {
       item = Item(field);
     } catch (...) {
@@ -424,7 +426,7 @@ inline bool ReadKey(Index& index, DataFile& data, const Value& key) {
 inline void ReadLastError(const Context& context, std::wstring& number, std::wstring& text) {
   Attempt(context.trace(), {L"ArdEngine", L"LastError"}, [&] {
     const std::unique_ptr<EngineError> error =
-        Context::Held(context.engine, L"No engine has been set.")->LastError();
+        context.engine.Needed(L"No engine has been set.").LastError();
     Attempt(context.trace(), {L"Error", L"Number"},
             [&] { number = std::to_wstring(error->Number()); });
     Attempt(context.trace(), {L"Error", L"Text"}, [&] { text = error->Text(); });
@@ -435,7 +437,7 @@ inline void ReadLastError(const Context& context, std::wstring& number, std::wst
 inline std::wstring EngineVersion(const Context& context) {
   std::wstring version;
   Attempt(context.trace(), {kWorkspace, L"Version"}, [&] {
-    if (const auto workspace = context.workspace) version = workspace->Version();
+    if (context.workspace) version = context.workspace->Version();
   });
   return version;
 }

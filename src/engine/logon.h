@@ -18,8 +18,10 @@ namespace ard::engine {
 template <class Action>
 bool OnWorkspace(Trace& trace, const std::shared_ptr<Workspace>& workspace,
                  std::wstring_view operation, Action&& action) noexcept {
-  return Attempt(trace, {L"ArdWorkspace", operation},
-                 [&] { action(*Context::Held(workspace, L"No workspace has been set.")); });
+  return Attempt(trace, {L"ArdWorkspace", operation}, [&] {
+    if (!workspace) throw Error(kErrorFailed, L"No workspace has been set.");
+    action(*workspace);
+  });
 }
 
 // Logs off whoever is logged on; returns whether the engine has done so.

@@ -62,7 +62,9 @@ class PublicClass {
     Trace::Call call;
     const bool traced = trace.on();
     if (traced) trace.Begin(call, name_, member);
+    context_.Enter();
     Attempt(trace, describe, [&] { body(result); });
+    context_.Leave();
     if (traced) trace.End(call, kTypeName<Result>, result, arguments);
     return result;
   }
@@ -78,7 +80,7 @@ class PublicClass {
   }
 
   // Tells the trace which branch of a member has refused somebody, and why.
-  void NoteRefusal(std::wstring_view member, std::wstring_view why) const noexcept {
+  void NoteRefusal(Name member, Name why) const noexcept {
     context_.trace().Noted({name_, member}, why);
   }
 

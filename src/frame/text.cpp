@@ -77,9 +77,8 @@ std::wstring_view Trimmed(std::wstring_view text) {
   return text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
-void Trim(std::wstring& text) {
+void TrimBlanks(std::wstring& text) {
   const std::wstring_view kept = Trimmed(text);
-  if (kept.size() == text.size()) return;
   const auto start = static_cast<std::size_t>(kept.empty() ? 0 : kept.data() - text.data());
   text.erase(start + kept.size());
   text.erase(0, start);

@@ -11,7 +11,11 @@
 namespace ard {
 
 std::wstring_view Trimmed(std::wstring_view text);
-void Trim(std::wstring& text);
+void TrimBlanks(std::wstring& text);
+// Most texts have none to begin or end with.
+inline void Trim(std::wstring& text) {
+  if (!text.empty() && (text.front() == L' ' || text.back() == L' ')) TrimBlanks(text);
+}
 
 char32_t UpperCase(char32_t code_point);
 std::wstring UpperCase(std::wstring_view text);

@@ -226,7 +226,7 @@ void Trace::Skipped(const Step& step, std::int32_t number, std::wstring_view tex
   }
 }
 
-void Trace::Noted(const Step& step, std::wstring_view text) noexcept {
+void Trace::Noted(const Step& step, Name text) noexcept {
   if (!on_) return;
   try {
     Write({"note", Cell(step), Cell(text)});

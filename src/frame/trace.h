@@ -16,6 +16,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "frame/name.h"
 #include "frame/text_array.h"
 #include "frame/value.h"
 
@@ -23,9 +24,9 @@ namespace ard {
 
 // What a step did, put together only when there is something to tell: SalesRecord.Fields("NAME").
 struct Step {
-  std::wstring_view object;
-  std::wstring_view operation;
-  std::wstring_view detail = {};
+  Name object;
+  Name operation;
+  Name detail = L"";
 };
 
 struct Nothing;
@@ -135,7 +136,7 @@ class Trace {
   void Skipped(const Step& step, std::int32_t number, std::wstring_view text) noexcept;
 
   // Notes what came of a step that has not failed.
-  void Noted(const Step& step, std::wstring_view text) noexcept;
+  void Noted(const Step& step, Name text) noexcept;
 
   // Notes that the user has seen a message.
   void Shown(std::wstring_view title, std::wstring_view text) noexcept;

@@ -24,8 +24,11 @@ bool IsUserName(std::wstring_view user) {
 
 bool FindUser(engine::DataFile& access, std::wstring_view user) {
   std::wstring name;  // the memory of the first is that of all
-  if (!IsUserName(user)) access.trace().Noted({kAccessData, L"FindUser"}, kNobodysName);
-  if (!IsUserName(user) || !access.Get(kName, name)) return false;
+  if (!IsUserName(user)) {
+    access.trace().Noted({kAccessData, L"FindUser"}, kNobodysName);
+    return false;
+  }
+  if (!access.Get(kName, name)) return false;
   const std::size_t width = std::max(name.size(), user.size());
   const auto finds = [&](std::wstring_view spelling) {
     name = spelling;

@@ -182,8 +182,10 @@ bool Messaging::IsInAccessTable(std::wstring_view user_name) const {
   database::Recordset users(context(), query, database::Cursor::kForwardOnly);
   const bool found = !(users.Bof() && users.Eof());
   if (!found) {
-    NoteRefusal(kLogonUser, users.is_open() ? L"Refused: the user is not in the table AccessRights."
-                                            : L"Refused: the table AccessRights cannot be read.");
+    const std::wstring_view why = users.is_open()
+                                      ? L"Refused: the user is not in the table AccessRights."
+                                      : L"Refused: the table AccessRights cannot be read.";
+    NoteRefusal(kLogonUser, why);
   }
   return found;
 }

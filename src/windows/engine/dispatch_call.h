@@ -48,9 +48,14 @@ inline void Store(VARIANT& argument, ComPtr<IDispatch> object) {
 
 inline void Store(VARIANT& argument, const Value& value) { argument = ToVariant(value).Detach(); }
 
-// The names that an engine is asked for again and again, as texts of automation's, which are dear
-// to make and to free. One that is passed is the call's own while it lasts; what the server has
-// left of it is kept for the next.
+// A name that an engine is asked for again and again, as an argument, and where its text is kept.
+struct KnownName {
+  std::wstring_view name;
+  BSTR& kept;
+};
+
+// The texts of such names, as automation's, which are dear to make and to free. One that is passed
+// is the call's own while it lasts; what the server has left of it is kept for the next.
 class KnownNames {
  public:
   KnownNames() = default;
@@ -60,43 +65,34 @@ class KnownNames {
     for (const BSTR text : texts_) SysFreeString(text);
   }
 
-  BSTR Take(std::wstring_view name) {
-    const BSTR text = std::exchange(Place(name), nullptr);
-    if (text && View(text) == name) return text;
-    SysFreeString(text);
-    return NewBstr(name);
+  KnownName Find(std::wstring_view name) {
+    std::size_t place = 0;  // every letter counts: T1_RATE, T2_RATE
+    for (const wchar_t letter : name) place = place * 33 + letter;
+    return {name, texts_[place % kPlaces]};
   }
-  void Keep(std::wstring_view name, BSTR text) { SysFreeString(std::exchange(Place(name), text)); }
 
  private:
   // As many as let the names of one call mostly have places of their own.
   static constexpr std::size_t kPlaces = 128;
 
-  BSTR& Place(std::wstring_view name) {
-    const std::size_t size = name.size();
-    if (size == 0) return texts_[0];
-    return texts_[(name[0] + name[size / 2] * 5u + name[size - 1] * 13u + size * 29) % kPlaces];
-  }
-
   std::array<BSTR, kPlaces> texts_{};
 };
 
-// An argument that is one.
-struct KnownName {
-  std::wstring_view name;
-  KnownNames& names;
-};
-
 inline void Store(VARIANT& argument, const KnownName& known) {
-  argument.bstrVal = known.names.Take(known.name);
+  BSTR text = std::exchange(known.kept, nullptr);
+  if (!text || View(text) != known.name) {
+    SysFreeString(text);
+    text = NewBstr(known.name);
+  }
+  argument.bstrVal = text;
   argument.vt = VT_BSTR;
 }
 
 // What becomes of an argument after a call.
 inline void TakeBack(VARIANT&, const auto&) {}
 inline void TakeBack(VARIANT& argument, const KnownName& known) {
-  if (argument.vt == VT_BSTR)
-    known.names.Keep(known.name, std::exchange(argument.bstrVal, nullptr));
+  if (argument.vt != VT_BSTR) return;
+  SysFreeString(std::exchange(known.kept, std::exchange(argument.bstrVal, nullptr)));
 }
 
 // Arguments as a call takes them: on the stack, the last one first. Each owns its text, in memory

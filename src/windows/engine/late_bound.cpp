@@ -38,7 +38,7 @@ class Session {
   EngineIds transactions_ids;
   EngineIds pricing_ids;
 
-  KnownName Known(std::wstring_view name) { return {name, names_}; }
+  KnownName Known(std::wstring_view name) { return names_.Find(name); }
 
   // Memory for one wrapper, which holds a reference to the session until it is given back.
   void* Take() {

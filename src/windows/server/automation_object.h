@@ -333,13 +333,13 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   // that it has given; the portable class gets it behind its seam.
   template <class Seam>
   HRESULT PutObject(std::wstring_view name, ComPtr<IDispatch>& property, IDispatch* value,
-                    std::shared_ptr<Seam> Context::*seam,
+                    HandedOver<Seam> Context::*seam,
                     std::shared_ptr<Seam> (*wrap)(IDispatch* object)) {
     const Entry entry(this);
-    // What was there goes last: it is the host's, and may come back to set the property anew.
-    ComPtr<IDispatch> last_value = std::exchange(property, ComPtr(value));
-    std::shared_ptr<Seam> last = std::exchange(portable_.context().*seam, nullptr);
+    ComPtr<IDispatch> last;  // the host's, which may come back to set the property anew
     portable_.Run(name, {value}, [&] {
+      portable_.context().*seam = nullptr;
+      last = std::exchange(property, ComPtr(value));
       portable_.context().*seam = wrap(value);
       if (std::is_same_v<Seam, engine::Workspace>) NoteEngine(portable_.context());
     });

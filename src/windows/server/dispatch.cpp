@@ -65,7 +65,7 @@ void NoteUnstored(Trace& trace, const DispatchTable& table, DISPID id, UINT para
   std::wstring_view names = table.names[static_cast<std::size_t>(id) - 1];
   const std::wstring_view member = TakeWord(names);
   for (UINT i = 0; i < parameter; ++i) TakeWord(names);
-  trace.Skipped({table.class_name, member, TakeWord(names)}, status,
+  trace.Skipped({std::wstring_view(table.class_name), member, TakeWord(names)}, status,
                 L"The variable cannot hold it.");
 }
 
