@@ -1,198 +1,446 @@
-// The real windows, worked by keyboard and mouse: moving in a list, and every way out of a dialog.
+// The windows of the dialogs, each with what is its own, and all of them with what every dialog
+// owes its user.
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "accounts/ledger_accounts.h"
+#include "accounts/nominal_bank.h"
+#include "dialogs/address_dialog.h"
+#include "dialogs/discount_breakdown.h"
+#include "dialogs/fast_select.h"
+#include "dialogs/logon_dialog.h"
+#include "dialogs/product_dialog.h"
+#include "dialogs/user_list_dialog.h"
 #include "frame/text.h"
-#include "tests/windows/ledger_dialog.h"
+#include "host_database/odbc_connection.h"
+#include "simulator/testing/company_builder.h"
+#include "tests/windows/window_test.h"
 
 namespace ard::windows {
 namespace {
 
 using namespace testing;  // NOLINT(google-build-using-namespace): the windows
+using dialogs::LogonDialog;
+using dialogs::ProductDialog;
+using dialogs::UserListDialog;
 
-class DialogTest : public LedgerDialogTest {};
+constexpr int kProducts = 60;  // P10 ... P69
 
-TEST_F(DialogTest, OpensWithOnePageOfALongList) {
-  LedgerDialog dialog(kMany);
-  Show(dialog, [&](const View& view) {
-    EXPECT_EQ(dialog.pages, 1);
-    EXPECT_NEAR(dialog.last, 20, 2);
-    EXPECT_EQ(view.rows(), dialog.last - dialog.last / kEveryDeleted);
-    EXPECT_EQ(view.Cell(6, 0) + L"," + view.Cell(6, 1), L"8,WWWW & Sons");
-    EXPECT_EQ(view.Selected(), L"1");
-    const SCROLLINFO scroll = view.Scroll();
-    EXPECT_TRUE(scroll.nMin == 1 && scroll.nMax == kMany && scroll.nPos == 1);
-    EXPECT_EQ(static_cast<int>(scroll.nPage), dialog.last);
-    EXPECT_FALSE(GetWindowLongW(view.list, GWL_STYLE) & (WS_VSCROLL | WS_HSCROLL));
-    EXPECT_EQ(FocusWindow(), view.list);
-    // Centred on its owner.
-    EXPECT_NEAR(MiddleOf(view.dialog).x, MiddleOf(host_.window()).x, 2);
-    EXPECT_NEAR(MiddleOf(view.dialog).y, MiddleOf(host_.window()).y, 2);
-  });
-}
+class NoOwners : public dialogs::AddressOwners {
+ public:
+  bool IsValid(dialogs::AddressKind, const std::wstring& account) override {
+    return account == L"A1";
+  }
+  std::wstring GetName(dialogs::AddressKind, const std::wstring&) override { return L"Cut & Shut"; }
+  std::wstring Search(dialogs::AddressKind, const std::wstring&) override { return L""; }
+};
 
-TEST_F(DialogTest, KeysMoveAndPage) {
-  LedgerDialog dialog(kMany);
-  dialog.has_gaps = false;
-  Show(dialog, [&](const View& view) {
-    const int page = dialog.last;
-    const std::pair<const wchar_t*, std::int32_t> steps[] = {
-        {L"{Down}", 2},        {L"{Up}", 1},      {L"{PgDn}", page},
-        {L"{PgDn}", 2 * page}, {L"{End}", kMany}, {L"{PgUp}", kMany - page + 1},
-        {L"{Home}", 1}};
-    for (const auto& [key, selected] : steps) {
-      Keys(key);
-      EXPECT_EQ(view.Selected(), std::to_wstring(selected)) << ToUtf8(key);
+class DialogTest : public WindowTest {
+ protected:
+  DialogTest() {
+    simulator::CompanyBuilder builder;
+    for (int i = 10; i < 10 + kProducts; ++i) {
+      builder.Nominal(std::to_wstring(i), L"NAME=An account");
+      builder.Product(L"P" + std::to_wstring(i), L"DESCRIPTION=Bolt");
     }
-    EXPECT_EQ(dialog.pages, 4);
+    builder.Record(L"CompanyDeliveryData", L"ADDRESS_REF=1|DESCRIPTION=Works");
+    builder.Record(L"SalesDeliveryData", L"ACCOUNT_REF=A1|ADDRESS_REF=1|DESCRIPTION=Yard");
+    builder.Record(L"QueueData", L"LOGON_NAME=ANN|STATION_NAME=ONE");
+    engine_ = builder.Build();
+    context_.workspace = engine_->workspace();
+    context_.app_name = L"Cut & Shut";
+    const auto database =
+        std::make_shared<host_database::OdbcConnection>(L"Driver=SQLite3;Database=:memory:");
+    for (const wchar_t* command :
+         {L"CREATE TABLE ProdInfoStockFields (StockCode VARCHAR(30), Description VARCHAR(60))",
+          L"INSERT INTO ProdInfoStockFields VALUES ('AX1', 'Zinc'), ('AX2', 'Brass'), "
+          L"('BX1', 'Anvil'), ('BX2', 'Bolt')",
+          L"CREATE TABLE CurrentUsers (ID INTEGER, UserName VARCHAR(30), UniqueID VARCHAR(30), "
+          L"Product VARCHAR(30))",
+          L"INSERT INTO CurrentUsers VALUES (1, 'ann', 'one', 'Cut & Shut')"}) {
+      database->Execute(command);
+    }
+    context_.database = database;
+  }
+
+  std::unique_ptr<ProductDialog> Products(const ProductDialog::Options& options, int page = 1,
+                                          int products = kProducts) {
+    auto dialog = std::make_unique<ProductDialog>(context_, options);
+    dialog->Load(products);
+    dialog->PresetTab(page);
+    return dialog;
+  }
+  std::unique_ptr<LogonDialog> Logon(LogonDialog::Form form) {
+    auto dialog = std::make_unique<LogonDialog>(context_, form,
+                                                [](const auto&, const auto&) { return true; });
+    dialog->SetCompany(L"Acme & Sons");
+    dialog->SetName(L"Ann");
+    return dialog;
+  }
+
+  // Opens each dialog in turn, and calls `act` meanwhile.
+  void ForEach(const Act& act) {
+    int opened = 0;
+    const auto show = [&](auto& dialog) {
+      std::wstring& placement = placements_[++opened];
+      if constexpr (requires { dialog.placement; }) dialog.placement = placement;
+      Show(dialog, act);
+      if constexpr (requires { dialog.placement; }) placement = dialog.placement;
+    };
+    dialogs::FastSelectDialog accounts(context_, accounts::kNominalList);
+    accounts.Load(50);
+    show(accounts);
+    for (const int tab : {1, 2}) show(*Products({.special_rows = true}, tab));
+    NoOwners owners;
+    dialogs::AddressDialog addresses(context_, owners);
+    addresses.KindChange(dialogs::AddressKind::kCompany);
+    show(addresses);
+    dialogs::AddressDetails details(context_, {});
+    show(static_cast<dialogs::FieldsDialog&>(details));
+    dialogs::DiscountBreakdown discount(L"Table C", {5.0, 7.5, {}, {}}, 2);
+    show(static_cast<dialogs::FieldsDialog&>(discount));
+    for (const int tab : {1, 2}) {
+      UserListDialog users(context_, true);
+      users.TabClick(static_cast<UserListDialog::Tab>(tab));
+      show(users);
+    }
+    show(*Logon(LogonDialog::Form::kUserDetails));
+    Work(
+        L"Input", [&] { environment_.InputBox(L"A & B:", L"Input"); }, act);
+  }
+
+  static bool IsResizable(const View& view) {
+    return (GetWindowLongW(view.window, GWL_STYLE) & WS_THICKFRAME) != 0;
+  }
+  static void Resize(HWND window, LONG width, LONG height) {
+    SetWindowPos(window, nullptr, 0, 0, static_cast<int>(width), static_cast<int>(height),
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  // Its children, at any depth.
+  static void Collect(HWND parent, std::vector<HWND>& controls) {
+    for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+      controls.push_back(child);
+      Collect(child, controls);
+    }
+  }
+  static void SetText(HWND control, const wchar_t* text) {
+    if (ClassOf(control) == WC_COMBOBOXW) {
+      SendMessageW(control, CB_RESETCONTENT, 0, 0);
+      SendMessageW(control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+      SendMessageW(control, CB_SETCURSEL, 0, 0);
+    } else {
+      if (ClassOf(control) == WC_EDITW) SendMessageW(control, EM_SETPASSWORDCHAR, 0, 0);
+      SetWindowTextW(control, text);
+    }
+  }
+  // The screen's row on which the letters of the control's text stand; 0 when it shows none.
+  LONG BaselineOf(HWND control) const {
+    const std::wstring text = TextOf(control);
+    SetText(control, L" ");
+    const Picture blank = PictureOf(control);
+    SetText(control, L"H");
+    const Picture letter = PictureOf(control);
+    SetText(control, text.c_str());
+    std::size_t pixel = letter.pixels.size();
+    while (pixel > 0 && letter.pixels[pixel - 1] == blank.pixels[pixel - 1]) --pixel;
+    return pixel == 0 ? 0 : RectOf(control).top + static_cast<LONG>(pixel - 1) / letter.width;
+  }
+
+  std::unique_ptr<simulator::Simulator> engine_;
+  std::map<int, std::wstring> placements_;  // by the number of the dialog
+};
+
+TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenIsDisabled) {
+  const std::set<std::wstring> boxes = {WC_EDITW, WC_COMBOBOXW};
+  const std::set<std::wstring> with_text = {WC_STATICW, WC_BUTTONW, WC_EDITW, WC_COMBOBOXW};
+  int lines_with_boxes = 0;
+  ForEach([&](const View& view) {
+    std::vector<HWND> controls;
+    Collect(view.window, controls);
+    for (const HWND control : controls) {
+      if (ClassOf(control) == UPDOWN_CLASSW) continue;  // the tab strip's own
+      const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
+      EXPECT_TRUE((style & WS_VISIBLE) || (style & WS_DISABLED)) << ToUtf8(TextOf(control));
+    }
+    for (const UINT dpi : {96U, 144U, 192U}) {
+      SCOPED_TRACE(dpi);
+      RECT suggested = {0, 0, 10, 10};
+      SendMessageW(view.window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                   reinterpret_cast<LPARAM>(&suggested));
+      for (const HWND control : controls) {
+        if (!IsResizable(view) || !IsWindowVisible(control) || SizeOf(control).cy > 100) continue;
+        const RECT inner = RectOf(control);
+        const RECT outer = RectOf(GetParent(control));
+        EXPECT_LE(inner.right, outer.right) << ToUtf8(TextOf(control));
+        EXPECT_LE(inner.bottom, outer.bottom) << ToUtf8(TextOf(control));
+      }
+      Resize(view.window, 1270, 1000);
+      struct Control {
+        std::wstring text;
+        LONG baseline;
+        LONG height;
+      };
+      std::map<LONG, std::vector<Control>> lines;  // by the middle of the line
+      for (const HWND control : controls) {
+        if (!IsWindowVisible(control) || !with_text.contains(ClassOf(control))) continue;
+        const LONG baseline = BaselineOf(control);
+        if (baseline == 0) continue;
+        std::vector<Control>& line = lines[MiddleOf(control).y / 4];
+        line.push_back({TextOf(control), baseline, SizeOf(control).cy});
+        SCOPED_TRACE(ToUtf8(line.front().text + L" / " + line.back().text));
+        EXPECT_EQ(baseline, line.front().baseline);
+        EXPECT_NEAR(line.back().height, line.front().height, 2);
+        lines_with_boxes += boxes.contains(ClassOf(control)) && line.size() > 1;
+      }
+    }
   });
+  EXPECT_EQ(lines_with_boxes, 3 * (2 + 2 + 11 + 5 + 2)) << "boxes that share their line";
 }
 
-TEST_F(DialogTest, CharactersGoToTheModel) {
-  LedgerDialog dialog(kMany);
-  Show(dialog, [&](const View& view) {
-    Keys(L"é*{9}{Space}{Ctrl+A}{Back}");
-    EXPECT_EQ(dialog.typed, L"é*9 ");
-    EXPECT_EQ(view.Selected(), L"900");
-    EXPECT_EQ(dialog.pages, 2);
-    EXPECT_TRUE(IsWindowEnabled(view.ok));
-    Keys(L"{7}");  // deleted: nothing is selected, and the focus stays where keys are heard
-    EXPECT_EQ(view.Selected(), L"");
-    EXPECT_FALSE(IsWindowEnabled(view.ok));
-    Keys(L"{3}");
-    EXPECT_EQ(view.Selected(), L"300");
-    EXPECT_TRUE(IsWindowEnabled(view.ok));
-  });
-}
-
-TEST_F(DialogTest, EveryWayOutEndsAsItShould) {
-  const auto keys = [](const wchar_t* text) { return [=](const View&) { testing::Keys(text); }; };
-  const struct {
-    const char* name;
-    bool result;
-    std::function<void(const View&)> act;
-  } endings[] = {
-      {"Enter on OK", true, keys(L"{Tab}{Enter}")},
-      {"Enter on Cancel", false, keys(L"{Tab}{Tab}{Enter}")},
-      {"back in the list", true, keys(L"{Tab}{Tab}{Tab}{Enter}")},
-      {"Cancel by going backwards", false, keys(L"{Shift+Tab}{Space}")},
-      {"Alt+F4", false, keys(L"{Alt+F4}")},
-      {"double-click", true, [](const View& v) { Click(v.RowPoint(2), 2); }},
-      {"double-click below the rows", true, [](const View& v) { Click(v.RowPoint(v.rows()), 2); }},
-      {"click on OK", true, [](const View& v) { Click(MiddleOf(v.ok)); }},
-      {"click on Cancel", false, [](const View& v) { Click(MiddleOf(v.cancel)); }},
-      {"close box", false,
-       [](const View& v) { PostMessageW(v.dialog, WM_SYSCOMMAND, SC_CLOSE, 0); }},
-      {"closed by another thread", false,
-       [](const View& v) { SendMessageW(v.dialog, WM_CLOSE, 0, 0); }},
-  };
-  for (const auto& ending : endings) {
-    SCOPED_TRACE(ending.name);
-    LedgerDialog dialog(kMany);
-    Show(dialog, [&](const View& view) {
-      ending.act(view);
-      ExpectClosed(view.dialog);
+// Compared with the same dialog as it is when it opens in that size.
+TEST_F(DialogTest, ResizingLeavesNothingBehindAndIsRemembered) {
+  for (const int change : {-90, 140}) {
+    std::vector<std::pair<RECT, Picture>> looks;
+    placements_.clear();
+    ForEach([&](const View& view) {
+      if (!IsResizable(view)) return;
+      const SIZE opened = SizeOf(view.window);
+      Resize(view.window, opened.cx + change, opened.cy + change);
+      Settle();
+      looks.emplace_back(RectOf(view.window), PictureOf(view.window));
     });
-    EXPECT_EQ(dialog.result(), ending.result);
-    EXPECT_EQ(dialog.pages, 1);
+    std::size_t next = 0;
+    ForEach([&](const View& view) {
+      if (!IsResizable(view)) return;
+      const auto& [place, picture] = looks.at(next++);
+      const RECT opened = RectOf(view.window);
+      EXPECT_TRUE(EqualRect(&place, &opened));
+      EXPECT_TRUE(picture == PictureOf(view.window)) << change;
+    });
+    EXPECT_EQ(next, 8U);
+  }
+  // Not where there is no monitor any more.
+  for (auto& [dialog, placement] : placements_) placement.replace(0, placement.find(L' '), L"9000");
+  ForEach([&](const View& view) { EXPECT_LT(RectOf(view.window).left, 2000); });
+}
+
+TEST_F(DialogTest, ProductsAreSearchedByKeyboardAlone) {
+  const auto dialog = Products({}, 2);
+  Show(*dialog, [&](const View& view) {
+    Walk([&] { return view.Rows(); }, {{L"b{Enter}", L"BX1 BX2"},
+                                       {L"x2", L"BX1 BX2"},  // typed only
+                                       {L"{Alt+S}", L"BX2"},
+                                       {L"{Alt+F}b{Alt+I}{Down}", L"AX2 BX2"},
+                                       {L"{Alt+C}", L"AX1 AX2 BX1 BX2"},
+                                       {L"{Alt+F}{Enter}{Down}", L"AX1 AX2 BX1 BX2"}});
+    EXPECT_EQ(FocusWindow(), view.list);
+    EXPECT_EQ(view.Selected(), L"AX1");
+    Keys(L"{Down}{Enter}");
+    ExpectClosed(view);
+  });
+  EXPECT_EQ(Trimmed(dialog->list().selected()->Cell(1)), L"AX2");
+}
+
+TEST_F(DialogTest, TabsSwitchByKeysAndMouse) {
+  constexpr int kFew = 18;
+  const auto dialog = Products({.special_rows = true}, 1, kFew);
+  Show(*dialog, [&](const View& stock) {
+    EXPECT_GT(stock.Scroll().nMax, kFew) << "special rows make it scroll";
+    const HWND tabs = Descendant(stock.window, WC_TABCONTROLW);
+    EXPECT_EQ(FocusWindow(), stock.list);
+    Keys(L"{Home}{Ctrl+Tab}");
+    const View info(stock.window);
+    const HWND text = Descendant(stock.window, WC_EDITW);
+    const HWND field = Descendant(stock.window, WC_COMBOBOXW);
+    EXPECT_NE(info.list, stock.list);
+    EXPECT_EQ(dialog->tab(), ProductDialog::Tab::kProductInfo);
+    EXPECT_EQ(FocusWindow(), text);
+    EXPECT_FALSE(IsWindowEnabled(info.ok));
+    // Once around. OK, disabled, is left out.
+    const HWND search = GetWindow(field, GW_HWNDNEXT);
+    for (const HWND stop : {field, search, GetWindow(search, GW_HWNDNEXT), info.list,
+                            GetDlgItem(info.window, IDCANCEL), tabs, text}) {
+      Keys(L"{Tab}");
+      EXPECT_EQ(FocusWindow(), stop);
+    }
+    Keys(L"{Ctrl+PgDn}");
+    EXPECT_EQ(FocusWindow(), stock.list);
+    EXPECT_TRUE(IsWindowEnabled(info.ok));
+    Keys(L"{Shift+Tab}{Right}");
+    EXPECT_EQ(FocusWindow(), text);
+    Keys(L"{FirstTab}");
+    EXPECT_EQ(FocusWindow(), stock.list);
+  });
+}
+
+TEST_F(DialogTest, AnAmpersandOnATabIsOne) {
+  UserListDialog users(context_, true);
+  Show(users, [&](const View& view) {
+    wchar_t text[64] = {};
+    TCITEMW item = {};
+    item.mask = TCIF_TEXT;
+    item.pszText = text;
+    item.cchTextMax = 64;
+    Ask([&] { TabCtrl_GetItem(Descendant(view.window, WC_TABCONTROLW), 1, &item); });
+    EXPECT_STREQ(text, L"Cut && Shut");
+  });
+}
+
+TEST_F(DialogTest, WithoutProductInformationThereIsOneTab) {
+  Show(*Products({.product_info = false}), [&](const View& view) {
+    const HWND tabs = Descendant(view.window, WC_TABCONTROLW);
+    EXPECT_EQ(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0), 1);
+    EXPECT_EQ(Descendant(view.window, WC_EDITW), nullptr);
+    Keys(L"{Shift+Tab}{Right}{Ctrl+Tab}");
+    EXPECT_EQ(FocusWindow(), tabs);
+  });
+}
+
+TEST_F(DialogTest, AHeaderSortsBothWaysAndShowsIt) {
+  Show(*Products({}, 2), [&](const View& view) {
+    // The codes, and the arrows of the two columns.
+    const auto shown = [&] {
+      std::wstring text = view.Rows();
+      for (const int column : {0, 1}) {
+        HDITEMW item = {};
+        item.mask = HDI_FORMAT;
+        Header_GetItem(view.Header(), column, &item);
+        text += item.fmt & HDF_SORTUP ? L" up" : item.fmt & HDF_SORTDOWN ? L" down" : L" -";
+      }
+      return text;
+    };
+    Walk(shown, {{L"{Header1}", L"BX1 BX2 AX2 AX1 - up"},
+                 {L"{Ctrl+2}", L"AX1 AX2 BX2 BX1 - down"},
+                 {L"{Header0}", L"AX1 AX2 BX1 BX2 up -"},
+                 {L"{Ctrl+Alt+2}{Ctrl+1}", L"BX2 BX1 AX2 AX1 down -"}});  // AltGr+2 is a character
+  });
+}
+
+TEST_F(DialogTest, PicksSeveralByMouseAndOverAPageBorder) {
+  const auto dialog = Products({.multiple = true});
+  Show(*dialog, [&](const View& view) {
+    const auto selected = [&] { return view.Selected(); };
+    Walk(selected, {{L"{Row2}{Ctrl+Row5}", L"P12 P15"},
+                    {L"{Shift+Row7}", L"P15 P16 P17"},
+                    {L"{Ctrl+Row6}", L"P15 P17"}});
+    view.SetState(0, LVIS_SELECTED, LVIS_SELECTED);
+    EXPECT_EQ(selected(), L"P10 P15 P17");
+    view.SetState(5, 0, LVIS_SELECTED);
+    EXPECT_EQ(selected(), L"P10 P17");
+    // To the last page, where none is selected, and one there.
+    Walk(selected, {{L"{Ctrl+End}{Space}", L"P69"}});
+    Keys(L"{Enter}");
+  });
+  EXPECT_EQ(dialog->list().SelectedRows().size(), 3U);
+}
+
+// An account with an address, and one that is not known.
+TEST_F(DialogTest, AnAccountIsActedOnByTheClickThatNeedsIt) {
+  NoOwners owners;
+  dialogs::AddressDialog dialog(context_, owners);
+  Show(dialog, [&](const View& view) {
+    const HWND account = Descendant(view.window, WC_EDITW);
+    Keys(L"?{Tab}{Tab}");  // past the look-up button
+    EXPECT_EQ(FocusWindow(), account);
+    EXPECT_EQ(SendMessageW(account, EM_GETSEL, 0, 0), MAKELRESULT(0, 1)) << "to be typed over";
+    Keys(L"A1{OK}");
+    ExpectClosed(view);
+  });
+  EXPECT_TRUE(dialog.result());
+}
+
+TEST_F(DialogTest, TheLogonShowsWhatItsFormHasAndHidesThePassword) {
+  const std::wstring buttons = L"[OK][Cancel]";
+  const std::wstring details = L"[&Remember my user name]" + buttons + L"[&Help]";
+  const struct {
+    LogonDialog::Form form;
+    const wchar_t* app;
+    std::wstring texts;
+  } cases[] = {
+      {LogonDialog::Form::kUserDetails, L"Manufacturing",
+       L"[Company:][Acme & Sons][][User &name:][Ann][&Password:][]" + details},
+      {LogonDialog::Form::kUserDetails, L"Multi", L"[User &name:][Ann][&Password:][]" + details},
+      {LogonDialog::Form::kCompanyPassword, L"Manufacturing", L"[&Password:][]" + buttons}};
+  for (const auto& c : cases) {
+    context_.app_name = c.app;
+    Show(*Logon(c.form), [&](const View& view) {
+      std::vector<HWND> controls;
+      Collect(view.window, controls);
+      std::wstring texts;
+      for (const HWND control : controls) texts += L"[" + TextOf(control) + L"]";
+      EXPECT_EQ(texts, L"[Welcome to " + context_.app_name + L".]" + c.texts);
+      EXPECT_TRUE(GetWindowLongW(FocusWindow(), GWL_STYLE) & ES_PASSWORD);
+    });
   }
 }
 
-TEST_F(DialogTest, EndsWhenItsThreadQuitsOrItsOwnerGoes) {
-  LedgerDialog quit(kMany);
-  ShowAsIs(quit, [&] { host_.Ask([] { PostQuitMessage(5); }); });
-  EXPECT_FALSE(quit.result());
-  MSG message = {};
-  EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0)) << "the host's own loop must end, too";
-  EXPECT_EQ(message.wParam, 5U);
-
-  LedgerDialog orphan(kMany);
-  ShowAsIs(orphan, [&] { host_.Ask([&] { DestroyWindow(host_.window()); }); });
-  EXPECT_FALSE(orphan.result());
+TEST_F(DialogTest, TheInputBoxReturnsWhatWasConfirmedAndGrowsWithItsPrompt) {
+  const std::wstring prompt = std::wstring(300, L'W') + L"\r\n\r\nA & B";
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"Brass é & co{Enter}", L"Brass é & co"},
+      {L"x{Tab}{Enter}", L"x"},
+      {L"x{Esc}", L""},
+      {L"x{Tab}{Tab}{Enter}", L""},
+      {L"x{Alt+F4}", L""}};
+  for (const auto& [keys, expected] : cases) {
+    std::wstring answer = L"?";
+    Work(
+        L"Input", [&] { answer = environment_.InputBox(prompt, L"Input"); },
+        [&, keys = keys](const View& view) {
+          const HWND label = Descendant(view.window, WC_STATICW);
+          const HWND text = Descendant(view.window, WC_EDITW);
+          EXPECT_EQ(TextOf(label).substr(0, 200), prompt.substr(0, 200));
+          EXPECT_LE(RectOf(label).bottom, RectOf(text).top);
+          EXPECT_GT(SizeOf(label).cy, 3 * SizeOf(text).cy);
+          Keys(keys);
+          ExpectClosed(view);
+        });
+    EXPECT_EQ(answer, expected);
+  }
 }
 
-TEST_F(DialogTest, ClickSelectsAndBlankSpaceDoesNot) {
-  LedgerDialog dialog(5);
-  Show(dialog, [&](const View& view) {
-    ClickOn(view.RowPoint(3));
-    EXPECT_EQ(view.Selected(), L"4");
-    ClickOn(view.RowPoint(8));
-    ClickOn(view.HeaderPoint(0), 2);
-    EXPECT_EQ(view.Selected(), L"4");
-    Keys(L"{Up}");
-    EXPECT_EQ(view.Selected(), L"3");
-    view.SetState(1, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
-    EXPECT_EQ(view.Selected(), L"2");
-    Keys(L"{Enter}");
-  });
-  EXPECT_TRUE(dialog.result());
-  EXPECT_EQ(dialog.list().selected()->position, 2);
-}
-
-TEST_F(DialogTest, TheSimpleListOpensMidScreenWithTheCursorOnARowNotSelected) {
-  dialogs::SelectRecordDialog dialog(kTitle);
-  dialog.list().AddColumn(L"A/C", 15);
-  for (const wchar_t* row : {L"1", L"2"}) dialog.AddRow(row);
-  WindowTest::Show(kTitle, dialog, [&](HWND window) {
-    const View view(window);
-    RECT work = {};
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    EXPECT_NEAR(MiddleOf(window).x, (work.left + work.right) / 2, 1);
-    EXPECT_NEAR(MiddleOf(window).y, (work.top + work.bottom) / 2, 1);
-    EXPECT_EQ(ListView_GetNextItem(view.list, -1, LVNI_FOCUSED), 0);
-    ClickOn(view.RowPoint(3), 2);
-    Keys(L"{Enter}");
-    EXPECT_FALSE(IsWindowEnabled(view.ok));
-    Keys(L"{Space}{Enter}");
-    ExpectClosed(window);
-  });
-  EXPECT_EQ(dialog.list().selected()->position, 1);
-}
-
-TEST_F(DialogTest, AFailingHandlerChangesNothing) {
-  LedgerDialog dialog(kMany);
-  Show(dialog, [&](const View& view) {
-    dialog.fails = true;
-    Keys(L"{End}{PgDn}{Down}");
-    PostMessageW(view.frame, WM_VSCROLL, SB_PAGEUP, 0);
-    TurnWheel(MiddleOf(view.list), -WHEEL_DELTA);
-    ASSERT_TRUE(host_.Settle());
-    dialog.fails = false;
-    Keys(L"{Home}");
-    EXPECT_EQ(view.Selected(), L"1");
-    Keys(L"{Enter}");
-  });
-  EXPECT_TRUE(dialog.result());
-}
-
-TEST_F(DialogTest, AllWindowsOfTheHostAreDisabledAndTheDisabledStaySo) {
-  const auto create = [](DWORD style) {
-    return CreateWindowW(L"STATIC", L"", WS_POPUP | WS_VISIBLE | style, 0, 0, 20, 20, nullptr,
-                         nullptr, nullptr, nullptr);
+TEST_F(DialogTest, ProgressShowsAfterAMomentAndIsCancelled) {
+  constexpr wchar_t kReading[] = L"Reading bank accounts";
+  int done = 0;
+  const auto work = [&] {
+    const ULONGLONG start = GetTickCount64();
+    const auto progress = environment_.ShowProgress(kReading, 1'000'000);
+    while (progress->Advance()) {
+      ++done;
+      const bool shown = FindWindowW(nullptr, kReading) != nullptr;
+      EXPECT_TRUE(!shown || GetTickCount64() - start >= 500);
+      Sleep(1);
+    }
   };
-  const HWND palette = create(0);
-  const HWND disabled = create(WS_DISABLED);
-  LedgerDialog dialog(kMany);
-  Show(dialog, [&](const View&) { EXPECT_FALSE(IsWindowEnabled(palette)); });
-  EXPECT_TRUE(IsWindowEnabled(palette));
-  EXPECT_FALSE(IsWindowEnabled(disabled));
-  DestroyWindow(palette);
-  DestroyWindow(disabled);
+  Work(kReading, work, [&](const View& view) {
+    Keys(L"{Esc}");
+    ExpectClosed(view);
+  });
+  EXPECT_GT(done, 0);
 }
 
-TEST_F(DialogTest, OpensWithoutAnOwner) {
-  SetActiveWindow(nullptr);
-  ShowWindow(host_.window(), SW_HIDE);
-  LedgerDialog dialog(kMany);
-  ShowAsIs(dialog, [&] {
-    EXPECT_EQ(GetWindow(FindWindowW(nullptr, kTitle), GW_OWNER), nullptr);
-    Keys(L"{Enter}");
-  });
-  EXPECT_TRUE(dialog.result());
+TEST_F(DialogTest, AQuestionIsAnsweredByAKey) {
+  for (const auto& [key, choice] :
+       {std::pair{L"{A}", Choice::kAbort}, {L"{R}", Choice::kRetry}, {L"{I}", Choice::kIgnore}}) {
+    std::optional<Choice> chosen;
+    Drive(
+        L"A question",
+        [&] { chosen = environment_.AskWhatToDo(L"What?\r\n\r\nAnd why?", L"A question"); },
+        [&, key = key](const View& box) {
+          EXPECT_EQ(TextOf(GetDlgItem(box.window, 0xFFFF)), L"What?\r\n\r\nAnd why?");
+          Keys(key);
+        });
+    EXPECT_EQ(chosen, choice);
+  }
 }
 
 }  // namespace
