@@ -36,7 +36,6 @@ inline const ClassIdentity kClasses[] = {
     {L"cAccessRights", CLSID_cAccessRights, IID__cAccessRights},
     {L"cDeliveryAddress", CLSID_cDeliveryAddress, IID__cDeliveryAddress},
 };
-inline constexpr wchar_t kLibraryId[] = L"{9F172FBD-0E00-49C2-834D-4C2F00C3C8DD}";
 
 std::wstring Text(REFGUID id);
 std::wstring ProgId(const ClassIdentity& identity);

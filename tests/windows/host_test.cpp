@@ -1,19 +1,22 @@
-// The library as its hosts use it: created, given its context, called early-bound and late-bound,
-// released and unloaded.
+// The library as its hosts use it, and hosts that do what none should: they come back in the middle
+// of a call, and call from other apartments. The library is used by its assembly manifest here
+// (host_test.manifest); nothing of it is registered.
 //
 //   host_test <folder of the demo company>
 //
-// Both the library and the simulated engine have to be registered.
+// The simulated engine has to be registered.
 #include "tests/windows/host.h"
 
 // After windows.h.
 #include <gtest/gtest.h>
 #include <ocidl.h>
 
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "frame/text.h"
 #include "tests/windows/hasty_user.h"
@@ -21,141 +24,229 @@
 namespace ard::windows {
 namespace {
 
-using namespace std::string_view_literals;
 using namespace testing;  // NOLINT(google-build-using-namespace): the host
 
 // The interface of objects that call themselves safe for scripting.
 constexpr IID kObjectSafety = {
     0xCB5BDC81, 0x93C1, 0x11CF, {0x8F, 0x20, 0x00, 0x80, 0x5F, 0x2C, 0xD0, 0x64}};
 
-TEST(Classes, AreCreatable) {
+TEST(Classes, AreCreatableAndHoldTheVeryObjectsThatTheyAreGiven) {
   for (const ClassIdentity& identity : kClasses) {
     SCOPED_TRACE(ToUtf8(identity.name));
-    ComPtr<IUnknown> object;
-    ASSERT_EQ(CoCreateInstance(identity.class_id, nullptr, CLSCTX_INPROC_SERVER,
-                               identity.interface_id, reinterpret_cast<void**>(object.Receive())),
-              S_OK);
-    const ComPtr<IProvideClassInfo> provider = As<IProvideClassInfo>(object.get());
-    ASSERT_TRUE(provider);
-    ComPtr<ITypeInfo> info;
-    ASSERT_EQ(provider->GetClassInfo(info.Receive()), S_OK);
-    Bstr class_name;
-    info->GetDocumentation(MEMBERID_NIL, class_name.Receive(), nullptr, nullptr, nullptr);
-    EXPECT_EQ(class_name.view(), identity.name);
+    ForeignObject given;
+    {
+      ComPtr<IUnknown> object;
+      ASSERT_EQ(CoCreateInstance(identity.class_id, nullptr, CLSCTX_INPROC_SERVER,
+                                 identity.interface_id, reinterpret_cast<void**>(object.Receive())),
+                S_OK);
+      const auto provider = As<IProvideClassInfo>(object.get());
+      ASSERT_TRUE(provider);
+      ComPtr<ITypeInfo> info;
+      ASSERT_EQ(provider->GetClassInfo(info.Receive()), S_OK);
+      Bstr class_name;
+      info->GetDocumentation(MEMBERID_NIL, class_name.Receive(), nullptr, nullptr, nullptr);
+      EXPECT_EQ(class_name.view(), identity.name);
 
-    // One object behind each interface, and no other class's.
-    EXPECT_EQ(As<IUnknown>(provider.get()).get(), As<IUnknown>(object.get()).get());
-    EXPECT_TRUE(As<IDispatch>(provider.get()));
-    EXPECT_EQ(As<IDispatch>(provider.get()).get(), As<IDispatch>(object.get()).get());
-    const ClassIdentity& other = kClasses[&identity == kClasses ? 1 : 0];
-    for (const IID& iid : {kObjectSafety, other.interface_id}) {
-      void* none = &none;
-      EXPECT_EQ(object->QueryInterface(iid, &none), E_NOINTERFACE);
-      EXPECT_EQ(none, nullptr);
-    }
-    ComPtr<IUnknown> inner;
-    EXPECT_EQ(CoCreateInstance(identity.class_id, object.get(), CLSCTX_INPROC_SERVER, IID_IUnknown,
-                               reinterpret_cast<void**>(inner.Receive())),
-              CLASS_E_NOAGGREGATION);
-  }
-}
-
-TEST(ContextProperties, HoldTheVeryObjects) {
-  for (const ClassIdentity& identity : kClasses) {
-    for (const wchar_t* property : {L"ArdWorkspace", L"ArdEngine", L"oDBaseConn"}) {
-      SCOPED_TRACE(ToUtf8(identity.name) + ToUtf8(property));
-      ForeignObject given;
-      {
-        const LateBound object(CreateObject(ProgId(identity)));
-        // Which class has which of them is the type library's business.
-        if (object.Ask(property).vt != VT_DISPATCH) continue;
-        EXPECT_EQ(object.Ask(property).pdispVal, nullptr);
-        EXPECT_EQ(object.Put(property, Variant(&given), DISPATCH_PROPERTYPUTREF), S_OK);
-        EXPECT_EQ(object.Ask(property).pdispVal, &given);
+      // One object behind each interface, and no other class's.
+      EXPECT_EQ(As<IUnknown>(provider.get()).get(), As<IUnknown>(object.get()).get());
+      const LateBound late(As<IDispatch>(provider.get()));
+      EXPECT_EQ(late.get(), As<IDispatch>(object.get()).get());
+      const ClassIdentity& other = kClasses[&identity == kClasses ? 1 : 0];
+      for (const IID& iid : {kObjectSafety, other.interface_id}) {
+        void* none = &none;
+        EXPECT_EQ(object->QueryInterface(iid, &none), E_NOINTERFACE);
+        EXPECT_EQ(none, nullptr);
       }
-      EXPECT_EQ(given.references, 1u);
+      ComPtr<IUnknown> inner;
+      EXPECT_EQ(CoCreateInstance(identity.class_id, object.get(), CLSCTX_INPROC_SERVER,
+                                 IID_IUnknown, reinterpret_cast<void**>(inner.Receive())),
+                CLASS_E_NOAGGREGATION);
+      for (const std::wstring& prog_id : {ProgId(identity), ProgId(identity) + L".1"}) {
+        const ComPtr<IDispatch> by_name = CreateObject(prog_id);
+        ASSERT_TRUE(by_name) << ToUtf8(prog_id);
+        EXPECT_EQ(by_name->QueryInterface(identity.interface_id,
+                                          reinterpret_cast<void**>(inner.Receive())),
+                  S_OK);
+      }
+
+      for (const wchar_t* property : {L"ArdWorkspace", L"ArdEngine", L"oDBaseConn"}) {
+        // Which class has which of them is the type library's business.
+        if (late.Ask(property).vt != VT_DISPATCH) continue;
+        EXPECT_EQ(late.Ask(property).pdispVal, nullptr);
+        EXPECT_EQ(late.Put(property, Variant(&given), DISPATCH_PROPERTYPUTREF), S_OK);
+        EXPECT_EQ(late.Ask(property).pdispVal, &given);
+      }
     }
+    EXPECT_EQ(given.references, 1u);
   }
+  ComPtr<ITypeLib> library;
+  EXPECT_EQ(LoadRegTypeLib(LIBID_ArdObjects100, 1, 0, 0, library.Receive()), S_OK);
 }
 
-class CustomersTest : public ::testing::Test {
- protected:
-  // Early-bound.
-  std::wstring Name(std::wstring_view acc_ref) {
-    Bstr name;
-    EXPECT_EQ(customers_->GetName(Bstr(acc_ref).get(), name.Receive()), S_OK);
-    return std::wstring(name.view());
-  }
-  void OpenDemoCompany() {
-    ASSERT_EQ(engine_.Ask(L"Open", company_folder.c_str()).vt, VT_BOOL) << "no company opened";
-    EXPECT_EQ(customers_->putref_ArdWorkspace(engine_.Ask(L"Workspace").pdispVal), S_OK);
-  }
-
-  static void CALLBACK ReleaseOnce(HWND, UINT, UINT_PTR timer, DWORD) {
-    KillTimer(nullptr, timer);
-    std::exchange(to_release_, nullptr)->Release();
-    user_.emplace();
-  }
-
-  static inline _Customers* to_release_ = nullptr;
-  static inline std::optional<HastyUser> user_;
-
-  ComPtr<_Customers> customers_ = As<_Customers>(CreateObject(L"ArdObjects100.Customers").get());
-  const LateBound engine_{CreateObject(L"ArdSimulator.Engine")};
-};
-
-TEST_F(CustomersTest, AnyTextIsTakenAndKept) {
-  OpenDemoCompany();
+TEST(Texts, AreTakenAndKeptWhateverTheyAre) {
+  const auto customers = As<_Customers>(CreateObject(L"ArdObjects100.Customers").get());
   for (const std::wstring& text :
-       {std::wstring(), std::wstring(L"  blanks  "), std::wstring(L"ACE001\0"sv),
-        std::wstring(L"ACE*"), std::wstring(L"\U0001F9FE beyond the basic plane"),
-        std::wstring(L"\xD800 half a pair"), std::wstring(1 << 20, L'A')}) {
-    ASSERT_EQ(customers_->put_AppName(Bstr(text).get()), S_OK);
+       {std::wstring(L"  blanks  "), std::wstring(L"ACE001\0", 7),
+        std::wstring(L"\xD800 half a pair"), std::wstring(1 << 20, L'A'), std::wstring()}) {
+    ASSERT_EQ(customers->put_AppName(text.empty() ? nullptr : Bstr(text).get()), S_OK);
     Bstr answer;
-    ASSERT_EQ(customers_->get_AppName(answer.Receive()), S_OK);
+    ASSERT_EQ(customers->get_AppName(answer.Receive()), S_OK);
     EXPECT_TRUE(answer.view() == text) << text.size();
-    EXPECT_EQ(Name(text), L"");
   }
   // None is an empty one, and there has to be a place for the answer.
-  ASSERT_EQ(customers_->put_AppName(nullptr), S_OK);
   VARIANT_BOOL valid = VARIANT_TRUE;
-  EXPECT_EQ(customers_->IsValid(nullptr, &valid), S_OK);
+  EXPECT_EQ(customers->IsValid(nullptr, &valid), S_OK);
   EXPECT_EQ(valid, VARIANT_FALSE);
-  EXPECT_EQ(customers_->IsValid(nullptr, nullptr), E_POINTER);
-  EXPECT_EQ(customers_->GetName(nullptr, nullptr), E_POINTER);
-  EXPECT_EQ(customers_->get_AppName(nullptr), E_POINTER);
-  EXPECT_EQ(customers_->get_ArdWorkspace(nullptr), E_POINTER);
+  EXPECT_EQ(customers->GetName(nullptr, nullptr), E_POINTER);
+  EXPECT_EQ(customers->get_AppName(nullptr), E_POINTER);
+  EXPECT_EQ(customers->get_ArdWorkspace(nullptr), E_POINTER);
 }
 
-TEST_F(CustomersTest, WithoutAWorkspaceAnswersAreNeutral) {
-  EXPECT_EQ(Name(L"ACE001"), L"");
-  ForeignObject foreign;
-  for (const HRESULT status : {S_OK, DISP_E_MEMBERNOTFOUND, RPC_E_DISCONNECTED}) {
-    foreign.status = status;
-    ASSERT_EQ(customers_->putref_ArdWorkspace(&foreign), S_OK);
-    EXPECT_EQ(Name(L"ACE001"), L"");
+// The host's own object, which comes back to the host when it is called, or released. The library
+// must hold it for the time of the call, whatever the host does then.
+class CallsBack final : public ForeignObject {
+ public:
+  std::function<void()> back;
+  std::function<void()> gone;  // when the library has released it for the last time
+  bool held = false;
+
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = ForeignObject::Release();
+    if (left == 1 && gone) std::exchange(gone, nullptr)();
+    return left;
   }
-  customers_->putref_ArdWorkspace(CreateObject(L"ArdObjects100.Suppliers").get());
-  EXPECT_EQ(Name(L"ACE001"), L"");
-  OpenDemoCompany();
-  EXPECT_EQ(Name(L"ACE001"), L"Ace Shopfitting Ltd");
-  ASSERT_EQ(customers_->putref_ArdWorkspace(nullptr), S_OK);
-  EXPECT_EQ(Name(L"ACE001"), L"");
-  EXPECT_EQ(foreign.references, 1u);
+  // Answers False, to whatever it is asked.
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    if (back) {
+      std::exchange(back, nullptr)();
+      held = references > 1;
+    }
+    if (result) result->vt = VT_BOOL;
+    return S_OK;
+  }
+};
+
+TEST(Callbacks, MayPutAnotherObjectInPlaceOfTheOneThatIsCalled) {
+  const struct {
+    const char* what;
+    const wchar_t* class_name;
+    const wchar_t* property;
+    std::vector<const wchar_t*> call;
+  } cases[] = {
+      {"creating a record", L"Customers", L"ArdWorkspace", {L"GetName", L"ACE001"}},
+      {"creating an index", L"Products", L"ArdWorkspace", {L"GetDesc", L"LOCK-CAM"}},
+      {"logging on", L"Messaging", L"ArdWorkspace", {L"LogonUser", L"x", L"y"}},
+      {"logging off", L"Messaging", L"ArdWorkspace", {L"LogoffUser"}},
+      {"the last error", L"Messaging", L"ArdEngine", {L"LogonUser", L"x", L"y"}},
+  };
+  const HastyUser user;  // a refused logon is told
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    CallsBack workspace;
+    CallsBack called;
+    CallsBack other;
+    {
+      const LateBound object(CreateObject(std::wstring(L"ArdObjects100.") + c.class_name));
+      object.Put(L"ArdWorkspace", Variant(&workspace), DISPATCH_PROPERTYPUTREF);
+      ASSERT_EQ(object.Put(c.property, Variant(&called), DISPATCH_PROPERTYPUTREF), S_OK);
+      called.back = [&] {
+        EXPECT_EQ(object.Put(c.property, Variant(&other), DISPATCH_PROPERTYPUTREF), S_OK);
+      };
+      std::vector<ScopedVariant> arguments;
+      for (std::size_t i = 1; i < c.call.size(); ++i) arguments.push_back(Variant(c.call[i]));
+      EXPECT_NE(object.Call(c.call[0], std::move(arguments)).vt, VT_ERROR);
+      EXPECT_FALSE(called.back) << "never called";
+      EXPECT_TRUE(called.held);
+      EXPECT_EQ(object.Ask(c.property).pdispVal, &other);
+    }
+    for (const CallsBack* object : {&workspace, &called, &other}) {
+      EXPECT_EQ(object->references, 1u);
+    }
+  }
 }
 
-// A script may let go of its object in the middle of a call: by a message that the dialog's own
-// loop delivers.
-TEST_F(CustomersTest, OutlivesItsReleaseWhileADialogIsShown) {
-  OpenDemoCompany();
-  _Customers* const customers = to_release_ = customers_.Detach();
-  SetTimer(nullptr, 0, 1, ReleaseOnce);
-  Bstr choice;
-  EXPECT_EQ(customers->FastList(choice.Receive()), S_OK);
-  user_.reset();
-  EXPECT_EQ(choice.view(), L"ABC001");
-  EXPECT_EQ(to_release_, nullptr);
+// What is released for a new one may set the property itself, and that one stays then. The
+// library's own object may be released, too: it holds itself until the call has ended.
+TEST(Callbacks, MayComeFromTheReleaseAndReleaseTheObjectThatIsCalled) {
+  CallsBack first, second, third;
+  const auto customers = As<_Customers>(CreateObject(L"ArdObjects100.Customers").get());
+  customers->putref_ArdWorkspace(&first);
+  first.gone = [&] { customers->putref_ArdWorkspace(&third); };
+  customers->putref_ArdWorkspace(&second);
+  ComPtr<IDispatch> told;
+  customers->get_ArdWorkspace(told.Receive());
+  EXPECT_EQ(told.get(), &third);
+
+  ULONG references = 0;
+  const auto count = [&] {
+    customers->AddRef();
+    references = customers->Release();
+  };
+  third.back = count;
+  Bstr name;
+  customers->GetName(Bstr(L"A").get(), name.Receive());
+  EXPECT_EQ(references, 2u);
+  third.back = count;
+  LateBound(As<IDispatch>(customers.get())).Ask(L"GetName", L"A");  // has one itself
+  EXPECT_EQ(references, 3u);
+  customers->putref_ArdWorkspace(nullptr);
 }
+
+// What a thread in the other kind of apartment is told by the object.
+void UseFromAnyThread(const ComPtr<_Customers>& customers) {
+  ASSERT_TRUE(customers);
+  const LateBound engine(CreateObject(L"ArdSimulator.Engine"));
+  ASSERT_EQ(engine.Ask(L"Open", company_folder.c_str()).vt, VT_BOOL);
+  EXPECT_EQ(customers->putref_ArdWorkspace(engine.Ask(L"Workspace").pdispVal), S_OK);
+  for (const wchar_t* expected : {L"Ace Shopfitting Ltd", L""}) {
+    Bstr name;
+    EXPECT_EQ(customers->GetName(Bstr(L"ACE001").get(), name.Receive()), S_OK);
+    EXPECT_EQ(name.view(), expected);
+    EXPECT_EQ(View(LateBound(As<IDispatch>(customers.get())).Ask(L"GetName", L"ACE001").bstrVal),
+              expected);
+    EXPECT_EQ(customers->putref_ArdWorkspace(nullptr), S_OK);
+  }
+}
+
+TEST(Apartments, MayBeAny) {
+  // In the multithreaded apartment COM makes the object on a thread of its own.
+  std::thread([] {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    UseFromAnyThread(As<_Customers>(CreateObject(L"ArdObjects100.Customers").get()));
+    CoUninitialize();
+  }).join();
+
+  // An object of this thread's, used by another while this one answers its messages.
+  const ComPtr<IDispatch> object = CreateObject(L"ArdObjects100.Customers");
+  UseFromAnyThread(As<_Customers>(object.get()));
+  ComPtr<IStream> stream;
+  ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID__Customers, object.get(), stream.Receive()),
+            S_OK);
+  const DWORD this_thread = GetCurrentThreadId();
+  std::thread other([&] {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    {
+      ComPtr<_Customers> customers;
+      EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream.Detach(), IID__Customers,
+                                               reinterpret_cast<void**>(customers.Receive())),
+                S_OK);
+      EXPECT_NE(static_cast<void*>(customers.get()), static_cast<void*>(object.get()));
+      UseFromAnyThread(customers);
+    }
+    CoUninitialize();
+    PostThreadMessageW(this_thread, WM_QUIT, 0, 0);
+  });
+  for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) DispatchMessageW(&message);
+  other.join();
+}
+
+class Unregistered : public ::testing::Environment {
+  void SetUp() override { ASSERT_EQ(Dll(LibraryPath()).Call("DllUnregisterServer"), S_OK); }
+  void TearDown() override { EXPECT_EQ(Dll(LibraryPath()).Call("DllRegisterServer"), S_OK); }
+};
+[[maybe_unused]] const auto* const kUnregistered =
+    ::testing::AddGlobalTestEnvironment(new Unregistered);
 
 }  // namespace
 }  // namespace ard::windows

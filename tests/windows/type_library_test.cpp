@@ -1,5 +1,5 @@
 // The type library, by which hosts are compiled: every name, identifier, id, type and place in the
-// vtable.
+// vtable. Scripts, which call late-bound, are told the same ids.
 #include "tests/windows/host.h"
 
 // After windows.h.
@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "frame/text.h"
@@ -73,7 +74,23 @@ std::wstring TypeName(ITypeInfo* info, const TYPEDESC& type) {
   return known == kNames.end() ? L"type " + std::to_wstring(type.vt) : known->second;
 }
 
-std::wstring Describe(ITypeInfo* info, const FUNCDESC& function) {
+// What `object` knows of a member and its parameters, in capitals, and of one that it does not
+// have.
+void ExpectIds(IDispatch* object, MEMBERID member, std::vector<std::wstring> names) {
+  std::vector<DISPID> expected = {member};
+  for (DISPID i = 1; i < static_cast<DISPID>(names.size()); ++i) expected.push_back(i - 1);
+  expected.push_back(DISPID_UNKNOWN);
+  names.push_back(L"Unknown");
+  std::vector<wchar_t*> texts;
+  for (std::wstring& name : names) texts.push_back(CharUpperW(name.data()));
+  std::vector<DISPID> ids(names.size());
+  const auto count = static_cast<UINT>(names.size());
+  EXPECT_EQ(object->GetIDsOfNames(IID_NULL, texts.data(), count, 0, ids.data()),
+            DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(ids, expected) << ToUtf8(names[0]);
+}
+
+std::wstring Describe(ITypeInfo* info, const FUNCDESC& function, IDispatch* object) {
   static const std::map<INVOKEKIND, std::wstring> kKinds = {{INVOKE_FUNC, L"call "},
                                                             {INVOKE_PROPERTYGET, L"get "},
                                                             {INVOKE_PROPERTYPUT, L"put "},
@@ -87,6 +104,7 @@ std::wstring Describe(ITypeInfo* info, const FUNCDESC& function) {
   info->GetNames(function.memid, names, ARRAYSIZE(names), &count);
   std::wstring text =
       std::to_wstring(function.memid) + L" " + kKinds.at(function.invkind) + names[0] + L"(";
+  std::vector<std::wstring> known = {names[0]};
   for (int i = 0; i < function.cParams; ++i) {
     const ELEMDESC& parameter = function.lprgelemdescParam[i];
     if (i > 0) text += L", ";
@@ -95,12 +113,15 @@ std::wstring Describe(ITypeInfo* info, const FUNCDESC& function) {
     }
     // The value of a property has no name of its own here: all of them are "Value".
     const bool named = i + 1 < static_cast<int>(count);
+    const bool is_result = parameter.paramdesc.wParamFlags & PARAMFLAG_FRETVAL;
+    if (function.invkind == INVOKE_FUNC && !is_result) known.emplace_back(names[i + 1]);
     text += TypeName(info, parameter.tdesc) + L" " + (named ? names[i + 1] : L"Value");
     if (parameter.paramdesc.wParamFlags & PARAMFLAG_FHASDEFAULT) {
       text += L" = \"" + FromVariant(parameter.paramdesc.pparamdescex->varDefaultValue).ToText() +
               L"\"";
     }
   }
+  ExpectIds(object, function.memid, std::move(known));
   for (const BSTR name : names) SysFreeString(name);
   return text + L")";
 }
@@ -138,6 +159,9 @@ std::wstring DescribeClass(ITypeInfo* info) {
   const ComPtr<ITypeInfo> members = Implemented(dispatch.get(), static_cast<UINT>(-1));
   EXPECT_EQ(AttributesOf(members.get()).typekind, TKIND_INTERFACE);
 
+  ComPtr<IDispatch> object;
+  CoCreateInstance(AttributesOf(info).guid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                   reinterpret_cast<void**>(object.Receive()));
   std::wstring text = L"class " + Heading(info) + L" " + Heading(dispatch.get()) + L"\n";
   for (UINT i = 0; i < AttributesOf(members.get()).cFuncs; ++i) {
     FUNCDESC* function = nullptr;
@@ -146,7 +170,7 @@ std::wstring DescribeClass(ITypeInfo* info) {
     EXPECT_EQ(TypeName(members.get(), function->elemdescFunc.tdesc), L"HRESULT");
     EXPECT_EQ(function->oVft, static_cast<SHORT>((7 + i) * sizeof(void*)));
     ExpectHelp(members.get(), function->memid);
-    text += L"  " + Describe(members.get(), *function) + L"\n";
+    text += L"  " + Describe(members.get(), *function, object.get()) + L"\n";
     members->ReleaseFuncDesc(function);
   }
   return text;
