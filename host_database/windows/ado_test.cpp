@@ -85,7 +85,7 @@ TEST_F(AdoTest, ACellCostsOneCallOnceItsFieldIsKnown) {
   rows->MoveNext();
   EXPECT_EQ(rows->GetValue(0).ToText(), L"a1");
   EXPECT_EQ(Count(L"Operations") - before, 2);
-  object_.Ask(L"FailFrom", 1L, 0L);
+  object_.Ask(L"FailFrom", 1, 0);
   EXPECT_THROW(rows->GetValue(0), Error);
   EXPECT_EQ(rows->GetValue(0).ToText(), L"a1");
 }

@@ -44,10 +44,7 @@ ScopedVariant StockRecord(const LateBound& workspace, const std::wstring& code) 
   const LateBound record = AskedObject(workspace, L"CreateRecordObject", L"StockRecord");
   const LateBound fields(ToDispatch(Asked(record, L"Fields")));
   Require(AskedObject(fields, L"Item", L"STOCK_CODE").Put(L"Value", Variant(code)), code);
-  std::vector<ScopedVariant> exact;
-  exact.push_back(ToVariant(false));
-  ScopedVariant found;
-  Require(record.Invoke(L"Find", DISPATCH_METHOD, std::move(exact), &found), code);
+  Asked(record, L"Find", false);
   return Variant(record.get());
 }
 
@@ -102,11 +99,11 @@ LateBound MembersWorld::Create(const std::wstring& class_name) const {
   LateBound object(Registered(L"ArdObjects100." + class_name));
   // No class has all of these.
   object.Put(L"AppName", Variant(L"Manufacturing"));
-  object.Put(L"ArdWorkspace", Variant(workspace_.get()), DISPATCH_PROPERTYPUTREF);
-  object.Put(L"ArdEngine", Variant(engine_.get()), DISPATCH_PROPERTYPUTREF);
-  object.Put(L"oDBaseConn", Variant(connection_.get()), DISPATCH_PROPERTYPUTREF);
+  object.Put(L"ArdWorkspace", Variant(workspace_.get()));
+  object.Put(L"ArdEngine", Variant(engine_.get()));
+  object.Put(L"oDBaseConn", Variant(connection_.get()));
   object.Put(L"ArdDataPath", Variant(DataFolder()));
-  object.Put(L"UseAccRights", ToVariant(true));
+  object.Put(L"UseAccRights", Variant(true));
   return object;
 }
 

@@ -29,8 +29,8 @@ int answers_changed = 0;  // by all that failed
 
 // Which operation fails: of the engine or of the database, from 1; 0 for none.
 struct Fault {
-  long engine = 0;
-  long database = 0;
+  int engine = 0;
+  int database = 0;
 };
 
 struct Outcome {
@@ -54,16 +54,16 @@ class DllSweepTest : public ::testing::TestWithParam<Member> {
     {
       AutomationCall call(world_->Create(member_.class_name), member_, *world_);
       const double before = Count(engine, L"Operations");
-      engine.Ask(L"FailFrom", fault.engine, 0L);
-      database.Ask(L"FailFrom", fault.database, 0L);
+      engine.Ask(L"FailFrom", fault.engine, 0);
+      database.Ask(L"FailFrom", fault.database, 0);
       const HastyUser user(member_.is_cancelled);
       EXPECT_EQ(call(), S_OK);
       outcome.windows = user.windows();
       outcome.answer = call.Answer();
       outcome.engine_operations = static_cast<int>(Count(engine, L"Operations") - before);
       outcome.database_operations = static_cast<int>(Count(database, L"Operations"));
-      engine.Ask(L"FailFrom", 0L, 0L);
-      database.Ask(L"FailFrom", 0L, 0L);
+      engine.Ask(L"FailFrom", 0, 0);
+      database.Ask(L"FailFrom", 0, 0);
     }
     EXPECT_TRUE(member_.may_answer(outcome.answer)) << ToUtf8(outcome.answer);
     EXPECT_EQ(Count(engine, L"OpenFiles"), files);
@@ -90,8 +90,8 @@ class DllSweepTest : public ::testing::TestWithParam<Member> {
 
 TEST_P(DllSweepTest, FailsCleanly) {
   const Outcome usual = Run({});
-  Sweep(usual.engine_operations, usual, [](long n) { return Fault{.engine = n}; });
-  Sweep(usual.database_operations, usual, [](long n) { return Fault{.database = n}; });
+  Sweep(usual.engine_operations, usual, [](int n) { return Fault{.engine = n}; });
+  Sweep(usual.database_operations, usual, [](int n) { return Fault{.database = n}; });
 }
 
 class Surroundings : public ::testing::Environment {

@@ -58,7 +58,8 @@ ScopedVariant LateBound::Call(const wchar_t* member, std::vector<ScopedVariant> 
   return result;
 }
 
-HRESULT LateBound::Put(const wchar_t* member, ScopedVariant value, WORD flags) const {
+HRESULT LateBound::Put(const wchar_t* member, ScopedVariant value) const {
+  const WORD flags = value.vt == VT_DISPATCH ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT;
   std::vector<ScopedVariant> arguments;
   arguments.push_back(std::move(value));
   return Invoke(member, flags, std::move(arguments), nullptr);

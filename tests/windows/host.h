@@ -114,7 +114,6 @@ class ForeignObject : public IDispatch {
 
 // Arguments.
 inline ScopedVariant Variant(const Value& value) { return ToVariant(value); }
-inline ScopedVariant Variant(long value) { return ToVariant(std::int32_t{value}); }
 inline ScopedVariant Variant(IDispatch* object) {
   return ToVariant(Value(std::make_shared<DispatchObject>(ComPtr(object))));
 }
@@ -124,8 +123,6 @@ class LateBound {
  public:
   explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
 
-  HRESULT Invoke(const wchar_t* member, WORD flags, std::vector<ScopedVariant> arguments,
-                 VARIANT* result) const;
   // The result of a call; of the type VT_ERROR, with the status, when it failed.
   ScopedVariant Call(const wchar_t* member, std::vector<ScopedVariant> arguments = {}) const;
   template <class... Arguments>
@@ -134,11 +131,15 @@ class LateBound {
     (list.push_back(Variant(arguments)), ...);
     return Call(member, std::move(list));
   }
-  HRESULT Put(const wchar_t* member, ScopedVariant value, WORD flags = DISPATCH_PROPERTYPUT) const;
+  // An object is put by reference, anything else by value.
+  HRESULT Put(const wchar_t* member, ScopedVariant value) const;
 
   IDispatch* get() const { return object_.get(); }
 
  private:
+  HRESULT Invoke(const wchar_t* member, WORD flags, std::vector<ScopedVariant> arguments,
+                 VARIANT* result) const;
+
   ComPtr<IDispatch> object_;
 };
 

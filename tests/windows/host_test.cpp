@@ -73,7 +73,7 @@ TEST(Classes, AreCreatableAndHoldTheVeryObjectsThatTheyAreGiven) {
         // Which class has which of them is the type library's business.
         if (late.Ask(property).vt != VT_DISPATCH) continue;
         EXPECT_EQ(late.Ask(property).pdispVal, nullptr);
-        EXPECT_EQ(late.Put(property, Variant(&given), DISPATCH_PROPERTYPUTREF), S_OK);
+        EXPECT_EQ(late.Put(property, Variant(&given)), S_OK);
         EXPECT_EQ(late.Ask(property).pdispVal, &given);
       }
     }
@@ -148,11 +148,9 @@ TEST(Callbacks, MayPutAnotherObjectInPlaceOfTheOneThatIsCalled) {
     CallsBack other;
     {
       const LateBound object(CreateObject(std::wstring(L"ArdObjects100.") + c.class_name));
-      object.Put(L"ArdWorkspace", Variant(&workspace), DISPATCH_PROPERTYPUTREF);
-      ASSERT_EQ(object.Put(c.property, Variant(&called), DISPATCH_PROPERTYPUTREF), S_OK);
-      called.back = [&] {
-        EXPECT_EQ(object.Put(c.property, Variant(&other), DISPATCH_PROPERTYPUTREF), S_OK);
-      };
+      object.Put(L"ArdWorkspace", Variant(&workspace));
+      ASSERT_EQ(object.Put(c.property, Variant(&called)), S_OK);
+      called.back = [&] { EXPECT_EQ(object.Put(c.property, Variant(&other)), S_OK); };
       std::vector<ScopedVariant> arguments;
       for (std::size_t i = 1; i < c.call.size(); ++i) arguments.push_back(Variant(c.call[i]));
       EXPECT_NE(object.Call(c.call[0], std::move(arguments)).vt, VT_ERROR);

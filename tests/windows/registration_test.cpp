@@ -62,15 +62,14 @@ Snapshot Classes(HKEY root, REGSAM view) {
     if (!HoldsOurKeys(path)) continue;
     if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ | view, &key) != ERROR_SUCCESS) continue;
     wchar_t name[256];
-    DWORD length = ARRAYSIZE(name);
-    for (DWORD i = 0; !RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr);
+    for (DWORD i = 0, length = ARRAYSIZE(name);
+         !RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr);
          ++i, length = ARRAYSIZE(name)) {
       keys.push_back(path + L"\\" + CharUpperW(name));
     }
     wchar_t text[1024] = {};
-    DWORD size = sizeof text;
-    for (DWORD i = 0; !RegEnumValueW(key, i, name, &length, nullptr, nullptr,
-                                     reinterpret_cast<BYTE*>(text), &size);
+    for (DWORD i = 0, length = ARRAYSIZE(name), size = sizeof text; !RegEnumValueW(
+             key, i, name, &length, nullptr, nullptr, reinterpret_cast<BYTE*>(text), &size);
          ++i, length = ARRAYSIZE(name), size = sizeof text) {
       snapshot[path + L"@" + CharUpperW(name)] = text;
     }

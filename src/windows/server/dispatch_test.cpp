@@ -19,7 +19,6 @@ struct Sample : testing::ForeignObject {
   std::wstring text;
   ComPtr<IDispatch> object;
   double factor = 0;
-  bool flag = false;
 
   virtual HRESULT STDMETHODCALLTYPE put_Text(BSTR value) {
     text = View(value);
@@ -38,14 +37,9 @@ struct Sample : testing::ForeignObject {
     *result = View(a).size() > static_cast<std::size_t>(length) ? VARIANT_TRUE : VARIANT_FALSE;
     return S_OK;
   }
-  // Multiplies `amount` and appends to `name`, unless `use` is false.
-  virtual HRESULT STDMETHODCALLTYPE Change(double by, double* amount, BSTR* name,
-                                           VARIANT_BOOL use) {
+  virtual HRESULT STDMETHODCALLTYPE Multiply(double by, double* amount) {
     factor = by;
-    flag = use != VARIANT_FALSE;
-    if (!flag) return S_OK;
     *amount *= by;
-    SysFreeString(std::exchange(*name, NewBstr(std::wstring(View(*name)) + L"!")));
     return S_OK;
   }
   // Adds "!" to each element but the empty ones.
@@ -61,29 +55,22 @@ struct Sample : testing::ForeignObject {
   std::int64_t lower_bound = -1;
 };
 
-enum : DISPID { kText = 1, kObject, kIsLonger, kChange, kMark };
+enum : DISPID { kText = 1, kObject, kIsLonger, kMultiply, kMark };
 constexpr Member kMembers[] = {
     Property<&Sample::get_Text, &Sample::put_Text, String>,
     ObjectProperty<&Sample::get_Object, &Sample::putref_Object>,
-    Method<&Sample::IsLonger, Boolean(String, Integer)>,
-    Method<&Sample::Change,
-           void(Double, ByRef<Double>, ByRef<String>, Optional<Boolean, VARIANT_TRUE>)>,
+    Method<&Sample::IsLonger, Boolean(String, Optional<Integer, SHORT{3}>)>,
+    Method<&Sample::Multiply, void(Double, ByRef<Double>)>,
     Method<&Sample::Mark, void(StringArray)>,
 };
-constexpr const wchar_t* kNames[] = {L"Text", L"Object", L"IsLonger a length",
-                                     L"Change by amount name use", L"Mark array"};
-constexpr DispatchTable kTable = {L"Sample", kMembers, kNames};
+constexpr const wchar_t* kSampleNames[] = {L"Text", L"Object", L"IsLonger a length",
+                                           L"Multiply by amount", L"Mark array"};
+constexpr DispatchTable kTable = {L"Sample", kMembers, kSampleNames};
 
-VARIANT Text(const wchar_t* text) { return testing::Variant(text).Detach(); }
-VARIANT Long(long value) { return testing::Variant(value).Detach(); }
+VARIANT Of(const auto& value) { return testing::Variant(value).Detach(); }
 VARIANT Nothing(VARTYPE vt) {
   VARIANT variant = {};
   variant.vt = vt;
-  return variant;
-}
-VARIANT Omitted() {
-  VARIANT variant = Nothing(VT_ERROR);
-  variant.scode = DISP_E_PARAMNOTFOUND;
   return variant;
 }
 VARIANT Reference(VARTYPE vt, void* target) {
@@ -117,20 +104,86 @@ class DispatchTest : public ::testing::Test {
   UINT failed_ = kNone;
 };
 
-TEST_F(DispatchTest, ArgumentsAreConverted) {
-  ScopedVariant variable = testing::Variant(L"1234");
-  ScopedVariant number;
-  number.vt = VT_R8;
-  number.dblVal = 2.6;
-  BSTR text = variable.bstrVal;
-  for (const auto& [a, b] :
-       {std::pair(Text(L"1234"), Long(3)), std::pair(Long(1234), Text(L"3")),
-        std::pair(Reference(VT_VARIANT, &variable), Reference(VT_VARIANT, &number)),
-        std::pair(Reference(VT_BSTR, &text), Long(3))}) {
-    ASSERT_EQ(Invoke(kIsLonger, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {a, b}), S_OK);
-    EXPECT_EQ(result_.vt, VT_BOOL);
-    EXPECT_EQ(result_.boolVal, VARIANT_TRUE);
+TEST_F(DispatchTest, CallsAreAnsweredAndMistakesOfTheHostTold) {
+  ScopedVariant text = testing::Variant(L"1234");
+  ScopedVariant number = testing::Variant(3.6);
+  VARIANT omitted = Nothing(VT_ERROR);
+  omitted.scode = DISP_E_PARAMNOTFOUND;
+  const VARIANT handed_on = Reference(VT_VARIANT, &omitted);
+  IDispatch* target = nullptr;
+  const VARIANT object = Reference(VT_DISPATCH, &target);
+  VARIANT array = Nothing(VT_ARRAY | VT_VARIANT);
+  const VARIANT with_array = Reference(VT_VARIANT, &array);
+  SAFEARRAY* none = nullptr;
+  SAFEARRAYBOUND square[] = {{2, 0}, {2, 0}};
+  ScopedVariant table;
+  table.vt = VT_ARRAY | VT_VARIANT;
+  table.parray = SafeArrayCreate(VT_VARIANT, 2, square);
+  const WORD call = DISPATCH_METHOD;
+  const WORD put = DISPATCH_PROPERTYPUT;
+  constexpr int kNoResult = 1;
+  struct Case {
+    const char* what;
+    DISPID id;
+    WORD flags;
+    std::vector<VARIANT> arguments;
+    std::vector<DISPID> names;
+    HRESULT status = S_OK;
+    UINT failed = kNone;
+    int result = kNoResult;
+  };
+  const auto is_longer = [](const char* what, std::vector<VARIANT> arguments,
+                            std::vector<DISPID> names, bool result) {
+    return Case{
+        what, kIsLonger, DISPATCH_METHOD | DISPATCH_PROPERTYGET, std::move(arguments), names,
+        S_OK, kNone,     result ? VARIANT_TRUE : VARIANT_FALSE};
+  };
+  const Case cases[] = {
+      is_longer("converted", {Of(L"1234"), Of(L"3")}, {}, true),
+      is_longer("converted", {Of(1234), Of(3)}, {}, true),
+      is_longer("variants", {Reference(VT_VARIANT, &text), Reference(VT_VARIANT, &number)}, {},
+                false),
+      is_longer("a text", {Reference(VT_BSTR, &text.bstrVal), Of(3)}, {}, true),
+      is_longer("named", {Of(3), Of(L"1234")}, {1, 0}, true),
+      is_longer("one named", {Of(L"1234"), Of(4)}, {1}, false),
+      is_longer("left out", {Of(L"1234")}, {}, true),
+      is_longer("omitted", {Of(L"123"), omitted}, {}, false),
+      is_longer("handed on", {Of(L"1234"), handed_on}, {}, true),
+      is_longer("an error", {Of(L"1234"), Reference(VT_ERROR, &omitted.scode)}, {}, true),
+      {"no member", 0, call, {}, {}, DISP_E_MEMBERNOTFOUND},
+      {"no member", kMark + 1, call, {}, {}, DISP_E_MEMBERNOTFOUND},
+      {"put a method", kIsLonger, put, {Of(1)}, {}, DISP_E_MEMBERNOTFOUND},
+      {"call a property", kText, call, {}, {}, DISP_E_MEMBERNOTFOUND},
+      {"refer to a text", kText, DISPATCH_PROPERTYPUTREF, {}, {}, DISP_E_MEMBERNOTFOUND},
+      {"too few", kIsLonger, call, {}, {}, DISP_E_BADPARAMCOUNT},
+      {"too many", kIsLonger, call, {Of(1), Of(1), Of(1)}, {}, DISP_E_BADPARAMCOUNT},
+      {"no value", kText, put, {}, {}, DISP_E_BADPARAMCOUNT},
+      {"omitted", kIsLonger, call, {omitted, Of(1)}, {}, DISP_E_PARAMNOTOPTIONAL},
+      {"handed on", kIsLonger, call, {handed_on, Of(1)}, {}, DISP_E_PARAMNOTOPTIONAL},
+      {"no such name", kIsLonger, call, {Of(1), Of(1)}, {2}, DISP_E_PARAMNOTFOUND, 0},
+      {"named twice", kIsLonger, call, {Of(1), Of(1)}, {1, 1}, DISP_E_PARAMNOTFOUND, 1},
+      {"given and named", kIsLonger, call, {Of(1), Of(1)}, {0}, DISP_E_PARAMNOTFOUND, 1},
+      {"no text", kIsLonger, call, {Nothing(VT_NULL), Of(1)}, {}, DISP_E_TYPEMISMATCH, 1},
+      {"too large", kIsLonger, call, {Of(1), Of(70000)}, {}, DISP_E_OVERFLOW, 0},
+      {"no object", kObject, put, {Of(1)}, {}, DISP_E_TYPEMISMATCH, 0},
+      {"object", kMultiply, call, {Of(1), object}, {}, DISP_E_TYPEMISMATCH, 0},
+      {"array", kMultiply, call, {Of(1), with_array}, {}, DISP_E_TYPEMISMATCH, 0},
+      {"no array", kMark, call, {Of(L"a")}, {}, DISP_E_TYPEMISMATCH, 0},
+      {"not yet", kMark, call, {Reference(VT_ARRAY | VT_BSTR, &none)}, {}},
+      {"not of one dimension", kMark, call, {Reference(VT_VARIANT, &table)}, {}},
+      {"the member's own", kText, DISPATCH_PROPERTYGET, {}, {}, E_FAIL},
+      {"without a name", kText, put, {Of(L"unnamed")}, {}},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Invoke(c.id, c.flags, c.arguments, c.names), c.status) << c.what;
+    EXPECT_EQ(failed_, c.failed) << c.what;
+    EXPECT_EQ(result_.vt, c.result == kNoResult ? VT_EMPTY : VT_BOOL) << c.what;
+    if (result_.vt == VT_BOOL) {
+      EXPECT_EQ(result_.boolVal, c.result) << c.what;
+    }
   }
+  EXPECT_EQ(sample_.factor, 0) << "a member was called";
+  EXPECT_EQ(sample_.text, L"unnamed");
 }
 
 // A host's variable has the type that the host likes.
@@ -140,7 +193,7 @@ TEST_F(DispatchTest, OutputsGoBackIntoVariablesOfOtherTypes) {
     lines.append(line.substr(line.find('\t'))).append("\n");  // without its time
   });
   const auto change = [&](const VARIANT& variable, const wchar_t* by) {
-    EXPECT_EQ(Invoke(kChange, DISPATCH_METHOD, {Text(by), variable, Text(L"")}), S_OK) << lines;
+    EXPECT_EQ(Invoke(kMultiply, DISPATCH_METHOD, {Of(by), variable}), S_OK) << lines;
   };
   struct Case {
     std::vector<VARTYPE> types;
@@ -179,13 +232,14 @@ TEST_F(DispatchTest, OutputsGoBackIntoVariablesOfOtherTypes) {
       EXPECT_EQ(View(now.bstrVal), after) << vt << ToUtf8(before);
     }
   }
-  EXPECT_EQ(lines,
-            "\t0\t0\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n"
-            "\t0\t0\tskip\tSample.Change(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n");
+  EXPECT_EQ(
+      lines,
+      "\t0\t0\tskip\tSample.Multiply(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n"
+      "\t0\t0\tskip\tSample.Multiply(\"amount\")\t0x8002000A\tThe variable cannot hold it.\n");
 
   // What a script's variable held before is let go of.
   Sample object;
-  for (VARIANT held : {Nothing(VT_DISPATCH), testing::Variant(&object).Detach()}) {
+  for (VARIANT held : {Nothing(VT_DISPATCH), Of(&object)}) {
     change(Reference(VT_VARIANT, &held), L"2");
     EXPECT_EQ(held.vt, VT_R8);
     EXPECT_EQ(held.dblVal, 0);
@@ -205,8 +259,8 @@ TEST_F(DispatchTest, ArraysAreFilledWithinTheirBounds) {
     BSTR* const string = ArrayElements<BSTR>(strings.parray).begin();
     VARIANT* const variant = ArrayElements<VARIANT>(variants.parray).begin();
     string[2] = SysAllocString(L"a");
-    variant[1] = Long(7);
-    variant[2] = Text(L"a");
+    variant[1] = Of(7);
+    variant[2] = Of(L"a");
 
     for (const VARIANT& way :
          {Reference(VT_VARIANT, &strings), Reference(VT_ARRAY | VT_BSTR, &strings.parray),
@@ -220,107 +274,23 @@ TEST_F(DispatchTest, ArraysAreFilledWithinTheirBounds) {
     EXPECT_EQ(View(variant[1].bstrVal), L"7!!");
     EXPECT_EQ(View(variant[2].bstrVal), L"a!!");
   }
-  // No array yet, or one of several dimensions: there is nothing to fill.
-  SAFEARRAYBOUND square[] = {{2, 0}, {2, 0}};
-  ScopedVariant table;
-  table.vt = VT_ARRAY | VT_VARIANT;
-  table.parray = SafeArrayCreate(VT_VARIANT, 2, square);
-  EXPECT_EQ(Invoke(kMark, DISPATCH_METHOD, {Reference(VT_VARIANT, &table)}), S_OK);
-  SAFEARRAY* none = nullptr;
-  EXPECT_EQ(Invoke(kMark, DISPATCH_METHOD, {Reference(VT_ARRAY | VT_BSTR, &none)}), S_OK);
-}
-
-TEST_F(DispatchTest, ArgumentsMayBeNamedOrOmitted) {
-  ASSERT_EQ(Invoke(kIsLonger, DISPATCH_METHOD, {Long(3), Text(L"1234")}, {1, 0}), S_OK);
-  EXPECT_EQ(result_.boolVal, VARIANT_TRUE);
-  ASSERT_EQ(Invoke(kIsLonger, DISPATCH_METHOD, {Text(L"1234"), Long(4)}, {1}), S_OK);
-  EXPECT_EQ(result_.boolVal, VARIANT_FALSE);
-  VARIANT omitted = Omitted();
-  for (const VARIANT& way :
-       {omitted, Reference(VT_VARIANT, &omitted), Reference(VT_ERROR, &omitted.scode)}) {
-    sample_.flag = false;
-    ASSERT_EQ(Invoke(kChange, DISPATCH_METHOD, {Long(2), Long(1), Text(L""), way}), S_OK);
-    EXPECT_TRUE(sample_.flag);
-  }
-  ASSERT_EQ(Invoke(kChange, DISPATCH_METHOD, {Long(2), Long(0), Text(L""), Long(1)}, {3, 2, 1}),
-            S_OK);
-  EXPECT_FALSE(sample_.flag);
 }
 
 TEST_F(DispatchTest, PropertiesAreSetInEveryWay) {
   Sample object;
   for (const int flags : {DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF,
                           DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF}) {
-    sample_.object = ComPtr<IDispatch>();
-    VARIANT reference = testing::Variant(&object).Detach();
-    ASSERT_EQ(Invoke(kObject, static_cast<WORD>(flags), {reference}, {DISPID_PROPERTYPUT}), S_OK)
-        << flags;
-    EXPECT_EQ(sample_.object.get(), &object) << flags;
+    const auto way = static_cast<WORD>(flags);
+    for (const VARTYPE nothing : {VT_DISPATCH, VT_EMPTY, VT_NULL}) {
+      EXPECT_EQ(Invoke(kObject, way, {Of(&object)}, {DISPID_PROPERTYPUT}), S_OK) << way;
+      EXPECT_EQ(Invoke(kObject, DISPATCH_PROPERTYGET | DISPATCH_METHOD, {}), S_OK);
+      EXPECT_EQ(result_.vt, VT_DISPATCH);
+      EXPECT_EQ(result_.pdispVal, &object) << way;
+      EXPECT_EQ(Invoke(kObject, way, {Nothing(nothing)}, {DISPID_PROPERTYPUT}), S_OK) << nothing;
+      EXPECT_FALSE(sample_.object) << nothing;
+    }
   }
-  ASSERT_EQ(Invoke(kObject, DISPATCH_PROPERTYGET | DISPATCH_METHOD, {}), S_OK);
-  EXPECT_EQ(result_.vt, VT_DISPATCH);
-  EXPECT_EQ(result_.pdispVal, &object);
-  for (const VARTYPE nothing : {VT_DISPATCH, VT_EMPTY, VT_NULL}) {
-    sample_.object = ComPtr<IDispatch>(&object);
-    ASSERT_EQ(Invoke(kObject, DISPATCH_PROPERTYPUTREF, {Nothing(nothing)}, {DISPID_PROPERTYPUT}),
-              S_OK)
-        << nothing;
-    EXPECT_FALSE(sample_.object) << nothing;
-  }
-  result_ = ScopedVariant();
   EXPECT_EQ(object.references, 1u);
-
-  ASSERT_EQ(Invoke(kText, DISPATCH_PROPERTYPUT, {Text(L"unnamed")}), S_OK);
-  EXPECT_EQ(sample_.text, L"unnamed");
-}
-
-TEST_F(DispatchTest, MistakesOfTheHostAreTold) {
-  IDispatch* target = nullptr;
-  const VARIANT object = Reference(VT_DISPATCH, &target);
-  VARIANT array = Nothing(VT_ARRAY | VT_VARIANT);
-  const VARIANT with_array = Reference(VT_VARIANT, &array);
-  VARIANT omitted = Omitted();
-  const VARIANT handed_on = Reference(VT_VARIANT, &omitted);
-  const WORD call = DISPATCH_METHOD;
-  const WORD put = DISPATCH_PROPERTYPUT;
-  struct Case {
-    const char* what;
-    DISPID id;
-    WORD flags;
-    std::vector<VARIANT> arguments;
-    std::vector<DISPID> names;
-    HRESULT status;
-    UINT failed = kNone;
-  };
-  const Case cases[] = {
-      {"no member", 0, call, {}, {}, DISP_E_MEMBERNOTFOUND},
-      {"no member", kMark + 1, call, {}, {}, DISP_E_MEMBERNOTFOUND},
-      {"put a method", kIsLonger, put, {Long(1)}, {}, DISP_E_MEMBERNOTFOUND},
-      {"call a property", kText, call, {}, {}, DISP_E_MEMBERNOTFOUND},
-      {"refer to a text", kText, DISPATCH_PROPERTYPUTREF, {}, {}, DISP_E_MEMBERNOTFOUND},
-      {"too few", kIsLonger, call, {Long(1)}, {}, DISP_E_BADPARAMCOUNT},
-      {"too many", kIsLonger, call, {Long(1), Long(1), Long(1)}, {}, DISP_E_BADPARAMCOUNT},
-      {"no value", kText, put, {}, {}, DISP_E_BADPARAMCOUNT},
-      {"left out", kIsLonger, call, {Omitted(), Long(1)}, {}, DISP_E_PARAMNOTOPTIONAL},
-      {"no such name", kIsLonger, call, {Long(1), Long(1)}, {2}, DISP_E_PARAMNOTFOUND, 0},
-      {"named twice", kIsLonger, call, {Long(1), Long(1)}, {1, 1}, DISP_E_PARAMNOTFOUND, 1},
-      {"given and named", kIsLonger, call, {Long(1), Long(1)}, {0}, DISP_E_PARAMNOTFOUND, 1},
-      {"no text", kIsLonger, call, {Nothing(VT_NULL), Long(1)}, {}, DISP_E_TYPEMISMATCH, 1},
-      {"too large", kIsLonger, call, {Long(1), Long(70000)}, {}, DISP_E_OVERFLOW, 0},
-      {"no object", kObject, put, {Long(1)}, {}, DISP_E_TYPEMISMATCH, 0},
-      {"object", kChange, call, {Long(1), object, Long(1)}, {}, DISP_E_TYPEMISMATCH, 1},
-      {"array", kChange, call, {Long(1), with_array, Long(1)}, {}, DISP_E_TYPEMISMATCH, 1},
-      {"handed on", kIsLonger, call, {Text(L"a"), handed_on}, {}, DISP_E_PARAMNOTOPTIONAL},
-      {"no array", kMark, call, {Text(L"a")}, {}, DISP_E_TYPEMISMATCH, 0},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(Invoke(c.id, c.flags, c.arguments, c.names), c.status) << c.what;
-    EXPECT_EQ(failed_, c.failed) << c.what;
-    EXPECT_EQ(result_.vt, VT_EMPTY) << c.what;
-  }
-  EXPECT_EQ(sample_.factor, 0) << "a member was called";
-  EXPECT_EQ(Invoke(kText, DISPATCH_PROPERTYGET, {}), E_FAIL);
-  EXPECT_EQ(result_.vt, VT_EMPTY);
 }
 
 }  // namespace
