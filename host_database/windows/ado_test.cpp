@@ -25,26 +25,20 @@ constexpr const wchar_t* kCommands[] = {
     L"INSERT INTO Stock VALUES ('b1', NULL, NULL, '1899-12-29 12:00:00', -3, NULL)",
 };
 
-class AdoTest : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() { CoInitialize(nullptr); }
-  void SetUp() override {
-    object_.Ask(L"Open", kDatabase);
-    for (const wchar_t* command : kCommands) object_.Ask(L"Execute", command);
-  }
-  std::int32_t Count(const wchar_t* name) const {
-    return windows::FromVariant(object_.Ask(name)).ToLong();
-  }
-
+TEST(Ado, GivesTheLibraryWhatTheDatabaseHolds) {
+  CoInitialize(nullptr);
   // A connection as a host opens it, and as the library uses it.
-  const LateBound object_{windows::testing::CreateObject(L"ADODB.Connection")};
-  const std::shared_ptr<database::Connection> connection_ = windows::WrapConnection(object_.get());
-};
+  const LateBound object(windows::testing::CreateObject(L"ADODB.Connection"));
+  object.Ask(L"Open", kDatabase);
+  for (const wchar_t* command : kCommands) object.Ask(L"Execute", command);
+  const auto count = [&](const wchar_t* name) {
+    return windows::FromVariant(object.Ask(name)).ToLong();
+  };
+  const auto connection = windows::WrapConnection(object.get());
 
-TEST_F(AdoTest, TheLibraryGetsThroughAdoWhatTheDatabaseHolds) {
-  EXPECT_THROW(connection_->Open(L"SELECT No FROM Stock", Cursor::kStatic, Lock::kReadOnly), Error);
-  auto rows = connection_->Open(L"SELECT * FROM Stock", Cursor::kStatic, Lock::kOptimistic);
-  EXPECT_EQ(Count(L"OpenRecordsets"), 1);
+  EXPECT_THROW(connection->Open(L"SELECT No FROM Stock", Cursor::kStatic, Lock::kReadOnly), Error);
+  auto rows = connection->Open(L"SELECT * FROM Stock", Cursor::kStatic, Lock::kOptimistic);
+  EXPECT_EQ(count(L"OpenRecordsets"), 1);
   const std::wstring brass = L"Brass 'O' ring \x20ac";
   const Value expected[][6] = {
       {L"B2", brass, 2.5, Date{46347.25}, 7, true},
@@ -72,22 +66,19 @@ TEST_F(AdoTest, TheLibraryGetsThroughAdoWhatTheDatabaseHolds) {
   EXPECT_EQ(rows->RecordCount(), 2);
   rows->Close();
   EXPECT_NO_THROW(rows->Close());
-  EXPECT_EQ(Count(L"OpenRecordsets"), 0);
-  rows = connection_->Open(L"SELECT * FROM Stock", Cursor::kForwardOnly, Lock::kReadOnly);
-  rows.reset();
-  EXPECT_EQ(Count(L"OpenRecordsets"), 0) << "dropped, it closes";
-}
+  EXPECT_EQ(count(L"OpenRecordsets"), 0);
 
-TEST_F(AdoTest, ACellCostsOneCallOnceItsFieldIsKnown) {
-  const auto rows = connection_->Open(L"SELECT * FROM Stock", Cursor::kStatic, Lock::kReadOnly);
+  rows = connection->Open(L"SELECT * FROM Stock", Cursor::kForwardOnly, Lock::kReadOnly);
   rows->GetValue(0);
-  const std::int32_t before = Count(L"Operations");
+  const std::int32_t before = count(L"Operations");
   rows->MoveNext();
-  EXPECT_EQ(rows->GetValue(0).ToText(), L"a1");
-  EXPECT_EQ(Count(L"Operations") - before, 2);
-  object_.Ask(L"FailFrom", 1, 0);
+  EXPECT_EQ(rows->GetValue(0), Value(L"a1"));
+  EXPECT_EQ(count(L"Operations") - before, 2) << "a cell costs one once its field is known";
+  object.Ask(L"FailFrom", 1, 0);
   EXPECT_THROW(rows->GetValue(0), Error);
-  EXPECT_EQ(rows->GetValue(0).ToText(), L"a1");
+  EXPECT_EQ(rows->GetValue(0), Value(L"a1"));
+  rows.reset();
+  EXPECT_EQ(count(L"OpenRecordsets"), 0) << "dropped, it closes";
 }
 
 }  // namespace

@@ -27,12 +27,6 @@ constexpr int kMostFailures = 100;
 constexpr int kMostFailuresWithDialog = 12;
 int answers_changed = 0;  // by all that failed
 
-// Which operation fails: of the engine or of the database, from 1; 0 for none.
-struct Fault {
-  int engine = 0;
-  int database = 0;
-};
-
 struct Outcome {
   std::wstring answer;
   int engine_operations = 0;
@@ -42,9 +36,10 @@ struct Outcome {
 
 class DllSweepTest : public ::testing::TestWithParam<Member> {
  protected:
-  Outcome Run(const Fault& fault) {
-    SCOPED_TRACE("engine " + std::to_string(fault.engine) + ", database " +
-                 std::to_string(fault.database));
+  // With that operation of the engine or of the database failing, from 1; 0 for none.
+  Outcome Run(int engine_fault, int database_fault) {
+    SCOPED_TRACE("engine " + std::to_string(engine_fault) + ", database " +
+                 std::to_string(database_fault));
     if (!world_ || member_.has_effects) world_ = std::make_unique<MembersWorld>();
     const LateBound& engine = world_->engine();
     const LateBound& database = world_->connection();
@@ -54,8 +49,8 @@ class DllSweepTest : public ::testing::TestWithParam<Member> {
     {
       AutomationCall call(world_->Create(member_.class_name), member_, *world_);
       const double before = Count(engine, L"Operations");
-      engine.Ask(L"FailFrom", fault.engine, 0);
-      database.Ask(L"FailFrom", fault.database, 0);
+      engine.Ask(L"FailFrom", engine_fault, 0);
+      database.Ask(L"FailFrom", database_fault, 0);
       const HastyUser user(member_.is_cancelled);
       EXPECT_EQ(call(), S_OK);
       outcome.windows = user.windows();
@@ -74,24 +69,21 @@ class DllSweepTest : public ::testing::TestWithParam<Member> {
     return outcome;
   }
 
-  // Lets some or all of so many operations fail, one in each run.
-  template <class MakeFault>
-  void Sweep(int operations, const Outcome& usual, MakeFault fault_at) {
-    const int most = usual.windows > 0 ? kMostFailuresWithDialog : kMostFailures;
-    const int step = (operations + most - 1) / most;
-    for (int n = 1; n <= operations && !HasFailure(); n += step) {
-      answers_changed += Run(fault_at(n)).answer != usual.answer;
-    }
-  }
-
   const Member& member_ = GetParam();
   std::unique_ptr<MembersWorld> world_;
 };
 
 TEST_P(DllSweepTest, FailsCleanly) {
-  const Outcome usual = Run({});
-  Sweep(usual.engine_operations, usual, [](int n) { return Fault{.engine = n}; });
-  Sweep(usual.database_operations, usual, [](int n) { return Fault{.database = n}; });
+  const Outcome usual = Run(0, 0);
+  const int most = usual.windows > 0 ? kMostFailuresWithDialog : kMostFailures;
+  const auto sweep = [&](int operations, int engine, int database) {
+    const int step = (operations + most - 1) / most;
+    for (int n = 1; n <= operations && !HasFailure(); n += step) {
+      answers_changed += Run(n * engine, n * database).answer != usual.answer;
+    }
+  };
+  sweep(usual.engine_operations, 1, 0);
+  sweep(usual.database_operations, 0, 1);
 }
 
 class Surroundings : public ::testing::Environment {

@@ -9,6 +9,7 @@
 #include <shlobj.h>
 // clang-format on
 
+#include <filesystem>
 #include <string>
 
 #include "frame/error.h"
@@ -19,22 +20,14 @@
 namespace ard::windows {
 namespace {
 
+namespace fs = std::filesystem;
+
 class FilesTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    wchar_t folder[MAX_PATH] = {};
-    GetTempPathW(MAX_PATH, folder);
-    folder_ = std::wstring(folder) + L"A folder with a long name";
-    ini_ = folder_ + L"\\test.ini";
-    TearDown();
-    CreateDirectoryW(folder_.c_str(), nullptr);
-  }
+  void SetUp() override { fs::create_directory(folder_); }
   void TearDown() override {
     SetFileAttributesW(ini_.c_str(), FILE_ATTRIBUTE_NORMAL);
-    for (const wchar_t* name : {L"\\test.ini", L"\\queue.dta", L"\\test.lnk"}) {
-      DeleteFileW((folder_ + name).c_str());
-    }
-    RemoveDirectoryW(folder_.c_str());
+    fs::remove_all(folder_);
   }
 
   static HANDLE Hold(const std::wstring& file, DWORD share, DWORD disposition) {
@@ -43,8 +36,8 @@ class FilesTest : public ::testing::Test {
                        FILE_ATTRIBUTE_NORMAL, nullptr);
   }
 
-  std::wstring folder_;
-  std::wstring ini_;
+  const std::wstring folder_ = fs::temp_directory_path() / L"A folder with a long name";
+  const std::wstring ini_ = folder_ + L"\\test.ini";
 };
 
 TEST_F(FilesTest, IniFilesHoldWhatTheSystemLetsThem) {
