@@ -93,7 +93,10 @@ class Registration : public ::testing::Test {
     const wchar_t* const scope = root == kUser ? L"user" : nullptr;
     return dll_.Call<BOOL, const wchar_t*>("DllInstall", install, scope);
   }
-  void SetUp() override { TearDown(); }
+  void SetUp() override {
+    Install(kMachine, true);  // what the other platform's copy shares is as this one leaves it
+    TearDown();
+  }
   void TearDown() override {
     for (const HKEY root : {kMachine, kUser}) {
       EXPECT_EQ(Install(root, false), S_OK);
