@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <utility>
 
 #include "frame/text.h"
@@ -11,12 +12,17 @@
 
 namespace ard::simulator {
 
-FieldValues::FieldValues(const wchar_t* text) {
-  for (std::wstring_view rest = text; !rest.empty();) {
-    const std::wstring_view pair = rest.substr(0, rest.find(L'|'));
-    rest.remove_prefix(std::min(pair.size() + 1, rest.size()));
-    const std::size_t equals = pair.find(L'=');
-    push_back({pair.substr(0, equals), pair.substr(equals + 1)});
+std::wstring_view TakeUpTo(wchar_t separator, std::wstring_view& text) {
+  const std::wstring_view part = text.substr(0, text.find(separator));
+  text.remove_prefix(std::min(part.size() + 1, text.size()));
+  return part;
+}
+
+FieldValues::FieldValues(std::wstring_view text) {
+  while (!text.empty()) {
+    std::wstring_view value = TakeUpTo(L'|', text);
+    const std::wstring_view field = TakeUpTo(L'=', value);
+    push_back({std::wstring(field), value});
   }
 }
 
@@ -70,6 +76,24 @@ CompanyBuilder& CompanyBuilder::Columns(std::wstring_view table, std::wstring_vi
 CompanyBuilder& CompanyBuilder::Without(std::wstring_view table) {
   left_out_.emplace_back(table);
   return *this;
+}
+
+CompanyBuilder& CompanyBuilder::Line(std::wstring_view line) {
+  static const std::map<std::wstring_view,
+                        CompanyBuilder& (CompanyBuilder::*)(std::wstring_view, const FieldValues&)>
+      kRecords = {
+          {L"Customer", &CompanyBuilder::Customer}, {L"Supplier", &CompanyBuilder::Supplier},
+          {L"Nominal", &CompanyBuilder::Nominal},   {L"Bank", &CompanyBuilder::Bank},
+          {L"Product", &CompanyBuilder::Product},   {L"Record", &CompanyBuilder::Record}};
+  const std::wstring_view kind = TakeUpTo(L' ', line);
+  if (kind == L"Setup") return Setup(FieldValues(line));
+  if (kind == L"Control") return Control(FieldValues(line));
+  const std::wstring_view name = TakeUpTo(L' ', line);
+  if (kind == L"Columns") return Columns(name, line);
+  if (kind == L"Without") return Without(name);
+  const auto record = kRecords.find(kind);
+  if (record == kRecords.end()) throw Error(kErrorFailed, L"There is no " + std::wstring(kind));
+  return (this->*record->second)(name, FieldValues(line));
 }
 
 std::unique_ptr<Simulator> CompanyBuilder::Build() {

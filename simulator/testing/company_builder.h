@@ -23,16 +23,19 @@ namespace ard::simulator {
 
 class Table;
 
-// The name has to live as long as the builder: a literal.
+// The text before the separator, which is taken off `text` along with it.
+std::wstring_view TakeUpTo(wchar_t separator, std::wstring_view& text);
+
 struct FieldValue {
-  std::wstring_view field;
+  std::wstring field;
   Value value;
 };
 class FieldValues : public std::vector<FieldValue> {
  public:
   using vector::vector;
   // "NAME=ABC Ltd|BALANCE=10.5|ACCOUNT_ON_HOLD=True": values as text, which the columns convert.
-  FieldValues(const wchar_t* text);
+  FieldValues(const wchar_t* text) : FieldValues(std::wstring_view(text)) {}
+  explicit FieldValues(std::wstring_view text);
 };
 
 class CompanyBuilder {
@@ -64,6 +67,10 @@ class CompanyBuilder {
 
   // Leaves the table out, as if its file did not exist: it cannot be opened.
   CompanyBuilder& Without(std::wstring_view table);
+
+  // Does one of these as a line of text tells: "Customer ABC001 NAME=ABC Ltd|BALANCE=10",
+  // "Control T1_RATE=17.5", "Without SetupData".
+  CompanyBuilder& Line(std::wstring_view line);
 
   // Hands the company over; the builder is spent.
   std::unique_ptr<Simulator> Build();

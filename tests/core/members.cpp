@@ -1,25 +1,15 @@
 #include "tests/core/members.h"
 
-#include <algorithm>
 #include <sstream>
 
+#include "simulator/testing/company_builder.h"
 #include "tests/core/member_rows.h"
 
 namespace ard::testing {
-namespace {
 
 using Answers = Member::Answers;
 using dialogs::SelectDialog;
-
-// The text before `separator`, which is taken off `text` along with it.
-std::wstring TakeUpTo(wchar_t separator, std::wstring_view& text) {
-  const std::size_t end = std::min(text.find(separator), text.size());
-  std::wstring part(text.substr(0, end));
-  text.remove_prefix(std::min(end + 1, text.size()));
-  return part;
-}
-
-}  // namespace
+using simulator::TakeUpTo;
 
 Answers OneOf(std::set<std::wstring> answers) {
   return [answers = std::move(answers)](const std::wstring& answer) {

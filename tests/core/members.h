@@ -87,12 +87,13 @@ const std::vector<Member>& Members();
 // What their users log on with; it is written nowhere.
 inline constexpr wchar_t kPassword[] = L"q7Z";
 
-// The company that the members are called on: small, with something of everything.
+// The company that the members are called on (members_company.inc): small, with something of
+// everything.
 std::unique_ptr<simulator::Simulator> MembersCompany();
 // The host's database that goes with it, and what it is made with.
 std::shared_ptr<host_database::OdbcConnection> MembersDatabase();
 inline constexpr wchar_t kMembersConnection[] = L"Driver=SQLite3;Database=:memory:";
-const std::vector<std::wstring>& MembersDatabaseCommands();
+std::vector<std::wstring> MembersDatabaseCommands();
 
 // Whether the description of some member names this message.
 bool IsKnownMessage(const Message& message);

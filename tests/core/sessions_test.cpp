@@ -18,8 +18,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <list>
-#include <map>
 #include <optional>
 #include <regex>
 #include <set>
@@ -147,46 +145,20 @@ class Session {
   }
 
   void Add(std::wstring_view line) {
-    const auto word = [&] {
-      const std::size_t end = std::min(line.find(L' '), line.size());
-      const std::wstring_view first = line.substr(0, end);
-      line.remove_prefix(std::min(end + 1, line.size()));
-      return first;
-    };
-    using Builder = simulator::CompanyBuilder;
-    static const std::map<std::wstring_view,
-                          Builder& (Builder::*)(std::wstring_view, const simulator::FieldValues&)>
-        kinds = {{L"Customer", &Builder::Customer}, {L"Supplier", &Builder::Supplier},
-                 {L"Nominal", &Builder::Nominal},   {L"Bank", &Builder::Bank},
-                 {L"Product", &Builder::Product},   {L"Record", &Builder::Record}};
-    const std::wstring_view kind = word();
-    if (kind == L"SQL") return database_->Execute(std::wstring(line));
-    if (kind == L"User") return void(setenv("USER", ToUtf8(line).c_str(), 1));
+    std::wstring_view rest = line;
+    const std::wstring_view kind = simulator::TakeUpTo(L' ', rest);
+    if (kind == L"SQL") return database_->Execute(std::wstring(rest));
+    if (kind == L"User") return void(setenv("USER", ToUtf8(rest).c_str(), 1));
     if (kind == L"Set" || kind == L"Ini") {
-      const std::wstring_view section = word();
-      const std::wstring_view setting = line.substr(0, line.find(L'='));
-      const std::wstring_view value = line.substr(setting.size() + 1);
+      const std::wstring_view section = simulator::TakeUpTo(L' ', rest);
+      const std::wstring_view setting = simulator::TakeUpTo(L'=', rest);
       ard::Environment& machine = Opened().environment();
-      return kind == L"Set" ? machine.SaveSetting(kRegistryPath, section, setting, value)
-                            : machine.WriteIni(kIniFile, section, setting, value);
+      return kind == L"Set" ? machine.SaveSetting(kRegistryPath, section, setting, rest)
+                            : machine.WriteIni(kIniFile, section, setting, rest);
     }
-    const bool named = kinds.contains(kind) || kind == L"Columns" || kind == L"Without";
-    const std::wstring_view name = named ? word() : L"";
-    // Fields are named for as long as the company is built.
-    const wchar_t* const fields = texts_.emplace_back(line).c_str();
-    if (kinds.contains(kind)) {
-      (company_.*kinds.at(kind))(name, fields);
-    } else if (kind == L"Setup") {
-      company_.Setup(fields);
-    } else if (kind == L"Control") {
-      company_.Control(fields);
-    } else if (kind == L"Columns") {
-      company_.Columns(name, fields);
-    } else if (name == L"Workspace" || name == L"Database" || name == L"Engine") {
-      without_.insert(std::wstring(name));
-    } else {
-      company_.Without(name);
-    }
+    const bool is_store = rest == L"Workspace" || rest == L"Database" || rest == L"Engine";
+    if (kind == L"Without" && is_store) return void(without_.emplace(rest));
+    company_.Line(line);
   }
 
   std::string Shown(const std::wstring& what) {
@@ -221,7 +193,6 @@ class Session {
   std::string text_;
   std::stringstream in_, out_;
   std::unique_ptr<console::Prompt> prompt_;
-  std::list<std::wstring> texts_;
   simulator::CompanyBuilder company_;
   std::set<std::wstring> without_;
   std::shared_ptr<simulator::Simulator> engine_;
