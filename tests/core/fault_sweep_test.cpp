@@ -108,7 +108,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     engine_->SnapshotFields(&sweep == &snapshots);
     ScriptedEnvironment environment;
     if (member.script) environment.Answer(member.script);
-    environment.AnswerInput(L"Asked");
+    environment.machine().input = L"Asked";
     environment.Obey(engine_->faults());
     database_->Obey(engine_->faults());
     Trace::Origin origin;

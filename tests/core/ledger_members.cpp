@@ -33,7 +33,7 @@ std::tuple<std::int16_t, std::int16_t, std::wstring, std::wstring> Decimals(cons
 
 std::wstring Breakdown(const Customers& customers, const Context& context) {
   std::wstring shown;
-  Scripted(context).AnswerFields([&](dialogs::FieldsDialog& dialog) {
+  Scripted(context).Answer<dialogs::FieldsDialog>([&](dialogs::FieldsDialog& dialog) {
     for (std::size_t i = 1; i < dialog.lines().size(); ++i) shown += dialog.lines()[i].text + L"|";
     dialog.CloseClick();
   });
@@ -64,7 +64,7 @@ std::wstring ReadSupplier(SupplierRecord& record, const Context&) {
 
 // Every handler of the address dialogs, the lists that they open included.
 std::wstring WorkTheAddresses(DeliveryAddress& address, const Context& context) {
-  Scripted(context).AnswerAddresses([](AddressDialog& dialog) {
+  Scripted(context).Answer<AddressDialog>([](AddressDialog& dialog) {
     dialog.KindChange(AddressKind::kPurchase);
     dialog.AccountChange(L"SUP001");
     dialog.AccountEntered();
@@ -86,7 +86,7 @@ std::wstring WorkTheAddresses(DeliveryAddress& address, const Context& context) 
 }
 
 std::wstring PickAddress(DeliveryAddress& address, const Context& context) {
-  Scripted(context).AnswerAddresses([](AddressDialog& dialog) { dialog.Ok(); });
+  Scripted(context).Answer<AddressDialog>([](AddressDialog& dialog) { dialog.Ok(); });
   std::wstring answer = Text(address.GetAddress(L"SUP001", L"Name", DelAddType::kPurchase));
   for (const auto& property : DeliveryAddress::kProperties) {
     const auto member = std::get<std::wstring dialogs::Address::*>(property.member);
@@ -144,8 +144,19 @@ std::vector<Member> LedgerMembers() {
       {L"Nominal.List", Calls(&Nominal::List, L"1*"), code, Confirm},
       {L"Bank.IsValid", kLooked, Calls<Bank>(&Bank::IsValid, L"1200"), L"True"},
       {L"Bank.FastList", Calls<Bank>(&Bank::FastList), code, TypePageAndConfirm},
+      {L"Bank.FastList, a blank", Calls<Bank>(&Bank::FastList), code,
+       [](SelectDialog& dialog) {
+         dialog.KeyPress(L' ');
+         dialog.Ok();
+       }},
       {L"Bank.List", Calls(&Bank::List, L"12*"), code, TryEveryRow},
       {L"Bank.List, cancelled", Calls(&Bank::List, L"?"), nothing, LookAndCancel},
+      {L"Bank.List, stopped", kOpen + kFind + kCount + kFields + 2 * kField + kClose,
+       Natively<Bank>([](const Bank& bank, const Context& context) {
+         Scripted(context).machine().progress_cancelled_at = 1;
+         return bank.List(L"*");
+       }),
+       nothing},
       {L"CustomerRecord.Read, and all properties", kFound + 18 * kField,
        Once(Does<CustomerRecord>(ReadCustomer, {L"ABC001"})),
        PartsOf(L"True|ABC Ltd|Road 1||||Town|Yard 2||||City|0123|Ann|30|2.5|1|3|4000")},

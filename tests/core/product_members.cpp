@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "tests/core/member_rows.h"
 #include "tests/core/operations.h"
 
@@ -118,6 +120,11 @@ std::vector<Member> ProductMembers() {
        kNoService + kFound + 2 * kField + kCreate + 2 * kFields + 2 * 2 * kField + kMove + kFound +
            kField + kField + 3 * kField,
        Calls(&Products::GetSpecialPrice, L"BOLT", L"ABC001"), OneOf({L"0", L"45", L"50"})},
+      // A third entry, which is the price.
+      {L"Products.GetSpecialPrice, fixed",
+       kNoService + kFound + 2 * kField + kCreate + 3 * kFields + 3 * 2 * kField + 2 * kMove +
+           kFound + kField + kField + kField + 3 * kField,
+       Calls(&Products::GetSpecialPrice, L"BOLT", L"VALUE"), OneOf({L"0", L"45", L"50"})},
       // No price is kept: the cost price, the supplier's currency, its rate.
       {L"Products.GetSupplierPrice",
        kNoService + kNotInIndex + kFound + kField + kFound + kField + kSingle + kField,
@@ -145,6 +152,8 @@ std::vector<Member> ProductMembers() {
       // Whether stock is kept, in stock, allocated: too little is there.
       {L"Products.UpdateAllocQty", kFound + 3 * kField,
        Once(Calls(&Products::UpdateAllocQty, L"BOLT", -1.5)), L"False"},
+      {L"Products.UpdateAllocQty, no number", kFound + 3 * kField,
+       Once(Calls(&Products::UpdateAllocQty, L"BOLT", -HUGE_VAL)), L"False"},
   };
 }
 

@@ -10,6 +10,8 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -28,56 +30,39 @@ struct Message {
   Icon icon;
   std::wstring text;
   std::wstring title;
-  bool operator==(const Message&) const = default;
 };
 
 class ScriptedEnvironment : public Environment {
  public:
   using Script = std::function<void(dialogs::SelectDialog&)>;
 
-  // Answers the next dialog with `script`; one that leaves the dialog visible, and a dialog
-  // without a script, ends with the close box.
-  void Answer(Script script) { scripts_.push_back(std::move(script)); }
-  // The same for the logon dialogs, the user list, and the question what to do, whose answer is
-  // Abort without a script.
-  void AnswerLogon(std::function<void(dialogs::LogonDialog&)> script) {
-    logon_scripts_.push_back(std::move(script));
+  // Answers the next dialog of that kind with `script`; one that leaves the dialog visible, and a
+  // dialog without a script, ends with the close box. All lists to select from are of one kind.
+  template <class Dialog = dialogs::SelectDialog>
+  void Answer(std::type_identity_t<std::function<void(Dialog&)>> script) {
+    using Kind = std::conditional_t<std::is_base_of_v<dialogs::SelectDialog, Dialog>,
+                                    dialogs::SelectDialog, Dialog>;
+    std::get<Scripts<Kind>>(scripts_).push_back(
+        [script = std::move(script)](Kind& dialog) { script(dynamic_cast<Dialog&>(dialog)); });
   }
-  void AnswerUserList(std::function<void(dialogs::UserListDialog&)> script) {
-    user_list_scripts_.push_back(std::move(script));
-  }
-  void AnswerChoice(std::function<Choice()> script) { choices_.push_back(std::move(script)); }
-  void AnswerAddresses(std::function<void(dialogs::AddressDialog&)> script) {
-    Answer([script = std::move(script)](dialogs::SelectDialog& dialog) {
-      script(dynamic_cast<dialogs::AddressDialog&>(dialog));
-    });
-  }
-  // The same for a dialog that only shows something.
-  void AnswerFields(std::function<void(dialogs::FieldsDialog&)> script) {
-    fields_scripts_.push_back(std::move(script));
-  }
-  // The progress displays, as "title: done/maximum".
-  const std::vector<std::wstring>& progress() const { return progress_; }
-  // Answers every input box.
-  void AnswerInput(std::wstring text) { input_ = std::move(text); }
-  // What the input boxes asked, as "title: prompt".
-  const std::vector<std::wstring>& questions() const { return questions_; }
 
-  // The user's settings, by "application|section|name".
-  std::map<std::wstring, std::wstring>& settings() { return settings_; }
-
-  // The machine: what a test may look at and change.
+  // The machine and its user: what a test may look at and change.
   struct Machine {
-    std::map<std::wstring, std::wstring> settings;  // by name
+    std::map<std::wstring, std::wstring> settings;       // by name
+    std::map<std::wstring, std::wstring> user_settings;  // by "application|section|name"
     simulator::IniFiles ini_files;
     bool ini_files_read_only = false;
     std::set<std::wstring> held_files;  // that cannot be opened
-    std::vector<Shortcut> shortcuts;
-    std::vector<std::wstring> help_pages;  // that have been opened
     std::wstring account_name;
     bool ctrl_down = false;
     bool has_help = true;
     int progress_cancelled_at = 0;  // things done
+    std::wstring input;             // into every input box
+    std::deque<Choice> choices;     // the next answers to the question what to do; then Abort
+    // What has been made and shown: of the progress "title: done/maximum", of the input boxes
+    // "title: prompt", of the dialogs "form, caption: what else names it".
+    std::vector<Shortcut> shortcuts;
+    std::vector<std::wstring> help_pages, progress, questions, captions;
   };
   Machine& machine() { return machine_; }
 
@@ -95,9 +80,6 @@ class ScriptedEnvironment : public Environment {
     }
     return texts;
   }
-  int dialogs_shown() const { return static_cast<int>(captions_.size()); }
-  // Those of the dialogs shown, as "form, caption: what else names it".
-  const std::vector<std::wstring>& captions() const { return captions_; }
 
   void ShowMessage(Icon icon, std::wstring_view text, std::wstring_view title) override {
     Step();
@@ -106,35 +88,34 @@ class ScriptedEnvironment : public Environment {
 
   std::wstring InputBox(std::wstring_view prompt, std::wstring_view title) override {
     Step();
-    questions_.push_back(std::wstring(title) + L": " + std::wstring(prompt));
-    return input_;
+    machine_.questions.push_back(std::wstring(title) + L": " + std::wstring(prompt));
+    return machine_.input;
   }
 
   std::wstring GetSetting(std::wstring_view application, std::wstring_view section,
                           std::wstring_view name, std::wstring_view otherwise) override {
     Step();
-    const auto setting = settings_.find(SettingKey(application, section, name));
-    return setting == settings_.end() ? std::wstring(otherwise) : setting->second;
+    const auto setting = machine_.user_settings.find(SettingKey(application, section, name));
+    return setting == machine_.user_settings.end() ? std::wstring(otherwise) : setting->second;
   }
   void SaveSetting(std::wstring_view application, std::wstring_view section, std::wstring_view name,
                    std::wstring_view value) override {
     Step();
-    settings_[SettingKey(application, section, name)] = value;
+    machine_.user_settings[SettingKey(application, section, name)] = value;
   }
 
   // Recorded among the messages.
   Choice AskWhatToDo(std::wstring_view text, std::wstring_view title) override {
     ShowMessage(Icon::kExclamation, text, title);
-    if (choices_.empty()) return Choice::kAbort;
-    const std::function<Choice()> script = std::move(choices_.front());
-    choices_.pop_front();
-    return script();
+    if (machine_.choices.empty()) return Choice::kAbort;
+    const Choice choice = machine_.choices.front();
+    machine_.choices.pop_front();
+    return choice;
   }
 
   std::wstring GetMachineSetting(std::wstring_view name) override {
     Step();
-    const auto setting = machine_.settings.find(std::wstring(name));
-    return setting == machine_.settings.end() ? std::wstring() : setting->second;
+    return machine_.settings[std::wstring(name)];
   }
   std::wstring ReadIni(std::wstring_view file, std::wstring_view section,
                        std::wstring_view key) override {
@@ -183,18 +164,17 @@ class ScriptedEnvironment : public Environment {
     return std::make_unique<RecordedProgress>(*this, title, maximum);
   }
 
-  void Show(dialogs::ProductDialog& dialog) override {
-    Show(static_cast<dialogs::SelectDialog&>(dialog));
-  }
-  void Show(dialogs::SelectDialog& dialog) override { Present(dialog, scripts_); }
-  void Show(dialogs::LogonDialog& dialog) override { Present(dialog, logon_scripts_); }
-  void Show(dialogs::UserListDialog& dialog) override { Present(dialog, user_list_scripts_); }
-  void Show(dialogs::AddressDialog& dialog) override {
-    Show(static_cast<dialogs::SelectDialog&>(dialog));
-  }
-  void Show(dialogs::FieldsDialog& dialog) override { Present(dialog, fields_scripts_); }
+  void Show(dialogs::SelectDialog& dialog) override { Present(dialog); }
+  void Show(dialogs::ProductDialog& dialog) override { Present<dialogs::SelectDialog>(dialog); }
+  void Show(dialogs::AddressDialog& dialog) override { Present<dialogs::SelectDialog>(dialog); }
+  void Show(dialogs::LogonDialog& dialog) override { Present(dialog); }
+  void Show(dialogs::UserListDialog& dialog) override { Present(dialog); }
+  void Show(dialogs::FieldsDialog& dialog) override { Present(dialog); }
 
  private:
+  template <class Dialog>
+  using Scripts = std::deque<std::function<void(Dialog&)>>;
+
   void Step() const {
     if (plan_) plan_->Operation();
   }
@@ -204,12 +184,12 @@ class ScriptedEnvironment : public Environment {
     RecordedProgress(ScriptedEnvironment& environment, std::wstring_view title,
                      std::int32_t maximum)
         : environment_(environment), title_(title), maximum_(maximum) {
-      environment_.progress_.push_back(Text());
+      environment_.machine_.progress.push_back(Text());
     }
     bool Advance() override {
       environment_.Step();
       ++done_;
-      environment_.progress_[place_] = Text();
+      environment_.machine_.progress.back() = Text();
       return done_ != environment_.machine_.progress_cancelled_at;
     }
 
@@ -219,19 +199,18 @@ class ScriptedEnvironment : public Environment {
     }
 
     ScriptedEnvironment& environment_;
-    const std::size_t place_ = environment_.progress_.size();
     std::wstring title_;
     std::int32_t maximum_;
     std::int32_t done_ = 0;
   };
 
   template <class Dialog>
-  void Present(Dialog& dialog, std::deque<std::function<void(Dialog&)>>& scripts) {
+  void Present(Dialog& dialog) {
     Step();
-    captions_.push_back(std::wstring(dialog.form()) + L", " + std::wstring(dialog.caption()) +
-                        L":" + Heading(dialog));
-    if (!scripts.empty()) {
-      const std::function<void(Dialog&)> script = std::move(scripts.front());
+    machine_.captions.push_back(std::wstring(dialog.form()) + L", " +
+                                std::wstring(dialog.caption()) + L":" + Heading(dialog));
+    if (auto& scripts = std::get<Scripts<Dialog>>(scripts_); !scripts.empty()) {
+      const auto script = std::move(scripts.front());
       scripts.pop_front();
       // A window goes on after a handler that memory ran out in, and so does its user.
       for (int attempt = 0; attempt < 2 && dialog.visible(); ++attempt) {
@@ -289,19 +268,12 @@ class ScriptedEnvironment : public Environment {
   }
 
   simulator::FaultPlan* plan_ = nullptr;
-  std::wstring input_;
-  std::vector<std::wstring> questions_;
-  std::map<std::wstring, std::wstring> settings_;
   Machine machine_;
-  std::deque<Script> scripts_;
-  std::deque<std::function<void(dialogs::LogonDialog&)>> logon_scripts_;
-  std::deque<std::function<void(dialogs::UserListDialog&)>> user_list_scripts_;
-  std::deque<std::function<Choice()>> choices_;
-  std::deque<std::function<void(dialogs::FieldsDialog&)>> fields_scripts_;
-  std::vector<std::wstring> progress_;
+  std::tuple<Scripts<dialogs::SelectDialog>, Scripts<dialogs::LogonDialog>,
+             Scripts<dialogs::UserListDialog>, Scripts<dialogs::FieldsDialog>>
+      scripts_;
   std::vector<Message> messages_;
   std::size_t taken_ = 0;
-  std::vector<std::wstring> captions_;
 };
 
 }  // namespace ard::testing

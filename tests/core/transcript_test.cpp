@@ -89,7 +89,8 @@ std::wstring Transcript(const Member& member) {
       }
     });
   }
-  environment.AnswerInput(L"Asked");
+  ScriptedEnvironment::Machine& machine = environment.machine();
+  machine.input = L"Asked";
   Recording recording;
   Trace::Origin origin;
   origin.detail = true;
@@ -106,16 +107,16 @@ std::wstring Transcript(const Member& member) {
 
   std::wstring text = L"\n" + Told(recording.operations);
   text += L"\n  operations: " + std::to_wstring(engine->operations());
-  for (const std::wstring& caption : environment.captions()) text += L"\n  dialog: " + caption;
+  for (const std::wstring& caption : machine.captions) text += L"\n  dialog: " + caption;
   text += shown;
-  for (const std::wstring& title : environment.progress()) text += L"\n  progress: " + title;
-  for (const std::wstring& question : environment.questions()) text += L"\n  asks: " + question;
+  for (const std::wstring& title : machine.progress) text += L"\n  progress: " + title;
+  for (const std::wstring& question : machine.questions) text += L"\n  asks: " + question;
   for (const std::wstring& message : environment.TakeMessages()) text += L"\n  says: " + message;
-  for (const auto& [name, value] : environment.settings()) {
+  for (const auto& [name, value] : machine.user_settings) {
     text += L"\n  setting: " + name + L" = " + value;
   }
-  for (const std::wstring& page : environment.machine().help_pages) text += L"\n  help: " + page;
-  for (const Shortcut& made : environment.machine().shortcuts) {
+  for (const std::wstring& page : machine.help_pages) text += L"\n  help: " + page;
+  for (const Shortcut& made : machine.shortcuts) {
     text += L"\n  shortcut: " + made.file + L", " + made.target + L", " + made.arguments + L", " +
             made.working_folder + L", " + made.description;
   }

@@ -21,7 +21,7 @@ std::wstring AddToIniFile(const General& general, const Context& context,
     machine.ini_files.Write(L"veltrix.ini", L"CorloAddIns", key(++count), entry);
   }
   machine.ini_files_read_only = read_only;
-  for (const Choice choice : choices) Scripted(context).AnswerChoice([=] { return choice; });
+  machine.choices = choices;
   std::wstring told = Text(
       general.AddEntryToIniFile(check_items, L"C:\\Host Files", L"Host", L"host.bmp", L"host.exe"));
   for (int number = 0; number <= 4; ++number) {
@@ -96,7 +96,7 @@ std::wstring WorkTheUserList(const General& general, const Context& context) {
       L"INSERT INTO CurrentUsers VALUES (1, 'Manufacturing', 'ANN', 'A1'), "
       L"(2, 'Manufacturing', 'BOB', 'B1')");
   std::wstring shown;
-  Scripted(context).AnswerUserList([&](UserListDialog& dialog) {
+  Scripted(context).Answer<UserListDialog>([&](UserListDialog& dialog) {
     shown = Shown(dialog);
     dialog.TabClick(UserListDialog::Tab::kHost);
     dialog.DeleteClick();
@@ -115,7 +115,7 @@ std::wstring WorkTheUserList(const General& general, const Context& context) {
 }
 
 bool LogOnByDialog(Messaging& messaging, const Context& context) {
-  Scripted(context).AnswerLogon([](LogonDialog& dialog) {
+  Scripted(context).Answer<LogonDialog>([](LogonDialog& dialog) {
     dialog.HelpClick();
     dialog.Ok();
     dialog.RememberClick(true);
@@ -130,7 +130,7 @@ bool LogOnByDialog(Messaging& messaging, const Context& context) {
 }
 
 bool LogOnByWindows(Messaging& messaging, const Context& context) {
-  Scripted(context).settings()[L"|Company|AttemptDomainUserLogon"] = L"1";
+  Scripted(context).machine().user_settings[L"|Company|AttemptDomainUserLogon"] = L"1";
   Scripted(context).machine().account_name = L"ANN";
   messaging.details().use_acc_rights = true;
   messaging.details().ard_data_path = L" C:\\Data ";
@@ -142,6 +142,31 @@ bool LogOnByWindows(Messaging& messaging, const Context& context) {
 bool LogOnByWindowsInVain(Messaging& messaging, const Context& context) {
   dynamic_cast<simulator::Simulator&>(*context.engine).TrustWindows(false);
   return LogOnByWindows(messaging, context);
+}
+
+// Who holds Ctrl is asked for a name.
+bool LogOnByCtrl(Messaging& messaging, const Context& context) {
+  Scripted(context).machine().ctrl_down = true;
+  return LogOnByWindows(messaging, context);
+}
+
+// A host may put another connection in place of the one that is called.
+struct Replaced final : database::Connection {
+  explicit Replaced(Context& host) : context(host), opened(host.database) {}
+  std::unique_ptr<database::RecordsetObject> Open(std::wstring_view command,
+                                                  database::Cursor cursor,
+                                                  database::Lock lock) override {
+    context.database = nullptr;
+    return opened->Open(command, cursor, lock);
+  }
+  Context& context;
+  std::shared_ptr<database::Connection> opened;
+};
+
+bool LogOnWhileReplaced(Messaging& messaging, Context& context) {
+  context.database = std::make_shared<Replaced>(context);
+  messaging.details().use_acc_rights = true;
+  return messaging.LogonUser(L"ANN", kPassword);
 }
 
 bool LogOnToHeldData(Messaging& messaging, const Context& context) {
@@ -174,7 +199,7 @@ class WithCompanyPassword : public WithoutUsers {
 };
 
 bool LogOnByCompanyPassword(WithCompanyPassword& messaging, const Context& context) {
-  Scripted(context).AnswerLogon([](LogonDialog& dialog) {
+  Scripted(context).Answer<LogonDialog>([](LogonDialog& dialog) {
     dialog.Ok();
     dialog.PasswordChange(kPassword);
     dialog.Ok();
@@ -185,7 +210,7 @@ bool LogOnByCompanyPassword(WithCompanyPassword& messaging, const Context& conte
 
 std::wstring Look(const General& general, const Context& context) {
   std::wstring shown;
-  Scripted(context).AnswerUserList([&](UserListDialog& dialog) {
+  Scripted(context).Answer<UserListDialog>([&](UserListDialog& dialog) {
     shown = Shown(dialog);
     dialog.TabClick(UserListDialog::Tab::kHost);
     shown += Shown(dialog);
@@ -245,6 +270,8 @@ std::vector<Member> UserMembers() {
        yes_no},
       {L"Messaging.CheckForLogon, Windows account refused",
        Once(Natively<Messaging>(LogOnByWindowsInVain)), OneOf({L"False"})},
+      {L"Messaging.CheckForLogon, Ctrl held", Once(Natively<Messaging>(LogOnByCtrl)),
+       OneOf({L"False"})},
       {L"Messaging.CheckForLogon, held", Once(Natively<Messaging>(LogOnToHeldData)),
        OneOf({L"False"})},
       // Nobody but Ann, whatever fails.
@@ -252,6 +279,8 @@ std::vector<Member> UserMembers() {
       {L"Messaging.LogonUser", 1, Once(LogsOn(L"ANN", kPassword)), yes_no},
       {L"Messaging.LogonUser, not in the table", 2, Once(LogsOn(L"EVE", L"")), OneOf({L"False"})},
       {L"Messaging.LogonUser, refused", 4, Once(LogsOn(L"NOBODY", L"")), OneOf({L"False"})},
+      {L"Messaging.LogonUser, connection replaced", 1,
+       Once(Natively<Messaging>(LogOnWhileReplaced)), yes_no},
       {L"Messaging.LogoffUser", 1, Calls(&Messaging::LogoffUser), OneOf({L"True"})},
       {L"Messaging.PoAccess, denied", kOpen + kFind + kFields + kField + kClose,
        Calls(&Messaging::PoAccess, L"EVE"), L"False"},
