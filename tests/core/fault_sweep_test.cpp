@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -26,51 +25,24 @@
 namespace ard::testing {
 namespace {
 
-// One of the sweeps, and what it has swept in all.
-struct Sweep {
-  const char* steps;
-  int members = 0;
-  std::int64_t counted = 0;
-  std::int64_t runs = 0;
-};
-Sweep operations{"operations"};
-Sweep snapshots{"operations on snapshots"};
-Sweep allocations{"allocations"};
-
-class Report : public ::testing::Environment {
-  void TearDown() override {
-    for (const Sweep& sweep : {operations, snapshots, allocations}) {
-      std::printf("swept in all: %d members and walks through handlers, %lld %s, %lld runs\n",
-                  sweep.members, static_cast<long long>(sweep.counted), sweep.steps,
-                  static_cast<long long>(sweep.runs));
-    }
-  }
-};
-const auto* const kReport = ::testing::AddGlobalTestEnvironment(new Report);
+enum class Failing { kOperations, kOperationsOnSnapshots, kAllocations };
 
 class FaultSweepTest : public ::testing::TestWithParam<Member> {
  protected:
-  void RunAll(Sweep& sweep) {
+  void RunAll(Failing failing) {
     // The first run has tables to build that every other one finds.
-    Run(operations, 0, false);
+    Run(Failing::kOperations, 0, false);
     const std::wstring answer = answer_;
-    const std::int64_t steps = Run(sweep, 0, false);
+    const std::int64_t steps = Run(failing, 0, false);
     EXPECT_EQ(ToUtf8(answer_), ToUtf8(answer));
-    std::int64_t runs = 2;
     Outcomes once, on;
     for (std::int64_t n = 1; n <= steps && !HasFailure(); ++n) {
-      Run(sweep, n, false);
+      Run(failing, n, false);
       once.Tell(n, outcome_);
-      Run(sweep, n, true);
+      Run(failing, n, true);
       on.Tell(n, outcome_);
-      runs += 2;
     }
-    if (&sweep == &operations) ExpectTold("\n  one:" + once.told + "\n  on:" + on.told);
-    ++sweep.members;
-    sweep.counted += steps;
-    sweep.runs += runs;
-    std::printf("swept %s: %lld %s, %lld runs\n", ToUtf8(GetParam().name).c_str(),
-                static_cast<long long>(steps), sweep.steps, static_cast<long long>(runs));
+    if (failing == Failing::kOperations) ExpectTold("\n  one:" + once.told + "\n  on:" + on.told);
   }
 
  private:
@@ -102,10 +74,10 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
   }
 
   // How many steps the member has taken.
-  std::int64_t Run(const Sweep& sweep, std::int64_t fail_at, bool persist) {
+  std::int64_t Run(Failing failing, std::int64_t fail_at, bool persist) {
     const Member& member = GetParam();
     RenewCompany();
-    engine_->SnapshotFields(&sweep == &snapshots);
+    engine_->SnapshotFields(failing == Failing::kOperationsOnSnapshots);
     ScriptedEnvironment environment;
     if (member.script) environment.Answer(member.script);
     environment.machine().input = L"Asked";
@@ -132,7 +104,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     const Call call = member.bind(context);
 
     simulator::FaultPlan memory;
-    simulator::FaultPlan& plan = &sweep == &allocations ? memory : engine_->faults();
+    simulator::FaultPlan& plan = failing == Failing::kAllocations ? memory : engine_->faults();
     engine_->faults().Reset();
     plan.FailFrom(fail_at, persist);
     const std::int64_t asked_before = engine_->operations();
@@ -158,8 +130,7 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
     const std::int64_t logoffs = engine_->disconnects() - logoffs_before;
     if (logoffs > 0) outcome_ += " -" + std::to_string(logoffs);
 
-    const std::string where =
-        sweep.steps + (" " + std::to_string(fail_at)) + (persist ? " on" : "");
+    const std::string where = std::to_string(fail_at) + (persist ? " on" : "");
     EXPECT_TRUE(is_neutral || member.may_answer(answer)) << where << ": " << ToUtf8(answer);
     EXPECT_EQ(engine_->counters().open_files, 0) << where;
     EXPECT_EQ(engine_->counters().living_objects, 0) << where;
@@ -199,9 +170,11 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
   std::set<std::string> skipped_;
 };
 
-TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) { RunAll(operations); }
-TEST_P(FaultSweepTest, DoesTheSameWithSnapshotsOfFields) { RunAll(snapshots); }
-TEST_P(FaultSweepTest, FailsCleanlyWhenMemoryRunsOut) { RunAll(allocations); }
+TEST_P(FaultSweepTest, FailsCleanlyAtEveryOperation) { RunAll(Failing::kOperations); }
+TEST_P(FaultSweepTest, DoesTheSameWithSnapshotsOfFields) {
+  RunAll(Failing::kOperationsOnSnapshots);
+}
+TEST_P(FaultSweepTest, FailsCleanlyWhenMemoryRunsOut) { RunAll(Failing::kAllocations); }
 
 // The letters and digits of the member's name.
 std::string TestName(const ::testing::TestParamInfo<Member>& member) {

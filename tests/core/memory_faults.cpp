@@ -1,48 +1,21 @@
 #include "tests/core/memory_faults.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
 
-// Memory is malloc's, so that the sanitizers know of it.
+// Memory is malloc's, so that the sanitizers know of it. Arrays come this way, too, but for those
+// of a sanitizer; nothing is aligned more than malloc aligns it.
 
-namespace {
-
-using std::align_val_t;
-using std::nothrow_t;
-using std::size_t;
-
-void* Allocate(size_t size, align_val_t alignment = {}) noexcept {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   if (ard::testing::AllocationsObey::NextFails()) return nullptr;
-  const auto unit = static_cast<size_t>(alignment);
-  size = std::max(size, size_t{1});
-  if (unit <= alignof(std::max_align_t)) return std::malloc(size);
-  return std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
+  return std::malloc(size > 0 ? size : 1);
+}
+void* operator new(std::size_t size) {
+  void* const memory = operator new(size, std::nothrow);
+  return memory ? memory : throw std::bad_alloc();
 }
 
-void* OrThrow(void* memory) { return memory ? memory : throw std::bad_alloc(); }
-
-}  // namespace
-
-void* operator new(size_t n) { return OrThrow(Allocate(n)); }
-void* operator new[](size_t n) { return OrThrow(Allocate(n)); }
-void* operator new(size_t n, align_val_t a) { return OrThrow(Allocate(n, a)); }
-void* operator new[](size_t n, align_val_t a) { return OrThrow(Allocate(n, a)); }
-void* operator new(size_t n, const nothrow_t&) noexcept { return Allocate(n); }
-void* operator new[](size_t n, const nothrow_t&) noexcept { return Allocate(n); }
-void* operator new(size_t n, align_val_t a, const nothrow_t&) noexcept { return Allocate(n, a); }
-void* operator new[](size_t n, align_val_t a, const nothrow_t&) noexcept { return Allocate(n, a); }
-
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, size_t) noexcept { std::free(p); }
-void operator delete[](void* p, size_t) noexcept { std::free(p); }
-void operator delete(void* p, align_val_t) noexcept { std::free(p); }
-void operator delete[](void* p, align_val_t) noexcept { std::free(p); }
-void operator delete(void* p, size_t, align_val_t) noexcept { std::free(p); }
-void operator delete[](void* p, size_t, align_val_t) noexcept { std::free(p); }
-void operator delete(void* p, const nothrow_t&) noexcept { std::free(p); }
-void operator delete[](void* p, const nothrow_t&) noexcept { std::free(p); }
-void operator delete(void* p, align_val_t, const nothrow_t&) noexcept { std::free(p); }
-void operator delete[](void* p, align_val_t, const nothrow_t&) noexcept { std::free(p); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
