@@ -21,7 +21,7 @@ from selenium import webdriver
 from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.support.ui import WebDriverWait
 
-ROOT = Path(sys.argv[1])
+ROOT, PROMPT = Path(sys.argv[1]), Path(sys.argv[2]).resolve()
 MANUAL = ROOT / "build/manual"
 sys.path.insert(0, str(ROOT / "tools"))
 import languages  # noqa: E402
@@ -70,9 +70,21 @@ def examples_answer_what_stands_there():
         shutil.copytree(ROOT / "examples/company", f"{folder}/company")
         script = (ROOT / "examples/host_database.sql").read_bytes()
         subprocess.run(["sqlite3", f"{folder}/host.db"], input=script, check=True)
-        command = [sys.executable, str(ROOT / "tools/examples.py"), str(IDL), "g++", Path(sys.argv[2]).resolve(), "company", "host.db"]
+        command = [sys.executable, str(ROOT / "tools/examples.py"), str(IDL), "g++", PROMPT, "company", "host.db"]
         run = subprocess.run(command, cwd=folder, capture_output=True, text=True)
         assert run.returncode == 0, run.stdout + run.stderr
+
+
+def the_smallest_company_is_made_as_it_says():
+    text = (ROOT / "docs/manual/simulator.md").read_text()
+    making, session = re.search(r"\*\*The smallest company\*\*.*?```\n(.*?)ard_console shop\n(.*?)```", text, re.S).groups()
+    session = session.replace("> ", "")
+    with tempfile.TemporaryDirectory() as folder:
+        subprocess.run(making, shell=True, cwd=folder, check=True)
+        questions = "".join(re.findall(r"^\?.*\n", session, re.M))
+        said = subprocess.run([PROMPT, "shop"], cwd=folder, input=questions, capture_output=True, text=True, check=True).stdout
+    # What is typed is repeated, but for passwords.
+    assert len(said.splitlines()) == 6 and said == re.sub("LogonUser.*", "LogonUser...", session), said
 
 
 class Browser:
@@ -188,7 +200,7 @@ def pages_fit_and_links_lead_somewhere(browser):
 
 def main():
     failed = skipped = 0
-    tests = [every_member_is_described, examples_answer_what_stands_there]
+    tests = [every_member_is_described, examples_answer_what_stands_there, the_smallest_company_is_made_as_it_says]
     in_browser = [search_finds, languages_switch_and_stay, pages_fit_and_links_lead_somewhere]
     browser = None
     try:
