@@ -28,8 +28,10 @@ TEST_F(PromptTest, RepeatsNoPassword) {
     if (line.find("...") != line.npos) repeated.push_back(line);
   }
   EXPECT_EQ(repeated, (Words{"? Messaging.LogonUser...", "messaging . PASSLOGGED...",
-                             "(? helps)  PASSWORD...", "There is no command \"PASSWORD...\" here.",
-                             "(? helps)   password...", "Password..."}));
+                             "0 rows, Cancel (? helps)  PASSWORD...",
+                             "There is no command \"PASSWORD...\" here.",
+                             "0 rows, Cancel (? helps)   password...",
+                             "There is no command \"password...\" here.", "Password..."}));
 }
 
 TEST_F(PromptTest, CompletesClassesAndMembers) {
