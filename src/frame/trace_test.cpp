@@ -147,13 +147,14 @@ TEST_F(TraceTest, WritesArgumentsAndAnswersWhenAskedFor) {
   sample.Half(9);
   std::wstring output = L"before";
   sample.Puts(L"5\" BOLT ", output);
-  for (const wchar_t* member : {L"PassLogged", L"IsValid"}) sample.Secret(member, L"word");
+  for (const auto name : {L"PassLogged", L"GetPassword", L"IsValid"}) sample.Secret(name, L"word");
   EXPECT_EQ(
       Take(),
       (Lines{"7\t1\tcall\tSample.Half\t\tLong\tanswered\t(9)\t4",
              "7\t2\tcall\tSample.Puts\t\t\t\t(\"5\"\" BOLT \", Nothing)\t\"out\"",
              "7\t3\tcall\tSample.PassLogged\t\tString\tanswered\t(***, \"word\")\t***",
-             "7\t4\tcall\tSample.IsValid\t\tString\tanswered\t(\"ANN\", \"word\")\t\"word\""}));
+             "7\t4\tcall\tSample.GetPassword\t\tString\tanswered\t(\"ANN\", \"word\")\t***",
+             "7\t5\tcall\tSample.IsValid\t\tString\tanswered\t(\"ANN\", \"word\")\t\"word\""}));
 }
 
 TEST_F(TraceTest, TellsNeutralAnswersApart) {
