@@ -7,6 +7,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source tools/console.sh
 # shellcheck source=tools/wine.sh
 source tools/wine.sh
+# shellcheck source=tools/display.sh
+source tools/display.sh
 # shellcheck source=tools/packaging.sh
 source tools/packaging.sh
 
@@ -50,12 +52,14 @@ older() {
 }
 broken() { echo "no library" >"$1/x86/$PRODUCT.dll"; }
 
-# setup FILE OPTION...: its exit code.
-setup() {
+# How a Windows program ends, the setup FILE OPTION..., and Windows Installer told to do OPTION with FILE.
+code() {
   local status=0
-  wine_run 60 "$(windows_path "$1")" /S "${@:2}" >/dev/null 2>&1 || status=$?
+  wine_run 100 "$@" >/dev/null 2>&1 || status=$?
   say "$status"
 }
+setup() { code "$(windows_path "$1")" /S "${@:2}"; }
+install() { code msiexec "$1" "$(windows_path "$2")" /qn; }
 
 # Wine looks for classes among those of the machine only, and keeps but one view of the user's, where the
 # library that was registered last is. What the user has is put there in both views, as Windows would show
@@ -82,23 +86,12 @@ type_libraries() {
   done | paste -sd' '
 }
 
-# What the hosts of both kinds say.
-hosts() {
-  local arch
-  for arch in x64 x86; do
-    wine_run 60 "${WINE_SYSTEM[$arch]}\\cscript.exe" //nologo "$(windows_path "$FOLDER/$arch.vbs")" </dev/null 2>/dev/null |
-      tr -d '\r'
-  done | paste -sd' '
+# What hosts say of the library: the script ARCH.vbs, or that of another NAME.
+host() {
+  wine_run 120 "${WINE_SYSTEM[$1]}\\cscript.exe" //nologo "$(windows_path "$FOLDER/${2:-$1}.vbs")" </dev/null 2>/dev/null
 }
-
-# Waits for what has to become true within a minute; what does not shows in the next expectation.
-eventually() {
-  local i
-  for ((i = 0; i < 600; ++i)); do
-    if "$@"; then return; fi
-    sleep 0.1
-  done
-}
+said() { tr -d '\r' | paste -sd' '; }
+hosts() { { host x64; host x86; } | said; }
 
 # Two hosts, one of each kind, that have the library loaded until `release`.
 hold() {
@@ -106,19 +99,18 @@ hold() {
   touch "$FOLDER/held"
   rm -f "$FOLDER"/x{64,86}.out
   for arch in x64 x86; do
-    wine_run 120 "${WINE_SYSTEM[$arch]}\\cscript.exe" //nologo "$(windows_path "$FOLDER/hold-$arch.vbs")" \
-      </dev/null >"$FOLDER/$arch.out" 2>/dev/null &
+    host "$arch" "hold-$arch" >"$FOLDER/$arch.out" &
     HOLDERS+=($!)
   done
-  for arch in x64 x86; do eventually test -s "$FOLDER/$arch.out"; done
+  # What does not become true shows in the next expectation.
+  for arch in x64 x86; do wait_until 60 test -s "$FOLDER/$arch.out" || true; done
 }
 release() {
-  expect "they have it" "works works" "$(cat "$FOLDER"/x{64,86}.out | tr -d '\r' | paste -sd' ')"
+  expect "they have it" "works works" "$(cat "$FOLDER"/x{64,86}.out | said)"
   rm "$FOLDER/held"
   wait "${HOLDERS[@]}" || true
   HOLDERS=()
-  expect "they have gone on" "works works works works" \
-    "$(cat "$FOLDER"/x{64,86}.out | tr -d '\r' | paste -sd' ')"
+  expect "they have gone on" "works works works works" "$(cat "$FOLDER"/x{64,86}.out | said)"
 }
 # Which library is where it is registered: "old", "new" or "none", of 64 bits and of 32.
 libraries() {
@@ -194,7 +186,7 @@ for key in Classes 'Microsoft\Windows\CurrentVersion\RunOnce'; do
 done
 for arch in x64 x86; do
   sed '/WScript.Quit/d' "$FOLDER/hold-$arch.vbs" >"$FOLDER/first.vbs"
-  wine_run 60 "${WINE_SYSTEM[$arch]}\\cscript.exe" //nologo "$(windows_path "$FOLDER/first.vbs")" </dev/null >/dev/null 2>&1
+  host "$arch" first >/dev/null
 done
 state "$FOLDER/before.txt"
 USER_PATH="C:\\users\\$(id -un)\\AppData\\Local\\Programs\\$PRODUCT"
@@ -255,7 +247,7 @@ nothing_left "by the user's uninstaller"
 python3 -m zipfile -e "$BUILD/package/$PRODUCT-$VERSION-sdk.zip" "$FOLDER"
 SDK="$FOLDER/$PRODUCT-$VERSION-sdk"
 expect "the prompt" '? Customers.GetName("ABC001") "ABC Components Ltd"' "$(say '? Customers.GetName("ABC001")' |
-  wine_run 60 "$(windows_path "$SDK/bin/ard_console.exe")" "$(windows_path "$SDK/simulator/company")" 2>/dev/null | tr -d '\r' | paste -sd' ')"
+  wine_run 60 "$(windows_path "$SDK/bin/ard_console.exe")" "$(windows_path "$SDK/simulator/company")" 2>/dev/null | said)"
 
 # ---- For all users ----
 MACHINE_FOLDER="$WINEPREFIX/drive_c/Tools/Library"
@@ -268,24 +260,19 @@ key="HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\$PRODUCT"
 expect "its entry" "DisplayIcon=C:\\Tools\\Library\\uninstall.exe DisplayName=$PRODUCT DisplayVersion=$VERSION \
 InstallLocation=C:\\Tools\\Library NoModify=0x1 NoRepair=0x1 Publisher=$PUBLISHER \
 QuietUninstallString=\"C:\\Tools\\Library\\uninstall.exe\" /S UninstallString=\"C:\\Tools\\Library\\uninstall.exe\"" \
-  "$(wine_run 60 reg query "$key" | tr -d '\r' | sed -nE '/EstimatedSize/d; s/^ +(\w+) +REG_\w+ +/\1=/p' | paste -sd' ')"
+  "$(wine_run 60 reg query "$key" | sed -nE '/EstimatedSize/d; s/^ +(\w+) +REG_\w+ +/\1=/p' | said)"
 shortcuts="Trace report.lnk"
 if [[ -d "$FOLDER/stage-new/manual" ]]; then shortcuts="Manual.lnk $shortcuts"; fi
 expect "its shortcuts" "$shortcuts" \
   "$(cd "$WINEPREFIX/drive_c/ProgramData/Microsoft/Windows/Start Menu/Programs/$PRODUCT" && printf '%s\n' * | paste -sd' ')"
 # By itself it goes on in a copy.
 expect "removed" 0 "$(setup "$MACHINE_FOLDER/uninstall.exe")"
-eventually test ! -e "$MACHINE_FOLDER"
+wait_until 60 test ! -e "$MACHINE_FOLDER" || true
 expect "no library" "none none" "$(hosts)"
 rmdir "$WINEPREFIX/drive_c/Tools"
 nothing_left "by the machine's uninstaller"
 
 # ---- By Windows Installer ----
-install() {
-  local status=0
-  wine_run 100 msiexec "$1" "$(windows_path "$2")" /qn >/dev/null 2>&1 || status=$?
-  say "$status"
-}
 INSTALLER_FOLDER="$WINEPREFIX/drive_c/Program Files/Common Files/$PRODUCT"
 python3 -m zipfile -e "$BUILD/package/$PRODUCT-$VERSION-redist.zip" "$FOLDER"
 NEW_MSI="$FOLDER/$PRODUCT-$VERSION-redist/$PRODUCT-$VERSION.msi"

@@ -12,7 +12,6 @@ SECONDS_ALLOWED=300
 MEMBERS="$BUILD/native-debug/console/ArdObjects100_members.txt"
 VB_SETTINGS='HKCU\Software\VB and VBA Program Settings\Manufacturing Demo'
 INI="$WINEPREFIX/drive_c/windows/veltrix.ini"
-STATUS=0
 
 # The published members as "KIND CLASS.MEMBER TYPE", KIND being call, get or put.
 published() { cat "$MEMBERS"; }
@@ -27,15 +26,10 @@ questions() {
     {print "? " $2}'
 }
 
-# Every published member has to be asked (the properties are), and is at the prompt, which has no
-# others. Not the stores: they are objects, which the prompt itself hands to the classes.
-check_members() {
-  published | awk '$3 !~ /^Object/ || $1 == "call" {print $2}' | sort -u >"$FOLDER/published.txt"
-  grep -oE '^(\? )?[A-Za-z]+\.[A-Za-z0-9]+' "$FOLDER/questions.txt" | sed 's/^? //' | sort -u |
-    diff "$FOLDER/published.txt" - || die "not every member is asked"
-  "$PROMPT" "$FOLDER/prompt/company" <<<help | grep -oE '[A-Za-z]+\.[A-Za-z0-9]+' | sort -u |
-    diff "$FOLDER/published.txt" - || die "the prompt has other members"
-}
+# The members that are asked; the properties all are. Not the stores: they are objects, which the prompt
+# itself hands to the classes.
+asked() { grep -oE '^(\? )?[A-Za-z]+\.[A-Za-z0-9]+' "$FOLDER/questions.txt" | sed 's/^? //' | sort -u; }
+to_be_asked() { published | awk '$3 !~ /^Object/ || $1 == "call" {print $2}' | sort -u; }
 
 for_prompt() {
   awk -F'\t' '!/^(\t|= )/ {print $1} $4 != "" {gsub(", ", "\n", $4); print $4}' "$FOLDER/questions.txt"
@@ -177,7 +171,6 @@ for side in prompt script; do
   sqlite3 "$FOLDER/$side/company.db" <examples/host_database.sql
 done
 questions >"$FOLDER/questions.txt"
-check_members
 wine_run 30 reg delete "$VB_SETTINGS" /f >"$FOLDER/reg.txt" 2>&1 || true
 rm -f "$INI"
 for_script >"$FOLDER/script.vbs"
@@ -189,35 +182,24 @@ ARDOBJECTS_TRACE="$(windows_path "$FOLDER/trace.txt")" ARDOBJECTS_TRACE_DETAIL=1
   WINEDEBUG="$WINEDEBUG,+debugstr" \
   wine_script "$ARCH" "$SECONDS_ALLOWED" "$FOLDER/script.vbs" >"$FOLDER/output.txt" 2>"$FOLDER/errors.txt" </dev/null &
 HOST=$!
-work_dialogs || {
-  STATUS=1
-  kill "$HOST" 2>/dev/null || true
-}
+work_dialogs || kill "$HOST" 2>/dev/null || true
 # What Wine itself complains of is no answer; it is shown when something is wrong.
-wait "$HOST" || STATUS=1
+judge "the script host" wait "$HOST"
 for side in prompt script; do
   sqlite3 "$FOLDER/$side/company.db" .dump >"$FOLDER/$side/company.sql"
   rm "$FOLDER/$side/company.db"
 done
 
 answers_of_prompt <"$FOLDER/raw.txt" >"$FOLDER/prompt.txt"
-diff <(expected) <(answered) || STATUS=1
-tr -d '\r' <"$FOLDER/output.txt" | diff <(grep -v $'^\t' "$FOLDER/prompt.txt") - || STATUS=1
-diff <(grep $'^\t' "$FOLDER/prompt.txt") "$FOLDER/windows.txt" || STATUS=1
-diff -r -x company.lock "$FOLDER/prompt" "$FOLDER/script" || STATUS=1
-grep -q 'AddIn1=Host,.*,host.bmp,host.exe' "$INI" || {
-  say "no entry in the ini file"
-  STATUS=1
-}
 wine_run 60 reg query 'HKCU\Software' /s >"$FOLDER/registry.txt" 2>&1
-grep -q $'Messaging.LogonUser\t.*("anne", [*][*][*])' "$FOLDER/trace.txt" || {
-  say "the trace has not the detail that is wanted"
-  STATUS=1
-}
-if grep -E 'Rivet7|Anvil9' "$FOLDER"/{trace,registry,errors}.txt; then
-  say "a password has been written"
-  STATUS=1
-fi
-if ((STATUS == 0)); then say "$(grep -c '^?' "$FOLDER/questions.txt") passed, 0 failed"; fi
-((STATUS == 0)) || cat "$FOLDER/errors.txt"
-exit "$STATUS"
+judge "asking every member" diff <(to_be_asked) <(asked)
+judge "answering as worked out by hand" diff <(expected) <(answered)
+judge "answering the same" diff <(grep -v $'^\t' "$FOLDER/prompt.txt") <(tr -d '\r' <"$FOLDER/output.txt")
+judge "showing the same" diff <(grep $'^\t' "$FOLDER/prompt.txt") "$FOLDER/windows.txt"
+judge "leaving the same" diff -r -x company.lock "$FOLDER/prompt" "$FOLDER/script"
+judge "the entry in the ini file" grep -q 'AddIn1=Host,.*,host.bmp,host.exe' "$INI"
+judge "the detail of the trace" grep -q $'Messaging.LogonUser\t.*("anne", [*][*][*])' "$FOLDER/trace.txt"
+judge "writing no password" diff /dev/null <(grep -E 'Rivet7|Anvil9' "$FOLDER"/{trace,registry,errors}.txt)
+((FAILED == 0)) || cat "$FOLDER/errors.txt"
+((PASSED += $(grep -c '^?' "$FOLDER/questions.txt")))
+finish
