@@ -62,6 +62,11 @@ void CheckTable(std::wstring_view name, const std::string& bytes) {
     Require(table.PositionOf(table.RecordAt(position)) == position &&
                 table.FindKey(key, engine::Match::kExact) == position,
             "a record is where its key is", bytes, key);
+    const std::wstring half = LowerCase(key.substr(0, (key.size() + 1) / 2));
+    const auto begins = [&](int at) { return StartsWithIgnoreCase(table.KeyAt(at), half); };
+    const std::int32_t first = table.FindKey(half, engine::Match::kPartial);
+    Require(first >= 1 && first <= position && begins(first) && (first == 1 || !begins(first - 1)),
+            "a part of a key finds the first that begins with it", bytes, key);
     Require(position == 1 || CompareIgnoreCase(table.KeyAt(position - 1), key) < 0, "keys ascend",
             bytes, key);
   }

@@ -9,15 +9,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <utility>
 
-#include "frame/error.h"
-#include "frame/text.h"
 #include "simulator/company_error.h"
 #include "simulator/shared_file.h"
 #include "simulator/simulator.h"
 #include "simulator/table_text.h"
-#include "simulator/testing/company_builder.h"
 #include "tests/core/temporary_folder.h"
 
 namespace ard::simulator {
@@ -127,78 +123,6 @@ TEST(TableTextTest, ReadsEveryTypeAndRemembersEveryLine) {
             "  Aé\\t\\n\\\\\tyes\t255\t-32768\t7\t-1500\t-0.0625\t2026-02-28");
   EXPECT_EQ(FormatRow(table.columns, table.rows[1]), table.lines[5]);
   EXPECT_TRUE(ParseTable("T:text(9)\n\r\r", "").rows.empty()) << "an end of a line, and no text";
-}
-
-// How the engine finds records, as its document has it.
-TEST(EngineTest, FindsRecords) {
-  // In record order D, b, C (deleted), BA, \u00E9; in key order b, BA, C, D, \u00E9.
-  const auto engine = CompanyBuilder()
-                          .Customer(L"D", L"NAME=Delta|BALANCE=1.5")
-                          .Customer(L"b", L"NAME=Beta")
-                          .Customer(L"C", L"NAME=Gamma|DELETED_FLAG=True")
-                          .Customer(L"BA", L"NAME=Beta|BALANCE=1.5")
-                          .Customer(L"\u00E9", L"NAME=Cafe")
-                          .Build();
-  const auto workspace = engine->workspace();
-  const auto file = workspace->CreateDataFile(L"SalesData");
-  const auto index = workspace->CreateIndex(L"SalesIndex");
-  ASSERT_TRUE(file->Open(engine::Mode::kQuery) && index->Open(engine::Mode::kRead));
-  const auto ref = [](const auto& object) {
-    return std::wstring(Trimmed(object->GetFields()->Item(L"ACCOUNT_REF")->GetValue().ToText()));
-  };
-
-  // By the index and by a record, which agree. The index stays where it stood.
-  const struct {
-    std::wstring key, exact, partial;
-  } keys[] = {
-      {L"B", L"b", L"b"},
-      {L"ba", L"BA", L"BA"},
-      {L"BA      ", L"BA", L""},  // as the field holds it, with its padding
-      {L"BA ", L"", L""},
-      {L"C", L"C", L"C"},  // deleted, and still there
-      {L"\u00C9", L"\u00E9", L"\u00E9"},
-      {L"", L"", L"b"},
-      {L"A", L"", L""},
-  };
-  for (const auto& c : keys) {
-    for (const auto& [match, wanted] : {std::pair(engine::Match::kExact, c.exact),
-                                        std::pair(engine::Match::kPartial, c.partial)}) {
-      index->MoveTo(4);
-      index->SetKey(c.key);
-      const auto record = workspace->CreateRecord(L"SalesRecord");
-      record->GetFields()->Item(L"ACCOUNT_REF")->SetValue(c.key);
-      const bool found = record->Find(match);
-      EXPECT_EQ(index->Find(match), found) << ToUtf8(c.key);
-      EXPECT_EQ(found ? ref(record) : L"", wanted) << ToUtf8(c.key);
-      file->Read(index->RecordNumber());
-      EXPECT_EQ(ref(file), found ? wanted : L"D") << ToUtf8(c.key);
-    }
-  }
-
-  const struct {
-    std::wstring field;
-    Value value;
-    std::wstring found;
-  } cases[] = {
-      {L"ACCOUNT_REF", L"B*", L"b BA "},  // key order
-      {L"account_ref", L"*", L"b BA C D \u00E9 "},
-      {L"ACCOUNT_REF", L"b  ", L"b "},
-      {L"NAME", L"beta", L"b BA "},  // record order
-      {L"NAME", L"*", L"D b C BA \u00E9 "},
-      {L"BALANCE", L"1.50", L"D BA "},
-      {L"BALANCE", L"1*", L"D BA "},
-      {L"DELETED_FLAG", true, L"C "},
-      {L"NAME", L"none", L""},
-  };
-  for (const auto& c : cases) {
-    std::wstring found;
-    bool more = file->FindFirst(c.field, c.value);
-    for (; more; more = file->FindNext(c.field, c.value)) found += ref(file) + L" ";
-    EXPECT_EQ(found, c.found) << ToUtf8(c.field + L" " + c.value.ToText());
-  }
-  EXPECT_EQ(ref(file), L"C") << "where it stood";
-  EXPECT_THROW(file->FindFirst(L"NO_SUCH", L"x"), Error);
-  EXPECT_THROW(file->FindFirst(L"BALANCE", L"x"), Error);
 }
 
 }  // namespace
