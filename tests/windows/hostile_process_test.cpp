@@ -87,24 +87,23 @@ DWORD NextTlsIndex() {
 }
 
 // A service whose last apartment ends after each job: the library is unloaded each time. With
-// threads there is one that lives through all cycles, which is this one, and others for each.
+// threads it comes and goes with one after the other, while this one lives on and calls, too.
 void LeaveNothing(bool threads) {
   constexpr int kWarmUp = 20;
   constexpr int kCycles = 2000;
   std::optional<Dll> library;
-  const auto on_thread = [&](const auto& action) {
-    if (threads) std::jthread(action).join();
+  const auto renew = [&] {
+    library.reset();
+    EXPECT_EQ(GetModuleHandleW(LibraryPath().c_str()), nullptr);
+    library.emplace(LibraryPath());
+    Fail(*library);
   };
   const auto run = [&](int cycles) {
     for (int i = 0; i < cycles; ++i) {
-      library.emplace(LibraryPath());
-      on_thread([&] { Fail(*library); });
+      threads ? std::jthread(renew).join() : renew();
       Fail(*library);
       if (i % 10 == 0) Describe(*library);
       EXPECT_EQ(library->Call("DllCanUnloadNow"), S_OK);
-      on_thread([&] { library.reset(); });
-      library.reset();
-      ASSERT_EQ(GetModuleHandleW(LibraryPath().c_str()), nullptr);
     }
   };
   run(kWarmUp);
