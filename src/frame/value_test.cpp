@@ -23,10 +23,18 @@ std::wstring Told(Conversion convert) {
   }
 }
 
+// To a Boolean, a Byte, an Integer, a Long, a Double, a Currency, a Date, a String.
+std::wstring All(const Value& value) {
+  return Told([&] { return value.ToBoolean(); }) + L'|' + Told([&] { return value.ToByte(); }) +
+         L'|' + Told([&] { return value.ToInteger(); }) + L'|' +
+         Told([&] { return value.ToLong(); }) + L'|' + Told([&] { return value.ToDouble(); }) +
+         L'|' + Told([&] { return value.ToCurrency(); }) + L'|' +
+         Told([&] { return value.ToDate(); }) + L'|' + Told([&] { return value.ToText(); });
+}
+
 TEST(ValueTest, ConvertsToAnyTypeOrSaysThatItDoesNot) {
   const auto kNan = std::numeric_limits<double>::quiet_NaN();
   const Currency least{std::numeric_limits<std::int64_t>::min()};
-  // To a Boolean, a Byte, an Integer, a Long, a Double, a Currency, a Date, a String.
   const std::pair<Value, const wchar_t*> cases[] = {
       {{}, L"False|0|0|0|0|0|1899-12-30|"},
       {Null(), L"~|~|~|~|~|~|~|~"},
@@ -70,15 +78,7 @@ TEST(ValueTest, ConvertsToAnyTypeOrSaysThatItDoesNot) {
       {L"+2e-1", L"True|0|0|0|0.2|0.2|1899-12-30 04:48:00|+2e-1"},
       {L"1e999", L"^|^|^|^|^|^|^|1e999"},
   };
-  for (const auto& [value, told] : cases) {
-    const std::wstring all =
-        Told([&] { return value.ToBoolean(); }) + L'|' + Told([&] { return value.ToByte(); }) +
-        L'|' + Told([&] { return value.ToInteger(); }) + L'|' +
-        Told([&] { return value.ToLong(); }) + L'|' + Told([&] { return value.ToDouble(); }) +
-        L'|' + Told([&] { return value.ToCurrency(); }) + L'|' +
-        Told([&] { return value.ToDate(); }) + L'|' + Told([&] { return value.ToText(); });
-    EXPECT_EQ(ToUtf8(all), ToUtf8(told));
-  }
+  for (const auto& [value, told] : cases) EXPECT_EQ(ToUtf8(All(value)), ToUtf8(told));
   for (const std::wstring text : {L"", L"  ", L"1x", L"1 2", L"--1", L"nan", L"inf", L"0x1", L".",
                                   L"e5", L",1", L"1e", L"\x0663", L"1+1", L"1.5,0"}) {
     EXPECT_EQ(Told([&] { return Value(text).ToDouble(); }), L"~") << text;
