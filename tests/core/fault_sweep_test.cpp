@@ -9,8 +9,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <new>
 #include <optional>
@@ -26,6 +28,7 @@ namespace ard::testing {
 namespace {
 
 enum class Failing { kOperations, kOperationsOnSnapshots, kAllocations };
+constexpr const char* kNames[] = {"operations", "operations on snapshots", "allocations"};
 
 class FaultSweepTest : public ::testing::TestWithParam<Member> {
  protected:
@@ -43,9 +46,24 @@ class FaultSweepTest : public ::testing::TestWithParam<Member> {
       on.Tell(n, outcome_);
     }
     if (failing == Failing::kOperations) ExpectTold("\n  one:" + once.told + "\n  on:" + on.told);
+    Swept& swept = swept_[kNames[static_cast<int>(failing)]];
+    ++swept.members;
+    swept.steps += steps;
+  }
+  // What has been swept, each step alone and with all after it.
+  static void TearDownTestSuite() {
+    for (const auto& [what, swept] : swept_) {
+      std::printf("swept in all: %lld members and walks, %lld %s, %lld runs\n", swept.members,
+                  swept.steps, what.c_str(), 2 * (swept.members + swept.steps));
+    }
   }
 
  private:
+  struct Swept {
+    long long members = 0, steps = 0;
+  };
+  static inline std::map<std::string, Swept> swept_;
+
   // What has come of one run after the other, where it is something else than before.
   struct Outcomes {
     std::string told, last = "none yet";
