@@ -265,24 +265,29 @@ TEST_F(DialogTest, TabsSwitchByKeysAndMouse) {
     EXPECT_EQ(dialog->tab(), ProductDialog::Tab::kProductInfo);
     EXPECT_EQ(FocusWindow(), text);
     EXPECT_FALSE(IsWindowEnabled(info.ok));
-    // Once around. OK, disabled, is left out.
     const HWND search = GetWindow(field, GW_HWNDNEXT);
-    for (const HWND stop : {field, search, GetWindow(search, GW_HWNDNEXT), info.list,
-                            GetDlgItem(info.window, IDCANCEL), tabs, text}) {
-      Keys(L"{Tab}");
-      EXPECT_EQ(FocusWindow(), stop);
+    const std::pair<const wchar_t*, HWND> stops[] = {// Once around. OK, disabled, is left out.
+                                                     {L"{Tab}", field},
+                                                     {L"{Tab}", search},
+                                                     {L"{Tab}", GetWindow(search, GW_HWNDNEXT)},
+                                                     {L"{Tab}", info.list},
+                                                     {L"{Tab}", GetDlgItem(info.window, IDCANCEL)},
+                                                     {L"{Tab}", tabs},
+                                                     {L"{Tab}", text},
+                                                     {L"{Ctrl+PgDn}", stock.list},
+                                                     {L"{Shift+Tab}{Right}", text},
+                                                     {L"{FirstTab}", stock.list},
+                                                     {L"{Ctrl+PgUp}", text},
+                                                     {L"{Ctrl+Shift+Tab}", stock.list}};
+    for (const auto& [keys, stop] : stops) {
+      Keys(keys);
+      EXPECT_EQ(FocusWindow(), stop) << ToUtf8(keys);
     }
-    Keys(L"{Ctrl+PgDn}");
-    EXPECT_EQ(FocusWindow(), stock.list);
     EXPECT_TRUE(IsWindowEnabled(info.ok));
-    Keys(L"{Shift+Tab}{Right}");
-    EXPECT_EQ(FocusWindow(), text);
-    Keys(L"{FirstTab}");
-    EXPECT_EQ(FocusWindow(), stock.list);
   });
 }
 
-TEST_F(DialogTest, AnAmpersandOnATabIsOne) {
+TEST_F(DialogTest, TheUserListNamesTheHostAndDeletesOnItsPageOnly) {
   UserListDialog users(context_, true);
   Show(users, [&](const View& view) {
     wchar_t text[64] = {};
@@ -291,7 +296,12 @@ TEST_F(DialogTest, AnAmpersandOnATabIsOne) {
     item.pszText = text;
     item.cchTextMax = 64;
     Ask([&] { TabCtrl_GetItem(Descendant(view.window, WC_TABCONTROLW), 1, &item); });
-    EXPECT_STREQ(text, L"Cut && Shut");
+    EXPECT_STREQ(text, L"Cut && Shut") << "an ampersand is one";
+    const HWND button = FindWindowExW(view.window, nullptr, nullptr, L"&Delete");
+    EXPECT_FALSE(IsWindowVisible(button));
+    Keys(L"{Ctrl+Tab}");
+    EXPECT_TRUE(IsWindowVisible(button));
+    EXPECT_LE(RectOf(View(view.window).frame).bottom, RectOf(button).top);
   });
 }
 
