@@ -125,13 +125,6 @@ class DialogTest : public WindowTest {
     SetWindowPos(window, nullptr, 0, 0, static_cast<int>(width), static_cast<int>(height),
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   }
-  // Its children, at any depth.
-  static void Collect(HWND parent, std::vector<HWND>& controls) {
-    for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-      controls.push_back(child);
-      Collect(child, controls);
-    }
-  }
   static void SetText(HWND control, const wchar_t* text) {
     if (ClassOf(control) == WC_COMBOBOXW) {
       SendMessageW(control, CB_RESETCONTENT, 0, 0);
@@ -164,8 +157,7 @@ TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenI
   const std::set<std::wstring> with_text = {WC_STATICW, WC_BUTTONW, WC_EDITW, WC_COMBOBOXW};
   int lines_with_boxes = 0;
   ForEach([&](const View& view) {
-    std::vector<HWND> controls;
-    Collect(view.window, controls);
+    const std::vector<HWND> controls = Descendants(view.window);
     for (const HWND control : controls) {
       if (ClassOf(control) == UPDOWN_CLASSW) continue;  // the tab strip's own
       const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
@@ -266,19 +258,14 @@ TEST_F(DialogTest, TabsSwitchByKeysAndMouse) {
     EXPECT_EQ(FocusWindow(), text);
     EXPECT_FALSE(IsWindowEnabled(info.ok));
     const HWND search = GetWindow(field, GW_HWNDNEXT);
-    const std::pair<const wchar_t*, HWND> stops[] = {// Once around. OK, disabled, is left out.
-                                                     {L"{Tab}", field},
-                                                     {L"{Tab}", search},
-                                                     {L"{Tab}", GetWindow(search, GW_HWNDNEXT)},
-                                                     {L"{Tab}", info.list},
-                                                     {L"{Tab}", GetDlgItem(info.window, IDCANCEL)},
-                                                     {L"{Tab}", tabs},
-                                                     {L"{Tab}", text},
-                                                     {L"{Ctrl+PgDn}", stock.list},
-                                                     {L"{Shift+Tab}{Right}", text},
-                                                     {L"{FirstTab}", stock.list},
-                                                     {L"{Ctrl+PgUp}", text},
-                                                     {L"{Ctrl+Shift+Tab}", stock.list}};
+    const HWND clear = GetWindow(search, GW_HWNDNEXT);
+    const HWND cancel = GetDlgItem(info.window, IDCANCEL);
+    // Once around first, where OK, disabled, is left out.
+    const std::pair<const wchar_t*, HWND> stops[] = {
+        {L"{Tab}", field},       {L"{Tab}", search},           {L"{Tab}", clear},
+        {L"{Tab}", info.list},   {L"{Tab}", cancel},           {L"{Tab}", tabs},
+        {L"{Tab}", text},        {L"{Ctrl+PgDn}", stock.list}, {L"{Shift+Tab}{Right}", text},
+        {L"{Tab0}", stock.list}, {L"{Ctrl+PgUp}", text},       {L"{Ctrl+Shift+Tab}", stock.list}};
     for (const auto& [keys, stop] : stops) {
       Keys(keys);
       EXPECT_EQ(FocusWindow(), stop) << ToUtf8(keys);
@@ -342,9 +329,10 @@ TEST_F(DialogTest, PicksSeveralByMouseAndOverAPageBorder) {
     Walk(selected, {{L"{Row2}{Ctrl+Row5}", L"P12 P15"},
                     {L"{Shift+Row7}", L"P15 P16 P17"},
                     {L"{Ctrl+Row6}", L"P15 P17"}});
-    view.SetState(0, LVIS_SELECTED, LVIS_SELECTED);
+    // As assistive technology selects a row, or does not.
+    ListView_SetItemState(view.list, 0, LVIS_SELECTED, LVIS_SELECTED);
     EXPECT_EQ(selected(), L"P10 P15 P17");
-    view.SetState(5, 0, LVIS_SELECTED);
+    ListView_SetItemState(view.list, 5, 0, LVIS_SELECTED);
     EXPECT_EQ(selected(), L"P10 P17");
     // To the last page, where none is selected, and one there.
     Walk(selected, {{L"{Ctrl+End}{Space}", L"P69"}});
@@ -383,10 +371,8 @@ TEST_F(DialogTest, TheLogonShowsWhatItsFormHasAndHidesThePassword) {
   for (const auto& c : cases) {
     context_.app_name = c.app;
     Show(*Logon(c.form), [&](const View& view) {
-      std::vector<HWND> controls;
-      Collect(view.window, controls);
       std::wstring texts;
-      for (const HWND control : controls) texts += L"[" + TextOf(control) + L"]";
+      for (const HWND control : Descendants(view.window)) texts += L"[" + TextOf(control) + L"]";
       EXPECT_EQ(texts, L"[Welcome to " + context_.app_name + L".]" + c.texts);
       EXPECT_TRUE(GetWindowLongW(FocusWindow(), GWL_STYLE) & ES_PASSWORD);
     });

@@ -4,9 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <functional>
 #include <initializer_list>
 #include <iterator>
@@ -112,7 +110,16 @@ TEST_F(ListWindowTest, KeysMoveAndPageAndCharactersGoToTheModel) {
                   {L"{3}", L"300"}});
     EXPECT_EQ(dialog.typed, L"é*9 73");
     EXPECT_EQ(dialog.pages, 7);
+    // Of what fails, nothing is left.
+    dialog.fails = true;
+    Keys(L"{End}{PgDn}{Down}");
+    PostMessageW(view.frame, WM_VSCROLL, SB_PAGEUP, 0);
+    TurnWheel(view.list, -WHEEL_DELTA);
+    dialog.fails = false;
+    Walk(select, {{L"{Home}", L"1"}});
+    Keys(L"{Enter}");
   });
+  EXPECT_TRUE(dialog.result());
 }
 
 TEST_F(ListWindowTest, EveryWayOutEndsAsItShould) {
@@ -164,7 +171,7 @@ TEST_F(ListWindowTest, ClickSelectsAndBlankSpaceDoesNot) {
   Show(dialog, [&](const View& view) {
     Walk([&] { return view.Selected(); },
          {{L"{Row3}", L"4"}, {L"{Row8}{Double+Header0}", L"4"}, {L"{Up}", L"3"}});
-    view.SetState(1, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    ListView_SetItemState(view.list, 1, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     EXPECT_EQ(view.Selected(), L"2");
     Keys(L"{Enter}");
   });
@@ -188,21 +195,6 @@ TEST_F(ListWindowTest, TheSimpleListOpensMidScreenWithTheCursorOnARowNotSelected
     ExpectClosed(view);
   });
   EXPECT_EQ(dialog.list().selected()->position, 1);
-}
-
-TEST_F(ListWindowTest, AFailingHandlerChangesNothing) {
-  LedgerDialog dialog;
-  Show(dialog, [&](const View& view) {
-    dialog.fails = true;
-    Keys(L"{End}{PgDn}{Down}");
-    PostMessageW(view.frame, WM_VSCROLL, SB_PAGEUP, 0);
-    TurnWheel(view.list, -WHEEL_DELTA);
-    dialog.fails = false;
-    Keys(L"{Home}");
-    EXPECT_EQ(view.Selected(), L"1");
-    Keys(L"{Enter}");
-  });
-  EXPECT_TRUE(dialog.result());
 }
 
 TEST_F(ListWindowTest, AllWindowsOfTheHostAreDisabledAndTheDisabledStaySo) {
@@ -384,11 +376,10 @@ TEST_F(ListWindowTest, ACellThatIsCutShowsItsWholeTextToThePointer) {
 
 // As a reader in another program asks.
 std::wstring SpokenName(HWND window, LONG child) {
-  void* object = nullptr;
+  IAccessible* accessible = nullptr;
   AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
-                             &object);
-  if (!object) return L"nothing";
-  auto* accessible = static_cast<IAccessible*>(object);
+                             reinterpret_cast<void**>(&accessible));
+  if (!accessible) return L"nothing";
   VARIANT which = {};
   which.vt = VT_I4;
   which.lVal = child;
@@ -433,7 +424,7 @@ TEST_F(ListWindowTest, FollowsTheDpiOfItsScreen) {
       LOGFONTW font = {};
       GetObjectW(reinterpret_cast<HFONT>(SendMessageW(view.list, WM_GETFONT, 0, 0)), sizeof(font),
                  &font);
-      return std::vector<double>{std::abs(static_cast<double>(font.lfHeight)),
+      return std::vector<double>{static_cast<double>(font.lfHeight),
                                  static_cast<double>(SizeOf(view.ok).cy),
                                  static_cast<double>(ListView_GetColumnWidth(view.list, 0))};
     };

@@ -117,31 +117,26 @@ SCROLLINFO View::Scroll() const {
 
 POINT View::Place(std::wstring_view name) const {
   const int number = name.back() - L'0';
+  HWND owner = list;
+  RECT rect = {};
   if (name.starts_with(L"Row")) {
-    const RECT first = RowRect(0);
-    const LONG height = first.bottom - first.top;
-    POINT point = {first.left + 20, first.top + height * number + height / 2};
-    ClientToScreen(list, &point);
-    return point;
+    rect = RowRect(0);
+    OffsetRect(&rect, 0, static_cast<int>(rect.bottom - rect.top) * number);
+    rect.right = rect.left + 40;
+  } else if (name.starts_with(L"Header")) {
+    owner = Header();
+    Header_GetItemRect(owner, number, &rect);
+  } else if (name.starts_with(L"Tab")) {
+    owner = Descendant(window, WC_TABCONTROLW);
+    TabCtrl_GetItemRect(owner, number, &rect);
+  } else {
+    owner = FindWindowExW(window, nullptr, nullptr, std::wstring(name).c_str());
+    GetClientRect(owner, &rect);
   }
-  if (name.starts_with(L"Header")) {
-    RECT rect = {};
-    Header_GetItemRect(Header(), number, &rect);
-    POINT point = {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
-    ClientToScreen(Header(), &point);
-    return point;
-  }
-  if (name == L"FirstTab") {
-    const RECT strip = RectOf(Descendant(window, WC_TABCONTROLW));
-    return {strip.left + 20, strip.top + 10};
-  }
-  const HWND control = FindWindowExW(window, nullptr, nullptr, std::wstring(name).c_str());
-  EXPECT_NE(control, nullptr) << ToUtf8(name);
-  return MiddleOf(control);
-}
-
-void View::SetState(int row, UINT state, UINT mask) const {
-  ListView_SetItemState(list, row, state, mask);
+  EXPECT_FALSE(IsRectEmpty(&rect)) << ToUtf8(name);
+  POINT point = {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+  ClientToScreen(owner, &point);
+  return point;
 }
 
 WindowTest::WindowTest() {
@@ -279,7 +274,7 @@ HWND WindowTest::FocusWindow() const {
 
 Picture WindowTest::PictureOf(HWND window) const {
   const SIZE size = SizeOf(window);
-  Picture picture = {static_cast<int>(size.cx), static_cast<int>(size.cy), {}};
+  Picture picture = {size.cx, {}};
   Ask([&] {
     HideCaret(nullptr);  // it blinks
     RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
@@ -290,10 +285,10 @@ Picture WindowTest::PictureOf(HWND window) const {
     const HDC copy = CreateCompatibleDC(source);
     const HBITMAP bitmap = CreateDIBSection(source, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     const HGDIOBJ previous = SelectObject(copy, bitmap);
-    BitBlt(copy, 0, 0, picture.width, picture.height, source, 0, 0, SRCCOPY);
+    BitBlt(copy, 0, 0, static_cast<int>(size.cx), static_cast<int>(size.cy), source, 0, 0, SRCCOPY);
     GdiFlush();
     const auto* pixels = static_cast<const COLORREF*>(bits);
-    picture.pixels.assign(pixels, pixels + std::ptrdiff_t{picture.width} * picture.height);
+    picture.pixels.assign(pixels, pixels + std::ptrdiff_t{size.cx} * size.cy);
     DeleteObject(SelectObject(copy, previous));
     DeleteDC(copy);
     ReleaseDC(window, source);
@@ -324,14 +319,21 @@ bool Eventually(const std::function<bool()>& condition) {
   return true;
 }
 
-HWND Descendant(HWND parent, std::wstring_view window_class) {
-  HWND found = nullptr;
-  for (HWND child = GetWindow(parent, GW_CHILD); child && !found;
-       child = GetWindow(child, GW_HWNDNEXT)) {
-    if (!IsWindowVisible(child)) continue;
-    found = ClassOf(child) == window_class ? child : Descendant(child, window_class);
+std::vector<HWND> Descendants(HWND parent) {
+  std::vector<HWND> windows;
+  for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    const std::vector<HWND> below = Descendants(child);
+    windows.push_back(child);
+    windows.insert(windows.end(), below.begin(), below.end());
   }
-  return found;
+  return windows;
+}
+
+HWND Descendant(HWND parent, std::wstring_view window_class) {
+  for (const HWND window : Descendants(parent)) {
+    if (IsWindowVisible(window) && ClassOf(window) == window_class) return window;
+  }
+  return nullptr;
 }
 
 std::wstring ClassOf(HWND window) {

@@ -32,11 +32,9 @@ struct View {
   HWND Header() const { return ListView_GetHeader(list); }
   SCROLLINFO Scroll() const;
 
-  // On the screen, where to click: "Row3" and "Header1", which count from 0 (there may be fewer
-  // rows); "FirstTab"; and the controls by their texts: "OK".
+  // On the screen, where to click: "Row3", "Header1" and "Tab0", which count from 0 (there may be
+  // fewer rows), and the controls by their texts: "OK".
   POINT Place(std::wstring_view name) const;
-  // As assistive technology selects a row, or does not.
-  void SetState(int row, UINT state, UINT mask) const;
 
   HWND window;
   HWND list;
@@ -46,8 +44,7 @@ struct View {
 
 // What a window shows, with its frame and all that is in it.
 struct Picture {
-  int width = 0;
-  int height = 0;
+  LONG width = 0;
   std::vector<COLORREF> pixels;
 
   bool operator==(const Picture&) const = default;
@@ -104,7 +101,8 @@ class WindowTest : public ::testing::Test {
 // Polls `condition` for a few seconds; whether it has come true.
 bool Eventually(const std::function<bool()>& condition);
 
-// The visible window of that class inside `parent`, at any depth.
+// The windows inside `parent`, at any depth: all of them, and the visible one of that class.
+std::vector<HWND> Descendants(HWND parent);
 HWND Descendant(HWND parent, std::wstring_view window_class);
 std::wstring ClassOf(HWND window);
 std::wstring TextOf(HWND window);
