@@ -184,7 +184,8 @@ TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenI
       std::map<LONG, std::vector<Control>> lines;  // by the middle of the line
       for (const HWND control : controls) {
         if (!IsWindowVisible(control) || !with_text.contains(ClassOf(control))) continue;
-        const LONG baseline = BaselineOf(control);
+        LONG baseline = 0;
+        Ask([&] { baseline = BaselineOf(control); });  // in one step: there are many
         if (baseline == 0) continue;
         std::vector<Control>& line = lines[MiddleOf(control).y / 4];
         line.push_back({TextOf(control), baseline, SizeOf(control).cy});

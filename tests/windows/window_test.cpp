@@ -261,7 +261,7 @@ void WindowTest::Walk(const std::function<std::wstring()>& look,
 }
 
 void WindowTest::Ask(const std::function<void()>& action) const {
-  constexpr UINT kMilliseconds = 2000;
+  constexpr UINT kMilliseconds = 20'000;  // `action` must not outlive the call
   SendMessageTimeoutW(host_, kAsk, 0, reinterpret_cast<LPARAM>(&action), SMTO_NORMAL, kMilliseconds,
                       nullptr);
 }
