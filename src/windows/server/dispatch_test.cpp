@@ -225,7 +225,8 @@ TEST_F(DispatchTest, OutputsGoBackIntoVariablesOfOtherTypes) {
       void* const content =
           vt == VT_DECIMAL ? static_cast<void*>(&variable.decVal) : &variable.lVal;
       change(Reference(vt, content), by);
-      variable.vt = vt;  // a decimal takes the whole of it
+      // A decimal takes the whole of it, and has its reserved word where the type is.
+      EXPECT_EQ(std::exchange(variable.vt, vt), vt == VT_DECIMAL ? VARTYPE{VT_EMPTY} : vt);
       ScopedVariant now;
       VariantChangeTypeEx(&now, &variable, LOCALE_NEUTRAL, 0, VT_R8);
       VariantChangeTypeEx(&now, &now, LOCALE_NEUTRAL, 0, VT_BSTR);
