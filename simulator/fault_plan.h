@@ -4,6 +4,7 @@
 #define ARD_SIMULATOR_FAULT_PLAN_H_
 
 #include <cstdint>
+#include <cstdlib>
 
 #include "frame/error.h"
 
@@ -20,13 +21,19 @@ class FaultPlan {
     persist_ = persist;
   }
 
+  // The process ends, without any clean-up, in place of operation `n` from now.
+  void CrashAt(std::int64_t n) {
+    Reset();
+    crash_at_ = n;
+  }
+
   // Called by every operation before it does anything. Throws Error when it is to fail.
   void Operation() {
     if (Fails()) throw Error(kErrorFailed, L"The operation failed as requested.");
   }
   // The same for one that fails in its own way: whether it is to.
   bool Fails() {
-    ++operations_;
+    if (++operations_ == crash_at_) std::_Exit(EXIT_FAILURE);
     if (first_ == 0 || operations_ < first_ || (operations_ > first_ && !persist_)) return false;
     ++failed_;
     return true;
@@ -39,6 +46,7 @@ class FaultPlan {
   bool persists() const { return persist_; }
 
  private:
+  std::int64_t crash_at_ = 0;
   std::int64_t first_ = 0;
   bool persist_ = false;
   std::int64_t operations_ = 0;
