@@ -153,6 +153,7 @@ void ListModel::Press(void (ListModel::*move)(), Pick pick) {
   if (row_count_ == 0) return;
   Open();
   (this->*move)();
+  BringIntoView(cursor_);
   Mark(pick);
 }
 
@@ -178,8 +179,8 @@ void ListModel::MovePageUp() {
   // First to the top of the page shown, then a page further.
   if (!rows().empty() && rows_.front().position < cursor_) return MoveToRow(0);
   SetTop(top_ - page_size_);
-  if (rows().empty()) return MoveTo(top_);
-  MoveToRow(0);
+  if (!rows().empty()) return MoveToRow(0);
+  if (top_ > 1) MoveTo(top_);
 }
 
 void ListModel::MovePageDown() {
@@ -187,7 +188,7 @@ void ListModel::MovePageDown() {
   if (!rows().empty() && rows_.back().position > cursor_) return MoveToRow(rows_.size() - 1);
   SetTop(top_ + Reach(top_));
   const std::int32_t last = std::min(top_ + Reach(top_) - 1, row_count_);
-  if (!SelectLastUpTo(last)) MoveTo(last);
+  if (!SelectLastUpTo(last) && last < row_count_) MoveTo(last);
 }
 
 void ListModel::MoveHome() {
@@ -203,12 +204,13 @@ void ListModel::MoveEnd() {
 
 void ListModel::SeekUp(std::int32_t target) {
   SetTop(target - page_size_ + 1);
-  if (!SelectLastUpTo(target)) MoveTo(top_);
+  if (!SelectLastUpTo(target) && top_ > 1) MoveTo(top_);
 }
 
 void ListModel::SeekDown(std::int32_t target) {
   SetTop(target);
-  if (!SelectFirstFrom(target)) MoveTo(std::min(top_ + Reach(top_) - 1, row_count_));
+  const std::int32_t last = std::min(top_ + Reach(top_) - 1, row_count_);
+  if (!SelectFirstFrom(target) && last < row_count_) MoveTo(last);
 }
 
 void ListModel::MoveTo(std::int32_t position) {

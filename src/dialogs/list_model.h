@@ -133,7 +133,8 @@ class ListModel {
   void ScrollTo(std::int32_t top);
   void ScrollBy(std::int32_t rows);
 
-  // Cursor keys. They step over deleted entries; where there are too many, some on each press.
+  // Cursor keys. They step over deleted entries; where there are too many, some on each press, and
+  // where nothing else is left, the cursor stays.
   void LineUp(Pick pick = Pick::kOnly);
   void LineDown(Pick pick = Pick::kOnly);
   void PageUp(Pick pick = Pick::kOnly);

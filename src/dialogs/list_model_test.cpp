@@ -81,6 +81,25 @@ TEST_F(ListModelTest, APageThatMemoryRanOutInIsReadAgain) {
 }
 
 // A key brings it back into view first.
+TEST_F(ListModelTest, WhereNothingIsLeftTheSelectionStays) {
+  source_.deleted = {1, 2, 11, 12};
+  for (const std::int32_t page_size : {2, 3, 20}) {
+    Start(12, page_size);
+    for (const auto key : {&ListModel::LineUp, &ListModel::PageUp, &ListModel::Home}) {
+      list_.SelectItem(3);
+      list_.ScrollTo(3);
+      (list_.*key)(Pick::kOnly);
+      EXPECT_EQ(Selected(), 3) << page_size;
+    }
+    for (const auto key : {&ListModel::LineDown, &ListModel::PageDown, &ListModel::End}) {
+      list_.SelectItem(10);
+      list_.ScrollTo(10 - page_size + 1);
+      (list_.*key)(Pick::kOnly);
+      EXPECT_EQ(Selected(), 10) << page_size;
+    }
+  }
+}
+
 TEST_F(ListModelTest, TheSelectionSurvivesScrolling) {
   Start(100, 10);
   for (const auto& [key, selected, top] : {std::tuple(kDown, 6, 5),
