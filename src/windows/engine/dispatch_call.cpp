@@ -42,6 +42,7 @@ void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* r
   if (SUCCEEDED(outcome)) return;
   if (outcome != DISP_E_EXCEPTION) throw SystemError(outcome);
   if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
+  if (info.scode == 0 && info.wCode == 0) info.scode = outcome;  // it tells no number
   const std::int32_t code = info.scode != 0 ? static_cast<std::int32_t>(info.scode) : info.wCode;
   const UINT length = info.bstrDescription ? SysStringLen(info.bstrDescription) : 0;
   if (length == 0 && info.scode != 0) throw SystemError(code);

@@ -221,6 +221,9 @@ TEST_F(LateBoundTest, FailuresBecomeErrorsWithNumberAndText) {
   EXCEPINFO coded{};
   coded.wCode = 91;
   EXPECT_EQ(close_error(DISP_E_EXCEPTION, coded).first, 91);
+  EXPECT_EQ(close_error(DISP_E_EXCEPTION, {}),
+            (std::pair{std::int32_t{DISP_E_EXCEPTION}, SystemError(DISP_E_EXCEPTION).text()}))
+      << "an engine that tells nothing";
   EXCEPINFO silent{};
   silent.scode = E_ACCESSDENIED;
   const std::pair<std::int32_t, std::wstring> denied = {E_ACCESSDENIED,
