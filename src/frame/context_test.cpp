@@ -16,10 +16,12 @@ TEST(HandedOver, WhatIsReplacedLivesUntilTheOutermostCallOfItsObjectEnds) {
   Context context(environment), other(environment);
   HandedOver<int> property(context), another(context);
   int living = 0;
-  const auto put = [&](
-                       HandedOver<int>& place, const std::function<void()>& gone = [] {}) {
+  const auto put = [&](HandedOver<int>& place, const std::function<void()>& gone = nullptr) {
     ++living;
-    place = std::shared_ptr<int>(&living, [&living, gone](int*) { --living, gone(); });
+    place = std::shared_ptr<int>(&living, [&living, gone](int*) {
+      --living;
+      if (gone) gone();
+    });
   };
   put(property);
   put(property);
