@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "benchmarks/holdings.h"
 #include "frame/error.h"
 #include "tests/windows/host.h"
 #include "windows/engine/variant.h"
@@ -25,7 +26,7 @@ class Recorder final : public testing::ForeignObject {
  public:
   std::vector<std::wstring> lookups;
   std::wstring asked;  // by the last call: its id, its flags, and each argument with its type
-  std::function<void(BSTR& text)> spoil;  // what is done to a text that has been passed
+  std::function<void(VARIANT& text)> spoil;  // what is done to one that has been passed
   HRESULT lookup_status = S_OK;
   Answer answer;
 
@@ -35,8 +36,14 @@ class Recorder final : public testing::ForeignObject {
     ids[0] = static_cast<DISPID>(lookups.size());
     return lookup_status;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
-                                   VARIANT* result, EXCEPINFO* exception, UINT*) override {
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT*) override {
+    EXPECT_EQ(locale, LCID{LOCALE_USER_DEFAULT});
+    // A value to be put has a name; nothing else has.
+    const bool puts = flags == DISPATCH_PROPERTYPUT;
+    EXPECT_EQ(parameters->cNamedArgs, puts ? 1u : 0u);
+    EXPECT_TRUE(!puts || parameters->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT);
     std::wostringstream text;
     text << std::hex << id << L' ' << std::dec << flags;
     for (UINT i = parameters->cArgs; i-- > 0;) {
@@ -44,7 +51,7 @@ class Recorder final : public testing::ForeignObject {
       text << L' ' << argument.vt << L':' << FromVariant(argument).ToText();
     }
     asked = text.str();
-    if (spoil && parameters->cArgs > 0) spoil(parameters->rgvarg[0].bstrVal);
+    if (spoil && parameters->cArgs > 0) spoil(parameters->rgvarg[0]);
     VARIANT ignored{};
     if (answer) return answer(result ? *result : ignored, *exception);
     if (result) *result = testing::Variant(this).Detach();
@@ -160,11 +167,15 @@ TEST_F(LateBoundTest, ArgumentsGoAsTheEngineTakesThem) {
 
 // A server whose parameters are by reference may do what it likes with them.
 TEST_F(LateBoundTest, NamesArriveWhateverBecameOfThemBefore) {
-  const std::function<void(BSTR & text)> spoilers[] = {
-      [](BSTR& text) { text[0] = L'X'; },
-      [](BSTR& text) { SysReAllocString(&text, L"ANOTHER_NAME"); },
-      [](BSTR& text) { SysFreeString(std::exchange(text, nullptr)); },
-      [this](BSTR&) {
+  const std::function<void(VARIANT & text)> spoilers[] = {
+      [](VARIANT& text) { text.bstrVal[0] = L'X'; },
+      [](VARIANT& text) { SysReAllocString(&text.bstrVal, L"ANOTHER_NAME"); },
+      [](VARIANT& text) { SysFreeString(std::exchange(text.bstrVal, nullptr)); },
+      [](VARIANT& text) {
+        VariantClear(&text);
+        text = Number(VT_I4, 7);
+      },
+      [this](VARIANT&) {
         recorder.spoil = nullptr;
         seam->fields->Item(L"NAME");
       },
@@ -181,8 +192,9 @@ TEST_F(LateBoundTest, NamesArriveWhateverBecameOfThemBefore) {
 }
 
 TEST_F(LateBoundTest, AnswersAreConverted) {
+  EXPECT_FALSE(WrapWorkspace(nullptr) || WrapEngine(nullptr) || WrapRecord(nullptr));
   for (const VARTYPE type : {VT_BOOL, VT_I2, VT_I4, VT_EMPTY}) {
-    for (const LONG content : {-1, 0}) {
+    for (const LONG content : {-1, 1, 0}) {
       Tell(Number(type, content));
       EXPECT_EQ(seam->file->Read(1), content != 0 && type != VT_EMPTY) << type;
     }
@@ -190,10 +202,26 @@ TEST_F(LateBoundTest, AnswersAreConverted) {
   const ScopedVariant version = ToVariant(L"9.02");
   Tell(version);
   EXPECT_EQ(seam->workspace->Version(), L"9.02");
+  Tell(Number(VT_I4, 7));
+  std::wstring text;
+  seam->field->ReadText(text);
+  EXPECT_EQ(text, L"7");
+  ScopedVariant object = testing::Variant(&recorder);
+  VARIANT unknown = object;
+  unknown.vt = VT_UNKNOWN;
+  VARIANT reference = object;
+  reference.vt = VT_BYREF | VT_DISPATCH;
+  reference.ppdispVal = &object.pdispVal;
+  for (const VARIANT& any : {reference, unknown}) {
+    Tell(any);
+    EXPECT_TRUE(seam->file->GetFields()) << any.vt;
+  }
+  EXPECT_TRUE(seam->workspace->CreatePricing());
   for (const VARIANT& no_object :
        {VARIANT{}, Number(VT_I4, 1), Number(VT_DISPATCH, 0), Number(VT_UNKNOWN, 0)}) {
     Tell(no_object);
     EXPECT_EQ(ErrorOf([this] { seam->file->GetFields(); }).first, kErrorTypeMismatch);
+    EXPECT_FALSE(seam->workspace->CreatePricing()) << "none, which is no error";
   }
 }
 
@@ -220,7 +248,10 @@ TEST_F(LateBoundTest, FailuresBecomeErrorsWithNumberAndText) {
   EXPECT_EQ(close_error(DISP_E_EXCEPTION, late), with_text);
   EXCEPINFO coded{};
   coded.wCode = 91;
-  EXPECT_EQ(close_error(DISP_E_EXCEPTION, coded).first, 91);
+  EXPECT_EQ(close_error(DISP_E_EXCEPTION, coded), (std::pair{91, std::wstring()}));
+  const std::wstring text(L"a\0b", 3);
+  coded.bstrDescription = NewBstr(text);
+  EXPECT_EQ(close_error(DISP_E_EXCEPTION, coded), (std::pair{91, text}));
   EXPECT_EQ(close_error(DISP_E_EXCEPTION, {}),
             (std::pair{std::int32_t{DISP_E_EXCEPTION}, SystemError(DISP_E_EXCEPTION).text()}))
       << "an engine that tells nothing";
@@ -236,6 +267,30 @@ TEST_F(LateBoundTest, FailuresBecomeErrorsWithNumberAndText) {
   EXPECT_EQ(ErrorOf(create).first, kErrorNoMember) << "no workspace, whatever it says";
   EXPECT_EQ(ErrorOf([this] { seam->field->GetValue(); }),
             (std::pair{kErrorUnknownName, std::wstring(L"There is no member Value.")}));
+}
+
+// Texts that were passed, came back or told of an error, and what a workspace has come to know.
+TEST_F(LateBoundTest, NothingStaysInMemory) {
+  const auto use = [this] {
+    for (int i = 0; i < 100; ++i) {
+      recorder.lookups.clear();
+      recorder.answer = nullptr;
+      const Seam made(recorder);
+      recorder.spoil = [&](VARIANT&) {
+        recorder.spoil = nullptr;
+        made.fields->Item(L"NAME");
+      };
+      made.fields->Item(L"NAME");
+      recorder.answer = [](VARIANT&, EXCEPINFO& info) {
+        for (BSTR* told : {&info.bstrSource, &info.bstrHelpFile}) *told = NewBstr(L"told");
+        return FillInLate(&info), DISP_E_EXCEPTION;
+      };
+      EXPECT_THROW(made.file->Close(), Error);
+    }
+    return benchmarks::Heaps().blocks;
+  };
+  use();
+  EXPECT_NEAR(use(), use(), 20);
 }
 
 }  // namespace
