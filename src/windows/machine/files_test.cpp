@@ -32,8 +32,8 @@ class FilesTest : public ::testing::Test {
 
   static HANDLE Hold(const std::wstring& file, DWORD share, DWORD disposition) {
     SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
-    return CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, share, &inherited, disposition,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    return CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, share, &inherited,
+                       disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
   }
 
   const std::wstring folder_ = fs::temp_directory_path() / L"A folder with a long name";
@@ -59,12 +59,20 @@ TEST_F(FilesTest, IniFilesHoldWhatTheSystemLetsThem) {
 }
 
 TEST_F(FilesTest, AnIniFileThatIsReadOnlyIsAnError) {
-  WriteIniFile(ini_, L"S", L"K", L"old");
-  SetFileAttributesW(ini_.c_str(), FILE_ATTRIBUTE_READONLY);
-  EXPECT_THROW(WriteIniFile(ini_, L"S", L"K", L"new"), Error);
-  SetFileAttributesW(ini_.c_str(), FILE_ATTRIBUTE_NORMAL);
-  WriteIniFile(ini_, L"S", L"K", L"new");
-  EXPECT_EQ(ReadIniFile(ini_, L"S", L"K"), L"new");
+  // A name alone is one in the system's folder.
+  wchar_t system[MAX_PATH] = {};
+  GetWindowsDirectoryW(system, MAX_PATH);
+  const std::wstring files[][2] = {{ini_, ini_},
+                                   {L"ArdTest.ini", system + std::wstring(L"\\ArdTest.ini")}};
+  for (const auto& [name, path] : files) {
+    WriteIniFile(name, L"S", L"K", L"old");
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_THROW(WriteIniFile(name, L"S", L"K", L"new"), Error);
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    WriteIniFile(name, L"S", L"K", L"new");
+    EXPECT_EQ(ReadIniFile(path, L"S", L"K"), L"new");
+    DeleteFileW(path.c_str());
+  }
 }
 
 TEST_F(FilesTest, ShortPathsNameTheSameFolder) {
@@ -73,13 +81,21 @@ TEST_F(FilesTest, ShortPathsNameTheSameFolder) {
   WriteIniFile(ini_, L"S", L"K", L"here");
   EXPECT_EQ(ReadIniFile(path + L"\\test.ini", L"S", L"K"), L"here");
   EXPECT_THROW(ShortPathOf(folder_ + L"\\nothing"), Error);
+  std::wstring deep = path;
+  while (deep.size() < 245) deep += L"\\d";
+  fs::create_directories(deep);
+  deep += L"\\12345678.ini";
+  WriteIniFile(deep, L"S", L"K", L"V");
+  EXPECT_THROW(ShortPathOf(deep), Error) << "longer than programs expect";
+  fs::remove_all(path);  // by its long name it would be longer than the system takes
 }
 
 TEST_F(FilesTest, OnlyAFileHeldExclusivelyCannotBeRead) {
   const std::wstring file = folder_ + L"\\queue.dta";
   EXPECT_THROW(TryToReadFile(file), Error) << "missing";
+  EXPECT_THROW(OpenWithItsProgram(file), Error) << "missing";
   EXPECT_THROW(TryToReadFile(folder_), Error) << "a folder";
-  const HANDLE shared = Hold(file, FILE_SHARE_READ | FILE_SHARE_WRITE, CREATE_NEW);
+  const HANDLE shared = Hold(file, FILE_SHARE_READ, CREATE_NEW);
   EXPECT_NO_THROW(TryToReadFile(file));
   CloseHandle(shared);
 

@@ -5,7 +5,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "frame/text.h"
@@ -49,7 +51,9 @@ class TraceFileTest : public ::testing::Test {
     fs::remove(kept_);
     for (const wchar_t* name : {kName, kDetail}) {
       SetEnvironmentVariableW(name, nullptr);
-      RegDeleteKeyValueW(HKEY_CURRENT_USER, kTraceKey, name);
+      for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+        RegDeleteKeyValueW(root, kTraceKey, name);
+      }
     }
   }
 
@@ -110,13 +114,26 @@ TEST_F(TraceFileTest, SeveralAppendWhileOthersRead) {
   SetEnvironmentVariableW(kName, path_.c_str());
   Trace first;
   Trace second;
-  AttachTraceFile(first, GetModuleHandleW(nullptr));
+  AttachTraceFile(first, GetModuleHandleW(L"kernel32.dll"));
   AttachTraceFile(second, GetModuleHandleW(nullptr));
   first.Shown(L"one", L"\u00e9");
   second.Shown(L"two", L"");
-  first.Shown(L"three", L"");
+  Trace::Call call;
+  first.Begin(call, L"A", L"B");  // by this thread, and what follows by another
+  std::thread([&] { first.Shown(L"three", L""); }).join();
   EXPECT_EQ(Content(path_),
             "begun|begun|0\tmessage\tone\t\xC3\xA9|0\tmessage\ttwo\t|0\tmessage\tthree\t|");
+  first.End(call, L"", std::wstring(), {});
+
+  // Whose it is: the library's version and that of the host, which has none here.
+  std::string about;
+  std::getline(std::ifstream(path_, std::ios::binary), about);
+  const std::string version = "[0-9]+[.][0-9]+[.][0-9]+";
+  EXPECT_TRUE(std::regex_search(
+      about,
+      std::regex("\tArdObjects100 " + version + "[.][0-9]+, " + std::to_string(8 * sizeof(void*)) +
+                 " bits, in .*machine_test[.]exe, Windows " + version + "\r$")))
+      << about;
 }
 
 TEST_F(TraceFileTest, TheRegistryNamesItUnlessTheEnvironmentDoes) {
@@ -130,6 +147,9 @@ TEST_F(TraceFileTest, TheRegistryNamesItUnlessTheEnvironmentDoes) {
     return trace.on();
   };
   EXPECT_FALSE(attached()) << "nothing names it";
+  Write(HKEY_LOCAL_MACHINE, 0, kTraceKey, kName, kept_);
+  EXPECT_TRUE(attached());
+  EXPECT_TRUE(Content(kept_).starts_with("begun|")) << "for every user";
   Write(HKEY_CURRENT_USER, 0, kTraceKey, kName, path_);
   Write(HKEY_CURRENT_USER, 0, kTraceKey, kDetail, L"1");
   EXPECT_TRUE(attached());
