@@ -26,7 +26,11 @@ using windows::ComPtr;
 
 constexpr DISPID kDefaultMember = DISPID_VALUE;
 constexpr std::int32_t kUseClient = 3;
+constexpr std::int32_t kOpenForwardOnly = 0;
+constexpr std::int32_t kOpenStatic = 3;
+constexpr std::int32_t kLockReadOnly = 1;
 constexpr std::int32_t kLockOptimistic = 3;
+constexpr std::int32_t kCommandText = 1;
 constexpr std::int32_t kStateOpen = 1;
 
 std::int32_t StateOf(bool is_open) { return is_open ? kStateOpen : 0; }
@@ -155,15 +159,21 @@ constexpr Member<RecordsetTarget> kRecordsetMembers[] = {
        if (self.rows->is_open()) Throw(AdoError::kObjectOpen, L"The recordset is open.");
        self.rows->cursor_location = call.Long(0);
      }},
-    // The command, the connection, cursor and lock type, and that the command is text.
+    // The command, the connection, cursor and lock type, and that the command is text. Only two
+    // kinds of cursor are there.
     {L"Open", 2, kCall, 5,
      [](RecordsetTarget& self, Call& call) {
        if (self.rows->is_open()) Throw(AdoError::kObjectOpen, L"The recordset is open.");
        const bool is_client = self.rows->cursor_location == kUseClient;
+       const std::int32_t lock = call.Long(3);
+       if (call.Long(2) != (is_client ? kOpenStatic : kOpenForwardOnly) ||
+           (lock != kLockReadOnly && lock != kLockOptimistic) || call.Long(4) != kCommandText) {
+         Throw(AdoError::kInvalidArgument, L"No such recordset is served.");
+       }
        self.rows->connection = connections.Find(call.Argument(1));
        self.rows->recordset = self.rows->connection->Required().OpenRecordset(
            call.Text(0), is_client ? Cursor::kStatic : Cursor::kForwardOnly,
-           call.Long(3) == kLockOptimistic ? Lock::kOptimistic : Lock::kReadOnly);
+           lock == kLockOptimistic ? Lock::kOptimistic : Lock::kReadOnly);
      }},
     {L"Close", 3, kCall, 0, [](RecordsetTarget& self, Call&) { self.recordset().Close(); }},
     {L"State", 4, kCall, 0,

@@ -35,6 +35,7 @@ TEST(Ado, GivesTheLibraryWhatTheDatabaseHolds) {
     return windows::FromVariant(object.Ask(name)).ToLong();
   };
   const auto connection = windows::WrapConnection(object.get());
+  EXPECT_FALSE(windows::WrapConnection(nullptr));
 
   EXPECT_THROW(connection->Open(L"SELECT No FROM Stock", Cursor::kStatic, Lock::kReadOnly), Error);
   auto rows = connection->Open(L"SELECT * FROM Stock", Cursor::kStatic, Lock::kOptimistic);
