@@ -91,13 +91,51 @@ TEST(Texts, AreTakenAndKeptWhateverTheyAre) {
     ASSERT_EQ(customers->get_AppName(answer.Receive()), S_OK);
     EXPECT_TRUE(answer.view() == text) << text.size();
   }
-  // None is an empty one, and there has to be a place for the answer.
   VARIANT_BOOL valid = VARIANT_TRUE;
-  EXPECT_EQ(customers->IsValid(nullptr, &valid), S_OK);
+  EXPECT_EQ(customers->IsValid(nullptr, &valid), S_OK) << "none is an empty one";
   EXPECT_EQ(valid, VARIANT_FALSE);
-  EXPECT_EQ(customers->GetName(nullptr, nullptr), E_POINTER);
-  EXPECT_EQ(customers->get_AppName(nullptr), E_POINTER);
-  EXPECT_EQ(customers->get_ArdWorkspace(nullptr), E_POINTER);
+}
+
+TEST(Answers, NeedAPlaceAndAreOfTheOneThatIsThere) {
+  const auto customers = As<_Customers>(CreateObject(L"ArdObjects100.Customers").get());
+  const auto general = As<_General>(CreateObject(L"ArdObjects100.General").get());
+  const Dll dll(LibraryPath());
+  const ComPtr<IClassFactory> factory = dll.Factory(CLSID_Customers);
+  short users = 0;
+  DISPID id = 0;
+  wchar_t name[] = L"GetName";
+  LPOLESTR names[] = {name};
+  ITypeInfo* info = nullptr;
+  const HRESULT no_place[] = {
+      customers->GetName(nullptr, nullptr),
+      customers->get_AppName(nullptr),
+      customers->get_ArdWorkspace(nullptr),
+      customers->QueryInterface(IID_IUnknown, nullptr),
+      customers->GetTypeInfoCount(nullptr),
+      customers->GetTypeInfo(0, 0, nullptr),
+      customers->GetIDsOfNames(IID_NULL, nullptr, 1, 0, &id),
+      customers->GetIDsOfNames(IID_NULL, names, 1, 0, nullptr),
+      customers->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),
+      As<IProvideClassInfo>(customers.get())->GetClassInfo(nullptr),
+      general->GetNumActiveUsersInclDet(nullptr, nullptr, &users),
+      general->GetCategories(nullptr),
+      factory->CreateInstance(nullptr, IID_IUnknown, nullptr),
+      dll.Call<REFCLSID, REFIID, void**>("DllGetClassObject", CLSID_Customers, IID_IUnknown,
+                                         nullptr)};
+  for (const HRESULT& status : no_place) EXPECT_EQ(status, E_POINTER) << &status - no_place;
+
+  DISPPARAMS none = {};
+  EXPECT_EQ(customers->GetIDsOfNames(IID_IUnknown, names, 1, 0, &id), DISP_E_UNKNOWNINTERFACE);
+  EXPECT_EQ(
+      customers->Invoke(1, IID_IUnknown, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+      DISP_E_UNKNOWNINTERFACE);
+  EXPECT_EQ(customers->GetTypeInfo(1, 0, &info), DISP_E_BADINDEX);
+  ASSERT_EQ(customers->GetTypeInfo(0, 0, &info), S_OK);
+  const ComPtr<ITypeInfo> owned = ComPtr<ITypeInfo>::Adopt(info);
+  TYPEATTR* attributes = nullptr;
+  ASSERT_EQ(owned->GetTypeAttr(&attributes), S_OK);
+  EXPECT_EQ(attributes->guid, IID__Customers);
+  owned->ReleaseTypeAttr(attributes);
 }
 
 // The host's own object, which comes back to the host when it is called, or released. The library

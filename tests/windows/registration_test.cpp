@@ -68,10 +68,11 @@ Snapshot Classes(HKEY root, REGSAM view) {
       keys.push_back(path + L"\\" + CharUpperW(name));
     }
     wchar_t text[1024] = {};
-    for (DWORD i = 0, length = ARRAYSIZE(name), size = sizeof text; !RegEnumValueW(
-             key, i, name, &length, nullptr, nullptr, reinterpret_cast<BYTE*>(text), &size);
+    for (DWORD i = 0, length = ARRAYSIZE(name), size = sizeof text, type = REG_NONE; !RegEnumValueW(
+             key, i, name, &length, nullptr, &type, reinterpret_cast<BYTE*>(text), &size);
          ++i, length = ARRAYSIZE(name), size = sizeof text) {
-      snapshot[path + L"@" + CharUpperW(name)] = text;
+      snapshot[path + L"@" + CharUpperW(name)] =
+          type == REG_SZ ? text : text + (L" of type " + std::to_wstring(type));
     }
     RegCloseKey(key);
   }
@@ -90,7 +91,8 @@ const decltype(Difference({}, {})) kNone;
 class Registration : public ::testing::Test {
  protected:
   HRESULT Install(HKEY root, bool install) {
-    const wchar_t* const scope = root == kUser ? L"user" : nullptr;
+    // As regsvr32 passes it, in whatever case, or nothing.
+    const wchar_t* const scope = root == kUser ? L"User" : install ? nullptr : L"";
     return dll_.Call<BOOL, const wchar_t*>("DllInstall", install, scope);
   }
   void SetUp() override {
@@ -107,12 +109,12 @@ class Registration : public ::testing::Test {
 };
 
 void Write(HKEY root, const std::wstring& path, REGSAM view, const wchar_t* value,
-           DWORD options = 0) {
+           DWORD options = 0, DWORD type = REG_SZ) {
   HKEY key = nullptr;
   ASSERT_EQ(RegCreateKeyExW(root, path.c_str(), 0, nullptr, options, KEY_WRITE | view, nullptr,
                             &key, nullptr),
             ERROR_SUCCESS);
-  RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+  RegSetValueExW(key, nullptr, 0, type, reinterpret_cast<const BYTE*>(value),
                  static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
   RegCloseKey(key);
 }
@@ -144,6 +146,7 @@ TEST_F(Registration, IsCompleteAndLeavesNothing) {
           {class_key + L"\\ProgID@", prog_id},
           {class_key + L"\\VersionIndependentProgID@", prog_id},
           {class_key + L"\\TypeLib@", kLibraryId},
+          {class_key + L"\\Version@", L"1.0"},
           {interface_key + L"@", std::wstring(L"_") + identity.name},
           {interface_key + L"\\ProxyStubClsid32@", L"{00020424-0000-0000-C000-000000000046}"},
           {interface_key + L"\\TypeLib@", kLibraryId},
@@ -155,6 +158,8 @@ TEST_F(Registration, IsCompleteAndLeavesNothing) {
     EXPECT_EQ(after[Key(L"AppID\\" + kLibraryId + L"@")], L"Core Accounts Integration");
     EXPECT_EQ(after[Key(L"AppID\\ArdObjects100.dll@AppID")], kLibraryId);
     EXPECT_EQ(after[kLibraryKey + kPlatform + L"@"], LibraryPath());
+    EXPECT_EQ(after[Key(L"TypeLib\\" + kLibraryId + L"\\1.0@")], L"Core Accounts Integration");
+    EXPECT_EQ(after[Key(L"TypeLib\\" + kLibraryId + L"\\1.0\\FLAGS@")], L"0");
     EXPECT_EQ(after[Key(L"TypeLib\\" + kLibraryId + L"\\1.0\\HELPDIR@")] + L"\\ArdObjects100.dll",
               LibraryPath());
 
@@ -214,6 +219,7 @@ TEST_F(Registration, ThatFailsPutsBackWhatWasThere) {
     // A lasting key cannot be made below one that lasts only until the next start of the system.
     RegDeleteTreeW(kUser, obstacle.c_str());
     Write(kUser, obstacle, kOwnView, L"in the way", REG_OPTION_VOLATILE);
+    Write(kUser, Key(L"AppID\\" + kLibraryId), kOwnView, L"%OS%", 0, REG_EXPAND_SZ);
     const Snapshot before = Classes(kUser, kOwnView);
     EXPECT_EQ(Install(kUser, true), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
     EXPECT_EQ(Difference(Classes(kUser, kOwnView), before), kNone);
@@ -241,6 +247,16 @@ TEST_F(Registration, BelongsToTheCopyThatCameLast) {
     if (value != LibraryPath()) continue;
     Write(kUser, key.substr(0, key.find(L'@')), kOwnView, path);
   }
+  // A name that means another class by now, and what others keep in a shared key, stay.
+  const std::wstring taken = Key(ProgId(kClasses[0])), shared = Key(L"TypeLib");
+  Write(kUser, taken + L"\\CLSID", kOwnView, Text(IID_IUnknown).c_str());
+  Write(kUser, shared, kOwnView, L"another's");
+  ASSERT_EQ(Install(kUser, false), S_OK);
+  const Snapshot left = Classes(kUser, kOwnView);
+  EXPECT_TRUE(left.contains(taken + L"\\CLSID"));
+  EXPECT_TRUE(left.contains(shared + L"@"));
+  RegDeleteTreeW(kUser, taken.c_str());
+  RegDeleteKeyValueW(kUser, shared.c_str(), nullptr);
   ASSERT_EQ(Install(kUser, false), S_OK);
   EXPECT_EQ(Difference(Classes(kUser, kOwnView), before), kNone);
 }

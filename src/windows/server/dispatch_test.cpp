@@ -48,7 +48,10 @@ struct Sample : testing::ForeignObject {
     const TextArray texts = TextsOf(strings);
     lower_bound = texts.lower_bound();
     for (std::int64_t i = texts.lower_bound(); i <= texts.upper_bound(); ++i) {
-      if (!texts.Get(i).empty()) texts.Put(i, std::wstring(texts.Get(i)) + L'!');
+      const std::wstring before(texts.Get(i));
+      if (before.empty()) continue;
+      texts.Put(i, before, L"?");
+      texts.Put(i, before, L"!");  // as long, and begins like that
     }
     return S_OK;
   }
@@ -91,7 +94,7 @@ class DispatchTest : public ::testing::Test {
     result_ = ScopedVariant();
     failed_ = kNone;
     const HRESULT status = windows::Invoke(&sample_, kTable, trace_, prepared_, id, IID_NULL,
-                                           LOCALE_NEUTRAL, flags, &parameters, &result_, &failed_);
+                                           locale_, flags, &parameters, &result_, &failed_);
     for (VARIANT& argument : arguments) VariantClear(&argument);
     return status;
   }
@@ -100,6 +103,7 @@ class DispatchTest : public ::testing::Test {
   Sample sample_;
   Trace trace_;
   bool prepared_ = false;
+  LCID locale_ = LOCALE_NEUTRAL;
   ScopedVariant result_;
   UINT failed_ = kNone;
 };
@@ -170,6 +174,7 @@ TEST_F(DispatchTest, CallsAreAnsweredAndMistakesOfTheHostTold) {
       {"array", kMultiply, call, {Of(1), with_array}, {}, DISP_E_TYPEMISMATCH, 0},
       {"no array", kMark, call, {Of(L"a")}, {}, DISP_E_TYPEMISMATCH, 0},
       {"not yet", kMark, call, {Reference(VT_ARRAY | VT_BSTR, &none)}, {}},
+      {"not yet", kMark, call, {Reference(VT_ARRAY | VT_VARIANT, &none)}, {}},
       {"not of one dimension", kMark, call, {Reference(VT_VARIANT, &table)}, {}},
       {"the member's own", kText, DISPATCH_PROPERTYGET, {}, {}, E_FAIL},
       {"without a name", kText, put, {Of(L"unnamed")}, {}},
@@ -246,6 +251,25 @@ TEST_F(DispatchTest, OutputsGoBackIntoVariablesOfOtherTypes) {
     EXPECT_EQ(held.dblVal, 0);
   }
   EXPECT_EQ(object.references, 1u);
+}
+
+TEST_F(DispatchTest, TextsAreReadAndWrittenInTheLanguageOfTheCall) {
+  locale_ = MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT);
+  ScopedVariant amount = testing::Variant(L"1,5");
+  EXPECT_EQ(Invoke(kMultiply, DISPATCH_METHOD, {Of(L"2,5"), Reference(VT_BSTR, &amount.bstrVal)}),
+            S_OK);
+  EXPECT_EQ(View(amount.bstrVal), L"3,75");
+
+  SAFEARRAYBOUND bounds = {2, 0};
+  ScopedVariant array;
+  array.vt = VT_ARRAY | VT_VARIANT;
+  array.parray = SafeArrayCreate(VT_VARIANT, 1, &bounds);
+  VARIANT* const element = ArrayElements<VARIANT>(array.parray).begin();
+  element[0] = Of(1.5);
+  element[1] = Nothing(VT_NULL);
+  EXPECT_EQ(Invoke(kMark, DISPATCH_METHOD, {Reference(VT_VARIANT, &array)}), S_OK);
+  EXPECT_EQ(View(element[0].bstrVal), L"1,5!");
+  EXPECT_EQ(element[1].vt, VT_NULL) << "no text";
 }
 
 TEST_F(DispatchTest, ArraysAreFilledWithinTheirBounds) {
