@@ -81,13 +81,6 @@ TEST_F(FilesTest, ShortPathsNameTheSameFolder) {
   WriteIniFile(ini_, L"S", L"K", L"here");
   EXPECT_EQ(ReadIniFile(path + L"\\test.ini", L"S", L"K"), L"here");
   EXPECT_THROW(ShortPathOf(folder_ + L"\\nothing"), Error);
-  std::wstring deep = path;
-  while (deep.size() < 245) deep += L"\\d";
-  fs::create_directories(deep);
-  deep += L"\\12345678.ini";
-  WriteIniFile(deep, L"S", L"K", L"V");
-  EXPECT_THROW(ShortPathOf(deep), Error) << "longer than programs expect";
-  fs::remove_all(path);  // by its long name it would be longer than the system takes
 }
 
 TEST_F(FilesTest, OnlyAFileHeldExclusivelyCannotBeRead) {
