@@ -20,7 +20,9 @@ class StockFiles {
 
   // Makes the record of the stock code, taken exactly as given, current. False when there is none,
   // or when it cannot be read.
-  [[gnu::always_inline]] bool Find(std::wstring_view stock_code) { return engine::ReadKey(index_, data_, stock_code); }
+  [[gnu::always_inline]] bool Find(std::wstring_view stock_code) {
+    return engine::ReadKey(index_, data_, stock_code);
+  }
   // Whether the code is in the index; no record is read.
   bool Has(std::wstring_view stock_code) { return index_.FindKey(stock_code); }
 
