@@ -152,10 +152,10 @@ std::vector<Member> LedgerMembers() {
       {L"Bank.List", Calls(&Bank::List, L"12*"), code, TryEveryRow},
       {L"Bank.List, cancelled", Calls(&Bank::List, L"?"), nothing, LookAndCancel},
       {L"Bank.List, stopped", kOpen + kFind + kCount + kFields + 2 * kField + kClose,
-       Natively<Bank>([](const Bank& bank, const Context& context) {
+       Once(Natively<Bank>([](const Bank& bank, const Context& context) {
          Scripted(context).machine().progress_cancelled_at = 1;
          return bank.List(L"*");
-       }),
+       })),
        nothing},
       {L"CustomerRecord.Read, and all properties", kFound + 18 * kField,
        Once(Does<CustomerRecord>(ReadCustomer, {L"ABC001"})),
