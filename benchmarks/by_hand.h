@@ -15,7 +15,7 @@ struct SequenceByHand {
   std::wstring_view member;  // that asks for the same
   double (*run)(engine::Workspace& workspace);
   double answer;  // a number, or the length of the texts
-  bool no_replay = false;
+  enum class Kind { kReplayed, kMakesTexts, kLooksUp } kind = Kind::kReplayed;
 };
 std::span<const SequenceByHand> SequencesByHand();
 
