@@ -248,12 +248,12 @@ constexpr SequenceByHand kSequences[] = {
     {L"Products.GetSellPrice", LookUpByHand<Number<L"SALES_PRICE">>, 50, kLooksUp},
     {L"Products.IsMemberOfCategory", LookUpByHand<Number<L"STOCK_CAT">>, 7, kLooksUp},
     {L"Products.GetFreeStock", LookUpByHand<Number<L"QTY_IN_STOCK">, Number<L"QTY_ALLOCATED">>, 12,
-     true},
+     kLooksUp},
     {L"Products.GetAllocOnOrder", LookUpByHand<Number<L"QTY_ALLOCATED">, Number<L"QTY_ON_ORDER">>,
      9.5, kLooksUp},
     {L"Products.GetSupplierOnOrder",
      LookUpByHand<Text<L"PURCHASE_REF">, Number<L"QTY_ON_ORDER">, Number<L"QTY_REORDER">>, 30.5,
-     true}};
+     kLooksUp}};
 
 }  // namespace
 
