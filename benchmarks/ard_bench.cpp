@@ -41,7 +41,7 @@ bool HoldReplaysToHand(std::wstring_view only) {
       engine::Workspace& workspace = *bench.context().workspace;
       double answer = 0;
       const auto by_hand = [&] { answer = sequence.run(workspace); };
-      if (sequence.kind == SequenceByHand::Kind::kReplayed) {
+      if (sequence.kind == SequenceByHand::Kind::kHasReplay) {
         met &= bench.Compare(member.name + std::wstring(kReplayed), by_hand,
                              [&] { bare.Replay(workspace); });
       }

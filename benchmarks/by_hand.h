@@ -15,7 +15,7 @@ struct SequenceByHand {
   std::wstring_view member;  // that asks for the same
   double (*run)(engine::Workspace& workspace);
   double answer;  // a number, or the length of the texts
-  enum class Kind { kReplayed, kMakesTexts, kLooksUp } kind = Kind::kReplayed;
+  enum class Kind { kHasReplay, kMakesTexts, kLooksUp } kind = Kind::kHasReplay;
 };
 std::span<const SequenceByHand> SequencesByHand();
 
