@@ -41,14 +41,12 @@ bool HoldReplaysToHand(std::wstring_view only) {
       engine::Workspace& workspace = *bench.context().workspace;
       double answer = 0;
       const auto by_hand = [&] { answer = sequence.run(workspace); };
-      if (sequence.kind == SequenceByHand::Kind::kHasReplay) {
+      if (sequence.has_replay) {
         met &= bench.Compare(member.name + std::wstring(kReplayed), by_hand,
                              [&] { bare.Replay(workspace); });
       }
       const testing::Call call = member.bind(bench.context());
-      const bool looks_up = sequence.kind == SequenceByHand::Kind::kLooksUp;
-      const std::wstring_view how = looks_up ? kLookedUp : L", by hand";
-      met &= bench.Compare(member.name + std::wstring(how), by_hand, [&] { call(nullptr); });
+      met &= bench.Compare(member.name + L", by hand", by_hand, [&] { call(nullptr); });
       if (answer != sequence.answer) {
         std::printf("%s, by hand: %g\n", ToUtf8(member.name).c_str(), answer);
         met = false;

@@ -20,52 +20,63 @@ using namespace std::string_view_literals;
 
 std::unique_ptr<engine::RecordObject> FindByHand(engine::Workspace& workspace,
                                                  std::wstring_view name, std::wstring_view field,
-                                                 std::wstring_view key) {
+                                                 const Value& key) {
   std::unique_ptr<engine::RecordObject> record = workspace.CreateRecord(name);
   record->GetFields()->Item(field)->SetValue(key);
-  if (!record->Find(engine::Match::kExact)) throw Error(kErrorFailed, L"not found");
-  return record;
+  return record->Find(engine::Match::kExact) ? std::move(record) : nullptr;
 }
 
 double NumberOf(engine::Fields& fields, std::wstring_view field) {
   return fields.Item(field)->GetValue().ToDouble();
 }
 
-double KeyedReadByHand(engine::Workspace& workspace) {
-  const auto account = FindByHand(workspace, L"SalesRecord"sv, L"ACCOUNT_REF"sv, L"ABC001"sv);
-  return static_cast<double>(
-      Trimmed(account->GetFields()->Item(L"NAME"sv)->GetValue().ToText()).size());
-}
-
-// A field's name, as a template argument.
+// A name, as a template argument.
 template <std::size_t n>
-struct FieldName {
-  consteval FieldName(const wchar_t (&literal)[n]) { std::copy_n(literal, n, text); }
+struct FixedName {
+  consteval FixedName(const wchar_t (&literal)[n]) { std::copy_n(literal, n, text); }
   constexpr std::wstring_view view() const { return {text, n - 1}; }
   wchar_t text[n];
 };
-template <FieldName field>
-double Number(engine::Fields& product) {
-  return NumberOf(product, field.view());
+
+// What is read of a record: a number, or the length of a text.
+template <FixedName field>
+double Number(engine::Fields& record) {
+  return NumberOf(record, field.view());
 }
-template <FieldName field>
-double Text(engine::Fields& product) {
-  return static_cast<double>(product.Item(field.view())->GetValue().ToText().size());
+template <FixedName field>
+double Flag(engine::Fields& record) {
+  return record.Item(field.view())->GetValue().ToBoolean();
 }
-double Description(engine::Fields& product) {
-  const std::wstring text = product.Item(L"DESCRIPTION"sv)->GetValue().ToText();
+template <FixedName field>
+double Text(engine::Fields& record) {
+  return static_cast<double>(record.Item(field.view())->GetValue().ToText().size());
+}
+template <FixedName field>
+double TrimmedText(engine::Fields& record) {
+  const std::wstring text = record.Item(field.view())->GetValue().ToText();
   return static_cast<double>(Trimmed(text).size());
+}
+using Reading = double(engine::Fields& record);
+
+// The sum of what is read of the record with that key; 1 where nothing is.
+template <FixedName name, FixedName field, Reading*... read>
+double KeyedReadByHand(engine::Workspace& workspace, const auto& key) {
+  const auto record = FindByHand(workspace, name.view(), field.view(), key);
+  if (!record) return 0;
+  if constexpr (sizeof...(read) == 0) return 1;
+  const auto fields = record->GetFields();
+  return (0. + ... + read(*fields));
 }
 
 // What the index finds, and the sum of what is read of it.
-template <double (*... read)(engine::Fields& product)>
-double LookUpByHand(engine::Workspace& workspace) {
+template <Reading*... read>
+double LookUpByHand(engine::Workspace& workspace, std::wstring_view stock_code) {
   const auto index = workspace.CreateIndex(L"StockIndex"sv);
   const auto data = workspace.CreateDataFile(L"StockData"sv);
   double answer = 0;
   index->Open(engine::Mode::kQuery);
   data->Open(engine::Mode::kQuery);
-  index->SetKey(L"BOLT"sv);
+  index->SetKey(stock_code);
   if (index->Find(engine::Match::kExact) && data->Read(index->RecordNumber())) {
     const auto product = data->GetFields();
     answer = (... + read(*product));
@@ -73,6 +84,45 @@ double LookUpByHand(engine::Workspace& workspace) {
   index->Close();
   data->Close();
   return answer;
+}
+
+double IsInIndexByHand(engine::Workspace& workspace, std::wstring_view stock_code) {
+  const auto index = workspace.CreateIndex(L"StockIndex"sv);
+  const auto data = workspace.CreateDataFile(L"StockData"sv);
+  index->Open(engine::Mode::kQuery);
+  data->Open(engine::Mode::kQuery);
+  index->SetKey(stock_code);
+  const bool found = index->Find(engine::Match::kExact);
+  index->Close();
+  data->Close();
+  return found;
+}
+
+// What is read of the only record of a file.
+double OnlyRecordByHand(engine::Workspace& workspace, std::wstring_view data_file,
+                        double (*read)(engine::Fields& record, int number), int number) {
+  const auto data = workspace.CreateDataFile(data_file);
+  data->Open(engine::Mode::kQuery);
+  data->Read(1);
+  const double answer = read(*data->GetFields(), number);
+  data->Close();
+  return answer;
+}
+double TaxRate(engine::Fields& control, int code) {
+  return NumberOf(control, L"T" + std::to_wstring(code) + L"_RATE");
+}
+double TaxDescription(engine::Fields& control, int code) {
+  const std::wstring field = L"T" + std::to_wstring(code) + L"_DESCRIPTION";
+  return static_cast<double>(control.Item(field)->GetValue().ToText().size());
+}
+double Formats(engine::Fields& setup, int) {
+  const auto format = [&](std::wstring_view field) {
+    const std::int16_t decimals = setup.Item(field)->GetValue().ToInteger();
+    return L"0." + std::wstring(static_cast<std::size_t>(decimals), L'0');
+  };
+  const std::wstring quantity = format(L"STOCK_QTYDP"sv);
+  const std::wstring unit = format(L"STOCK_UNITDP"sv);
+  return static_cast<double>(quantity.size() + unit.size());
 }
 
 template <std::size_t kLines>
@@ -153,17 +203,20 @@ double WalkByHand(engine::Workspace& workspace) {
   return users;
 }
 
-double DiscountByHand(engine::Workspace& workspace) {
+double DiscountByHand(engine::Workspace& workspace, std::wstring_view acc_ref,
+                      std::wstring_view stock_code, double ordered) {
   double percentage = 0;
   std::int32_t type = 0;
   {
-    const auto account = FindByHand(workspace, L"SalesRecord"sv, L"ACCOUNT_REF"sv, L"ABC001"sv);
+    const auto account = FindByHand(workspace, L"SalesRecord"sv, L"ACCOUNT_REF"sv, acc_ref);
+    if (!account) return 0;
     const auto fields = account->GetFields();
     percentage = NumberOf(*fields, L"DISCOUNT_RATE"sv);
     type = fields->Item(L"DISCOUNT_TYPE"sv)->GetValue().ToLong();
   }
   if (type != 4) return percentage;
-  const auto product = FindByHand(workspace, L"StockRecord"sv, L"STOCK_CODE"sv, L"BOLT"sv);
+  const auto product = FindByHand(workspace, L"StockRecord"sv, L"STOCK_CODE"sv, stock_code);
+  if (!product) return percentage;
   const auto fields = product->GetFields();
   constexpr std::wstring_view kLevels[][2] = {
       {L"DISC_C_LEVEL_10_QTY", L"DISC_C_LEVEL_10_RATE"},
@@ -173,14 +226,16 @@ double DiscountByHand(engine::Workspace& workspace) {
   };
   for (const auto& [quantity, rate] : kLevels) {
     const double threshold = NumberOf(*fields, quantity);
-    if (threshold > 0 && 10.0 >= threshold) return percentage + NumberOf(*fields, rate);
+    if (threshold > 0 && ordered >= threshold) return percentage + NumberOf(*fields, rate);
   }
   return percentage;
 }
 
-double PriceByHand(engine::Workspace& workspace) {
+double PriceByHand(engine::Workspace& workspace, std::wstring_view stock_code,
+                   std::wstring_view acc_ref) {
   if (workspace.CreatePricing()) return 0;
-  const auto stock = FindByHand(workspace, L"StockRecord"sv, L"STOCK_CODE"sv, L"BOLT"sv);
+  const auto stock = FindByHand(workspace, L"StockRecord"sv, L"STOCK_CODE"sv, stock_code);
+  if (!stock) return 0;
   const auto prices = stock->GetFields();
   const double selling = NumberOf(*prices, L"SALES_PRICE"sv);
   const double cost = NumberOf(*prices, L"LAST_PURCHASE_PRICE"sv);
@@ -191,11 +246,11 @@ double PriceByHand(engine::Workspace& workspace) {
     const auto text = [](engine::Fields& of, std::wstring_view field) {
       return of.Item(field)->GetValue().ToText();
     };
-    if (Trimmed(text(*fields, L"Stock_Code"sv)) != L"BOLT"sv) continue;
+    if (Trimmed(text(*fields, L"Stock_Code"sv)) != stock_code) continue;
     const bool for_one = fields->Item(L"Type"sv)->GetValue().ToLong() == 83;
-    std::wstring wanted(L"ABC001"sv);
+    std::wstring wanted(acc_ref);
     if (!for_one) {
-      customer->GetFields()->Item(L"ACCOUNT_REF"sv)->SetValue(L"ABC001"sv);
+      customer->GetFields()->Item(L"ACCOUNT_REF"sv)->SetValue(acc_ref);
       if (!customer->Find(engine::Match::kExact)) continue;
       wanted = text(*customer->GetFields(), L"Price_List_Ref"sv);
     }
@@ -207,53 +262,91 @@ double PriceByHand(engine::Workspace& workspace) {
   return selling;
 }
 
-double AccessByHand(engine::Workspace& workspace) {
+double AccessByHand(engine::Workspace& workspace, std::wstring_view user, std::wstring_view area) {
   const auto access = workspace.CreateDataFile(L"AccessData"sv);
   access->Open(engine::Mode::kRead);
-  std::wstring name(L"EVE");
+  std::wstring name(user);
   const auto width = access->GetFields()->Item(L"NAME"sv)->GetValue().ToText().size();
   std::transform(name.begin(), name.end(), name.begin(), std::towupper);
   name.resize(std::max(width, name.size()), L' ');
   std::int32_t right = 1;
   if (access->FindFirst(L"NAME"sv, name)) {
-    right = access->GetFields()->Item(L"BANK_RECORD"sv)->GetValue().ToLong();
+    right = access->GetFields()->Item(area)->GetValue().ToLong();
   }
   access->Close();
   return right;
 }
 
-using enum SequenceByHand::Kind;
+// With the arguments as they are.
+auto Asks(auto run, auto... arguments) {
+  return [=](engine::Workspace& workspace) { return run(workspace, arguments...); };
+}
 
-constexpr SequenceByHand kSequences[] = {
-    {L"Customers.GetName", KeyedReadByHand, 7},
-    {L"General.GetNumActiveUsers", WalkByHand, 2},
-    {L"Customers.GetDiscPercent, table", DiscountByHand, 12.5},
-    {L"Products.GetSpecialPrice", PriceByHand, 45},
-    {L"General.GetCategories", CategoriesByHand, 34, kMakesTexts},
-    {L"General.GetDepartments", DepartmentsByHand, 18, kMakesTexts},
-    {L"General.GetTaxCodes", TaxCodesByHand, 107, kMakesTexts},
-    {L"General.GetNumActiveUsersInclDet", FirstOtherByHand, 8, kMakesTexts},
-    {L"cAccessRights.IsUserAllowedAccess", AccessByHand, 1, kMakesTexts},
-    {L"Products.GetDesc", LookUpByHand<Description>, 4, kLooksUp},
-    {L"Products.GetDept", LookUpByHand<Number<L"DEPT_NUMBER">>, 3, kLooksUp},
-    {L"Products.GetCategory", LookUpByHand<Number<L"STOCK_CAT">>, 7, kLooksUp},
-    {L"Products.GetBinLocation", LookUpByHand<Text<L"LOCATION">>, 16, kLooksUp},
-    {L"Products.GetSupplier", LookUpByHand<Text<L"PURCHASE_REF">>, 8, kLooksUp},
-    {L"Products.GetSupplierPart", LookUpByHand<Text<L"SUPPLIER_PART_NUMBER">>, 30, kLooksUp},
-    {L"Products.GetUnitSale", LookUpByHand<Text<L"UNIT_OF_SALE">>, 8, kLooksUp},
-    {L"Products.GetInStock", LookUpByHand<Number<L"QTY_IN_STOCK">>, 5, kLooksUp},
-    {L"Products.GetReOrderLevel", LookUpByHand<Number<L"QTY_REORDER_LEVEL">>, 4, kLooksUp},
-    {L"Products.GetReOrderQty", LookUpByHand<Number<L"QTY_REORDER">>, 20, kLooksUp},
-    {L"Products.GetLastPurDate", LookUpByHand<Number<L"LAST_PURCHASE_DATE">>, 45000, kLooksUp},
-    {L"Products.GetSellPrice", LookUpByHand<Number<L"SALES_PRICE">>, 50, kLooksUp},
-    {L"Products.IsMemberOfCategory", LookUpByHand<Number<L"STOCK_CAT">>, 7, kLooksUp},
-    {L"Products.GetFreeStock", LookUpByHand<Number<L"QTY_IN_STOCK">, Number<L"QTY_ALLOCATED">>, 12,
-     kLooksUp},
-    {L"Products.GetAllocOnOrder", LookUpByHand<Number<L"QTY_ALLOCATED">, Number<L"QTY_ON_ORDER">>,
-     9.5, kLooksUp},
+template <FixedName name, FixedName field, Reading*... read>
+auto Finds(auto key) {
+  return Asks(
+      [](engine::Workspace& workspace, const auto& the_key) {
+        return KeyedReadByHand<name, field, read...>(workspace, the_key);
+      },
+      key);
+}
+template <Reading*... read>
+auto LooksUp() {
+  return Asks(LookUpByHand<read...>, L"BOLT");
+}
+
+constexpr bool kHasReplay = true;
+
+const SequenceByHand kSequences[] = {
+    {L"Customers.GetName", Finds<L"SalesRecord", L"ACCOUNT_REF", TrimmedText<L"NAME">>(L"ABC001"),
+     7, kHasReplay},
+    {L"Customers.GetContact",
+     Finds<L"SalesRecord", L"ACCOUNT_REF", TrimmedText<L"CONTACT_NAME">>(L"ABC001"), 3},
+    {L"Customers.IsValid, unknown", Finds<L"SalesRecord", L"ACCOUNT_REF">(L"?"), 0},
+    {L"Suppliers.GetName",
+     Finds<L"PurchaseRecord", L"ACCOUNT_REF", TrimmedText<L"NAME">>(L"SUP001"), 6},
+    {L"Suppliers.GetDiscPercent",
+     Finds<L"PurchaseRecord", L"ACCOUNT_REF", Number<L"DISCOUNT_RATE">>(L"SUP001"), 2.5},
+    {L"Nominal.IsValid", Finds<L"NominalRecord", L"ACCOUNT_REF">(L"2100"), 1},
+    {L"Bank.IsValid", Finds<L"BankRecord", L"ACCOUNT_REF">(L"1200"), 1},
+    {L"SalesOrders.GetAccName", Finds<L"SopRecord", L"ORDER_NUMBER", Text<L"NAME">>(1), 60},
+    {L"SalesOrders.GetAccRef", Finds<L"SopRecord", L"ORDER_NUMBER", Text<L"ACCOUNT_REF">>(1), 8},
+    {L"PurchaseOrders.GetAccRef", Finds<L"PopRecord", L"ORDER_NUMBER", Text<L"ACCOUNT_REF">>(7), 8},
+    {L"PurchaseOrders.GetOrderDate", Finds<L"PopRecord", L"ORDER_NUMBER", Number<L"ORDER_DATE">>(7),
+     45000},
+    {L"PurchaseOrders.IsValid", Finds<L"PopRecord", L"ORDER_NUMBER", Flag<L"POSTED_CODE">>(7), 1},
+    {L"General.GetVatRate", Asks(OnlyRecordByHand, L"ControlData"sv, TaxRate, 1), 17.5},
+    {L"General.GetVatDesc", Asks(OnlyRecordByHand, L"ControlData"sv, TaxDescription, 1), 30},
+    {L"General.GetDPSettings", Asks(OnlyRecordByHand, L"SetupData"sv, Formats, 0), 6},
+    {L"Products.IsValid", Asks(IsInIndexByHand, L"BOLT"), 1},
+    {L"Products.IgnoreStock", LooksUp<Flag<L"IGNORE_STK_LVL_FLAG">>(), 0},
+    {L"General.GetNumActiveUsers", WalkByHand, 2, kHasReplay},
+    {L"Customers.GetDiscPercent, table", Asks(DiscountByHand, L"ABC001", L"BOLT", 10.0), 12.5,
+     kHasReplay},
+    {L"Products.GetSpecialPrice", Asks(PriceByHand, L"BOLT", L"ABC001"), 45, kHasReplay},
+    {L"General.GetCategories", CategoriesByHand, 34},
+    {L"General.GetDepartments", DepartmentsByHand, 18},
+    {L"General.GetTaxCodes", TaxCodesByHand, 107},
+    {L"General.GetNumActiveUsersInclDet", FirstOtherByHand, 8},
+    {L"cAccessRights.IsUserAllowedAccess", Asks(AccessByHand, L"EVE", L"BANK_RECORD"), 1},
+    {L"Products.GetDesc", LooksUp<TrimmedText<L"DESCRIPTION">>(), 4},
+    {L"Products.GetDept", LooksUp<Number<L"DEPT_NUMBER">>(), 3},
+    {L"Products.GetCategory", LooksUp<Number<L"STOCK_CAT">>(), 7},
+    {L"Products.GetBinLocation", LooksUp<Text<L"LOCATION">>(), 16},
+    {L"Products.GetSupplier", LooksUp<Text<L"PURCHASE_REF">>(), 8},
+    {L"Products.GetSupplierPart", LooksUp<Text<L"SUPPLIER_PART_NUMBER">>(), 30},
+    {L"Products.GetUnitSale", LooksUp<Text<L"UNIT_OF_SALE">>(), 8},
+    {L"Products.GetInStock", LooksUp<Number<L"QTY_IN_STOCK">>(), 5},
+    {L"Products.GetReOrderLevel", LooksUp<Number<L"QTY_REORDER_LEVEL">>(), 4},
+    {L"Products.GetReOrderQty", LooksUp<Number<L"QTY_REORDER">>(), 20},
+    {L"Products.GetLastPurDate", LooksUp<Number<L"LAST_PURCHASE_DATE">>(), 45000},
+    {L"Products.GetSellPrice", LooksUp<Number<L"SALES_PRICE">>(), 50},
+    {L"Products.IsMemberOfCategory", LooksUp<Number<L"STOCK_CAT">>(), 7},
+    {L"Products.GetFreeStock", LooksUp<Number<L"QTY_IN_STOCK">, Number<L"QTY_ALLOCATED">>(), 12},
+    {L"Products.GetAllocOnOrder", LooksUp<Number<L"QTY_ALLOCATED">, Number<L"QTY_ON_ORDER">>(),
+     9.5},
     {L"Products.GetSupplierOnOrder",
-     LookUpByHand<Text<L"PURCHASE_REF">, Number<L"QTY_ON_ORDER">, Number<L"QTY_REORDER">>, 30.5,
-     kLooksUp}};
+     LooksUp<Text<L"PURCHASE_REF">, Number<L"QTY_ON_ORDER">, Number<L"QTY_REORDER">>(), 30.5}};
 
 }  // namespace
 

@@ -22,7 +22,6 @@ namespace ard::benchmarks {
 
 inline constexpr int kBatchesOfALayout = 301;
 inline constexpr std::wstring_view kReplayed = L", replayed";
-inline constexpr std::wstring_view kLookedUp = L", looked up by hand";
 
 // The greatest ratio that is allowed.
 double TargetOf(std::wstring_view name);

@@ -23,9 +23,10 @@ if(ARD_CCACHE)
   endforeach()
 endif()
 
-# For benchmarks/, which lays the functions out in several ways.
+# For benchmarks/, which lays the functions out in several ways: those begin where a line of the
+# processor's cache does, which leaves less to chance.
 if(NOT WIN32 AND CMAKE_BUILD_TYPE STREQUAL "Release")
-  add_compile_options(-ffunction-sections)
+  add_compile_options(-ffunction-sections -falign-functions=64)
 endif()
 
 if(ARD_SANITIZE)

@@ -64,8 +64,8 @@ class Handle {
           return Step{kWorkspace, kCreate, name};
         },
         [&] {
-          target_ =
-              std::invoke(create, context.workspace.Needed(L"No workspace has been set."), name);
+          Workspace& workspace = context.workspace.Needed(L"No workspace has been set.");
+          target_.reset(std::invoke(create, workspace, name).release());
         });
     usable_ = target_.get();
   }

@@ -49,6 +49,12 @@ double ToDouble(const Decimal& number) {
   return std::strtod(text, nullptr);
 }
 
+// As most quantities are. The sum of two is exact.
+bool IsWhole(double number) {
+  return std::abs(number) < kLimit &&
+         number == static_cast<double>(static_cast<std::int64_t>(number));
+}
+
 // The digits at a larger scale; nothing when they would leave the range.
 std::optional<std::int64_t> AtScale(Decimal number, int scale) {
   for (; number.scale < scale; ++number.scale) {
@@ -102,7 +108,7 @@ std::optional<Decimal> ToDecimal(double number) {
 }
 
 double ExactSum(double a, double b) {
-  if (a == 0 || b == 0) return a + b;
+  if (a == 0 || b == 0 || (IsWhole(a) && IsWhole(b))) return a + b;
   const std::optional<Decimal> x = ToDecimal(a);
   const std::optional<Decimal> y = ToDecimal(b);
   if (!x || !y) return a + b;

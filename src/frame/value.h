@@ -51,8 +51,8 @@ class Value {
   Value(Currency value) : storage_(value) {}
   Value(Date value) : storage_(value) {}
   Value(std::wstring value) : storage_(std::move(value)) {}
-  Value(std::wstring_view value) : storage_(std::wstring(value)) {}
-  Value(const wchar_t* value) : storage_(std::wstring(value)) {}
+  Value(std::wstring_view value) : storage_(std::in_place_type<std::wstring>, value) {}
+  Value(const wchar_t* value) : storage_(std::in_place_type<std::wstring>, value) {}
   Value(const char* value) = delete;  // it would be a Boolean
   Value(std::shared_ptr<Object> value) : storage_(std::move(value)) {}
 

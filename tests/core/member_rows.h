@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "frame/text.h"
 #include "published_classes.h"
 #include "tests/core/members.h"
 #include "tests/core/memory_faults.h"
@@ -65,12 +66,12 @@ std::wstring Text(const std::array<std::wstring, size>& elements) {
   return text;
 }
 
-// The outputs of a member.
+// The outputs of a member, without the blanks that a field is filled up with.
 template <class First, class... More>
 std::wstring Text(const std::tuple<First, More...>& outputs) {
   return std::apply(
       [](const First& first, const More&... more) {
-        std::wstring text = Text(first);
+        std::wstring text(Trimmed(Text(first)));
         ((text += L"," + Text(more)), ...);
         return text;
       },
@@ -79,8 +80,9 @@ std::wstring Text(const std::tuple<First, More...>& outputs) {
 
 // Hands an answer over as text.
 void Give(std::wstring* take, auto&& answer) {
+  if (!take) return;
   const AllocationsObey none(nullptr);
-  if (take) *take = Text(std::move(answer));
+  *take = Text(std::move(answer));
 }
 
 // `Object` is told where the member is that of a base class.

@@ -33,7 +33,6 @@ std::tuple<std::wstring, double, double> SupplierOnOrder(const Products& product
   double on_order = -1;
   double re_order = -1;
   products.GetSupplierOnOrder(L"BOLT", supplier, on_order, re_order);
-  Trim(supplier);
   return {std::move(supplier), on_order, re_order};
 }
 

@@ -1,5 +1,6 @@
 #include "tests/core/recording_workspace.h"
 
+#include <optional>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -80,7 +81,7 @@ class Recorder : public T {
     recording.release.push_back([](void* object) { delete static_cast<T*>(object); });
   }
   ~Recorder() override {
-    if constexpr (kIsWorkspace) return;
+    if (kIsWorkspace || is_released_) return;
     recording_.steps.push_back([slot = slot_](engine::Workspace&, void** slots) {
       delete static_cast<T*>(std::exchange(slots[slot], nullptr));
     });
@@ -89,6 +90,15 @@ class Recorder : public T {
   std::size_t slot() const { return slot_; }
 
  protected:
+  std::size_t steps() const { return recording_.steps.size(); }
+  // The steps from `first` on become one, which releases the object, too.
+  void Fuse(std::size_t first, const Recording::Step& step) {
+    recording_.steps.erase(recording_.steps.begin() + static_cast<std::ptrdiff_t>(first),
+                           recording_.steps.end());
+    recording_.steps.push_back(step);
+    is_released_ = true;
+  }
+
   // Notes the call of a method, and carries it out.
   template <auto kMethod>
   auto Do(std::wstring_view member, const auto&... arguments) {
@@ -133,15 +143,47 @@ class Recorder : public T {
   std::wstring path_;
   Recording& recording_;
   std::size_t slot_ = 0;
+  bool is_released_ = false;  // by a step that has been recorded
 };
 
+// To take a field by its name, to read or set it once and to release it is one step, as it is one
+// expression to a caller: beside it, what a replay takes for each step of its own would show.
 class RecordingField : public Recorder<engine::Field> {
  public:
   using Recorder::Recorder;
+  ~RecordingField() override {
+    if (whole_ && steps() == taken_ + 1) Fuse(taken_ - 1, *whole_);
+  }
+  // By the last step, out of the collection in that slot.
+  void TakenFrom(std::size_t collection, std::wstring_view name) {
+    collection_ = collection;
+    name_ = name;
+    taken_ = steps();
+  }
+
   std::wstring Name() override { return Do<&Target::Name>(L".Name"); }
   std::int32_t Type() override { return Do<&Target::Type>(L".Type"); }
-  Value GetValue() override { return Do<&Target::GetValue>(L".Value"); }
-  void SetValue(const Value& value) override { Put<&Target::SetValue>(L".Value", value); }
+  Value GetValue() override {
+    NoteWhole([](engine::Field& field) { field.GetValue(); });
+    return Do<&Target::GetValue>(L".Value");
+  }
+  void SetValue(const Value& value) override {
+    NoteWhole([value](engine::Field& field) { field.SetValue(Anew(value)); });
+    Put<&Target::SetValue>(L".Value", value);
+  }
+
+ private:
+  void NoteWhole(auto action) {
+    if (taken_ == 0) return;
+    whole_ = [collection = collection_, name = name_, action](engine::Workspace&, void** slots) {
+      action(*static_cast<engine::Fields*>(slots[collection])->Item(name));
+    };
+  }
+
+  std::size_t collection_ = 0;
+  std::wstring name_;
+  std::size_t taken_ = 0;  // so many steps had been recorded then
+  std::optional<Recording::Step> whole_;
 };
 
 class RecordingFields : public Recorder<engine::Fields> {
@@ -151,7 +193,9 @@ class RecordingFields : public Recorder<engine::Fields> {
  public:
   using Recorder::Recorder;
   std::unique_ptr<engine::Field> Item(std::wstring_view name) override {
-    return Make<RecordingField, static_cast<ByName>(&Target::Item)>(L"", name);
+    auto field = Make<RecordingField, static_cast<ByName>(&Target::Item)>(L"", name);
+    if (field) field->TakenFrom(slot(), name);
+    return field;
   }
   std::unique_ptr<engine::Field> Item(std::int32_t position) override {
     return Make<RecordingField, static_cast<ByPosition>(&Target::Item)>(L"", position);
