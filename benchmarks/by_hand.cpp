@@ -68,7 +68,7 @@ double KeyedReadByHand(engine::Workspace& workspace, const auto& key) {
   return (0. + ... + read(*fields));
 }
 
-// What the index finds, and the sum of what is read of it.
+// The same through an index.
 template <Reading*... read>
 double LookUpByHand(engine::Workspace& workspace, std::wstring_view stock_code) {
   const auto index = workspace.CreateIndex(L"StockIndex"sv);
@@ -77,25 +77,17 @@ double LookUpByHand(engine::Workspace& workspace, std::wstring_view stock_code) 
   index->Open(engine::Mode::kQuery);
   data->Open(engine::Mode::kQuery);
   index->SetKey(stock_code);
-  if (index->Find(engine::Match::kExact) && data->Read(index->RecordNumber())) {
-    const auto product = data->GetFields();
-    answer = (... + read(*product));
+  if (index->Find(engine::Match::kExact)) {
+    if constexpr (sizeof...(read) == 0) {
+      answer = 1;
+    } else if (data->Read(index->RecordNumber())) {
+      const auto product = data->GetFields();
+      answer = (... + read(*product));
+    }
   }
   index->Close();
   data->Close();
   return answer;
-}
-
-double IsInIndexByHand(engine::Workspace& workspace, std::wstring_view stock_code) {
-  const auto index = workspace.CreateIndex(L"StockIndex"sv);
-  const auto data = workspace.CreateDataFile(L"StockData"sv);
-  index->Open(engine::Mode::kQuery);
-  data->Open(engine::Mode::kQuery);
-  index->SetKey(stock_code);
-  const bool found = index->Find(engine::Match::kExact);
-  index->Close();
-  data->Close();
-  return found;
 }
 
 // What is read of the only record of a file.
@@ -318,7 +310,7 @@ const SequenceByHand kSequences[] = {
     {L"General.GetVatRate", Asks(OnlyRecordByHand, L"ControlData"sv, TaxRate, 1), 17.5},
     {L"General.GetVatDesc", Asks(OnlyRecordByHand, L"ControlData"sv, TaxDescription, 1), 30},
     {L"General.GetDPSettings", Asks(OnlyRecordByHand, L"SetupData"sv, Formats, 0), 6},
-    {L"Products.IsValid", Asks(IsInIndexByHand, L"BOLT"), 1},
+    {L"Products.IsValid", LooksUp<>(), 1},
     {L"Products.IgnoreStock", LooksUp<Flag<L"IGNORE_STK_LVL_FLAG">>(), 0},
     {L"General.GetNumActiveUsers", WalkByHand, 2, kHasReplay},
     {L"Customers.GetDiscPercent, table", Asks(DiscountByHand, L"ABC001", L"BOLT", 10.0), 12.5,
