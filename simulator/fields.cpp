@@ -19,7 +19,7 @@ class Shown {
       : record_(std::move(record)), taken_in_(record_->state()) {
     if (!is_snapshot || record_->table() == nullptr) return;
     for (std::size_t i = 0; i < record_->table()->columns().size(); ++i) {
-      snapshot_.push_back(record_->Get(i));
+      snapshot_.push_back(record_->record() == 0 ? Value(Null()) : record_->Get(i));
     }
   }
 

@@ -48,7 +48,8 @@ class Simulator : public engine::Engine {
   std::unique_ptr<engine::EngineError> LastError() override;
 
   // Whether collections of fields that are taken from now on, and their fields, hold the record
-  // that is current then, instead of following their object to another one.
+  // that is current then, instead of following their object to another one; Null where there is
+  // none.
   void SnapshotFields(bool snapshot);
 
   Counters counters() const;

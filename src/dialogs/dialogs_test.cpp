@@ -2,6 +2,7 @@
 #include "accounts/ledger_accounts.h"
 #include "dialogs/fast_select.h"
 #include "host_database/odbc_connection.h"
+#include "orders/orders.h"
 #include "products/products.h"
 #include "tests/core/company_test.h"
 
@@ -30,6 +31,15 @@ TEST_F(DialogsTest, OpeningCostsTheSameWhateverTheLedgersSize) {
     FastSelect(context, accounts::kSalesLedger.list);
   }
   EXPECT_EQ(operations, std::vector<std::int64_t>(3, operations.front()));
+}
+
+TEST_F(DialogsTest, AnEmptyFileHasOneRowThoughItsBlankRecordIsNull) {
+  simulator::CompanyBuilder company;
+  orders::PurchaseOrders orders(environment_);
+  Open(company, orders);
+  engine_->SnapshotFields(true);
+  environment_.Answer([](SelectDialog& dialog) { EXPECT_EQ(dialog.list().row_count(), 1); });
+  EXPECT_EQ(orders.List(), 0);
 }
 
 // Nor does a page of the product information far down cost more. A confirmed dialog is remembered.

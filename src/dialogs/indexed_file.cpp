@@ -67,7 +67,7 @@ std::vector<std::wstring> IndexedFile::FirstRows(std::int32_t count) {
 
 void IndexedFile::TypeAhead(wchar_t key, ListModel& list) {
   const std::wstring pattern = UpperCase(std::wstring_view(&key, 1)) + L'*';
-  std::wstring found;
+  Value found;  // as it is: not every key is a text
   if (!data_file_.FindFirst(key_field(), pattern) || !data_file_.Get(key_field(), found)) {
     return;
   }
@@ -79,7 +79,7 @@ void IndexedFile::PositionOn(std::wstring_view criteria, ListModel& list) {
   search.Open(Mode::kQuery);
   // Found or not, the record that the file now stands on is the one wanted.
   search.FindFirst(key_field(), criteria);
-  std::wstring found;
+  Value found;
   if (!search.Get(key_field(), found)) return;
   const std::int32_t position = FindPosition(found);
   if (position == 0) return;
@@ -103,7 +103,7 @@ std::wstring IndexedFile::RowText() {
   return text;
 }
 
-std::int32_t IndexedFile::FindPosition(std::wstring_view key) {
+std::int32_t IndexedFile::FindPosition(const Value& key) {
   return index_file_.FindKey(key) ? index_file_.Position() : 0;
 }
 

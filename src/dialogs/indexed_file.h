@@ -71,7 +71,7 @@ class IndexedFile : public RowSource {
   // Of the data file's current record.
   std::wstring RowText();
   // The position in the list of that key; 0 when there is none.
-  std::int32_t FindPosition(std::wstring_view key);
+  std::int32_t FindPosition(const Value& key);
 
   const Context& context_;
   const ListedFile& file_;

@@ -13,20 +13,21 @@
 namespace ard::dialogs {
 
 // Adds the columns of `file`, and a row for the current record of `records`, a handle of an object
-// with fields; then one for each further record for which `next()` is true. Cells are trimmed. A
-// record without a key that can be read yields no row.
+// with fields; then one for each further record for which `next()` is true. A record without a key
+// that can be read yields no row.
 template <class Records, class Next>
 void AddRecords(SelectRecordDialog& dialog, Records& records, const ListedFile& file, Next&& next) {
   const std::span<const FieldColumn> columns = file.columns;
   DescribeList(file, dialog.list());
   do {
-    std::wstring text;
-    if (!records.Get(columns.front().field, text, engine::kTrimmed)) continue;
+    engine::TextPart cell;
+    if (!records.Get(columns.front().field, cell)) continue;
+    std::wstring text = std::move(cell.text);
     text.reserve(kRowLength);
     for (const FieldColumn& column : columns.subspan(1)) {
-      std::wstring cell;
+      cell.text.clear();
       records.Get(column.field, cell);
-      text.append(1, L'\t').append(Trimmed(cell));
+      text.append(1, L'\t').append(cell.text);
     }
     dialog.AddRow(std::move(text));
   } while (next());

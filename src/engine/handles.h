@@ -39,6 +39,16 @@ inline constexpr std::wstring_view kNotStored = L"False: the engine has not stor
 struct TrimmedTag {};
 inline constexpr TrimmedTag kTrimmed{};
 
+// A field's text that goes into another, trimmed: Null, which an empty field may be, is blank.
+struct TextPart {
+  std::wstring text;
+};
+inline void Convert(Value&& value, TextPart& part) {
+  if (value.is_null()) return part.text.clear();
+  part.text = std::move(value).ToText();
+  Trim(part.text);
+}
+
 namespace internal {
 
 // The part that all handles share. `name` must outlive the handle: it is the published name of

@@ -26,6 +26,8 @@ class Field {
   virtual std::int32_t Type() = 0;
   virtual Value GetValue() = 0;
   virtual void SetValue(const Value& value) = 0;
+  // Takes over another field's value, unchanged.
+  virtual void CopyFrom(Field& other) { SetValue(other.GetValue()); }
   // The value as text, into the memory that `text` has; as it was when that fails.
   virtual void ReadText(std::wstring& text) { text = GetValue().ToText(); }
 };

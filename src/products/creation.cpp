@@ -176,7 +176,7 @@ bool Products::CopyProduct(std::wstring_view exist_prod, std::wstring_view new_c
     engine::Record copy(context(), L"StockRecord");
     if (!copy.AddNew()) return;
     copy.ForEachField([&](std::int32_t position, engine::Field& field) {
-      field.SetValue(existing.Item(position)->GetValue());
+      field.CopyFrom(*existing.Item(position));
     });
     copy.Set(L"STOCK_CODE", Trimmed(new_code));
     copy.Set(L"DESCRIPTION", Trimmed(new_desc));

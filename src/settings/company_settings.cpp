@@ -23,13 +23,19 @@ void ListNames(const Context& context, Name data_file, const TextArray& list) {
   if (!file.Open(Mode::kQuery)) return;
   using Counter = std::numeric_limits<std::int16_t>;
   NumberedText label(L"", L"   ");
-  std::wstring name;
+  engine::TextPart name;
+  bool is_known = false;  // that of the record read last
   const std::int64_t last = std::min<std::int64_t>(list.upper_bound(), Counter::max());
   for (std::int64_t n = std::max<std::int64_t>(list.lower_bound(), Counter::min()); n <= last;
        ++n) {
-    file.Read(static_cast<std::int32_t>(n));
-    if (!file.Get(L"NAME", name)) continue;
-    list.Put(n, label.With(static_cast<std::int16_t>(n)), Trimmed(name));
+    // Where there is no record the name read last stays, whatever the engine's fields hold then.
+    const bool is_there = file.Read(static_cast<std::int32_t>(n));
+    if (is_there || !is_known) {
+      const bool has_name = file.Get(L"NAME", name);
+      is_known = is_there && has_name;
+      if (!has_name) continue;
+    }
+    list.Put(n, label.With(static_cast<std::int16_t>(n)), name.text);
   }
 }
 
@@ -52,7 +58,8 @@ void Convert(Value&& value, ListedRate& listed) {
   if (const double* const rate = std::get_if<double>(&value.storage())) {
     return AppendFixed(listed.text, *rate, kRateDecimals);
   }
-  // A text that is no number stays what it is.
+  // A text that is no number stays what it is, and there is none of Null.
+  if (value.is_null()) return;
   listed.text = std::move(value).ToText();
   Attempt(listed.trace, {L"General", L"FormatRate"},
           [&] { listed.text = FormatFixed(Value(listed.text).ToDouble(), kRateDecimals); });

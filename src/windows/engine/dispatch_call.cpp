@@ -10,6 +10,11 @@ constexpr LCID kLocale = LOCALE_USER_DEFAULT;
 
 }  // namespace
 
+void Store(VARIANT& argument, const ScopedVariant& value) {
+  const HRESULT result = VariantCopy(&argument, const_cast<ScopedVariant*>(&value));
+  if (FAILED(result)) throw SystemError(result);
+}
+
 HRESULT LateBound::TryToLookUp(const wchar_t* name, DISPID& id) const {
   auto* text = const_cast<LPOLESTR>(name);
   return object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);

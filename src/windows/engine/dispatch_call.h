@@ -48,6 +48,8 @@ inline void Store(VARIANT& argument, ComPtr<IDispatch> object) {
 
 inline void Store(VARIANT& argument, const Value& value) { argument = ToVariant(value).Detach(); }
 
+void Store(VARIANT& argument, const ScopedVariant& value);
+
 // A name that an engine is asked for again and again, as an argument, and where its text is kept.
 struct KnownName {
   std::wstring_view name;

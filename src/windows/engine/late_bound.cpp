@@ -105,6 +105,12 @@ class LateField : public Wrapper<engine::Field> {
   std::int32_t Type() override { return object_.AskLong(FieldId::kType); }
   Value GetValue() override { return FromVariant(object_.Ask(ids_.Get(object_, kFieldValue))); }
   void SetValue(const Value& value) override { object_.Put(ids_.Get(object_, kFieldValue), value); }
+  // Also what no Value holds: memos as arrays of bytes, decimals of more digits than a double has.
+  void CopyFrom(engine::Field& other) override {
+    auto& field = static_cast<LateField&>(other);
+    object_.Put(ids_.Get(object_, kFieldValue),
+                field.object_.Ask(field.ids_.Get(field.object_, kFieldValue)));
+  }
   void ReadText(std::wstring& text) override {
     const ScopedVariant value = object_.Ask(ids_.Get(object_, kFieldValue));
     if (value.vt == VT_BSTR) {

@@ -48,11 +48,12 @@ class Recorder final : public testing::ForeignObject {
     text << std::hex << id << L' ' << std::dec << flags;
     for (UINT i = parameters->cArgs; i-- > 0;) {
       const VARIANT& argument = parameters->rgvarg[i];
-      text << L' ' << argument.vt << L':' << FromVariant(argument).ToText();
+      text << L' ' << argument.vt << L':'
+           << (argument.vt & VT_ARRAY ? L"" : FromVariant(argument).ToText());
     }
     asked = text.str();
     if (spoil && parameters->cArgs > 0) spoil(parameters->rgvarg[0]);
-    VARIANT ignored{};
+    ScopedVariant ignored;
     if (answer) return answer(result ? *result : ignored, *exception);
     if (result) *result = testing::Variant(this).Detach();
     return S_OK;
@@ -222,6 +223,25 @@ TEST_F(LateBoundTest, AnswersAreConverted) {
     Tell(no_object);
     EXPECT_EQ(ErrorOf([this] { seam->file->GetFields(); }).first, kErrorTypeMismatch);
     EXPECT_FALSE(seam->workspace->CreatePricing()) << "none, which is no error";
+  }
+}
+
+TEST_F(LateBoundTest, AFieldIsCopiedAsItIs) {
+  ScopedVariant memo;
+  memo.parray = SafeArrayCreateVector(VT_UI1, 0, 3);
+  memo.vt = VT_ARRAY | VT_UI1;
+  VARIANT decimal{};
+  decimal.decVal.Lo64 = 12345678901234567;
+  decimal.vt = VT_DECIMAL;
+  std::uint64_t put = 0;
+  recorder.spoil = [&](VARIANT& value) {
+    put = value.vt == VT_DECIMAL ? value.decVal.Lo64 : value.parray->rgsabound[0].cElements;
+  };
+  for (const auto& [value, expected] :
+       {std::pair<const VARIANT&, std::uint64_t>(memo, 3), {decimal, 12345678901234567}}) {
+    Tell(value);
+    seam->field->CopyFrom(*seam->record_field);
+    EXPECT_EQ(put, expected);
   }
 }
 
