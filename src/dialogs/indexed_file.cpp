@@ -71,7 +71,7 @@ void IndexedFile::TypeAhead(wchar_t key, ListModel& list) {
   if (!data_file_.FindFirst(key_field(), pattern) || !data_file_.Get(key_field(), found)) {
     return;
   }
-  list.SelectItem(FindPosition(found));
+  list.SelectFrom(FindPosition(found), {&key, 1});
 }
 
 void IndexedFile::PositionOn(std::wstring_view criteria, ListModel& list) {

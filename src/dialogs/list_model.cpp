@@ -9,6 +9,12 @@
 #include "frame/text.h"
 
 namespace ard::dialogs {
+namespace {
+
+// How many pages one key press looks through for a row, beyond those that it goes to.
+constexpr int kPagesSought = 16;
+
+}  // namespace
 
 std::wstring_view Row::Cell(int number) const {
   std::wstring_view rest = text;
@@ -59,6 +65,7 @@ void ListModel::SetRowCount(std::int32_t count) {
   top_ = 1;
   cursor_ = anchor_ = 1 - source_.ExtraRows(1);
   loaded_ = resolved_ = opening_ = false;
+  sought_.reset();
   picked_.clear();
   has_selection_.reset();
 }
@@ -85,6 +92,23 @@ void ListModel::SelectItem(std::int32_t position) {
   Mark(Pick::kOnly);
 }
 
+void ListModel::SelectFrom(std::int32_t position, std::wstring_view prefix) {
+  if (position < 1 || position > row_count_) return;
+  Open();
+  const std::int32_t top = top_;
+  BringIntoView(position);
+  std::optional<std::size_t> row = RowFrom(position);
+  if (!row) {
+    SetTop(position);
+    row = RowFrom(position);
+  }
+  if (row && (rows_[*row].position == position ||
+              EqualsIgnoreCase(Trimmed(rows_[*row].text).substr(0, prefix.size()), prefix))) {
+    return SelectRow(*row);
+  }
+  SetTop(top);
+}
+
 void ListModel::SelectFirst() {
   SetRowCount(row_count_);
   Mark(Pick::kOnly);
@@ -98,9 +122,7 @@ bool ListModel::SelectCursor() {
 }
 
 void ListModel::SelectRow(std::size_t index, Pick pick) {
-  if (index >= rows().size()) return;
-  MoveToRow(index);
-  Mark(pick);
+  if (MoveToRow(index)) Mark(pick);
 }
 
 const std::optional<Row>& ListModel::selected() {
@@ -142,87 +164,94 @@ void ListModel::ScrollBy(std::int32_t rows) {
       static_cast<std::int32_t>(std::clamp<std::int64_t>(std::int64_t{top_} + rows, 1, LastTop())));
 }
 
-void ListModel::LineUp(Pick pick) { Press(&ListModel::MoveUp, pick); }
-void ListModel::LineDown(Pick pick) { Press(&ListModel::MoveDown, pick); }
-void ListModel::PageUp(Pick pick) { Press(&ListModel::MovePageUp, pick); }
-void ListModel::PageDown(Pick pick) { Press(&ListModel::MovePageDown, pick); }
-void ListModel::Home(Pick pick) { Press(&ListModel::MoveHome, pick); }
-void ListModel::End(Pick pick) { Press(&ListModel::MoveEnd, pick); }
+void ListModel::LineUp(Pick pick) { Press(&ListModel::MoveUp, &ListModel::SeekUp, pick); }
+void ListModel::LineDown(Pick pick) { Press(&ListModel::MoveDown, &ListModel::SeekDown, pick); }
+void ListModel::PageUp(Pick pick) { Press(&ListModel::MovePageUp, &ListModel::SeekUp, pick); }
+void ListModel::PageDown(Pick pick) { Press(&ListModel::MovePageDown, &ListModel::SeekDown, pick); }
+void ListModel::Home(Pick pick) { Press(&ListModel::MoveHome, &ListModel::SeekDown, pick); }
+void ListModel::End(Pick pick) { Press(&ListModel::MoveEnd, &ListModel::SeekUp, pick); }
 
-void ListModel::Press(void (ListModel::*move)(), Pick pick) {
+void ListModel::Press(bool (ListModel::*move)(), bool (ListModel::*seek)(std::int32_t), Pick pick) {
   if (row_count_ == 0) return;
   Open();
-  (this->*move)();
+  BringIntoView(cursor_);
+  const std::int32_t top = top_;
+  const bool again = sought_ && sought_->move == move;
+  if (!(again ? (this->*seek)(sought_->next) : (this->*move)())) {
+    SetTop(top);
+    sought_->move = move;
+  }
   BringIntoView(cursor_);
   Mark(pick);
 }
 
-void ListModel::MoveUp() {
-  BringIntoView(cursor_);
-  if (SelectLastUpTo(cursor_ - 1) || top_ <= 1) return;
-  const std::int32_t target = top_ - 1;
-  SetTop(target);
-  if (!SelectLastUpTo(target)) SeekUp(target);
+bool ListModel::MoveUp() {
+  if (SelectLastUpTo(cursor_ - 1)) return true;
+  SetTop(top_ - 1);
+  return SelectLastUpTo(cursor_ - 1) || SeekUp(top_ - 1);
 }
 
-void ListModel::MoveDown() {
-  BringIntoView(cursor_);
-  if (SelectFirstFrom(cursor_ + 1)) return;
-  const std::int32_t target = top_ + Reach(top_);
-  if (target > row_count_) return;
+bool ListModel::MoveDown() {
+  if (SelectFirstFrom(cursor_ + 1)) return true;
   SetTop(top_ + 1);
-  if (!SelectFirstFrom(target)) SeekDown(target);
+  return SelectFirstFrom(cursor_ + 1) || SeekDown(top_ + Reach(top_));
 }
 
-void ListModel::MovePageUp() {
-  BringIntoView(cursor_);
+bool ListModel::MovePageUp() {
   // First to the top of the page shown, then a page further.
-  if (!rows().empty() && rows_.front().position < cursor_) return MoveToRow(0);
-  SetTop(top_ - page_size_);
-  if (!rows().empty()) return MoveToRow(0);
-  if (top_ > 1) MoveTo(top_);
+  if (rows().empty() || rows_.front().position >= cursor_) SetTop(top_ - page_size_);
+  return MoveToRow(0) || SeekUp(top_ - 1);
 }
 
-void ListModel::MovePageDown() {
-  BringIntoView(cursor_);
-  if (!rows().empty() && rows_.back().position > cursor_) return MoveToRow(rows_.size() - 1);
-  SetTop(top_ + Reach(top_));
-  const std::int32_t last = std::min(top_ + Reach(top_) - 1, row_count_);
-  if (!SelectLastUpTo(last) && last < row_count_) MoveTo(last);
+bool ListModel::MovePageDown() {
+  if (rows().empty() || rows_.back().position <= cursor_) SetTop(top_ + Reach(top_));
+  return SelectLastUpTo(row_count_) || SeekDown(top_ + Reach(top_));
 }
 
-void ListModel::MoveHome() {
+bool ListModel::MoveHome() {
   SetTop(1);
-  if (rows().empty()) return SeekDown(top_ + Reach(top_));
-  MoveToRow(0);
+  return MoveToRow(0) || SeekDown(top_ + Reach(top_));
 }
 
-void ListModel::MoveEnd() {
+bool ListModel::MoveEnd() {
   SetTop(LastTop());
-  if (!SelectLastUpTo(row_count_)) SeekUp(top_ - 1);
+  return SelectLastUpTo(row_count_) || SeekUp(top_ - 1);
 }
 
-void ListModel::SeekUp(std::int32_t target) {
-  SetTop(target - page_size_ + 1);
-  if (!SelectLastUpTo(target) && top_ > 1) MoveTo(top_);
+bool ListModel::SeekUp(std::int32_t target) {
+  for (int pages = 0; pages < kPagesSought && target >= 1; ++pages) {
+    SetTop(TopToEndWith(target));
+    if (SelectLastUpTo(target)) return true;
+    target = top_ - 1;
+  }
+  sought_ = {target, nullptr};
+  return false;
 }
 
-void ListModel::SeekDown(std::int32_t target) {
-  SetTop(target);
-  const std::int32_t last = std::min(top_ + Reach(top_) - 1, row_count_);
-  if (!SelectFirstFrom(target) && last < row_count_) MoveTo(last);
+bool ListModel::SeekDown(std::int32_t target) {
+  for (int pages = 0; pages < kPagesSought && target <= row_count_; ++pages) {
+    SetTop(target);
+    if (SelectFirstFrom(target)) return true;
+    target = top_ + Reach(top_);
+  }
+  sought_ = {target, nullptr};
+  return false;
 }
 
 void ListModel::MoveTo(std::int32_t position) {
   cursor_ = position;
   resolved_ = opening_ = false;
+  sought_.reset();
   BringIntoView(position);
 }
 
-void ListModel::MoveToRow(std::size_t index) {
+bool ListModel::MoveToRow(std::size_t index) {
+  if (index >= rows().size()) return false;
   at_cursor_ = Row(rows_[index]);
   cursor_ = at_cursor_->position;
   resolved_ = true;
+  sought_.reset();
+  return true;
 }
 
 void ListModel::Open() {
@@ -350,22 +379,24 @@ const std::optional<Row>& ListModel::AtCursor() {
   return at_cursor_;
 }
 
-bool ListModel::SelectFirstFrom(std::int32_t position) {
+std::optional<std::size_t> ListModel::RowFrom(std::int32_t position) {
   const std::vector<Row>& page = rows();
   const auto row =
       std::find_if(page.begin(), page.end(), [&](const Row& r) { return r.position >= position; });
-  if (row == page.end()) return false;
-  MoveToRow(static_cast<std::size_t>(row - page.begin()));
-  return true;
+  if (row == page.end()) return std::nullopt;
+  return static_cast<std::size_t>(row - page.begin());
+}
+
+bool ListModel::SelectFirstFrom(std::int32_t position) {
+  const std::optional<std::size_t> row = RowFrom(position);
+  return row && MoveToRow(*row);
 }
 
 bool ListModel::SelectLastUpTo(std::int32_t position) {
   const std::vector<Row>& page = rows();
   const auto row = std::find_if(page.rbegin(), page.rend(),
                                 [&](const Row& r) { return r.position <= position; });
-  if (row == page.rend()) return false;
-  MoveToRow(static_cast<std::size_t>(page.rend() - row) - 1);
-  return true;
+  return row != page.rend() && MoveToRow(static_cast<std::size_t>(page.rend() - row) - 1);
 }
 
 }  // namespace ard::dialogs

@@ -109,6 +109,9 @@ class ListModel {
   // Makes item `position` the selected one and brings it into view. A position outside the list
   // is ignored; when its entry is deleted, nothing is selected.
   void SelectItem(std::int32_t position);
+  // Selects item `position`. When its entry is deleted, selects the next row if that is near and
+  // begins with `prefix`, in any case; otherwise nothing changes.
+  void SelectFrom(std::int32_t position, std::wstring_view prefix);
   // Starts over with the first row of all selected, an extra row if there is one. When the first
   // page comes to be read, deleted entries are stepped over, as by Home.
   void SelectFirst();
@@ -133,8 +136,8 @@ class ListModel {
   void ScrollTo(std::int32_t top);
   void ScrollBy(std::int32_t rows);
 
-  // Cursor keys. They step over deleted entries; where there are too many, some on each press, and
-  // where nothing else is left, the cursor stays.
+  // Cursor keys. They step over deleted entries; where there are too many for one press, or nothing
+  // is left, the cursor and the page stay, and the same key goes on from there.
   void LineUp(Pick pick = Pick::kOnly);
   void LineDown(Pick pick = Pick::kOnly);
   void PageUp(Pick pick = Pick::kOnly);
@@ -150,20 +153,27 @@ class ListModel {
     bool Contains(std::int32_t position) const { return from <= position && position <= to; }
   };
 
-  // Makes what `move` does of the cursor the selection.
-  void Press(void (ListModel::*move)(), Pick pick);
-  void MoveUp();
-  void MoveDown();
-  void MovePageUp();
-  void MovePageDown();
-  void MoveHome();
-  void MoveEnd();
+  // Where a key that came upon deleted entries only looks next, when it is pressed again.
+  struct Sought {
+    std::int32_t next;
+    bool (ListModel::*move)();
+  };
+
+  // Makes what `move` does of the cursor the selection, or what `seek` does where `move` got stuck.
+  void Press(bool (ListModel::*move)(), bool (ListModel::*seek)(std::int32_t), Pick pick);
+  // Put the cursor on a row; false when they come upon none.
+  bool MoveUp();
+  bool MoveDown();
+  bool MovePageUp();
+  bool MovePageDown();
+  bool MoveHome();
+  bool MoveEnd();
+  bool MoveToRow(std::size_t index);
+  // Look for a row page by page, up or down from `target`.
+  bool SeekUp(std::int32_t target);
+  bool SeekDown(std::int32_t target);
   // Puts the cursor on a position whose row is still to be read.
   void MoveTo(std::int32_t position);
-  void MoveToRow(std::size_t index);
-  // Look for a row on one more page, which ends or begins with `target`.
-  void SeekUp(std::int32_t target);
-  void SeekDown(std::int32_t target);
   // Before anything is read: does what SelectFirst has left to do.
   void Open();
 
@@ -185,6 +195,7 @@ class ListModel {
   void SetTop(std::int32_t top);
   void Load();
   const std::optional<Row>& AtCursor();
+  std::optional<std::size_t> RowFrom(std::int32_t position);  // of the page shown
   bool SelectFirstFrom(std::int32_t position);
   bool SelectLastUpTo(std::int32_t position);
 
@@ -203,6 +214,7 @@ class ListModel {
   bool resolved_ = false;         // whether at_cursor_ is the row at cursor_
   std::optional<Row> at_cursor_;  // the row at the cursor
   bool opening_ = false;          // the first row is to be selected
+  std::optional<Sought> sought_;  // until the cursor moves
 
   bool multiple_ = false;
   std::vector<Range> picked_;          // what is selected: ascending, without overlap
