@@ -227,7 +227,7 @@ TEST_F(DialogTest, ResizingLeavesNothingBehindAndIsRemembered) {
 }
 
 TEST_F(DialogTest, ProductsAreSearchedByKeyboardAlone) {
-  const auto dialog = Products({}, 2);
+  const auto dialog = Products({.multiple = true}, 2);
   Show(*dialog, [&](const View& view) {
     Walk([&] { return view.Rows(); }, {{L"b{Enter}", L"BX1 BX2"},
                                        {L"x2", L"BX1 BX2"},  // typed only
@@ -237,10 +237,12 @@ TEST_F(DialogTest, ProductsAreSearchedByKeyboardAlone) {
                                        {L"{Alt+F}{Enter}{Down}", L"AX1 AX2 BX1 BX2"}});
     EXPECT_EQ(FocusWindow(), view.list);
     EXPECT_EQ(view.Selected(), L"AX1");
+    Keys(L"{Ctrl+Down}{Alt+F}{Down}");
+    EXPECT_EQ(view.Selected(), L"AX1") << "and not the row at the cursor";
     Keys(L"{Down}{Enter}");
     ExpectClosed(view);
   });
-  EXPECT_EQ(Trimmed(dialog->list().selected()->Cell(1)), L"AX2");
+  EXPECT_EQ(Trimmed(dialog->list().selected()->Cell(1)), L"BX1");
 }
 
 TEST_F(DialogTest, TabsSwitchByKeysAndMouse) {

@@ -321,8 +321,16 @@ TEST_F(ListWindowTest, RedRowsAreRedAndReadableInAnyPalette) {
     COLORREF background;
     COLORREF text;  // what differs most
   };
+  static WNDPROC list_procedure;
+  static int told = 0;
+  const auto count = [](HWND list, UINT message, WPARAM wparam, LPARAM lparam) CALLBACK {
+    told += message == WM_SYSCOLORCHANGE;
+    return CallWindowProcW(list_procedure, list, message, wparam, lparam);
+  };
   LedgerDialog dialog;
   Show(dialog, [&](const View& view) {
+    list_procedure = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(view.list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(+count)));
     const auto ink_of = [&](int row) {
       const Picture picture = PictureOf(view.list);
       const RECT rect = view.RowRect(row);
@@ -341,8 +349,10 @@ TEST_F(ListWindowTest, RedRowsAreRedAndReadableInAnyPalette) {
     };
     for (const COLORREF* palette : std::initializer_list<const COLORREF*>{usual, dark, usual}) {
       Keys(L"{Row0}");
+      told = 0;
       SetSysColors(kCount, elements, palette);
       Settle();
+      EXPECT_EQ(told, 1) << "controls are told of it, too";
       const Ink black = ink_of(kBlackRow);
       EXPECT_EQ(black.background, palette[0]);
       EXPECT_EQ(black.text, palette[1]);
