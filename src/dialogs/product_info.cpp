@@ -20,7 +20,28 @@ std::wstring WordsOf(std::wstring_view name) {
   return words;
 }
 
-std::wstring FormatDay(Date date) { return FormatIsoDate(date).substr(0, 10); }
+struct Cell {
+  std::int32_t type;
+  std::wstring text;
+};
+
+// Part of the step that reads the field: a date out of range, say, leaves its cell blank.
+void Convert(Value&& value, Cell& cell) {
+  if (value.is_null()) return;
+  switch (cell.type) {
+    case database::kDate:
+    case database::kDbDate:
+    case database::kDbTime:
+    case database::kDbTimestamp:
+      cell.text = FormatIsoDate(value.ToDate()).substr(0, 10);
+      break;
+    case database::kBoolean:
+      cell.text = value.ToBoolean() ? L"Yes" : L"No";
+      break;
+    default:
+      cell.text = std::move(value).ToText();
+  }
+}
 
 }  // namespace
 
@@ -67,19 +88,9 @@ std::wstring ProductInfo::RowText() {
 }
 
 std::wstring ProductInfo::CellText(std::int32_t field) {
-  Value value;
-  if (!recordset_.Get(field, value) || value.is_null()) return {};
-  switch (fields_[static_cast<std::size_t>(field)].type) {
-    case database::kDate:
-    case database::kDbDate:
-    case database::kDbTime:
-    case database::kDbTimestamp:
-      return FormatDay(value.ToDate());
-    case database::kBoolean:
-      return value.ToBoolean() ? L"Yes" : L"No";
-    default:
-      return std::move(value).ToText();
-  }
+  Cell cell{fields_[static_cast<std::size_t>(field)].type, {}};
+  recordset_.Get(field, cell);
+  return std::move(cell.text);
 }
 
 }  // namespace ard::dialogs
