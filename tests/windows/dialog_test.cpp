@@ -291,7 +291,11 @@ TEST_F(DialogTest, TheUserListNamesTheHostAndDeletesOnItsPageOnly) {
     EXPECT_FALSE(IsWindowVisible(button));
     Keys(L"{Ctrl+Tab}");
     EXPECT_TRUE(IsWindowVisible(button));
-    EXPECT_LE(RectOf(View(view.window).frame).bottom, RectOf(button).top);
+    const View host(view.window);
+    EXPECT_LE(RectOf(host.frame).bottom, RectOf(button).top);
+    Walk([&] { return host.Selected(); }, {{L"a", L""}, {L"{Space}", L"ANN"}});
+    Keys(L"{Alt+D}");
+    EXPECT_EQ(host.Rows(), L"");
   });
 }
 

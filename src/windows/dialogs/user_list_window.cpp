@@ -11,10 +11,12 @@ constexpr int kMinimumUsers = 3;
 
 enum UserListControl { kRefresh = 100, kDelete };
 
-// Keys and clicks do nothing but move about in the lists.
-PagedList::Events NoEvents() {
+// Keys and clicks do nothing but move about in the lists, and select.
+PagedList::Events EventsOf(dialogs::ListModel& list) {
   PagedList::Events events;
-  events.key_press = [](wchar_t) {};
+  events.key_press = [&list](wchar_t key) {
+    if (key == L' ') list.SelectCursor();
+  };
   events.double_click = [] {};
   events.changed = [] {};
   return events;
@@ -25,8 +27,8 @@ PagedList::Events NoEvents() {
 UserListWindow::UserListWindow(UserListDialog& dialog)
     : ModalWindow(Border::kResizable),
       dialog_(dialog),
-      accounts_(dialog.accounts_list(), NoEvents()),
-      host_(dialog.host_list(), NoEvents()) {}
+      accounts_(dialog.accounts_list(), EventsOf(dialog.accounts_list())),
+      host_(dialog.host_list(), EventsOf(dialog.host_list())) {}
 
 void UserListWindow::CreateControls(HINSTANCE module) {
   accounts_.Create(module, handle());
