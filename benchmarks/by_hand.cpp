@@ -123,9 +123,11 @@ double NamesByHand(engine::Workspace& workspace, std::wstring_view data_file) {
   const auto data = workspace.CreateDataFile(data_file);
   data->Open(engine::Mode::kQuery);
   std::size_t length = 0;
+  std::wstring name;  // left where there is no record
   for (std::size_t n = 0; n < kLines; ++n) {
-    data->Read(static_cast<std::int32_t>(n));
-    const std::wstring name = data->GetFields()->Item(L"NAME"sv)->GetValue().ToText();
+    if (data->Read(static_cast<std::int32_t>(n)) || n == 0) {
+      name = data->GetFields()->Item(L"NAME"sv)->GetValue().ToText();
+    }
     lines[n] = std::to_wstring(n) + L"   " + std::wstring(Trimmed(name));
     length += lines[n].size();
   }

@@ -43,11 +43,6 @@ inline constexpr TrimmedTag kTrimmed{};
 struct TextPart {
   std::wstring text;
 };
-inline void Convert(Value&& value, TextPart& part) {
-  if (value.is_null()) return part.text.clear();
-  part.text = std::move(value).ToText();
-  Trim(part.text);
-}
 
 namespace internal {
 
@@ -166,7 +161,10 @@ class FieldsHandle : public Handle<Target> {
   bool Get(Name field, T& out) {
     return WithField(field, [&](Field& item) {
       if constexpr (std::is_same_v<T, std::wstring>) {
-        item.ReadText(out);
+        if (!item.ReadText(out)) Convert(Null(), out);
+      } else if constexpr (std::is_same_v<T, TextPart>) {
+        if (!item.ReadText(out.text)) out.text.clear();
+        Trim(out.text);
       } else {
         Convert(item.GetValue(), out);
       }

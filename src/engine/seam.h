@@ -28,8 +28,14 @@ class Field {
   virtual void SetValue(const Value& value) = 0;
   // Takes over another field's value, unchanged.
   virtual void CopyFrom(Field& other) { SetValue(other.GetValue()); }
-  // The value as text, into the memory that `text` has; as it was when that fails.
-  virtual void ReadText(std::wstring& text) { text = GetValue().ToText(); }
+  // The value as text, into the memory that `text` has; as it was when that fails, or, with False,
+  // when it is Null.
+  virtual bool ReadText(std::wstring& text) {
+    Value value = GetValue();
+    if (value.is_null()) return false;
+    text = std::move(value).ToText();
+    return true;
+  }
 };
 
 // The fields of the record that is current in the object they came from. Whether the collection and

@@ -111,13 +111,14 @@ class LateField : public Wrapper<engine::Field> {
     object_.Put(ids_.Get(object_, kFieldValue),
                 field.object_.Ask(field.ids_.Get(field.object_, kFieldValue)));
   }
-  void ReadText(std::wstring& text) override {
+  bool ReadText(std::wstring& text) override {
     const ScopedVariant value = object_.Ask(ids_.Get(object_, kFieldValue));
     if (value.vt == VT_BSTR) {
       text = View(value.bstrVal);
-    } else {
+    } else if (value.vt != VT_NULL) {
       text = FromVariant(value).ToText();
     }
+    return value.vt != VT_NULL;
   }
 
  private:
