@@ -1,7 +1,6 @@
 #include "simulator/table.h"
 
 #include <utility>
-#include <variant>
 
 #include "frame/error.h"
 #include "frame/text.h"
@@ -61,10 +60,6 @@ std::optional<std::wstring> Table::ComposeKey(std::span<const Value> cells) cons
 
 std::wstring Table::KeyFrom(const Value& value) const {
   if (key_.size() != 1) return value.ToText();
-  const bool is_text = std::holds_alternative<std::wstring>(value.storage());
-  if (is_text && columns_[key_[0]].type != ColumnType::kText) {
-    throw Error(kErrorTypeMismatch, L"The key is a number.");
-  }
   return KeyPart(columns_[key_[0]], part_lengths_[0], value);
 }
 

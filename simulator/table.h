@@ -87,7 +87,7 @@ class Table {
 
   // The key put together from the key cells; nothing when a text is too long for its field.
   std::optional<std::wstring> ComposeKey(std::span<const Value> cells) const;
-  // A key as a caller gives it: the whole text, or the number, as one, of a table numbered by it.
+  // A key as a caller gives it: the whole text, or the number of a table numbered by its key.
   std::wstring KeyFrom(const Value& value) const;
 
   // The ordinal of the entry found, 0 when there is none. Exact: the entry whose key equals `key`,

@@ -176,7 +176,11 @@ std::vector<Member> LedgerMembers() {
       {L"PurchaseOrders.List", Calls<PurchaseOrders>(&PurchaseOrders::List),
        OneOf({L"0", L"7", L"8"}), TryEveryRow},
       {L"PurchaseOrders.FastList", Calls<PurchaseOrders>(&PurchaseOrders::FastList),
-       SomeReference(L"7"), Confirm},
+       SomeReference(L"7"),
+       [](SelectDialog& dialog) {
+         dialog.KeyPress(L'7');
+         Confirm(dialog);
+       }},
       {L"PurchaseOrders.IsValid", kFound + kField, Calls(&PurchaseOrders::IsValid, 7, true),
        L"False"},
       // An array of four, the last without a record, and one of two; twelve tax codes.
