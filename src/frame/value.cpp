@@ -170,7 +170,6 @@ Currency Value::ToCurrency() const {
 }
 
 Date Value::ToDate() const {
-  if (const Date* date = std::get_if<Date>(&storage_)) return *date;
   if (const std::wstring* text = std::get_if<std::wstring>(&storage_)) {
     if (const std::optional<Date> date = ParseIsoDate(Trimmed(*text))) return *date;
   }

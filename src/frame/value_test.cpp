@@ -116,6 +116,7 @@ TEST(DateTest, TextIsIsoAndComesBack) {
   }
   for (const double days : {-657435.0, 2958466.0, std::numeric_limits<double>::quiet_NaN()}) {
     EXPECT_EQ(Told([&] { return FormatIsoDate(Date{days}); }), L"^") << days;
+    EXPECT_THROW(Value(Date{days}).ToDate(), Error) << days;
   }
 }
 

@@ -1,6 +1,8 @@
 #include "windows/engine/variant.h"
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace ard::windows {
@@ -26,10 +28,20 @@ Value ObjectValue(ComPtr<IDispatch> object) {
   return std::shared_ptr<Object>(std::make_shared<DispatchObject>(std::move(object)));
 }
 
-double ToDouble(DECIMAL decimal) {
-  double result = 0;
-  if (FAILED(VarR8FromDec(&decimal, &result))) ThrowTypeMismatch();
+ScopedVariant ChangedTo(VARTYPE type, const VARIANT& variant) {
+  ScopedVariant result;
+  auto* source = const_cast<VARIANT*>(&variant);
+  if (FAILED(VariantChangeTypeEx(&result, source, LOCALE_INVARIANT, 0, type))) ThrowTypeMismatch();
   return result;
+}
+
+// A double, when that has all the digits; else the text, which converts to any type, too.
+Value LongNumber(const VARIANT& number) {
+  const ScopedVariant text = ChangedTo(VT_BSTR, number);
+  const std::wstring_view shown = View(text.bstrVal);
+  const auto is_digit = [](wchar_t c) { return c >= L'0' && c <= L'9'; };
+  if (std::count_if(shown.begin(), shown.end(), is_digit) > 15) return shown;
+  return ChangedTo(VT_R8, number).dblVal;
 }
 
 // Stores each kind of value in the variant, which is empty at first.
@@ -105,15 +117,13 @@ Value FromVariant(const VARIANT& variant) {
     case VT_UINT:
       return static_cast<double>(variant.uintVal);
     case VT_I8:
-      return static_cast<double>(variant.llVal);
     case VT_UI8:
-      return static_cast<double>(variant.ullVal);
+    case VT_DECIMAL:
+      return LongNumber(variant);
     case VT_R4:
       return double{variant.fltVal};
     case VT_R8:
       return variant.dblVal;
-    case VT_DECIMAL:
-      return ToDouble(variant.decVal);
     case VT_CY:
       return Currency{variant.cyVal.int64};
     case VT_DATE:

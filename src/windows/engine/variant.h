@@ -18,8 +18,9 @@ class DispatchObject : public Object {
 };
 
 // What a variant holds, directly or by reference. Integer types that Value lacks become the next
-// larger one it has, at the top end a double; decimals too. Throws Error (type mismatch) for what
-// is no value: arrays, records, errors, objects without automation.
+// larger one it has, at the top end a double, or a text when it has more digits; decimals too.
+// Throws Error (type mismatch) for what is no value: arrays, records, errors, objects without
+// automation.
 Value FromVariant(const VARIANT& variant);
 
 // The variant that carries `value`. Throws Error when there is no memory, or when the object is

@@ -28,6 +28,9 @@ TEST(FromVariant, TakesEveryTypeOfValue) {
   decimal.decVal.scale = 3;
   decimal.decVal.sign = DECIMAL_NEG;
   decimal.vt = VT_DECIMAL;
+  VARIANT long_decimal = decimal;
+  long_decimal.decVal.Lo64 = 12345678901234567;
+  long_decimal.decVal.scale = 1;
   VARIANT inner = Variant(VT_BYREF | VT_I4, &VARIANT::plVal, &number);
   const struct {
     const char* what;
@@ -43,9 +46,11 @@ TEST(FromVariant, TakesEveryTypeOfValue) {
       {"no object", Variant<IUnknown*>(VT_UNKNOWN, &VARIANT::punkVal, nullptr),
        std::shared_ptr<Object>()},
       {"I8", Variant<LONGLONG>(VT_I8, &VARIANT::llVal, -5000000000), -5e9},
-      {"UI8", Variant<ULONGLONG>(VT_UI8, &VARIANT::ullVal, 10000000000000000000U), 1e19},
+      {"UI8", Variant<ULONGLONG>(VT_UI8, &VARIANT::ullVal, 10000000000000000001U),
+       L"10000000000000000001"},
       {"R4", Variant<FLOAT>(VT_R4, &VARIANT::fltVal, 0.5F), 0.5},
       {"decimal", decimal, -12.345},
+      {"decimal of many digits", long_decimal, L"-1234567890123456.7"},
       {"null text", Variant<BSTR>(VT_BSTR, &VARIANT::bstrVal, nullptr), L""},
       {"number by reference", inner, -7},
       {"Boolean by reference", Variant(VT_BYREF | VT_BOOL, &VARIANT::pboolVal, &yes), true},
