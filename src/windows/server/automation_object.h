@@ -163,6 +163,25 @@ class Passed<ReadByRef<Kind>> : public Passed<Kind> {
   static bool Misses(const Given*) { return false; }
 };
 
+// A text in a host's variable, which the host may change meanwhile.
+template <>
+class Passed<ReadByRef<String>> {
+ public:
+  using Given = BSTR;
+
+  explicit Passed(const BSTR* text) noexcept {
+    try {
+      if (text) text_ = View(*text);
+    } catch (const std::bad_alloc&) {  // none, then
+    }
+  }
+  static bool Misses(const BSTR*) { return false; }
+  std::wstring_view value() const { return text_; }
+
+ private:
+  std::wstring text_;
+};
+
 template <class Kind>
 class Passed<ByRef<Kind>> {
  public:

@@ -140,8 +140,11 @@ VARIANT* Referred(VARIANT* argument) {
 }
 
 HRESULT Convert(VARIANT*& argument, VARTYPE vt, LCID locale, VARIANT& converted) {
+  const VARIANT* const given = argument;
   argument = Referred(argument);
-  if ((argument->vt & ~VT_BYREF) == vt) return S_OK;
+  // A text that the host may put another in place of, in the middle of the call, is copied.
+  const bool is_variable = argument != given || argument->vt & VT_BYREF;
+  if ((argument->vt & ~VT_BYREF) == vt && !(vt == VT_BSTR && is_variable)) return S_OK;
   VARIANT& source = *std::exchange(argument, &converted);
   if (vt == VT_DISPATCH && (source.vt == VT_EMPTY || source.vt == VT_NULL)) {
     converted.vt = VT_DISPATCH;

@@ -148,7 +148,7 @@ namespace internal {
 VARIANT* Referred(VARIANT* argument);
 
 // Makes `argument` a variant of type `vt`, or of a reference to one: what it refers to when that
-// is one, or else `converted`. No object at all is Nothing.
+// is one, and no text, or else `converted`. No object at all is Nothing.
 HRESULT Convert(VARIANT*& argument, VARTYPE vt, LCID locale, VARIANT& converted);
 
 // A parameter of the kind `T` during a call: Load takes the argument, Get is what the member is

@@ -10,6 +10,7 @@
 
 #include "frame/text.h"
 #include "tests/windows/host.h"
+#include "windows/server/automation_object.h"
 #include "windows/server/string_array.h"
 
 namespace ard::windows {
@@ -19,6 +20,7 @@ struct Sample : testing::ForeignObject {
   std::wstring text;
   ComPtr<IDispatch> object;
   double factor = 0;
+  BSTR variable = nullptr;  // the host's, which empties it in the middle of IsLonger
 
   virtual HRESULT STDMETHODCALLTYPE put_Text(BSTR value) {
     text = View(value);
@@ -34,6 +36,7 @@ struct Sample : testing::ForeignObject {
     return S_OK;
   }
   virtual HRESULT STDMETHODCALLTYPE IsLonger(BSTR a, short length, VARIANT_BOOL* result) {
+    if (variable) reinterpret_cast<UINT*>(variable)[-1] = 0;
     *result = View(a).size() > static_cast<std::size_t>(length) ? VARIANT_TRUE : VARIANT_FALSE;
     return S_OK;
   }
@@ -187,6 +190,16 @@ TEST_F(DispatchTest, CallsAreAnsweredAndMistakesOfTheHostTold) {
       EXPECT_EQ(result_.boolVal, c.result) << c.what;
     }
   }
+  for (const VARIANT& way : {Reference(VT_VARIANT, &text), Reference(VT_BSTR, &text.bstrVal)}) {
+    SysReAllocString(&text.bstrVal, L"1234");
+    sample_.variable = text.bstrVal;
+    EXPECT_EQ(Invoke(kIsLonger, DISPATCH_METHOD, {way}), S_OK);
+    EXPECT_EQ(result_.boolVal, VARIANT_TRUE) << way.vt;
+  }
+  SysReAllocString(&text.bstrVal, L"1234");
+  const Passed<ReadByRef<String>> read(&text.bstrVal);
+  text.bstrVal[0] = L'?';
+  EXPECT_EQ(read.value(), L"1234");
   EXPECT_EQ(sample_.factor, 0) << "a member was called";
   EXPECT_EQ(sample_.text, L"unnamed");
 }
