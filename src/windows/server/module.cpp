@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <new>
 
 // Where the linker has put the module.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -50,9 +51,12 @@ std::shared_ptr<Runtime> Runtime::Get() {
 
 ComPtr<ITypeInfo> FindTypeInfo(REFGUID id) {
   const std::lock_guard lock(type_library_mutex);
-  if (!type_library) LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, type_library.Receive());
   ComPtr<ITypeInfo> info;
-  if (type_library) type_library->GetTypeInfoOfGuid(id, info.Receive());
+  try {
+    if (!type_library) LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, type_library.Receive());
+    if (type_library) type_library->GetTypeInfoOfGuid(id, info.Receive());
+  } catch (const std::bad_alloc&) {  // none, then
+  }
   return info;
 }
 
