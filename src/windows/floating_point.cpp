@@ -30,6 +30,7 @@ __attribute__((no_stack_protector)) FloatingPoint::FloatingPoint()
 }
 
 __attribute__((no_stack_protector)) FloatingPoint::~FloatingPoint() {
+  Establish();
   if ((Status() ^ status_) & kNoted) {
     std::uint32_t environment[7];
     asm volatile("fnstenv %0" : "=m"(environment));
@@ -45,7 +46,8 @@ __attribute__((no_stack_protector)) FloatingPoint::~FloatingPoint() {
 __attribute__((no_stack_protector)) void FloatingPoint::Establish() {
   std::uint16_t control;
   asm volatile("fnstcw %0" : "=m"(control));
-  if (control != kControl) asm volatile("fldcw %0" : : "m"(kControl));
+  // What they have left to be raised would be now. The host's own comes back at the end.
+  if (control != kControl) asm volatile("fnclex\n\tfldcw %0" : : "m"(kControl));
   _mm_setcsr(kSse);
 }
 

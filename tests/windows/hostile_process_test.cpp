@@ -10,16 +10,21 @@
 #include <gtest/gtest.h>
 #include <xmmintrin.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/holdings.h"
 #include "frame/text.h"
+#include "tests/windows/hasty_user.h"
 
 namespace ard::windows {
 namespace {
@@ -148,6 +153,8 @@ Units Read() {
 
 void Set(const Units& wanted) {
   asm volatile("fnclex\n\tfldcw %0" : : "m"(wanted.control));
+  float inexact;
+  if (wanted.noted) asm volatile("fldpi\n\tfstps %0" : "=m"(inexact));
   _mm_setcsr(wanted.sse);
 }
 
@@ -158,8 +165,8 @@ constexpr Units kHosts[] = {
     {0x1372, 0x1900},           // invalid operations, divisions by zero and overflow are raised
     {0x0340, 0x0000},           // everything is
     {0x007F, 0x1F80 | 0x8040},  // 24 bits; nothing small
-    {0x0A7F, 0x1F80 | 0x6000},  // rounded up; towards zero
-    {0x0740, 0x2000},           // rounded down, and everything is raised
+    {0x0A7F, 0x1F80 | 0x6000, 0x20},  // rounded up, which is noted; towards zero
+    {0x0740, 0x2000},                 // rounded down, and everything is raised
 };
 
 constexpr double kSignaling = std::numeric_limits<double>::signaling_NaN();
@@ -214,39 +221,159 @@ TEST(FloatingPoint, IsWindowsOwnInsideAndTheHostsOutside) {
   }
 }
 
-// An engine that notes how it finds the units; its operations leave them as they should not be.
-class Meddler : public ForeignObject {
+// The simulated engine behind objects that note how they find the units, and leave them as they
+// should not be: so that everything is raised, and something to be raised at once.
+class Meddler final : public ForeignObject {
  public:
-  std::vector<Units> seen;
+  Meddler(ComPtr<IDispatch> object, std::vector<Units>& seen)
+      : object_(std::move(object)), seen_(seen) {}
 
   ULONG STDMETHODCALLTYPE Release() override {
     Note();
-    return ForeignObject::Release();
+    const ULONG left = ForeignObject::Release();
+    if (left == 0) delete this;
+    Meddle();
+    return left;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
-                                   EXCEPINFO*, UINT*) override {
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override {
     Note();
-    if (result) *result = Variant(this).Detach();
-    Set(kHosts[3]);
-    return S_OK;
+    const HRESULT outcome = object_->GetIDsOfNames(iid, names, count, locale, ids);
+    Meddle();
+    return outcome;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* failed) override {
+    Note();
+    const HRESULT outcome =
+        object_->Invoke(id, iid, locale, flags, parameters, result, exception, failed);
+    if (result && result->vt == VT_DISPATCH) {
+      result->pdispVal = new Meddler(ComPtr<IDispatch>::Adopt(result->pdispVal), seen_);
+    }
+    Meddle();
+    return outcome;
   }
 
  private:
-  void Note() { seen.push_back({Read().control, _mm_getcsr() & ~_MM_EXCEPT_MASK}); }
+  void Note() {
+    seen_.push_back({Read().control, _mm_getcsr() & ~_MM_EXCEPT_MASK});
+    Set(kWindows);
+  }
+  static void Meddle() {
+    Set(kHosts[5]);
+    asm volatile("fldcw %0" : : "m"(kHosts[3].control));
+    _mm_setcsr(kHosts[3].sse);
+  }
+
+  const ComPtr<IDispatch> object_;
+  std::vector<Units>& seen_;
 };
+
+BOOL CALLBACK PressEnd(HWND control, LPARAM) {
+  return PostMessageW(control, WM_KEYDOWN, VK_END, 0);
+}
+
+// A window of the host's, which changes them with each message. Its user goes to the end of the
+// list that comes up instead.
+LRESULT CALLBACK MeddlingWindow(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  const LRESULT answer = DefWindowProcW(window, message, wparam, lparam);
+  if (message == WM_ACTIVATE && wparam == WA_INACTIVE) {
+    PostMessageW(window, WM_NULL, 0, 0);
+    EnumChildWindows(reinterpret_cast<HWND>(lparam), PressEnd, 0);
+  }
+  Set(kHosts[5]);
+  return answer;
+}
 
 TEST(FloatingPoint, IsWindowsOwnForTheEngine) {
   const Dll library(LibraryPath());
-  Meddler engine;
+  const LateBound engine(CreateObject(L"ArdSimulator.Engine"));
+  ASSERT_NE(engine.Ask(L"Open", company_folder).vt, VT_ERROR);
+  const ScopedVariant workspace = engine.Ask(L"Workspace");
+  std::vector<Units> seen;
   auto customers = Create<_Customers>(library, CLSID_Customers);
-  Bstr name;
-  In(kHosts[5], [&] { return customers->putref_ArdWorkspace(&engine); });
-  In(kHosts[5], [&] { return customers->GetName(Bstr(L"A").get(), name.Receive()); });
-  In(kHosts[5], [&] { return customers->putref_ArdWorkspace(&engine); });
-  const std::size_t before = engine.seen.size();
+  ComPtr<IDispatch> meddler =
+      ComPtr<IDispatch>::Adopt(new Meddler(As<IDispatch>(workspace.pdispVal), seen));
+  for (int i = 0; i < 2; ++i) {
+    In(kHosts[5], [&] { return customers->putref_ArdWorkspace(meddler.get()); });
+  }
+  double percent = 0;
+  In(kHosts[5], [&] {
+    return customers->GetDiscPercent(Bstr(L"SMI001").get(), Bstr(L"BOLT-M6X60").get(), 3, 333.4,
+                                     &percent);
+  });
+  EXPECT_EQ(percent, 12.5);
+  const HWND window = CreateWindowW(WC_DIALOG, L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
+                                    200, nullptr, nullptr, nullptr, nullptr);
+  SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(MeddlingWindow));
+  Bstr picked;
+  {
+    const HastyUser user;
+    In(kHosts[5], [&] { return customers->FastList(picked.Receive()); });
+  }
+  DestroyWindow(window);
+  EXPECT_EQ(picked.view(), L"ZOO001");
+  const std::size_t before = seen.size();
   In(kHosts[5], [&] { return customers = {}, true; });
-  EXPECT_GT(engine.seen.size(), before);
-  EXPECT_EQ(engine.seen, std::vector<Units>(engine.seen.size(), kWindows));
+  ASSERT_GT(seen.size(), before);
+  seen.resize(before + 1);  // the next is the same object's
+  EXPECT_EQ(seen, std::vector<Units>(seen.size(), kWindows));
+  meddler = {};
+  Set(kWindows);
+}
+
+// ---- Memory that runs out ----
+
+// So many allocations of the library's succeed.
+int allocations_left = std::numeric_limits<int>::max();
+void* Allocate(std::size_t size) { return allocations_left-- > 0 ? std::malloc(size) : nullptr; }
+
+// Has a module take `replacement` in place of a function that it imports.
+void Replace(HMODULE module, FARPROC function, void* replacement) {
+  char* const base = reinterpret_cast<char*>(module);
+  const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(
+      base + reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
+  const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
+  void** const first = reinterpret_cast<void**>(base + table.VirtualAddress);
+  DWORD protection = 0;
+  VirtualProtect(first, table.Size, PAGE_READWRITE, &protection);
+  std::replace(first, first + table.Size / sizeof *first, reinterpret_cast<void*>(function),
+               replacement);
+}
+
+TEST(Memory, MayRunOut) {
+  const Dll library(LibraryPath());
+  Replace(GetModuleHandleW(LibraryPath().c_str()),
+          GetProcAddress(GetModuleHandleW(L"msvcrt"), "malloc"),
+          reinterpret_cast<void*>(&Allocate));
+  const ComPtr<IClassFactory> factory = library.Factory(CLSID_Customers);
+  const auto customers = Create<_Customers>(library, CLSID_Customers);
+  const std::pair<HRESULT, std::function<HRESULT(void**)>> cases[] = {
+      {E_OUTOFMEMORY,
+       [&](void** out) {
+         return library.Call<REFCLSID, REFIID, void**>("DllGetClassObject", CLSID_Bank,
+                                                       IID_IClassFactory, out);
+       }},
+      {E_OUTOFMEMORY,
+       [&](void** out) { return factory->CreateInstance(nullptr, IID_IUnknown, out); }},
+      {TYPE_E_CANTLOADLIBRARY,
+       [&](void** out) {
+         return customers->GetTypeInfo(0, 0, reinterpret_cast<ITypeInfo**>(out));
+       }},
+  };
+  for (const auto& [status, call] : cases) {
+    HRESULT outcome = status;
+    int left = 0;
+    for (; outcome == status; ++left) {
+      ComPtr<IUnknown> out;
+      allocations_left = left;
+      outcome = call(reinterpret_cast<void**>(out.Receive()));
+      allocations_left = std::numeric_limits<int>::max();
+    }
+    EXPECT_EQ(outcome, S_OK) << &status;
+    EXPECT_GT(left, 1) << "it needed none";
+  }
 }
 
 // ---- What a guest says of itself ----

@@ -11,12 +11,16 @@
 #include <string>
 #include <string_view>
 
+#include "windows/floating_point.h"
+
 namespace ard::windows {
 
 // Runs `action`, the reaction to a message. An exception (the machine is out of memory) must not
-// reach the system: the message then counts as dealt with, as if nothing had happened.
+// reach the system: the message then counts as dealt with, as if nothing had happened. Windows of
+// the host's may have been told something before, and have changed the floating-point environment.
 template <class Action>
 std::optional<LRESULT> WithoutExceptions(Action&& action) noexcept {
+  FloatingPoint::Establish();
   try {
     return action();
   } catch (...) {

@@ -10,6 +10,7 @@
 
 #include "windows/dialogs/activation_context.h"
 #include "windows/dialogs/paged_list.h"
+#include "windows/floating_point.h"
 
 namespace ard::windows {
 
@@ -230,6 +231,7 @@ void ModalWindow::AnswerPending() {
     }
     Deal(message);
   }
+  FloatingPoint::Establish();
 }
 
 void ModalWindow::Deal(MSG& message) {

@@ -15,9 +15,17 @@ void Store(VARIANT& argument, const ScopedVariant& value) {
   if (FAILED(result)) throw SystemError(result);
 }
 
+LateBound::~LateBound() {
+  if (!object_) return;
+  object_ = {};
+  FloatingPoint::Establish();
+}
+
 HRESULT LateBound::TryToLookUp(const wchar_t* name, DISPID& id) const {
   auto* text = const_cast<LPOLESTR>(name);
-  return object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);
+  const HRESULT outcome = object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);
+  FloatingPoint::Establish();
+  return outcome;
 }
 
 DISPID LateBound::LookUp(const wchar_t* name) const {
@@ -46,7 +54,10 @@ void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* r
   const HRESULT outcome = TryToInvoke(id, flags, parameters, result, info);
   if (SUCCEEDED(outcome)) return;
   if (outcome != DISP_E_EXCEPTION) throw SystemError(outcome);
-  if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
+  if (info.pfnDeferredFillIn) {
+    info.pfnDeferredFillIn(&info);
+    FloatingPoint::Establish();
+  }
   if (info.scode == 0 && info.wCode == 0) info.scode = outcome;  // it tells no number
   const std::int32_t code = info.scode != 0 ? static_cast<std::int32_t>(info.scode) : info.wCode;
   const UINT length = info.bstrDescription ? SysStringLen(info.bstrDescription) : 0;

@@ -129,6 +129,11 @@ class ArgumentList : public DISPPARAMS {
 class LateBound {
  public:
   explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+  LateBound(const LateBound&) = default;
+  LateBound(LateBound&&) = default;
+  LateBound& operator=(const LateBound&) = default;
+  LateBound& operator=(LateBound&&) = default;
+  ~LateBound();
 
   // Calls a member that has a result.
   template <class... Arguments>
@@ -159,9 +164,7 @@ class LateBound {
     ExceptionInfo exception;
     const HRESULT outcome =
         TryToInvoke(id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, &result, exception);
-    const bool is_object = result.vt == VT_DISPATCH || result.vt == VT_UNKNOWN;
-    if (FAILED(outcome) || !is_object || !result.punkVal) return {};
-    return ToDispatch(std::move(result));
+    return SUCCEEDED(outcome) ? ObjectIn(std::move(result)) : ComPtr<IDispatch>();
   }
 
   // Calls a member that has none.

@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
+
+#include "windows/floating_point.h"
 
 namespace ard::windows {
 namespace {
@@ -17,9 +20,11 @@ ScopedVariant Dereferenced(const VARIANT& reference) {
   return content;
 }
 
+// Null when it is none of automation's.
 ComPtr<IDispatch> QueryDispatch(IUnknown* object) {
   void* dispatch = nullptr;
-  if (!object || FAILED(object->QueryInterface(IID_IDispatch, &dispatch))) ThrowTypeMismatch();
+  if (!object || FAILED(object->QueryInterface(IID_IDispatch, &dispatch))) dispatch = nullptr;
+  FloatingPoint::Establish();
   return ComPtr<IDispatch>::Adopt(static_cast<IDispatch*>(dispatch));
 }
 
@@ -132,8 +137,11 @@ Value FromVariant(const VARIANT& variant) {
       return View(variant.bstrVal);
     case VT_DISPATCH:
       return ObjectValue(ComPtr<IDispatch>(variant.pdispVal));
-    case VT_UNKNOWN:
-      return variant.punkVal ? ObjectValue(QueryDispatch(variant.punkVal)) : ObjectValue({});
+    case VT_UNKNOWN: {
+      ComPtr<IDispatch> object = QueryDispatch(variant.punkVal);
+      if (variant.punkVal && !object) ThrowTypeMismatch();
+      return ObjectValue(std::move(object));
+    }
     default:
       break;
   }
@@ -149,13 +157,18 @@ ScopedVariant ToVariant(const Value& value) {
   return result;
 }
 
-ComPtr<IDispatch> ToDispatch(ScopedVariant variant) {
-  if (variant.vt == VT_DISPATCH && variant.pdispVal) {
-    return ComPtr<IDispatch>::Adopt(variant.Detach().pdispVal);
-  }
+ComPtr<IDispatch> ObjectIn(ScopedVariant variant) {
+  if (variant.vt == VT_DISPATCH) return ComPtr<IDispatch>::Adopt(variant.Detach().pdispVal);
   if (variant.vt == VT_UNKNOWN) return QueryDispatch(variant.punkVal);
-  if (variant.vt & VT_BYREF) return ToDispatch(Dereferenced(variant));
-  ThrowTypeMismatch();
+  ScopedVariant content;
+  const bool refers = (variant.vt & VT_BYREF) && SUCCEEDED(VariantCopyInd(&content, &variant));
+  return refers ? ObjectIn(std::move(content)) : ComPtr<IDispatch>();
+}
+
+ComPtr<IDispatch> ToDispatch(ScopedVariant variant) {
+  ComPtr<IDispatch> object = ObjectIn(std::move(variant));
+  if (!object) ThrowTypeMismatch();
+  return object;
 }
 
 }  // namespace ard::windows

@@ -15,6 +15,7 @@
 #include "windows/dialogs/progress_window.h"
 #include "windows/dialogs/select_window.h"
 #include "windows/dialogs/user_list_window.h"
+#include "windows/floating_point.h"
 #include "windows/machine/ansi.h"
 #include "windows/machine/files.h"
 #include "windows/machine/ini_file.h"
@@ -62,8 +63,10 @@ Choice WindowsEnvironment::AskWhatToDo(std::wstring_view text, std::wstring_view
 int WindowsEnvironment::ShowBox(UINT kind, std::wstring_view text, std::wstring_view title) {
   const ActivationContext visual_styles(module_);
   const HWND owner = GetActiveWindow();
-  return MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(),
-                     kind | (owner ? 0 : MB_TASKMODAL));
+  const int answer = MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(),
+                                 kind | (owner ? 0 : MB_TASKMODAL));
+  FloatingPoint::Establish();  // the host's windows have had their messages, too
+  return answer;
 }
 
 std::wstring WindowsEnvironment::InputBox(std::wstring_view prompt, std::wstring_view title) {
@@ -111,6 +114,7 @@ std::unique_ptr<ProgressDisplay> WindowsEnvironment::ShowProgress(std::wstring_v
 void WindowsEnvironment::Run(ModalWindow& window) {
   window.Run(module_);
   RunPendingMessages();
+  FloatingPoint::Establish();
 }
 
 std::wstring WindowsEnvironment::GetSetting(std::wstring_view application,

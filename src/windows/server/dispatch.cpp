@@ -213,8 +213,10 @@ HRESULT AccessProperty(IDispatch* object, const wchar_t* name, LCID locale, VARI
   if (FAILED(status)) return status;
   DISPID put = DISPID_PROPERTYPUT;
   DISPPARAMS parameters = {value, value ? &put : nullptr, value ? 1u : 0u, value ? 1u : 0u};
-  return object->Invoke(id, IID_NULL, locale, value ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYGET,
-                        &parameters, result, nullptr, nullptr);
+  status = object->Invoke(id, IID_NULL, locale, value ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYGET,
+                          &parameters, result, nullptr, nullptr);
+  FloatingPoint::Establish();
+  return status;
 }
 
 // Where an object that a script can add properties to holds an output. Others, such as fields of a
