@@ -30,7 +30,6 @@ __attribute__((no_stack_protector)) FloatingPoint::FloatingPoint()
 }
 
 __attribute__((no_stack_protector)) FloatingPoint::~FloatingPoint() {
-  Establish();
   if ((Status() ^ status_) & kNoted) {
     std::uint32_t environment[7];
     asm volatile("fnstenv %0" : "=m"(environment));
@@ -48,7 +47,9 @@ __attribute__((no_stack_protector)) void FloatingPoint::Establish() {
   asm volatile("fnstcw %0" : "=m"(control));
   // What they have left to be raised would be now. The host's own comes back at the end.
   if (control != kControl) asm volatile("fnclex\n\tfldcw %0" : : "m"(kControl));
-  _mm_setcsr(kSse);
+  EstablishArithmetic();
 }
+
+__attribute__((no_stack_protector)) void FloatingPoint::EstablishArithmetic() { _mm_setcsr(kSse); }
 
 }  // namespace ard::windows

@@ -19,6 +19,9 @@ class FloatingPoint {
 
   // After someone else's code, which may have changed it.
   static void Establish();
+  // The same for the newer unit alone, which the library calculates with, where asking the older
+  // one would cost too much: after a release.
+  static void EstablishArithmetic();
 
  private:
   // Of the older unit, and of the newer one.

@@ -232,7 +232,7 @@ class Meddler final : public ForeignObject {
     Note();
     const ULONG left = ForeignObject::Release();
     if (left == 0) delete this;
-    Meddle();
+    _mm_setcsr(kHosts[3].sse);
     return left;
   }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,

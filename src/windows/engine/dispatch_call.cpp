@@ -17,8 +17,8 @@ void Store(VARIANT& argument, const ScopedVariant& value) {
 
 LateBound::~LateBound() {
   if (!object_) return;
-  object_ = {};
-  FloatingPoint::Establish();
+  object_.Detach()->Release();
+  FloatingPoint::EstablishArithmetic();
 }
 
 HRESULT LateBound::TryToLookUp(const wchar_t* name, DISPID& id) const {
