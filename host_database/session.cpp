@@ -200,6 +200,15 @@ Value ReadInteger(Statement& statement, SQLUSMALLINT column) {
   return statement.Get(column, SQL_C_SLONG, content) ? Value(std::int32_t{content}) : Null();
 }
 
+// One with more digits than the text of a double, such as a key, is its text.
+Value ReadLong(Statement& statement, SQLUSMALLINT column) {
+  SQLBIGINT content = 0;
+  if (!statement.Get(column, SQL_C_SBIGINT, content)) return Null();
+  constexpr double kFirstTooLong = 1e15;
+  const auto number = static_cast<double>(content);
+  return std::fabs(number) < kFirstTooLong ? Value(number) : Value(std::to_wstring(content));
+}
+
 Value ReadDouble(Statement& statement, SQLUSMALLINT column) {
   double content = 0;
   return statement.Get(column, SQL_C_DOUBLE, content) ? Value(content) : Null();
@@ -239,7 +248,7 @@ constexpr ColumnType kOtherType = {SQL_VARCHAR, 202, ReadText};
 constexpr ColumnType kColumnTypes[] = {
     {SQL_BIT, 11, ReadBoolean},          {SQL_TINYINT, 17, ReadInteger},
     {SQL_SMALLINT, 2, ReadInteger},      {SQL_INTEGER, 3, ReadInteger},
-    {SQL_BIGINT, 20, ReadDouble},        {SQL_REAL, 4, ReadDouble},
+    {SQL_BIGINT, 20, ReadLong},          {SQL_REAL, 4, ReadDouble},
     {SQL_FLOAT, 5, ReadDouble},          {SQL_DOUBLE, 5, ReadDouble},
     {SQL_NUMERIC, 131, ReadDouble},      {SQL_DECIMAL, 131, ReadDouble},
     {SQL_TYPE_DATE, 133, ReadDate},      {SQL_TYPE_TIME, 134, ReadTime},
