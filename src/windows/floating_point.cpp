@@ -1,12 +1,9 @@
 #include "windows/floating_point.h"
 
-#include <xmmintrin.h>
-
 namespace ard::windows {
 namespace {
 
 constexpr std::uint16_t kControl = 0x027F;
-constexpr std::uint32_t kSse = 0x1F80;
 // In the older unit's status: the exceptions that it has noted, and that its next operation raises
 // one.
 constexpr std::uint32_t kNoted = 0x3F;
@@ -49,7 +46,5 @@ __attribute__((no_stack_protector)) void FloatingPoint::Establish() {
   if (control != kControl) asm volatile("fnclex\n\tfldcw %0" : : "m"(kControl));
   EstablishArithmetic();
 }
-
-__attribute__((no_stack_protector)) void FloatingPoint::EstablishArithmetic() { _mm_setcsr(kSse); }
 
 }  // namespace ard::windows

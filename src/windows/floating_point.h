@@ -2,6 +2,8 @@
 #ifndef ARD_WINDOWS_FLOATING_POINT_H_
 #define ARD_WINDOWS_FLOATING_POINT_H_
 
+#include <xmmintrin.h>
+
 #include <cstdint>
 
 namespace ard::windows {
@@ -21,9 +23,11 @@ class FloatingPoint {
   static void Establish();
   // The same for the newer unit alone, which the library calculates with, where asking the older
   // one would cost too much: after a release.
-  static void EstablishArithmetic();
+  static void EstablishArithmetic() { _mm_setcsr(kSse); }
 
  private:
+  static constexpr std::uint32_t kSse = 0x1F80;
+
   // Of the older unit, and of the newer one.
   std::uint16_t control_;
   std::uint16_t status_;

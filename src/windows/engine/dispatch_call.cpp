@@ -15,12 +15,6 @@ void Store(VARIANT& argument, const ScopedVariant& value) {
   if (FAILED(result)) throw SystemError(result);
 }
 
-LateBound::~LateBound() {
-  if (!object_) return;
-  object_.Detach()->Release();
-  FloatingPoint::EstablishArithmetic();
-}
-
 HRESULT LateBound::TryToLookUp(const wchar_t* name, DISPID& id) const {
   auto* text = const_cast<LPOLESTR>(name);
   const HRESULT outcome = object_->GetIDsOfNames(IID_NULL, &text, 1, kLocale, &id);

@@ -13,6 +13,7 @@
 
 #include "engine/seam.h"
 #include "windows/engine/variant.h"
+#include "windows/floating_point.h"
 
 namespace ard::windows {
 
@@ -133,7 +134,11 @@ class LateBound {
   LateBound(LateBound&&) = default;
   LateBound& operator=(const LateBound&) = default;
   LateBound& operator=(LateBound&&) = default;
-  ~LateBound();
+  ~LateBound() {
+    if (!object_) return;
+    object_ = {};
+    FloatingPoint::EstablishArithmetic();
+  }
 
   // Calls a member that has a result.
   template <class... Arguments>
