@@ -23,7 +23,11 @@ class FloatingPoint {
   static void Establish();
   // The same for the newer unit alone, which the library calculates with, where asking the older
   // one would cost too much: after a release.
-  static void EstablishArithmetic() { _mm_setcsr(kSse); }
+  // It is asked first: to set it makes what moves texts next wait.
+  static void EstablishArithmetic() {
+    constexpr std::uint32_t kNoted = 0x3F;
+    if ((_mm_getcsr() & ~kNoted) != kSse) _mm_setcsr(kSse);
+  }
 
  private:
   static constexpr std::uint32_t kSse = 0x1F80;

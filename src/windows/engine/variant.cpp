@@ -157,7 +157,7 @@ ScopedVariant ToVariant(const Value& value) {
   return result;
 }
 
-ComPtr<IDispatch> ObjectIn(ScopedVariant variant) {
+ComPtr<IDispatch> ObjectIn(ScopedVariant&& variant) {
   if (variant.vt == VT_DISPATCH) return ComPtr<IDispatch>::Adopt(variant.Detach().pdispVal);
   if (variant.vt == VT_UNKNOWN) return QueryDispatch(variant.punkVal);
   ScopedVariant content;
@@ -165,7 +165,7 @@ ComPtr<IDispatch> ObjectIn(ScopedVariant variant) {
   return refers ? ObjectIn(std::move(content)) : ComPtr<IDispatch>();
 }
 
-ComPtr<IDispatch> ToDispatch(ScopedVariant variant) {
+ComPtr<IDispatch> ToDispatch(ScopedVariant&& variant) {
   ComPtr<IDispatch> object = ObjectIn(std::move(variant));
   if (!object) ThrowTypeMismatch();
   return object;

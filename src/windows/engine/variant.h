@@ -29,8 +29,8 @@ ScopedVariant ToVariant(const Value& value);
 
 // Takes the object that a variant holds, directly or by reference, out of it; null when it is
 // Nothing, or no automation object. ToDispatch throws Error (type mismatch) then.
-ComPtr<IDispatch> ObjectIn(ScopedVariant variant);
-ComPtr<IDispatch> ToDispatch(ScopedVariant variant);
+ComPtr<IDispatch> ObjectIn(ScopedVariant&& variant);
+ComPtr<IDispatch> ToDispatch(ScopedVariant&& variant);
 
 }  // namespace ard::windows
 
