@@ -10,7 +10,6 @@
 #include <memory>
 #include <string>
 
-#include "frame/error.h"
 #include "frame/text.h"
 
 namespace ard::benchmarks {

@@ -4,9 +4,7 @@ namespace ard::windows {
 namespace {
 
 constexpr std::uint16_t kControl = 0x027F;
-// In the older unit's status: the exceptions that it has noted, and that its next operation raises
-// one.
-constexpr std::uint32_t kNoted = 0x3F;
+// In the older unit's status: its next operation raises an exception.
 constexpr std::uint32_t kPending = 0x80;
 
 std::uint16_t Status() {
@@ -40,11 +38,15 @@ __attribute__((no_stack_protector)) FloatingPoint::~FloatingPoint() {
 // The older unit is asked first, because the processor waits when it is set; to set the newer one
 // takes less time than to ask it.
 __attribute__((no_stack_protector)) void FloatingPoint::Establish() {
+  EstablishOlderUnit();
+  _mm_setcsr(kSse);
+}
+
+__attribute__((no_stack_protector)) void FloatingPoint::EstablishOlderUnit() {
   std::uint16_t control;
   asm volatile("fnstcw %0" : "=m"(control));
   // What they have left to be raised would be now. The host's own comes back at the end.
   if (control != kControl) asm volatile("fnclex\n\tfldcw %0" : : "m"(kControl));
-  EstablishArithmetic();
 }
 
 }  // namespace ard::windows

@@ -25,12 +25,15 @@ class FloatingPoint {
   // one would cost too much: after a release.
   // It is asked first: to set it makes what moves texts next wait.
   static void EstablishArithmetic() {
-    constexpr std::uint32_t kNoted = 0x3F;
     if ((_mm_getcsr() & ~kNoted) != kSse) _mm_setcsr(kSse);
   }
 
  private:
+  static void EstablishOlderUnit();
+
   static constexpr std::uint32_t kSse = 0x1F80;
+  // In either unit's status: the exceptions that it has noted.
+  static constexpr std::uint32_t kNoted = 0x3F;
 
   // Of the older unit, and of the newer one.
   std::uint16_t control_;
