@@ -3,7 +3,8 @@
 namespace ard::windows {
 namespace {
 
-constexpr std::uint16_t kControl = 0x027F;
+// In either unit's status: the exceptions that it has noted.
+constexpr std::uint32_t kNoted = 0x3F;
 // In the older unit's status: its next operation raises an exception.
 constexpr std::uint32_t kPending = 0x80;
 
@@ -17,8 +18,8 @@ std::uint16_t Status() {
 
 // Without guards on their stacks, of which only the instructions write: every call of a host passes
 // here.
-__attribute__((no_stack_protector)) FloatingPoint::FloatingPoint()
-    : status_(Status()), sse_(_mm_getcsr()) {
+__attribute__((no_stack_protector)) FloatingPoint::FloatingPoint() : status_(Status()) {
+  asm volatile("stmxcsr %0" : "=m"(sse_));
   asm volatile("fnstcw %0" : "=m"(control_));
   if (status_ & kPending) asm volatile("fnclex");
   Establish();
@@ -32,21 +33,7 @@ __attribute__((no_stack_protector)) FloatingPoint::~FloatingPoint() {
     asm volatile("fldenv %0" : : "m"(environment));
   }
   asm volatile("fldcw %0" : : "m"(control_));
-  _mm_setcsr(sse_);
-}
-
-// The older unit is asked first, because the processor waits when it is set; to set the newer one
-// takes less time than to ask it.
-__attribute__((no_stack_protector)) void FloatingPoint::Establish() {
-  EstablishOlderUnit();
-  _mm_setcsr(kSse);
-}
-
-__attribute__((no_stack_protector)) void FloatingPoint::EstablishOlderUnit() {
-  std::uint16_t control;
-  asm volatile("fnstcw %0" : "=m"(control));
-  // What they have left to be raised would be now. The host's own comes back at the end.
-  if (control != kControl) asm volatile("fnclex\n\tfldcw %0" : : "m"(kControl));
+  asm volatile("ldmxcsr %0" : : "m"(sse_));
 }
 
 }  // namespace ard::windows

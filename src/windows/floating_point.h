@@ -2,8 +2,6 @@
 #ifndef ARD_WINDOWS_FLOATING_POINT_H_
 #define ARD_WINDOWS_FLOATING_POINT_H_
 
-#include <xmmintrin.h>
-
 #include <cstdint>
 
 namespace ard::windows {
@@ -19,21 +17,19 @@ class FloatingPoint {
   FloatingPoint& operator=(const FloatingPoint&) = delete;
   ~FloatingPoint();
 
-  // After someone else's code, which may have changed it.
-  static void Establish();
-  // The same for the newer unit alone, which the library calculates with, where asking the older
-  // one would cost too much: after a release.
-  // It is asked first: to set it makes what moves texts next wait.
-  static void EstablishArithmetic() {
-    if ((_mm_getcsr() & ~kNoted) != kSse) _mm_setcsr(kSse);
+  // After someone else's code, which may have changed it. The older unit is asked, for the
+  // processor waits when it is set; the newer one is set, for it waits when that is asked.
+  static void Establish() {
+    std::uint16_t control;
+    asm volatile("fnstcw %0" : "=m"(control));
+    // What they have left to be raised would be now. The host's own comes back at the end.
+    if (control != kControl) asm volatile("fnclex\n\tfldcw %0" : : "m"(kControl));
+    asm volatile("ldmxcsr %0" : : "m"(kSse));
   }
 
  private:
-  static void EstablishOlderUnit();
-
+  static constexpr std::uint16_t kControl = 0x027F;
   static constexpr std::uint32_t kSse = 0x1F80;
-  // In either unit's status: the exceptions that it has noted.
-  static constexpr std::uint32_t kNoted = 0x3F;
 
   // Of the older unit, and of the newer one.
   std::uint16_t control_;

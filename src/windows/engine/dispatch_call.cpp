@@ -43,10 +43,8 @@ HRESULT LateBound::TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VA
   return outcome;
 }
 
-void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const {
-  ExceptionInfo info;
-  const HRESULT outcome = TryToInvoke(id, flags, parameters, result, info);
-  if (SUCCEEDED(outcome)) return;
+// In its own words, or else in the system's.
+void LateBound::ThrowFailure(HRESULT outcome, ExceptionInfo& info) {
   if (outcome != DISP_E_EXCEPTION) throw SystemError(outcome);
   if (info.pfnDeferredFillIn) {
     info.pfnDeferredFillIn(&info);
@@ -57,6 +55,13 @@ void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* r
   const UINT length = info.bstrDescription ? SysStringLen(info.bstrDescription) : 0;
   if (length == 0 && info.scode != 0) throw SystemError(code);
   throw Error(code, std::wstring(length ? info.bstrDescription : L"", length));
+}
+
+__attribute__((flatten)) void LateBound::Invoke(DISPID id, WORD flags, DISPPARAMS& parameters,
+                                                VARIANT* result) const {
+  ExceptionInfo info;
+  const HRESULT outcome = TryToInvoke(id, flags, parameters, result, info);
+  if (FAILED(outcome)) ThrowFailure(outcome, info);
 }
 
 }  // namespace ard::windows

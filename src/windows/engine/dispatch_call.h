@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -57,6 +58,24 @@ struct KnownName {
   BSTR& kept;
 };
 
+// Each step of a call passes some names: they are looked at by words of four letters, the last of
+// which reaches back into the one before.
+inline constexpr std::size_t kWord = 4;
+inline std::uint64_t WordAt(const wchar_t* letters) {
+  std::uint64_t word;
+  std::memcpy(&word, letters, sizeof(word));
+  return word;
+}
+inline bool IsSame(std::wstring_view a, std::wstring_view b) {
+  if (a.size() != b.size()) return false;
+  if (a.size() < kWord) return a == b;
+  const std::size_t last = a.size() - kWord;
+  for (std::size_t i = 0; i < last; i += kWord) {
+    if (WordAt(&a[i]) != WordAt(&b[i])) return false;
+  }
+  return WordAt(&a[last]) == WordAt(&b[last]);
+}
+
 // The texts of such names, as automation's, which are dear to make and to free. One that is passed
 // is the call's own while it lasts; what the server has left of it is kept for the next.
 class KnownNames {
@@ -68,22 +87,34 @@ class KnownNames {
     for (const BSTR text : texts_) SysFreeString(text);
   }
 
-  KnownName Find(std::wstring_view name) {
-    std::size_t place = 0;  // every letter counts: T1_RATE, T2_RATE
-    for (const wchar_t letter : name) place = place * 33 + letter;
-    return {name, texts_[place % kPlaces]};
-  }
+  KnownName Find(std::wstring_view name) { return {name, texts_[Place(name)]}; }
 
  private:
   // As many as let the names of one call mostly have places of their own.
-  static constexpr std::size_t kPlaces = 128;
+  static constexpr int kPlaceBits = 7;
 
-  std::array<BSTR, kPlaces> texts_{};
+  // Every letter counts: T1_RATE, T2_RATE.
+  static std::size_t Place(std::wstring_view name) {
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
+    std::uint64_t place = 0;
+    if (name.size() < kWord) {
+      for (const wchar_t letter : name) place = place << 16 | letter;
+    } else {
+      const wchar_t* const last = name.data() + name.size() - kWord;
+      for (const wchar_t* at = name.data(); at < last; at += kWord) {
+        place = (place ^ WordAt(at)) * kSpread;
+      }
+      place ^= WordAt(last);
+    }
+    return static_cast<std::size_t>(place * kSpread >> (64 - kPlaceBits));
+  }
+
+  std::array<BSTR, 1 << kPlaceBits> texts_{};
 };
 
 inline void Store(VARIANT& argument, const KnownName& known) {
   BSTR text = std::exchange(known.kept, nullptr);
-  if (!text || View(text) != known.name) {
+  if (!text || !IsSame(View(text), known.name)) {
     SysFreeString(text);
     text = NewBstr(known.name);
   }
@@ -137,7 +168,7 @@ class LateBound {
   ~LateBound() {
     if (!object_) return;
     object_ = {};
-    FloatingPoint::EstablishArithmetic();
+    FloatingPoint::Establish();
   }
 
   // Calls a member that has a result.
@@ -159,7 +190,10 @@ class LateBound {
   }
   std::wstring AskText(DISPID id) const { return FromVariant(Ask(id)).ToText(); }
   ComPtr<IDispatch> AskObject(DISPID id, const auto&... arguments) const {
-    return ToDispatch(Ask(id, arguments...));
+    ScopedVariant answer = Ask(id, arguments...);
+    if (answer.vt != VT_DISPATCH || !answer.pdispVal) return ToDispatch(std::move(answer));
+    answer.vt = VT_EMPTY;
+    return ComPtr<IDispatch>::Adopt(answer.pdispVal);
   }
 
   // The object that a member gives; null when it gives none, or fails.
@@ -197,16 +231,16 @@ class LateBound {
   struct ExceptionInfo : EXCEPINFO {
     ExceptionInfo() : EXCEPINFO{} {}
     ~ExceptionInfo() {
-      for (const BSTR text : {bstrSource, bstrDescription, bstrHelpFile}) {
-        if (text)
-          SysFreeString(text);  // most calls tell nothing, and pay for no call of the system
-      }
+      // Most calls tell nothing, and pay for no call of the system.
+      if (!bstrSource && !bstrDescription && !bstrHelpFile) return;
+      for (const BSTR text : {bstrSource, bstrDescription, bstrHelpFile}) SysFreeString(text);
     }
   };
 
   HRESULT TryToLookUp(const wchar_t* name, DISPID& id) const;
   HRESULT TryToInvoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result,
                       ExceptionInfo& exception) const;
+  [[noreturn, gnu::noinline]] static void ThrowFailure(HRESULT outcome, ExceptionInfo& info);
   void Invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result) const;
 
   ComPtr<IDispatch> object_;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <sstream>
@@ -170,6 +171,8 @@ TEST_F(LateBoundTest, ArgumentsGoAsTheEngineTakesThem) {
 TEST_F(LateBoundTest, NamesArriveWhateverBecameOfThemBefore) {
   const std::function<void(VARIANT & text)> spoilers[] = {
       [](VARIANT& text) { text.bstrVal[0] = L'X'; },
+      [](VARIANT& text) { text.bstrVal[SysStringLen(text.bstrVal) / 2] = L'X'; },
+      [](VARIANT& text) { text.bstrVal[std::max(SysStringLen(text.bstrVal), 1U) - 1] = L'X'; },
       [](VARIANT& text) { SysReAllocString(&text.bstrVal, L"ANOTHER_NAME"); },
       [](VARIANT& text) { SysFreeString(std::exchange(text.bstrVal, nullptr)); },
       [](VARIANT& text) {
@@ -184,10 +187,12 @@ TEST_F(LateBoundTest, NamesArriveWhateverBecameOfThemBefore) {
   for (const auto& spoil : spoilers) {
     recorder.spoil = spoil;
     for (const std::wstring& name :
-         {std::wstring(L"NAME"), std::wstring(L"NAME"), std::wstring(L"EMAN"), std::wstring(),
-          std::wstring(1000, L'\0')}) {
-      seam->fields->Item(name);
-      EXPECT_EQ(recorder.asked, L"0 3 8:" + name);
+         {std::wstring(L"NAME"), std::wstring(L"EMAN"), std::wstring(), std::wstring(L"KEY"),
+          std::wstring(L"T1_RATE"), std::wstring(1000, L'\0')}) {
+      for (int i = 0; i < 2; ++i) {
+        seam->fields->Item(name);
+        EXPECT_EQ(recorder.asked, L"0 3 8:" + name);
+      }
     }
   }
 }
