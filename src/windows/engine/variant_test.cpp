@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cstdint>
 #include <limits>
 #include <string>
+
+#include "frame/decimal.h"
 
 namespace ard::windows {
 namespace {
@@ -82,6 +85,18 @@ TEST(ToVariant, IsTheInverseOfFromVariantAndRefusesForeignObjects) {
     EXPECT_EQ(FromVariant(ToVariant(value)), value) << value.storage().index();
   }
   EXPECT_THROW(ToVariant(std::make_shared<Object>()), Error);
+}
+
+// A host may have chosen the C library's, which the process shares.
+TEST(Numbers, AreTheSameInEveryLocale) {
+  ASSERT_TRUE(std::setlocale(LC_ALL, "German"));
+  ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+  EXPECT_EQ(Value(1234.5).ToText(), L"1234.5");
+  EXPECT_EQ(Value(Currency{12345000}).ToText(), L"1234.5");
+  EXPECT_EQ(Value(L"1,234.5").ToDouble(), 1234.5);
+  EXPECT_EQ(FormatFixed(1234.5, 2), L"1234.50");
+  EXPECT_EQ(FormatFixed(0x1p80, 1), L"1208925819614629174706176.0");
+  std::setlocale(LC_ALL, "C");
 }
 
 }  // namespace
