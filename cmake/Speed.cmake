@@ -1,8 +1,8 @@
 # ard_fast(<target> SOURCE...): what every call of a host goes through, of the target's sources. The
-# library is built for size, but there speed counts more. The 32-bit library stays small: it has no
-# room left. To be called last of all that is said of the target.
+# library is built for size, but there speed counts more. To be called last of all that is said of the
+# target.
 function(ard_fast target)
-  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU" OR CMAKE_SIZEOF_VOID_P EQUAL 4
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU"
       OR NOT CMAKE_BUILD_TYPE STREQUAL "MinSizeRel")
     return()
   endif()

@@ -13,6 +13,6 @@ if(ARD_X86)
   # The processor's old floating-point unit rounds differently from the new one, and answers shall not
   # depend on the architecture. Its successor needs an aligned stack, which hosts do not promise.
   foreach(language C CXX)
-    string(APPEND CMAKE_${language}_FLAGS_INIT " -march=pentium4 -mfpmath=sse -mstackrealign")
+    string(APPEND CMAKE_${language}_FLAGS_INIT " -march=pentium4 -mtune=generic -mfpmath=sse -mstackrealign")
   endforeach()
 endif()

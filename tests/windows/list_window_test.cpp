@@ -376,9 +376,14 @@ TEST_F(ListWindowTest, ACellThatIsCutShowsItsWholeTextToThePointer) {
   LedgerDialog dialog;
   Show(dialog, [&](const View& view) {
     POINT point = {view.Place(L"Header1").x, view.Place(L"Row0").y};
+    // Each move makes the tip wait anew, so a slow machine is left in peace longer each time.
     int polls = 0;
+    int next_move = 0;
     EXPECT_TRUE(Eventually([&] {
-      if (polls++ % 100 == 0) SetCursorPos(static_cast<int>(point.x++), static_cast<int>(point.y));
+      if (polls++ == next_move) {
+        next_move = 2 * next_move + 100;
+        SetCursorPos(static_cast<int>(point.x++), static_cast<int>(point.y));
+      }
       const HWND tip = FindWindowW(TOOLTIPS_CLASSW, nullptr);
       return tip && IsWindowVisible(tip) && TextOf(tip) == kName;
     }));

@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr UINT kAsk = WM_APP;
-constexpr auto kPatience = 10s;
+constexpr auto kPatience = 60s;
 
 const std::map<std::wstring_view, WORD> kKeys = {
     {L"Ctrl", VK_CONTROL}, {L"Alt", VK_MENU},  {L"Shift", VK_SHIFT}, {L"Enter", VK_RETURN},

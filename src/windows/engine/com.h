@@ -8,6 +8,9 @@
 #include <oleauto.h>
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -90,6 +93,24 @@ class ComObject : public Interface {
 
 // The characters of an automation string, embedded NULs included; a null one is empty.
 inline std::wstring_view View(BSTR text) { return {text ? text : L"", SysStringLen(text)}; }
+
+// Each call of a host compares some texts: by words of four letters, the last of which reaches back
+// into the one before.
+inline constexpr std::size_t kWord = 4;
+inline std::uint64_t WordAt(const wchar_t* letters) {
+  std::uint64_t word;
+  std::memcpy(&word, letters, sizeof(word));
+  return word;
+}
+inline bool IsSame(std::wstring_view a, std::wstring_view b) {
+  if (a.size() != b.size()) return false;
+  if (a.size() < kWord) return a == b;
+  const std::size_t last = a.size() - kWord;
+  for (std::size_t i = 0; i < last; i += kWord) {
+    if (WordAt(&a[i]) != WordAt(&b[i])) return false;
+  }
+  return WordAt(&a[last]) == WordAt(&b[last]);
+}
 
 // Throws Error when there is no memory for it.
 inline BSTR NewBstr(std::wstring_view text) {

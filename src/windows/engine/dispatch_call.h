@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -57,24 +56,6 @@ struct KnownName {
   std::wstring_view name;
   BSTR& kept;
 };
-
-// Each step of a call passes some names: they are looked at by words of four letters, the last of
-// which reaches back into the one before.
-inline constexpr std::size_t kWord = 4;
-inline std::uint64_t WordAt(const wchar_t* letters) {
-  std::uint64_t word;
-  std::memcpy(&word, letters, sizeof(word));
-  return word;
-}
-inline bool IsSame(std::wstring_view a, std::wstring_view b) {
-  if (a.size() != b.size()) return false;
-  if (a.size() < kWord) return a == b;
-  const std::size_t last = a.size() - kWord;
-  for (std::size_t i = 0; i < last; i += kWord) {
-    if (WordAt(&a[i]) != WordAt(&b[i])) return false;
-  }
-  return WordAt(&a[last]) == WordAt(&b[last]);
-}
 
 // The texts of such names, as automation's, which are dear to make and to free. One that is passed
 // is the call's own while it lasts; what the server has left of it is kept for the next.

@@ -54,7 +54,10 @@ inline TextArray TextsOf(const ArrayElements<BSTR>& strings) {
             BSTR& element = static_cast<BSTR*>(elements)[place];
             const std::size_t size = front.size() + back.size();
             const std::wstring_view was = View(element);
-            if (was.size() == size && was.starts_with(front) && was.ends_with(back)) return;
+            if (was.size() == size && IsSame(was.substr(0, front.size()), front) &&
+                IsSame(was.substr(front.size()), back)) {
+              return;
+            }
             const BSTR text = SysAllocStringLen(nullptr, static_cast<UINT>(size));
             if (!text) return;
             std::copy(back.begin(), back.end(), std::copy(front.begin(), front.end(), text));
