@@ -13,6 +13,11 @@
 #include "host_database/database_file.h"
 #include "simulator/simulator.h"
 
+constexpr char kUsage[] =
+    "usage: ard_console COMPANY_FOLDER [DATABASE_FILE]\n\n"
+    "Gives the classes at a prompt, over a company of the simulated engine and a database of\n"
+    "SQLite, into which your changes are written. \"help\" there lists what there is.\n";
+
 #ifdef _WIN32
 #include <windows.h>
 
@@ -22,9 +27,10 @@ int wmain(int argc, wchar_t** argv) {
 #else
 int main(int argc, char** argv) {
 #endif
-  if (argc != 2 && argc != 3) {
-    std::cerr << "usage: ard_console COMPANY_FOLDER [DATABASE_FILE]\n";
-    return 2;
+  const bool help = argc == 2 && std::filesystem::path(argv[1]) == "--help";
+  if (help || (argc != 2 && argc != 3)) {
+    (help ? std::cout : std::cerr) << kUsage;
+    return help ? 0 : 2;
   }
   try {
     const std::filesystem::path company = argv[1];

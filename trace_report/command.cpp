@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -44,9 +45,11 @@ class Command {
     report.End();
     if (!report.is_trace()) return Fail(file, "No line of it is an entry of a trace.");
     if (!page) {
-      out_ << report.ToText();
-      return 0;
+      errno = 0;
+      out_ << report.ToText() << std::flush;
+      return out_ ? 0 : Fail("standard output", Reason());
     }
+    if (IsOther(*page)) return Fail(*page, "It is there already, and no page.");
     errno = 0;
     std::ofstream written(*page, std::ios::binary);
     written << ToPage(report, Named(file.filename()));
@@ -97,6 +100,17 @@ class Command {
     return in.is_open();
   }
 
+  // A file with something else than a page in it, such as a trace, is not written over.
+  static bool IsOther(const path& page) {
+    constexpr std::string_view kPage = "<!DOCTYPE html>";
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(page, error)) return false;
+    std::string head(kPage.size(), ' ');
+    std::ifstream in(page, std::ios::binary);
+    in.read(head.data(), static_cast<std::streamsize>(head.size()));
+    return in.gcount() > 0 && head != kPage;
+  }
+
   // The cells apart from each other.
   void Print(std::string_view line) {
     if (line.ends_with('\r')) line.remove_suffix(1);
@@ -140,7 +154,11 @@ int RunCommand(const std::vector<path>& arguments, std::ostream& out, std::ostre
     err << kUsage;
     return 2;
   }
-  return follow ? command.Follow(*file, wait) : command.SumUp(*file, page);
+  try {
+    return follow ? command.Follow(*file, wait) : command.SumUp(*file, page);
+  } catch (const std::bad_alloc&) {
+    return command.Fail(*file, "There is not enough memory for it.");
+  }
 }
 
 }  // namespace ard::trace_report

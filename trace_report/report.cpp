@@ -11,6 +11,8 @@ namespace ard::trace_report {
 namespace {
 
 constexpr std::size_t kSlowest = 10;
+// How much is shown of a line that is no entry.
+constexpr std::size_t kShown = 200;
 
 // The kinds of entries, and how many cells each has of its own.
 constexpr struct {
@@ -151,7 +153,9 @@ void Report::Add(std::string_view line) {
     AddEntry(*entry);
   } else {
     if (line.ends_with('\r')) line.remove_suffix(1);
-    unread_.push_back(Joined("  line ", std::to_string(lines_), ": ", Printable(line)));
+    unread_.push_back(Joined("  line ", std::to_string(lines_), ": ",
+                             Printable(line.substr(0, kShown)),
+                             line.size() > kShown ? " ..." : ""));
   }
 }
 

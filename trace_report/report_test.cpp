@@ -107,8 +107,18 @@ TEST(CommandTest, DoesWhatItIsTold) {
       {{"empty.txt"}, "1||trace_report: empty.txt: No line of it is an entry of a trace.\n"},
       {{"--html", "no/x", name}, "1||trace_report: no/x: No such file or directory\n"},
       {{name, "--html", "page.html"}, "0||"},
+      {{name, "--html", "page.html"}, "0||"},
+      {{name, "--html", name},
+       "1||trace_report: a trac\u00e9.txt: It is there already, and no page.\n"},
+      {{"--follow", "empty.txt"},
+       "1||trace_report: empty.txt: There is not enough memory for it.\n"},
   };
-  for (const auto& c : cases) EXPECT_EQ(run(c.arguments), c.says);
+  for (const auto& c : cases) {
+    EXPECT_EQ(run(c.arguments, []() -> bool { throw std::bad_alloc(); }), c.says);
+  }
+  std::ostream closed(nullptr);
+  std::ostringstream err;
+  EXPECT_EQ(RunCommand({name}, closed, err, {}), 1);
   std::stringstream page;
   page << std::ifstream("page.html").rdbuf();
   EXPECT_NE(page.str().find("<h1>a trac\u00e9.txt</h1>"), std::string::npos);
