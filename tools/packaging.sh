@@ -46,6 +46,15 @@ stage_notices() {
   done
 }
 
+# headers FOLDER NAME...: what compilers are told of the library.
+headers() {
+  local to="$1"
+  shift
+  copy "$to" "${@/#/$BUILD/windows-x64/src/windows/$PRODUCT}"
+  # Where it was made is nobody's business.
+  sed -i '1s# from /[^*]*/# from #' "$to"/*
+}
+
 # Only when it has been built; without what its builder keeps for the next time.
 stage_manual() {
   [[ -f "$BUILD/manual/index.html" ]] || return 0
@@ -69,9 +78,7 @@ stage_redist() {
     copy "$1/$arch" "$BUILD/windows-$arch"/{bin/$PRODUCT.dll,bin/$PRODUCT.manifest,src/windows/$PRODUCT.tlb}
     sign "$1/$arch/$PRODUCT.dll"
   done
-  copy "$1/include" "$BUILD/windows-x64/src/windows/$PRODUCT"{.h,_i.c}
-  # Where it was made is nobody's business.
-  sed -i '1s# from /.*/# from #' "$1/include"/*
+  headers "$1/include" .h _i.c
   stage_notices "$1"
   make_msi "$1" "$(release_version)" "$1/$PRODUCT-$(release_version).msi"
   text "$PACKAGING/redist.txt" "$1/README.txt"
@@ -89,6 +96,9 @@ stage_sdk() {
     tar -c --ignore-failed-read --null -C "$ROOT" -T - | tar -x -C "$1"
   mv "$1/examples" "$1/samples"
   mv "$1/samples/company" "$1/simulator/"
+  rm "$1/samples/cpp/CMakeLists.txt"
+  find "$1/samples" -type f -exec sed -i 's/$/\r/' {} +
+  headers "$1/include" .h _i.c .cs _TLB.pas
   for name in "${RELEASE_PROGRAMS[@]}"; do
     copy "$1/bin" "$BUILD/windows-x86/bin/$name.exe"
     copy "$1/symbols/x86" "$BUILD/windows-x86/bin/$name.exe.debug"

@@ -365,6 +365,7 @@ def samples_pages(examples, folder):
             text = source.read_text(encoding="utf-8-sig")
             lines += heading(source.name, "-")
             about = head_of(text)
+            assert not about or {"Shows", "Run", "Checked"} <= about.keys(), source
             for label in LABELS:
                 if about.get(label):
                     lines.append(f":{label}: {escaped(about[label])}")
@@ -372,7 +373,7 @@ def samples_pages(examples, folder):
             lines += ["", f".. literalinclude:: {source.name}", f"   :language: {SOURCES[source.suffix]}", ""]
         write(folder / f"{name}.rst", lines)
     lines = [*heading("Samples", "=")]
-    lines += ["Complete small hosts, in the folder ``examples`` beside the library's sources. Each says at its top what has", "been run of it, and what has only been compiled or read.", ""]
+    lines += ["Complete small hosts, in the folder ``samples`` of ``sdk.zip``, ``examples`` beside the library's sources. Each says at", "its top how it is run, what of it has been run, and what has only been compiled or read. With ``\"\"`` for a", "CONNECTION they do without a database.", ""]
     lines += [".. toctree::", "", *(f"   {title} <{name}>" for name, title in pages)]
     write(folder / "index.rst", lines)
 

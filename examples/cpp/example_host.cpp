@@ -1,11 +1,12 @@
-// A first host in C++ for any compiler, with the header that widl or midl writes of the library's
-// interfaces: build/windows-x64/src/windows/ArdObjects100.h, and ArdObjects100_i.c with their
-// identifiers.
+// A first host in C++ for any compiler, with the header of the library's interfaces,
+// ArdObjects100.h, and ArdObjects100_i.c with their identifiers (include of a release).
 //
 // Shows   logon, questions, lists to pick from, outputs, an array, a change that is undone, logoff.
 //         Everything is put out to variables whose addresses are passed, results, too: what is
 //         returned is S_OK always. Optional arguments have to be written out.
-// Build   cmake --preset windows-x64 && cmake --build --preset windows-x64 --target example_host
+// Build   x86_64-w64-mingw32-g++ -std=c++20 -municode -static -I../../include example_host.cpp
+//             ../../include/ArdObjects100_i.c -lole32 -loleaut32 -luuid -o example_host.exe
+//         i686-w64-mingw32-g++ for the 32-bit library.
 // Run     example_host [COMPANY [CONNECTION]]
 // Checked compiled by MinGW's GCC and by Clang, and run under Wine, 64 and 32 bit.
 #include <windows.h>

@@ -5,10 +5,11 @@
 //         Outputs are variables whose addresses are passed. Of #import, optional arguments that are
 //         no variants have to be written out. A property may be written as a member, too:
 //         session->AppName = L"Manufacturing".
-// Build   cl /EHsc /std:c++17 import_host.cpp      with ArdObjects100.dll in the folder or on the
-// path Run     import_host [COMPANY [CONNECTION]] Checked compiled by MinGW, with a header in place
-// of what #import makes, and run under Wine, 64 and 32
-//         bit. Not compiled by Microsoft's compiler.
+// Build   cl /EHsc /std:c++17 import_host.cpp
+//         with ArdObjects100.dll in the folder or on the path.
+// Run     import_host [COMPANY [CONNECTION]]
+// Checked compiled by MinGW, with a header in place of what #import makes, and run under Wine, 64
+//         and 32 bit. Not compiled by Microsoft's compiler.
 #include <windows.h>
 // After windows.h.
 #include <comdef.h>

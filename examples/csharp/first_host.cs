@@ -5,9 +5,9 @@
 //         An output is passed by ref, an array as an Array of strings. Engine and database are dynamic.
 // Build   csc /r:Interop.ArdObjects100.dll first_host.cs
 //         after: tlbimp ArdObjects100.dll /namespace:ArdObjects100 /sysarray /out:Interop.ArdObjects100.dll
-//         or, in Visual Studio, a COM reference to "Core Accounts Integration". The project's build makes
-//         the same interop as a source, build/windows-x64/src/windows/ArdObjects100.cs, for where there is
-//         no tlbimp: compile it with the host, or as a library.
+//         or, in Visual Studio, a COM reference to "Core Accounts Integration". The same interop as a
+//         source, for where there is no tlbimp, is include/ArdObjects100.cs of the developer's archive:
+//         compile it with the host, or as a library.
 //         /platform:x86 is for the 32-bit library, /platform:x64 for the 64-bit one.
 // Run     first_host [COMPANY [CONNECTION]]
 // Checked compiled by Mono against the project's interop. Not run.

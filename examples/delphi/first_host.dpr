@@ -4,8 +4,8 @@
 //         An output is a variable of exactly its type, an array the one inside a variant. Optional
 //         arguments have to be written out.
 // Build   In Delphi: Component > Import Component > Import a Type Library, "Core Accounts Integration",
-//         makes ArdObjects100_TLB.pas; then dcc32 or dcc64 first_host.dpr. The project's build makes a
-//         unit of that name, too, which Free Pascal takes as well: build/windows-x64/src/windows.
+//         makes ArdObjects100_TLB.pas; then dcc32 or dcc64 first_host.dpr. The
+//         developer's archive has a unit of that name, too, which Free Pascal takes as well: include.
 // Run     first_host [COMPANY [CONNECTION]]
 // Checked cross-compiled by Free Pascal as Delphi and run under Wine, 64 and 32 bit, with the project's
 //         own unit. Not compiled by Delphi.
