@@ -156,6 +156,10 @@ it any more. Its settings below Software\${NAME} in the registry are yours, and 
   ${EndIf}
 !macroend
 
+; What is left to be run where an uninstaller could not delete itself.
+!define LATER '"${NAME} 2 $INSTDIR"'
+!define DELETE_REST 'cmd /c del "$INSTDIR\uninstall.exe" & rmdir "$INSTDIR" "$LOCALAPPDATA\Programs"'
+
 ; As far as it is empty; and the one that holds a user's programs, which may have been made for this one.
 !macro RemoveFolder
   RMDir "$INSTDIR"
@@ -308,6 +312,9 @@ Function ${UN}MustBeElevated
   ${EndIf}
   !if "${UN}" == ""
     ${GetParameters} $0
+    ${If} $GivenFolder != ""
+      StrCpy $0 "$0 /D=$GivenFolder"
+    ${EndIf}
     ExecShell runas "$EXEPATH" "/AllUsers $0"
   !else
     ExecShell runas "$INSTDIR\uninstall.exe"
@@ -374,6 +381,12 @@ Function .onInit
         StrCpy $AllUsers 0
       ${EndIf}
     ${EndIf}
+  ${EndIf}
+  ; In quotes it is none of the switches, and would be passed over.
+  ClearErrors
+  ${WordFind} $0 '"/D=' "E*" $1
+  ${IfNot} ${Errors}
+    !insertmacro Refuse ${WRONG_SWITCHES} "/D= has no quotes around it, and comes last."
   ${EndIf}
   ${If} ${Silent}
     Call UseChosenScope
@@ -537,6 +550,21 @@ Function .onInstFailed
   ${EndIf}
 FunctionEnd
 
+; Whether the folder has files of another program where ours would be: $1 names one, or is "".
+Function FindForeign
+  FileOpen $0 "$INSTDIR\new\files.txt" r
+  ${Do}
+    ClearErrors
+    FileRead $0 $1
+    StrCpy $1 $1 -2  ; the end of the line
+    ${If} ${Errors}
+    ${OrIf} ${FileExists} "$INSTDIR\$1"
+      ${Break}
+    ${EndIf}
+  ${Loop}
+  FileClose $0
+FunctionEnd
+
 ; A setup that was killed in the middle.
 Function UndoUnfinished
   ClearErrors
@@ -568,6 +596,13 @@ Section
     !insertmacro Refuse ${WRONG_SWITCHES} "$INSTDIR has another installation of ${NAME} in it."
   ${EndIf}
 
+  ; The rest of an uninstaller goes now, before there is a new one that would be taken for it.
+  ReadRegStr $0 SHCTX "${RUN_ONCE}" ${LATER}
+  ${If} $0 != ""
+    Delete "$INSTDIR\uninstall.exe"
+    DeleteRegValue SHCTX "${RUN_ONCE}" ${LATER}
+  ${EndIf}
+
   ; Beside what is there: nothing has changed yet.
   CreateDirectory "$INSTDIR"
   Call ChooseOld
@@ -583,6 +618,13 @@ Section
   ${If} ${Errors}
     StrCpy $1 "The files could not be written into $INSTDIR."
     Call RollBackAndEnd
+  ${EndIf}
+  ${If} $Installed == ""
+    Call FindForeign
+    ${If} $1 != ""
+      StrCpy $1 "$INSTDIR has another program's $1 in it."
+      Call RollBackAndEnd
+    ${EndIf}
   ${EndIf}
 
   ; The exchange.
@@ -701,8 +743,6 @@ Section un.Uninstall
   !insertmacro RemoveFolder
   ; This program, or the copy as which it runs, and the folder, if something in it is still in use.
   ${If} $AllUsers = 1
-    Delete /REBOOTOK "$INSTDIR\uninstall.exe"
-    RMDir /REBOOTOK "$INSTDIR"
     RMDir /REBOOTOK "$EXEDIR"
   ${Else}
     StrLen $0 "$TEMP\"
@@ -710,10 +750,9 @@ Section un.Uninstall
     ${If} $0 == "$TEMP\"
       WriteRegStr HKCU "${RUN_ONCE}" "${NAME} 2 copy" 'cmd /c del "$EXEPATH" & rmdir "$EXEDIR"'
     ${EndIf}
-    ${If} ${FileExists} "$INSTDIR\*"
-      WriteRegStr HKCU "${RUN_ONCE}" "${NAME} 2 folder" \
-        'cmd /c del "$INSTDIR\uninstall.exe" & rmdir "$INSTDIR" "$LOCALAPPDATA\Programs"'
-    ${EndIf}
+  ${EndIf}
+  ${If} ${FileExists} "$INSTDIR\*"
+    WriteRegStr SHCTX "${RUN_ONCE}" ${LATER} '${DELETE_REST}'
   ${EndIf}
   Call un.Ready
   DetailPrint "Done."

@@ -236,9 +236,16 @@ for moved in "" moved; do
   expect "what it had moved" "old old works works" "$(libraries "$USER_FOLDER") $(with_user_classes hosts)"
 done
 
+# It could not delete itself. What waits to do so may not take the next one's.
+remove() { setup "$USER_FOLDER/uninstall.exe" "_?=$USER_PATH"; }
+expect "removed and put back" "0 0 old old" \
+  "$(remove) $(setup "$FOLDER/0.9.0.exe" /CurrentUser) $(libraries "$USER_FOLDER")"
+expect "what waits" "" \
+  "$(wine_run 60 reg query 'HKCU\Software\Microsoft\Windows\CurrentVersion\RunOnce' | grep 'uninstall.exe')"
+
 with_user_classes hold
 expect "removed while in use" 0 \
-  "$(setup "$USER_FOLDER/uninstall.exe" "_?=${USER_PATH}")"
+  "$(remove)"
 expect "no library" "none none" "$(with_user_classes hosts)"
 release
 nothing_left "by the user's uninstaller"
@@ -248,10 +255,21 @@ python3 -m zipfile -e "$BUILD/package/$PRODUCT-$VERSION-sdk.zip" "$FOLDER"
 SDK="$FOLDER/$PRODUCT-$VERSION-sdk"
 expect "the prompt" '? Customers.GetName("ABC001") "ABC Components Ltd"' "$(say '? Customers.GetName("ABC001")' |
   wine_run 60 "$(windows_path "$SDK/bin/ard_console.exe")" "$(windows_path "$SDK/simulator/company")" 2>/dev/null | said)"
+expect "what the prompt is" "usage: ard_console COMPANY_FOLDER [DATABASE_FILE]" \
+  "$(wine_run 60 "$(windows_path "$SDK/bin/ard_console.exe")" --help 2>/dev/null | head -n 1 | said)"
+# By the samples' own first lines.
+build="$(sed -nE '/^.. Build/,/exe/s#^//( Build)? +##p' "$SDK/samples/cpp/example_host.cpp" | said)"
+expect "compilers" "" "$(cd "$SDK/samples/cpp" && $build 2>&1 &&
+  mcs -out:host.exe -r:Microsoft.CSharp.dll ../csharp/first_host.cs ../../include/$PRODUCT.cs 2>&1)"
 
 # ---- For all users ----
 MACHINE_FOLDER="$WINEPREFIX/drive_c/Tools/Library"
 expect "either or" 5 "$(setup "$NEW" /AllUsers /CurrentUser)"
+expect "a quoted folder" 5 "$(setup "$NEW" /AllUsers '/D=C:\Tools and\Library')"
+mkdir -p "$MACHINE_FOLDER" && say "another's" >"$MACHINE_FOLDER/LICENSE.txt"
+expect "among another's files" "2 another's" \
+  "$(setup "$NEW" /AllUsers '/D=C:\Tools\Library') $(cd "$MACHINE_FOLDER" && cat -- *)"
+rm -r "$MACHINE_FOLDER"
 expect "for all users" 0 "$(setup "$NEW" /AllUsers '/D=C:\Tools\Library')"
 expect "hosts" "new new works works" "$(libraries "$MACHINE_FOLDER") $(hosts)"
 expect "another folder" 5 "$(setup "$NEW" /AllUsers '/D=C:\Elsewhere')"
@@ -279,6 +297,7 @@ NEW_MSI="$FOLDER/$PRODUCT-$VERSION-redist/$PRODUCT-$VERSION.msi"
 make_msi "$FOLDER/stage-0.9.0" 0.9.0 "$FOLDER/0.9.0.msi" >"$LOGS/msi.log" 2>&1
 expect "the older" "0 old old works works" "$(install /i "$FOLDER/0.9.0.msi") $(libraries "$INSTALLER_FOLDER") $(hosts)"
 expect "over it" "0 new new works works" "$(install /i "$NEW_MSI") $(libraries "$INSTALLER_FOLDER") $(hosts)"
+expect "the texts of its licences" "" "$(diff -r "$FOLDER/stage-new/licences" "$INSTALLER_FOLDER/licences" 2>&1)"
 expect "the older again" "67 new new works works" "$(install /i "$FOLDER/0.9.0.msi") $(libraries "$INSTALLER_FOLDER") $(hosts)"
 expect "removed" "0 none none none none" "$(install /x "$NEW_MSI") $(libraries "$INSTALLER_FOLDER") $(hosts)"
 nothing_left "by Windows Installer"
