@@ -81,6 +81,12 @@ expect 2 "the tree has changes that are not committed" "" package
 expect 2 'CALLS is to be a whole number from 1 on, and is "many"' "" soak many
 expect 2 'DIALOGS is to be a whole number from 0 on, and is "1e3"' "" soak 1 1e3
 
+mkdir -p "$COPY/build/demo"
+exec 8>"$COPY/build/demo/.in-use"
+flock 8
+expect 1 "Another tour is at work in this folder." "" demo --batch
+exec 8>&-
+
 # Only what is needed is built.
 expect 0 "1 passed, 0 failed" "install all
 clang-format --dry-run -Werror src/a.cpp" check format
