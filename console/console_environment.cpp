@@ -411,6 +411,7 @@ void ConsoleEnvironment::DrawRows(dialogs::ListModel& list) {
     out_ << Padded(column.header, static_cast<std::size_t>(column.width));
   }
   out_ << '\n';
+  for (list.rows(); list.looking();) list.Home();
   if (list.rows().empty() && !list.WhyEmpty().empty()) {
     out_ << "        " << ToUtf8(list.WhyEmpty()) << '\n';
   }

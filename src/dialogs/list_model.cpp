@@ -156,6 +156,7 @@ std::vector<Row> ListModel::SelectedRows() {
 void ListModel::ScrollTo(std::int32_t top) {
   // What was selected is read while its page is still the one shown.
   selected();
+  if (sought_) sought_->opening = false;
   SetTop(top);
 }
 
@@ -177,9 +178,11 @@ void ListModel::Press(bool (ListModel::*move)(), bool (ListModel::*seek)(std::in
   BringIntoView(cursor_);
   const std::int32_t top = top_;
   const bool again = sought_ && sought_->move == move;
+  const bool opening = sought_ && sought_->opening;
   if (!(again ? (this->*seek)(sought_->next) : (this->*move)())) {
     SetTop(top);
     sought_->move = move;
+    sought_->opening = opening;
   }
   BringIntoView(cursor_);
   Mark(pick);
@@ -224,7 +227,7 @@ bool ListModel::SeekUp(std::int32_t target) {
     if (SelectLastUpTo(target)) return true;
     target = top_ - 1;
   }
-  sought_ = {target, nullptr};
+  sought_ = {target, nullptr, false};
   return false;
 }
 
@@ -234,7 +237,7 @@ bool ListModel::SeekDown(std::int32_t target) {
     if (SelectFirstFrom(target)) return true;
     target = top_ + Reach(top_);
   }
-  sought_ = {target, nullptr};
+  sought_ = {target, nullptr, false};
   return false;
 }
 
@@ -255,7 +258,9 @@ bool ListModel::MoveToRow(std::size_t index) {
 }
 
 void ListModel::Open() {
-  if (std::exchange(opening_, false)) Home();
+  if (!std::exchange(opening_, false)) return;
+  Home();
+  if (sought_) sought_->opening = reading_ == Reading::kDone;
 }
 
 void ListModel::Mark(Pick pick) {

@@ -113,8 +113,10 @@ class ListModel {
   // begins with `prefix`, in any case; otherwise nothing changes.
   void SelectFrom(std::int32_t position, std::wstring_view prefix);
   // Starts over with the first row of all selected, an extra row if there is one. When the first
-  // page comes to be read, deleted entries are stepped over, as by Home.
+  // page comes to be read, deleted entries are stepped over, as by Home; where there are too many
+  // for that, the list is `looking`, and Home goes on, until a row is found or the user scrolls.
   void SelectFirst();
+  bool looking() const { return sought_ && sought_->opening && sought_->next <= row_count_; }
   // Selects the row at the cursor. False when there is none, or it is selected.
   bool SelectCursor();
   // Moves the cursor to row `index` (from 0) of the page shown.
@@ -157,6 +159,7 @@ class ListModel {
   struct Sought {
     std::int32_t next;
     bool (ListModel::*move)();
+    bool opening;  // the list has not found the row yet that it opens on
   };
 
   // Makes what `move` does of the cursor the selection, or what `seek` does where `move` got stuck.

@@ -106,6 +106,14 @@ TEST_F(ListModelTest, AStretchOfDeletedEntriesNeverCostsTheSelection) {
   for (const std::int32_t gap : {21, 150, 400}) {
     source_.deleted.clear();
     for (std::int32_t i = 1; i <= gap; ++i) source_.deleted.insert({i, 800 + i, 2001 - i});
+    list_.SelectFirst();
+    EXPECT_EQ(Selected(), gap > 170 ? 0 : gap + 1);
+    if (list_.looking()) list_.LineDown();  // which gets no further
+    for (int step = 0; list_.looking(); ++step) {
+      ASSERT_LE(step, gap / 160 + 1);
+      list_.Home();
+    }
+    ASSERT_EQ(Selected(), gap + 1);
     for (const auto& [from, key, to] : {std::tuple(800, kHome, gap + 1),
                                         {800, kEnd, 2000 - gap},
                                         {800, kDown, 801 + gap},

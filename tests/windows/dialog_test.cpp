@@ -121,6 +121,20 @@ class DialogTest : public WindowTest {
   static bool IsResizable(const View& view) {
     return (GetWindowLongW(view.window, GWL_STYLE) & WS_THICKFRAME) != 0;
   }
+  static void ExpectAllToBeSeen(const View& view) {
+    RECT screen = {};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    std::vector<HWND> windows = Descendants(view.window);
+    windows.push_back(view.window);
+    for (const HWND window : windows) {
+      if (!IsWindowVisible(window) || (window != view.window && SizeOf(window).cy > 100)) continue;
+      const RECT inner = RectOf(window);
+      const RECT outer = window == view.window ? screen : RectOf(GetParent(window));
+      RECT both = {};
+      EXPECT_TRUE(UnionRect(&both, &inner, &outer) && EqualRect(&both, &outer))
+          << ToUtf8(TextOf(window));
+    }
+  }
   static void Resize(HWND window, LONG width, LONG height) {
     SetWindowPos(window, nullptr, 0, 0, static_cast<int>(width), static_cast<int>(height),
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -163,18 +177,12 @@ TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenI
       const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
       EXPECT_TRUE((style & WS_VISIBLE) || (style & WS_DISABLED)) << ToUtf8(TextOf(control));
     }
-    for (const UINT dpi : {96U, 144U, 192U}) {
+    for (const UINT dpi : {96U, 144U, 192U, 288U}) {
       SCOPED_TRACE(dpi);
       RECT suggested = {0, 0, 10, 10};
       SendMessageW(view.window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
                    reinterpret_cast<LPARAM>(&suggested));
-      for (const HWND control : controls) {
-        if (!IsResizable(view) || !IsWindowVisible(control) || SizeOf(control).cy > 100) continue;
-        const RECT inner = RectOf(control);
-        const RECT outer = RectOf(GetParent(control));
-        EXPECT_LE(inner.right, outer.right) << ToUtf8(TextOf(control));
-        EXPECT_LE(inner.bottom, outer.bottom) << ToUtf8(TextOf(control));
-      }
+      if (IsResizable(view)) ExpectAllToBeSeen(view);
       Resize(view.window, 1270, 1000);
       struct Control {
         std::wstring text;
@@ -195,8 +203,13 @@ TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenI
         lines_with_boxes += boxes.contains(ClassOf(control)) && line.size() > 1;
       }
     }
+    for (const WPARAM change : {SPI_SETNONCLIENTMETRICS, SPI_SETWORKAREA}) {
+      SetWindowPos(view.window, nullptr, 1200, 950, 10, 10, SWP_NOZORDER | SWP_NOACTIVATE);
+      SendMessageW(view.window, WM_SETTINGCHANGE, change, 0);
+      ExpectAllToBeSeen(view);
+    }
   });
-  EXPECT_EQ(lines_with_boxes, 3 * (2 + 2 + 11 + 5 + 2)) << "boxes that share their line";
+  EXPECT_EQ(lines_with_boxes, 4 * (2 + 2 + 11 + 5 + 2)) << "boxes that share their line";
 }
 
 // Compared with the same dialog as it is when it opens in that size.
@@ -221,9 +234,15 @@ TEST_F(DialogTest, ResizingLeavesNothingBehindAndIsRemembered) {
     });
     EXPECT_EQ(next, 8U);
   }
-  // Not where there is no monitor any more.
-  for (auto& [dialog, placement] : placements_) placement.replace(0, placement.find(L' '), L"9000");
-  ForEach([&](const View& view) { EXPECT_LT(RectOf(view.window).left, 2000); });
+  // Not where there is no monitor any more, nor smaller than it has to be by now.
+  for (const wchar_t* corner : {L"9000 80 400 300 96 ", L"1200 950 9 9 96 "}) {
+    for (auto& [dialog, placement] : placements_) {
+      std::size_t widths = 0;
+      for (int i = 0; i < 5; ++i) widths = placement.find(L' ', widths) + 1;
+      placement.replace(0, widths, corner);
+    }
+    ForEach(ExpectAllToBeSeen);
+  }
 }
 
 TEST_F(DialogTest, ProductsAreSearchedByKeyboardAlone) {

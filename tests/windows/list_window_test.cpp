@@ -36,13 +36,14 @@ class LedgerDialog : public dialogs::RowSource, public dialogs::SelectDialog {
     list().AddColumn(L"A/C", 15);
     list().AddColumn(L"Name", 60);
     list().SetRowCount(rows);
-    list().SelectItem(1);
+    list().SelectFirst();
   }
 
   int pages = 0;
   std::int32_t first = 0;
   std::int32_t last = 0;
   bool fails = false;
+  std::int32_t deleted = 0;  // at the beginning
   std::wstring typed;
 
  protected:
@@ -61,7 +62,7 @@ class LedgerDialog : public dialogs::RowSource, public dialogs::SelectDialog {
     first = from;
     last = to;
     for (std::int32_t i = from; i <= to; ++i) {
-      if (i % 700 == 0) continue;
+      if (i % 700 == 0 || i <= deleted) continue;
       // The engine pads its texts.
       rows.push_back({i, std::to_wstring(i) + L"   \t" + kName + L"       ",
                       i % 4 == 0 ? dialogs::kRed : dialogs::kDefaultColor});
@@ -88,6 +89,24 @@ TEST_F(ListWindowTest, OpensWithOnePageOfALongList) {
     EXPECT_NEAR(MiddleOf(view.window).x, MiddleOf(host_).x, 2);
     EXPECT_NEAR(MiddleOf(view.window).y, MiddleOf(host_).y, 2);
   });
+}
+
+TEST_F(ListWindowTest, LooksOnForTheRowThatItOpensOnUntilTheUserScrolls) {
+  for (const bool scrolls : {false, true}) {
+    LedgerDialog dialog;
+    dialog.deleted = scrolls ? kMany : 5000;
+    Show(dialog, [&](const View& view) {
+      if (scrolls) SendMessageW(view.frame, WM_VSCROLL, SB_PAGEDOWN, 0);
+      const int pages = dialog.pages;
+      if (scrolls) {
+        Sleep(60);
+        EXPECT_EQ(dialog.pages, pages);
+        return;
+      }
+      EXPECT_TRUE(Eventually([&] { return view.Selected() == L"5001"; }));
+      EXPECT_TRUE(IsWindowEnabled(view.ok));
+    });
+  }
 }
 
 TEST_F(ListWindowTest, KeysMoveAndPageAndCharactersGoToTheModel) {

@@ -14,6 +14,7 @@ namespace ard::windows {
 namespace {
 
 constexpr int kDroppedLines = 8;
+constexpr int kMostLabelWidth = 150;  // in dialog units
 
 // How high a box is that chooses its height itself; 0 for one that does not.
 int OwnHeight(HWND control) {
@@ -92,7 +93,7 @@ int Lines::WidthOf(const Metrics& metrics, const Part& part) const {
     const Part& first = line.parts.front();
     if (first.width == kLabelWidth) widest = std::max(widest, metrics.TextSize(first.control).cx);
   }
-  return static_cast<int>(widest);
+  return std::min(static_cast<int>(widest), metrics.X(kMostLabelWidth));
 }
 
 int Lines::WidthOf(const Metrics& metrics, const Line& line) const {

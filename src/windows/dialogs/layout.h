@@ -39,7 +39,7 @@ struct Part {
   int width;
   bool grows = false;
 };
-inline constexpr int kLabelWidth = -1;  // that of the widest text of such a part, in all lines
+inline constexpr int kLabelWidth = -1;  // that of the widest text of such a part, within reason
 inline constexpr int kOwnWidth = -2;    // that of its own text
 
 // How high a line is; any other height is in dialog units.

@@ -1,5 +1,6 @@
 #include "windows/dialogs/metrics.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "windows/dialogs/dialog_window.h"
@@ -22,13 +23,17 @@ class ScreenDc {
 
 UINT ScreenDpi() { return static_cast<UINT>(GetDeviceCaps(ScreenDc().get(), LOGPIXELSY)); }
 
-HFONT CreateMessageFont(UINT dpi) {
+// Buttons as small as that still hold their texts.
+constexpr int kLeastDistance = 85;
+
+HFONT CreateMessageFont(UINT dpi, int percent) {
   NONCLIENTMETRICSW metrics = {};
   metrics.cbSize = sizeof(metrics);
   SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
   // The system gives the font for the screen's DPI.
   LOGFONTW& font = metrics.lfMessageFont;
-  font.lfHeight = MulDiv(font.lfHeight, static_cast<int>(dpi), static_cast<int>(ScreenDpi()));
+  font.lfHeight =
+      MulDiv(font.lfHeight * percent, static_cast<int>(dpi), static_cast<int>(ScreenDpi()) * 100);
   return CreateFontIndirectW(&font);
 }
 
@@ -43,7 +48,10 @@ UINT DpiOf(HWND window) {
   return dpi ? dpi : ScreenDpi();
 }
 
-Metrics::Metrics(UINT dpi) : dpi_(dpi), font_(CreateMessageFont(dpi)) {
+Metrics::Metrics(UINT dpi, int percent)
+    : dpi_(dpi),
+      distance_(std::max(percent, kLeastDistance)),
+      font_(CreateMessageFont(dpi, percent * 100 / distance_)) {
   // The base units as the dialog manager defines them: the average width of these letters, and the
   // height of the font.
   constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";

@@ -14,7 +14,8 @@ inline constexpr int kTwipsPerInch = 1440;
 
 class Metrics {
  public:
-  explicit Metrics(UINT dpi);
+  // At less than 100 %, distances are smaller than they should be, and in the end the font, too.
+  Metrics(UINT dpi, int percent);
   Metrics(const Metrics&) = delete;
   Metrics& operator=(const Metrics&) = delete;
   ~Metrics();
@@ -23,8 +24,8 @@ class Metrics {
   HFONT font() const { return font_; }
 
   // Dialog units, and a number of average characters, in pixels.
-  int X(int units) const { return MulDiv(units, base_width_, 4); }
-  int Y(int units) const { return MulDiv(units, base_height_, 8); }
+  int X(int units) const { return MulDiv(units, base_width_ * distance_, 4 * 100); }
+  int Y(int units) const { return MulDiv(units, base_height_ * distance_, 8 * 100); }
   int Characters(int count) const { return count * base_width_; }
   // Of a box for one line of text: as high as the edit control needs it to have the text in the
   // middle, where all other controls have theirs.
@@ -37,6 +38,7 @@ class Metrics {
   static constexpr int kNoLimit = 0x7FFF;
 
   UINT dpi_;
+  int distance_;  // of those that go with the font, in percent
   HFONT font_;
   int base_width_;
   int base_height_;

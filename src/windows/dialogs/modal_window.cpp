@@ -73,6 +73,10 @@ void KeepLayoutOurs(HWND window) {
   if (set_behavior) set_behavior(window, kDisableAll, kDisableAll);
 }
 
+POINT MiddleOf(const RECT& rect) {
+  return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+}
+
 RECT WorkAreaOf(HMONITOR monitor) {
   MONITORINFO info = {};
   info.cbSize = sizeof(info);
@@ -132,27 +136,39 @@ void ModalWindow::Close() {
 
 // Centred on the owner or on the work area, and never larger than that.
 void ModalWindow::OpenNear(HWND owner) {
-  const HMONITOR monitor = MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY);
-  const RECT work = WorkAreaOf(monitor);
+  const RECT work = WorkAreaOf(MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY));
   if (Recall()) return;
   // On that monitor first: only there is its DPI known.
   SetWindowPos(handle(), nullptr, work.left, work.top, 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-  SetMetrics(DpiOf(handle()));
+  SetMetrics(DpiOf(handle()), work);
 
-  SIZE initial = SizeAround(BodySize());
-  const SIZE least = SizeAround(LeastBodySize());
-  if (OpeningWidth() > 0) initial.cx = std::max<LONG>(OpeningWidth(), least.cx);
+  SIZE size = SizeAround(BodySize());
+  if (OpeningWidth() > 0) size.cx = OpeningWidth();
   const SIZE frame = FrameOf(handle());
-  const LONG width = std::min(initial.cx + frame.cx, work.right - work.left);
-  const LONG height = std::min(initial.cy + frame.cy, work.bottom - work.top);
   RECT around = work;
   if (!OnScreen() && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
-  const LONG x = around.left + (around.right - around.left - width) / 2;
-  const LONG y = around.top + (around.bottom - around.top - height) / 2;
-  Place(handle(), static_cast<int>(std::clamp(x, work.left, work.right - width)),
-        static_cast<int>(std::clamp(y, work.top, work.bottom - height)), static_cast<int>(width),
+  PlaceWithin(work, MiddleOf(around), {size.cx + frame.cx, size.cy + frame.cy});
+}
+
+void ModalWindow::PlaceWithin(const RECT& work, POINT middle, SIZE size) {
+  const SIZE least = LeastSize();
+  const LONG width = std::min(std::max(size.cx, least.cx), work.right - work.left);
+  const LONG height = std::min(std::max(size.cy, least.cy), work.bottom - work.top);
+  const LONG x = std::clamp(middle.x - width / 2, work.left, work.right - width);
+  const LONG y = std::clamp(middle.y - height / 2, work.top, work.bottom - height);
+  Place(handle(), static_cast<int>(x), static_cast<int>(y), static_cast<int>(width),
         static_cast<int>(height));
+}
+
+void ModalWindow::Refit() {
+  if (!metrics_) return;
+  const RECT work = WorkAreaOf(MonitorFromWindow(handle(), MONITOR_DEFAULTTONEAREST));
+  SetMetrics(DpiOf(handle()), work);
+  RECT place = {};
+  GetWindowRect(handle(), &place);
+  PlaceWithin(work, MiddleOf(place), {place.right - place.left, place.bottom - place.top});
+  LayoutClient();
 }
 
 // As the user has left it, unless it would not be wholly to be seen there any more.
@@ -169,16 +185,20 @@ bool ModalWindow::Recall() {
   for (PagedList* list : Lists()) columns += list->widths().size();
   if (numbers.size() != kPlaceNumbers + columns || numbers[4] < 1) return false;
 
+  const RECT kept = {numbers[0], numbers[1], numbers[0] + 1, numbers[1] + 1};
+  const HMONITOR monitor = MonitorFromRect(&kept, MONITOR_DEFAULTTONULL);
+  if (!monitor) return false;
+  const RECT work = WorkAreaOf(monitor);
   SetWindowPos(handle(), nullptr, numbers[0], numbers[1], 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   const UINT dpi = DpiOf(handle());
-  SetMetrics(dpi);
+  SetMetrics(dpi, work);
   const auto scaled = [&](int number) { return MulDiv(number, static_cast<int>(dpi), numbers[4]); };
   const SIZE frame = FrameOf(handle());
-  const RECT place = {numbers[0], numbers[1], numbers[0] + scaled(numbers[2]) + frame.cx,
-                      numbers[1] + scaled(numbers[3]) + frame.cy};
-  const HMONITOR monitor = MonitorFromRect(&place, MONITOR_DEFAULTTONULL);
-  const RECT work = monitor ? WorkAreaOf(monitor) : RECT{};
+  const SIZE least = LeastSize();
+  const RECT place = {kept.left, kept.top,
+                      kept.left + std::max(scaled(numbers[2]) + frame.cx, least.cx),
+                      kept.top + std::max(scaled(numbers[3]) + frame.cy, least.cy)};
   RECT both = {};
   if (!IntersectRect(&both, &place, &work) || !EqualRect(&both, &place)) return false;
   auto next = numbers.begin() + kPlaceNumbers;
@@ -269,17 +289,19 @@ std::optional<LRESULT> ModalWindow::Handle(UINT message, WPARAM wparam, LPARAM l
       LimitSize(*reinterpret_cast<MINMAXINFO*>(lparam));
       return 0;
     case WM_DPICHANGED: {
-      SetMetrics(LOWORD(wparam));
       const RECT& rect = *reinterpret_cast<const RECT*>(lparam);
+      SetMetrics(LOWORD(wparam), WorkAreaOf(MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST)));
       Place(handle(), static_cast<int>(rect.left), static_cast<int>(rect.top),
             static_cast<int>(rect.right - rect.left), static_cast<int>(rect.bottom - rect.top));
       LayoutClient();
       return 0;
     }
     case WM_SETTINGCHANGE:
-      if (wparam != SPI_SETNONCLIENTMETRICS) return std::nullopt;
-      SetMetrics(DpiOf(handle()));
-      LayoutClient();
+      if (wparam != SPI_SETNONCLIENTMETRICS && wparam != SPI_SETWORKAREA) return std::nullopt;
+      Refit();
+      return 0;
+    case WM_DISPLAYCHANGE:
+      Refit();
       return 0;
     case WM_SYSCOLORCHANGE:
       // The system tells the windows of the screen only.
@@ -304,12 +326,20 @@ std::optional<LRESULT> ModalWindow::Handle(UINT message, WPARAM wparam, LPARAM l
   }
 }
 
-void ModalWindow::SetMetrics(UINT dpi) {
-  // The controls use the previous font until they have the next.
-  auto next = std::make_unique<Metrics>(dpi);
-  EnumChildWindows(handle(), SetFontOf, reinterpret_cast<LPARAM>(next->font()));
-  metrics_ = std::move(next);
-  for (PagedList* list : Lists()) list->SetMetrics(*metrics_);
+void ModalWindow::SetMetrics(UINT dpi, const RECT& work) {
+  constexpr int kStep = 2;
+  SIZE least = {};
+  int percent = 100 + kStep;
+  do {
+    percent -= kStep;
+    // The controls use the previous font until they have the next.
+    auto next = std::make_unique<Metrics>(dpi, percent);
+    EnumChildWindows(handle(), SetFontOf, reinterpret_cast<LPARAM>(next->font()));
+    metrics_ = std::move(next);
+    for (PagedList* list : Lists()) list->SetMetrics(*metrics_);
+    least = LeastSize();
+  } while (percent > kStep &&
+           (least.cx > work.right - work.left || least.cy > work.bottom - work.top));
 }
 
 void ModalWindow::LayoutClient() {
@@ -340,11 +370,16 @@ SIZE ModalWindow::SizeAround(SIZE body) const {
   return {width + 2 * metrics().X(kMargin), body.cy + height + 3 * metrics().Y(kMargin)};
 }
 
-void ModalWindow::LimitSize(MINMAXINFO& limits) const {
-  if (!metrics_) return;
+SIZE ModalWindow::LeastSize() const {
   const SIZE least = SizeAround(LeastBodySize());
   const SIZE frame = FrameOf(handle());
-  limits.ptMinTrackSize = {least.cx + frame.cx, least.cy + frame.cy};
+  return {least.cx + frame.cx, least.cy + frame.cy};
+}
+
+void ModalWindow::LimitSize(MINMAXINFO& limits) const {
+  if (!metrics_) return;
+  const SIZE least = LeastSize();
+  limits.ptMinTrackSize = {least.cx, least.cy};
   // Without a body, there is nothing that could become higher.
   if (BodySize().cy == 0) limits.ptMaxTrackSize.y = limits.ptMinTrackSize.y;
 }

@@ -86,10 +86,15 @@ class ModalWindow : protected DialogWindow {
   std::wstring Present();
   void Loop();
   void Deal(MSG& message);
-  void SetMetrics(UINT dpi);
+  // With a body at its least, the window then has room in the work area.
+  void SetMetrics(UINT dpi, const RECT& work);
+  // In the work area, as near to that middle and size as the area and the controls allow.
+  void PlaceWithin(const RECT& work, POINT middle, SIZE size);
+  void Refit();  // something that it was fitted to has changed
   bool Translate(MSG& message);
   // Of the client area.
   SIZE SizeAround(SIZE body) const;
+  SIZE LeastSize() const;  // with the frame
   void LimitSize(MINMAXINFO& limits) const;
 
   Border border_;

@@ -23,6 +23,8 @@ constexpr int kCellPadding = 8;
 // What the flexible column keeps when the others leave it no room.
 constexpr int kLeastCharacters = 8;
 
+constexpr UINT_PTR kLookOn = 1;
+
 class FlagScope {
  public:
   explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
@@ -152,6 +154,8 @@ void PagedList::Draw() {
   DrawSortArrows();
   DrawScrollBar();
   InvalidateRect(list_, nullptr, FALSE);
+  // Between the steps, keys and clicks count.
+  if (model_.looking()) SetTimer(handle(), kLookOn, USER_TIMER_MINIMUM, nullptr);
   events_.changed();
 }
 
@@ -244,6 +248,12 @@ std::optional<LRESULT> PagedList::Handle(UINT message, WPARAM wparam, LPARAM lpa
   switch (message) {
     case WM_VSCROLL:
       Scroll(LOWORD(wparam));
+      return 0;
+    case WM_TIMER:
+      KillTimer(handle(), kLookOn);
+      Do([&] {
+        if (model_.looking()) model_.Home();
+      });
       return 0;
     case WM_NOTIFY:
       return HandleNotification(*reinterpret_cast<NMHDR*>(lparam));

@@ -37,7 +37,7 @@ class SelectWindow : public ModalWindow {
   void Command(int id) override;
 
   static constexpr int kInitialRows = 20;
-  static constexpr int kLeastRows = 5;
+  static constexpr int kLeastRows = 3;
 
   PagedList::Events ListEvents();
   PagedList& list() { return list_; }
