@@ -26,9 +26,10 @@ __attribute__((no_stack_protector)) FloatingPoint::FloatingPoint() : status_(Sta
 }
 
 __attribute__((no_stack_protector)) FloatingPoint::~FloatingPoint() {
-  if ((Status() ^ status_) & kNoted) {
+  if ((Status() ^ status_) & (kNoted | kPending)) {
     std::uint32_t environment[7];
     asm volatile("fnstenv %0" : "=m"(environment));
+    environment[0] |= kNoted;  // masked: nothing is to be raised here
     environment[1] = (environment[1] & ~kNoted) | (status_ & kNoted);
     asm volatile("fldenv %0" : : "m"(environment));
   }

@@ -227,6 +227,30 @@ TEST(Callbacks, MayComeFromTheReleaseAndReleaseTheObjectThatIsCalled) {
   customers->putref_ArdWorkspace(nullptr);
 }
 
+// Of all that the object has: it may be called even then, and has nothing any more.
+TEST(Callbacks, MayComeFromTheLastRelease) {
+  constexpr const wchar_t* kProperties[] = {L"ArdWorkspace", L"ArdEngine", L"oDBaseConn"};
+  CallsBack given[3], late;
+  IDispatch* const messaging = CreateObject(L"ArdObjects100.Messaging").Detach();
+  int gone = 0;
+  ComPtr<IDispatch> kept;
+  for (CallsBack& object : given) {
+    const wchar_t* const property = kProperties[&object - given];
+    LateBound(ComPtr(messaging)).Put(property, Variant(&object));
+    object.gone = [&, property] {
+      const LateBound dying{ComPtr(messaging)};
+      EXPECT_EQ(dying.Put(property, Variant(&late)), S_OK);
+      EXPECT_EQ(dying.Ask(property).pdispVal, nullptr);
+      EXPECT_EQ(dying.Ask(L"LogoffUser").boolVal, VARIANT_TRUE);
+      if (++gone == 3) kept = ComPtr(messaging);
+    };
+  }
+  EXPECT_EQ(messaging->Release(), 0u);
+  EXPECT_EQ(gone, 3);
+  EXPECT_EQ(late.references, 1u);
+  EXPECT_EQ(LateBound(kept).Ask(L"GetPassword").vt, VT_BSTR) << "kept after all";
+}
+
 // What a thread in the other kind of apartment is told by the object.
 void UseFromAnyThread(const ComPtr<_Customers>& customers) {
   ASSERT_TRUE(customers);

@@ -7,6 +7,7 @@
 #include "tests/windows/host.h"
 
 // After windows.h.
+#include <dispex.h>
 #include <gtest/gtest.h>
 #include <xmmintrin.h>
 
@@ -221,53 +222,91 @@ TEST(FloatingPoint, IsWindowsOwnInsideAndTheHostsOutside) {
   }
 }
 
-// The simulated engine behind objects that note how they find the units, and leave them as they
-// should not be: so that everything is raised, and something to be raised at once.
-class Meddler final : public ForeignObject {
- public:
-  Meddler(ComPtr<IDispatch> object, std::vector<Units>& seen)
-      : object_(std::move(object)), seen_(seen) {}
+// While one lives, an object of the host's is asked something. It notes how it finds the units, and
+// leaves them as they should not be: so that everything is raised, and something to be raised at
+// once.
+struct Meddling {
+  static inline std::vector<Units> seen;
 
-  ULONG STDMETHODCALLTYPE Release() override {
-    Note();
-    const ULONG left = ForeignObject::Release();
-    if (left == 0) delete this;
-    _mm_setcsr(kHosts[3].sse);
-    return left;
-  }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
-                                          DISPID* ids) override {
-    Note();
-    const HRESULT outcome = object_->GetIDsOfNames(iid, names, count, locale, ids);
-    Meddle();
-    return outcome;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
-                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
-                                   UINT* failed) override {
-    Note();
-    const HRESULT outcome =
-        object_->Invoke(id, iid, locale, flags, parameters, result, exception, failed);
-    if (result && result->vt == VT_DISPATCH) {
-      result->pdispVal = new Meddler(ComPtr<IDispatch>::Adopt(result->pdispVal), seen_);
-    }
-    Meddle();
-    return outcome;
-  }
-
- private:
-  void Note() {
-    seen_.push_back({Read().control, _mm_getcsr() & ~_MM_EXCEPT_MASK});
+  Meddling() {
+    seen.push_back({Read().control, _mm_getcsr() & ~_MM_EXCEPT_MASK});
     Set(kWindows);
   }
-  static void Meddle() {
+  ~Meddling() {
     Set(kHosts[5]);
     asm volatile("fldcw %0" : : "m"(kHosts[3].control));
     _mm_setcsr(kHosts[3].sse);
   }
+};
+
+// The simulated engine, behind objects that are none of automation's at first sight every other
+// time; without it a script's object, whose value is True and whose names are those that are added.
+class Meddler final : public ForeignObject {
+ public:
+  explicit Meddler(ComPtr<IDispatch> object = {}) : object_(std::move(object)) {}
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    const Meddling meddling;
+    const bool extends = !object_ && iid == __uuidof(IDispatchEx);
+    return ForeignObject::QueryInterface(extends ? IID_IDispatch : iid, object);
+  }
+  ULONG STDMETHODCALLTYPE Release() override {
+    std::optional<Meddling> meddling;
+    if (object_) meddling.emplace();
+    const ULONG left = ForeignObject::Release();
+    if (left == 0) delete this;
+    return left;
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override {
+    const Meddling meddling;
+    return object_ ? object_->GetIDsOfNames(iid, names, count, locale, ids) : DISP_E_UNKNOWNNAME;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* failed) override {
+    const Meddling meddling;
+    if (!object_) {
+      if (result) *result = Variant(true).Detach();
+      return S_OK;
+    }
+    const HRESULT outcome =
+        object_->Invoke(id, iid, locale, flags, parameters, result, exception, failed);
+    if (result && result->vt == VT_DISPATCH) {
+      result->pdispVal = new Meddler(ComPtr<IDispatch>::Adopt(result->pdispVal));
+      if (Meddling::seen.size() % 2) result->vt = VT_UNKNOWN;
+    }
+    if (id != kClose) return outcome;
+    exception->pfnDeferredFillIn = TellLate;
+    return DISP_E_EXCEPTION;
+  }
+  // The first of what IDispatchEx has beyond.
+  virtual HRESULT STDMETHODCALLTYPE GetDispID(BSTR, DWORD, DISPID*) {
+    const Meddling meddling;
+    return S_OK;
+  }
+
+  static inline int told_late = 0;
+
+ private:
+  static constexpr DISPID kClose = 0x1000A;  // a data file, which is closed, but tells of an error
+
+  static HRESULT STDMETHODCALLTYPE TellLate(EXCEPINFO*) {
+    const Meddling meddling;
+    return ++told_late, S_OK;
+  }
 
   const ComPtr<IDispatch> object_;
-  std::vector<Units>& seen_;
+};
+
+// What makes the recordsets of the host's database.
+struct RecordsetFactory final : ComObject<IClassFactory> {
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, void** object) override {
+    const Meddling meddling;
+    *object = new Meddler;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 };
 
 BOOL CALLBACK PressEnd(HWND control, LPARAM) {
@@ -286,15 +325,14 @@ LRESULT CALLBACK MeddlingWindow(HWND window, UINT message, WPARAM wparam, LPARAM
   return answer;
 }
 
-TEST(FloatingPoint, IsWindowsOwnForTheEngine) {
+TEST(FloatingPoint, IsWindowsOwnForTheHostsObjects) {
   const Dll library(LibraryPath());
   const LateBound engine(CreateObject(L"ArdSimulator.Engine"));
   ASSERT_NE(engine.Ask(L"Open", company_folder).vt, VT_ERROR);
   const ScopedVariant workspace = engine.Ask(L"Workspace");
-  std::vector<Units> seen;
   auto customers = Create<_Customers>(library, CLSID_Customers);
   ComPtr<IDispatch> meddler =
-      ComPtr<IDispatch>::Adopt(new Meddler(As<IDispatch>(workspace.pdispVal), seen));
+      ComPtr<IDispatch>::Adopt(new Meddler(As<IDispatch>(workspace.pdispVal)));
   for (int i = 0; i < 2; ++i) {
     In(kHosts[5], [&] { return customers->putref_ArdWorkspace(meddler.get()); });
   }
@@ -304,21 +342,48 @@ TEST(FloatingPoint, IsWindowsOwnForTheEngine) {
                                      &percent);
   });
   EXPECT_EQ(percent, 12.5);
+  EXPECT_GT(Meddler::told_late, 0);
   const HWND window = CreateWindowW(WC_DIALOG, L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
                                     200, nullptr, nullptr, nullptr, nullptr);
   SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(MeddlingWindow));
   Bstr picked;
-  {
-    const HastyUser user;
-    In(kHosts[5], [&] { return customers->FastList(picked.Receive()); });
-  }
-  DestroyWindow(window);
+  const HastyUser user;
+  In(kHosts[5], [&] { return customers->FastList(picked.Receive()); });
   EXPECT_EQ(picked.view(), L"ZOO001");
-  const std::size_t before = seen.size();
-  In(kHosts[5], [&] { return customers = {}, true; });
-  ASSERT_GT(seen.size(), before);
-  seen.resize(before + 1);  // the next is the same object's
-  EXPECT_EQ(seen, std::vector<Units>(seen.size(), kWindows));
+
+  // Scripts' objects as arguments; and a refusal by a database that cannot be read.
+  const auto script = ComPtr<IDispatch>::Adopt(new Meddler);
+  const auto pass_script = [&](IDispatch* object, const wchar_t* member, UINT times) {
+    std::vector<VARIANT> arguments(times, Variant(script.get()));
+    auto* name = const_cast<wchar_t*>(member);
+    DISPID id = 0;
+    object->GetIDsOfNames(IID_NULL, &name, 1, 0, &id);
+    DISPPARAMS parameters = {arguments.data(), nullptr, times, 0};
+    return In(kHosts[5], [&] {
+      return object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr,
+                            nullptr);
+    });
+  };
+  const auto general = Create<_General>(library, CLSID_General);
+  EXPECT_EQ(pass_script(customers.get(), L"GetDiscPercent", 4), S_OK);
+  EXPECT_EQ(pass_script(general.get(), L"GetNumActiveUsersInclDet", 2), S_OK);
+  auto messaging = Create<_Messaging>(library, CLSID_Messaging);
+  messaging->putref_ArdWorkspace(script.get());
+  messaging->putref_ArdEngine(meddler.get());
+  messaging->putref_oDBaseConn(meddler.get());
+  messaging->put_UseAccRights(VARIANT_TRUE);
+  CLSID recordset;
+  DWORD factory = 0;
+  CLSIDFromProgID(L"ADODB.Recordset", &recordset);
+  CoRegisterClassObject(recordset, ComPtr<IUnknown>::Adopt(new RecordsetFactory).get(),
+                        CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &factory);
+  VARIANT_BOOL logged_on = VARIANT_TRUE;
+  In(kHosts[5], [&] { return messaging->LogonUser(Bstr(L"A").get(), nullptr, &logged_on); });
+  EXPECT_EQ(logged_on, VARIANT_FALSE);
+  CoRevokeClassObject(factory);
+  DestroyWindow(window);
+  In(kHosts[5], [&] { return customers = {}, messaging = {}, true; });
+  EXPECT_EQ(Meddling::seen, std::vector<Units>(Meddling::seen.size(), kWindows));
   meddler = {};
   Set(kWindows);
 }

@@ -173,7 +173,10 @@ class AdoConnection final : public database::Connection {
       known = found;
     }
     void* recordset = nullptr;
-    Check(CoCreateInstance(*known, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &recordset));
+    const HRESULT outcome =
+        CoCreateInstance(*known, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &recordset);
+    FloatingPoint::Establish();
+    Check(outcome);
     return ComPtr<IDispatch>::Adopt(static_cast<IDispatch*>(recordset));
   }
 

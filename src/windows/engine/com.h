@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "frame/error.h"
+#include "windows/floating_point.h"
 
 namespace ard::windows {
 
@@ -167,6 +168,7 @@ class ScopedVariant : public VARIANT {
       SysFreeString(bstrVal);
     } else if (vt > VT_DATE && vt != VT_BOOL) {
       VariantClear(this);
+      FloatingPoint::Establish();  // it may have been someone else's object
     }
   }
 

@@ -264,10 +264,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
   ULONG STDMETHODCALLTYPE Release() final {
     const ULONG left = --references_;
-    if (left == 0) {
-      const FloatingPoint floating_point;
-      delete this;
-    }
+    if (left == 0) Die();
     return left;
   }
 
@@ -355,7 +352,8 @@ class AutomationObject : public Interface, public IProvideClassInfo {
                     HandedOver<Seam> Context::*seam,
                     std::shared_ptr<Seam> (*wrap)(IDispatch* object)) {
     const Entry entry(this);
-    ComPtr<IDispatch> last;  // the host's, which may come back to set the property anew
+    if (dying_) value = nullptr;  // nobody would let go of it
+    ComPtr<IDispatch> last;       // the host's, which may come back to set the property anew
     portable_.Run(name, {value}, [&] {
       portable_.context().*seam = nullptr;
       last = std::exchange(property, ComPtr(value));
@@ -371,6 +369,11 @@ class AutomationObject : public Interface, public IProvideClassInfo {
         name, [&](ComPtr<IDispatch>& result) { result = property; }));
     return S_OK;
   }
+
+  // Those that the class publishes.
+  ComPtr<IDispatch> workspace_;
+  ComPtr<IDispatch> engine_;
+  ComPtr<IDispatch> connection_;
 
  private:
   // The portable class, with the frame of its public methods for the property procedures, too.
@@ -400,6 +403,24 @@ class AutomationObject : public Interface, public IProvideClassInfo {
     return S_OK;
   }
 
+  // What is the host's goes first, and may come back: to an object that has nothing any more, and
+  // is not let go of a second time. It may even be kept.
+  void Die() {
+    const FloatingPoint floating_point;
+    ++references_;
+    dying_ = true;
+    Context& context = portable_.context();
+    context.workspace = nullptr;
+    context.engine = nullptr;
+    context.database = nullptr;
+    for (ComPtr<IDispatch>* const object : {&workspace_, &engine_, &connection_}) {
+      *object = {};
+      FloatingPoint::Establish();
+    }
+    dying_ = false;
+    if (--references_ == 0) delete this;
+  }
+
   static HRESULT HandOut(ComPtr<ITypeInfo> info, ITypeInfo** out) {
     *out = info.Detach();
     return *out ? S_OK : TYPE_E_CANTLOADLIBRARY;
@@ -409,6 +430,7 @@ class AutomationObject : public Interface, public IProvideClassInfo {
   const PublishedClass& published_;
   std::atomic<ULONG> references_ = 1;
   bool prepared_ = false;
+  bool dying_ = false;
   std::shared_ptr<Runtime> runtime_ = Runtime::Get();
   Framed portable_;
 };

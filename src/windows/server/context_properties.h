@@ -38,14 +38,12 @@ class WithArdWorkspace : public Base {
  public:
   using Base::Base;
   HRESULT STDMETHODCALLTYPE putref_ArdWorkspace(IDispatch* value) override {
-    return this->PutObject(L"ArdWorkspace", workspace_, value, &Context::workspace, WrapWorkspace);
+    return this->PutObject(L"ArdWorkspace", this->workspace_, value, &Context::workspace,
+                           WrapWorkspace);
   }
   HRESULT STDMETHODCALLTYPE get_ArdWorkspace(IDispatch** value) override {
-    return this->GetObject(L"ArdWorkspace", workspace_, value);
+    return this->GetObject(L"ArdWorkspace", this->workspace_, value);
   }
-
- private:
-  ComPtr<IDispatch> workspace_;
 };
 
 template <class Base>
@@ -53,14 +51,11 @@ class WithArdEngine : public Base {
  public:
   using Base::Base;
   HRESULT STDMETHODCALLTYPE putref_ArdEngine(IDispatch* value) override {
-    return this->PutObject(L"ArdEngine", engine_, value, &Context::engine, WrapEngine);
+    return this->PutObject(L"ArdEngine", this->engine_, value, &Context::engine, WrapEngine);
   }
   HRESULT STDMETHODCALLTYPE get_ArdEngine(IDispatch** value) override {
-    return this->GetObject(L"ArdEngine", engine_, value);
+    return this->GetObject(L"ArdEngine", this->engine_, value);
   }
-
- private:
-  ComPtr<IDispatch> engine_;
 };
 
 template <class Base>
@@ -68,14 +63,12 @@ class WithDBaseConn : public Base {
  public:
   using Base::Base;
   HRESULT STDMETHODCALLTYPE putref_oDBaseConn(IDispatch* value) override {
-    return this->PutObject(L"oDBaseConn", connection_, value, &Context::database, WrapConnection);
+    return this->PutObject(L"oDBaseConn", this->connection_, value, &Context::database,
+                           WrapConnection);
   }
   HRESULT STDMETHODCALLTYPE get_oDBaseConn(IDispatch** value) override {
-    return this->GetObject(L"oDBaseConn", connection_, value);
+    return this->GetObject(L"oDBaseConn", this->connection_, value);
   }
-
- private:
-  ComPtr<IDispatch> connection_;
 };
 
 }  // namespace ard::windows

@@ -122,12 +122,9 @@ HRESULT Invoke(IDispatch* object, const DispatchTable& table, Trace& trace, bool
 }
 
 ProcedureEntry::ProcedureEntry(IUnknown* object, bool& prepared) {
-  if (std::exchange(prepared, false)) {
-    FloatingPoint::Establish();  // the host may have been asked since what its arguments hold
-  } else {
-    floating_point_.emplace();
-    self_ = ComPtr<IUnknown>(object);
-  }
+  if (std::exchange(prepared, false)) return;
+  floating_point_.emplace();
+  self_ = ComPtr<IUnknown>(object);
 }
 
 ProcedureEntry::~ProcedureEntry() = default;
@@ -138,6 +135,17 @@ VARIANT* Referred(VARIANT* argument) {
   while (argument->vt == (VT_BYREF | VT_VARIANT)) argument = argument->pvarVal;
   return argument;
 }
+
+namespace {
+
+// An object of the host's may be asked for its value, or let go of.
+HRESULT ChangeType(VARIANT& result, VARIANT& value, LCID locale, VARTYPE vt) {
+  const HRESULT status = VariantChangeTypeEx(&result, &value, locale, 0, vt);
+  FloatingPoint::Establish();
+  return status;
+}
+
+}  // namespace
 
 HRESULT Convert(VARIANT*& argument, VARTYPE vt, LCID locale, VARIANT& converted) {
   const VARIANT* const given = argument;
@@ -151,7 +159,7 @@ HRESULT Convert(VARIANT*& argument, VARTYPE vt, LCID locale, VARIANT& converted)
     converted.pdispVal = nullptr;
     return S_OK;
   }
-  return VariantChangeTypeEx(&converted, &source, locale, 0, vt);
+  return ChangeType(converted, source, locale, vt);
 }
 
 namespace {
@@ -192,8 +200,16 @@ std::size_t SizeOf(int vt) {
 std::wstring_view TextOf(VARIANT& value, VARIANT& made, LCID locale) {
   if (value.vt == VT_EMPTY) return {};
   if (value.vt == VT_BSTR) return View(value.bstrVal);
-  const HRESULT status = VariantChangeTypeEx(&made, &value, locale, 0, VT_BSTR);
+  const HRESULT status = ChangeType(made, value, locale, VT_BSTR);
   return SUCCEEDED(status) ? View(made.bstrVal) : std::wstring_view();
+}
+
+// The object as one that a script can add properties to; null when it is none.
+ComPtr<IDispatchEx> Expandable(IDispatch* object) {
+  ComPtr<IDispatchEx> expandable;
+  object->QueryInterface(__uuidof(IDispatchEx), reinterpret_cast<void**>(expandable.Receive()));
+  FloatingPoint::Establish();
+  return expandable;
 }
 
 // A property of an object of the host's. With a value, it is put; one that is not there yet is made
@@ -203,18 +219,20 @@ HRESULT AccessProperty(IDispatch* object, const wchar_t* name, LCID locale, VARI
   auto* text = const_cast<LPOLESTR>(name);
   DISPID id = DISPID_UNKNOWN;
   HRESULT status = object->GetIDsOfNames(IID_NULL, &text, 1, locale, &id);
-  ComPtr<IDispatchEx> expandable;
-  if (FAILED(status) && value &&
-      SUCCEEDED(object->QueryInterface(__uuidof(IDispatchEx),
-                                       reinterpret_cast<void**>(expandable.Receive())))) {
-    const Bstr wanted = Bstr::Adopt(SysAllocString(name));
-    status = expandable->GetDispID(wanted.get(), fdexNameEnsure | fdexNameCaseSensitive, &id);
+  FloatingPoint::Establish();
+  if (FAILED(status) && value) {
+    if (const ComPtr<IDispatchEx> expandable = Expandable(object)) {
+      const Bstr wanted = Bstr::Adopt(SysAllocString(name));
+      status = expandable->GetDispID(wanted.get(), fdexNameEnsure | fdexNameCaseSensitive, &id);
+    }
   }
-  if (FAILED(status)) return status;
-  DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS parameters = {value, value ? &put : nullptr, value ? 1u : 0u, value ? 1u : 0u};
-  status = object->Invoke(id, IID_NULL, locale, value ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYGET,
-                          &parameters, result, nullptr, nullptr);
+  if (SUCCEEDED(status)) {
+    FloatingPoint::Establish();
+    DISPID put = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters = {value, value ? &put : nullptr, value ? 1u : 0u, value ? 1u : 0u};
+    const WORD how = value ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYGET;
+    status = object->Invoke(id, IID_NULL, locale, how, &parameters, result, nullptr, nullptr);
+  }
   FloatingPoint::Establish();
   return status;
 }
@@ -228,7 +246,7 @@ std::optional<ULONG> LengthOf(IDispatch* object, LCID locale) {
   constexpr LONG kReachable = 0x8000;  // by a 16-bit index
   ScopedVariant length;
   if (!object || FAILED(AccessProperty(object, L"length", locale, nullptr, &length)) ||
-      FAILED(VariantChangeTypeEx(&length, &length, locale, 0, VT_I4)) || length.lVal < 0) {
+      FAILED(ChangeType(length, length, locale, VT_I4)) || length.lVal < 0) {
     return {};
   }
   return static_cast<ULONG>(std::min(length.lVal, kReachable));
@@ -241,7 +259,7 @@ HRESULT Assign(VARIANT& variable, VARIANT& value, LCID locale) {
     return S_OK;
   }
   const auto vt = static_cast<VARTYPE>(variable.vt & ~VT_BYREF);
-  const HRESULT status = VariantChangeTypeEx(&value, &value, locale, 0, vt);
+  const HRESULT status = ChangeType(value, value, locale, vt);
   if (FAILED(status)) return status;
   if (vt == VT_BSTR) {
     std::swap(*variable.pbstrVal, value.bstrVal);
@@ -269,12 +287,13 @@ HRESULT OutputParameter::Load(VARIANT* argument, VARTYPE vt, LCID locale) {
   ScopedVariant held;
   if (reference || source != argument) {
     variable_ = source;
-  } else if (source->vt == VT_DISPATCH && source->pdispVal &&
-             SUCCEEDED(source->pdispVal->QueryInterface(
-                 __uuidof(IDispatchEx), reinterpret_cast<void**>(holder_.Receive())))) {
-    if (SUCCEEDED(AccessProperty(holder_.get(), kHeld, locale, nullptr, &held))) source = &held;
+  } else if (source->vt == VT_DISPATCH && source->pdispVal) {
+    holder_ = ComPtr<IDispatch>::Adopt(Expandable(source->pdispVal).Detach());
+    if (holder_ && SUCCEEDED(AccessProperty(holder_.get(), kHeld, locale, nullptr, &held))) {
+      source = &held;
+    }
   }
-  if (FAILED(VariantChangeTypeEx(&converted_, source, locale, 0, vt))) converted_.vt = vt;
+  if (FAILED(ChangeType(converted_, *source, locale, vt))) converted_.vt = vt;
   return S_OK;
 }
 
@@ -296,13 +315,10 @@ HRESULT Parameter<StringArray>::Load(VARIANT* argument, LCID locale) {
     case VT_ARRAY | VT_BSTR:
       strings_ = reference ? argument->pparray : &argument->parray;
       return S_OK;
-    case VT_ARRAY | VT_VARIANT: {
-      SAFEARRAY* const array = reference ? *argument->pparray : argument->parray;
-      variants_.emplace(array);
-      if (!array || array->cDims != 1) return S_OK;
-      bounds = array->rgsabound[0];
+    case VT_ARRAY | VT_VARIANT:
+      variants_.emplace(reference ? *argument->pparray : argument->parray);
+      bounds = {static_cast<ULONG>(variants_->size()), variants_->lower_bound()};
       break;
-    }
     case VT_DISPATCH: {
       object_ = ComPtr(reference ? *argument->ppdispVal : argument->pdispVal);
       const std::optional<ULONG> length = LengthOf(object_.get(), locale);
@@ -325,7 +341,7 @@ HRESULT Parameter<StringArray>::Load(VARIANT* argument, LCID locale) {
 }
 
 std::wstring_view Parameter<StringArray>::Element(ULONG index, VARIANT& made) {
-  if (!object_) return TextOf(variants_->begin()[index], made, locale_);
+  if (!object_) return TextOf(*Referred(&variants_->begin()[index]), made, locale_);
   AccessProperty(object_.get(), std::to_wstring(index).c_str(), locale_, nullptr, &made);
   return TextOf(made, made, locale_);
 }
@@ -343,7 +359,7 @@ HRESULT Parameter<StringArray>::Store() {
     text.bstrVal = std::exchange(string, nullptr);
     const HRESULT stored = object_ ? AccessProperty(object_.get(), std::to_wstring(at).c_str(),
                                                     locale_, &text, nullptr)
-                                   : Assign(variants_->begin()[at], text, locale_);
+                                   : Assign(*Referred(&variants_->begin()[at]), text, locale_);
     if (FAILED(stored)) status = stored;
   }
   return status;

@@ -297,7 +297,9 @@ TEST_F(DispatchTest, ArraysAreFilledWithinTheirBounds) {
     BSTR* const string = ArrayElements<BSTR>(strings.parray).begin();
     VARIANT* const variant = ArrayElements<VARIANT>(variants.parray).begin();
     string[2] = SysAllocString(L"a");
-    variant[1] = Of(7);
+    ScopedVariant seven = testing::Variant(7);
+    VARIANT reference = Reference(VT_VARIANT, &seven);
+    variant[1] = Reference(VT_VARIANT, &reference);
     variant[2] = Of(L"a");
 
     for (const VARIANT& way :
@@ -309,8 +311,24 @@ TEST_F(DispatchTest, ArraysAreFilledWithinTheirBounds) {
     EXPECT_EQ(View(string[0]), L"");
     EXPECT_EQ(View(string[2]), L"a!!");
     EXPECT_EQ(variant[0].vt, VT_EMPTY);  // an element that the member leaves alone
-    EXPECT_EQ(View(variant[1].bstrVal), L"7!!");
+    EXPECT_EQ(variant[1].pvarVal, &reference);
+    EXPECT_EQ(View(seven.bstrVal), L"7!!");
     EXPECT_EQ(View(variant[2].bstrVal), L"a!!");
+  }
+}
+
+// Whatever the host calls it: of something else, or with its memory given back.
+TEST_F(DispatchTest, ArraysThatAreNoneAreLeftAlone) {
+  for (const VARTYPE held : {VT_R8, VT_I4, VT_BSTR, VT_VARIANT}) {
+    ScopedVariant array;
+    array.vt = static_cast<VARTYPE>(VT_ARRAY | held);
+    array.parray = SafeArrayCreateVector(held, 5, 3);
+    for (const VARTYPE called : {VT_BSTR, VT_VARIANT}) {
+      if (called == held) SafeArrayDestroyData(array.parray);
+      const auto vt = static_cast<VARTYPE>(VT_ARRAY | called);
+      EXPECT_EQ(Invoke(kMark, DISPATCH_METHOD, {Reference(vt, &array.parray)}), S_OK);
+      EXPECT_EQ(sample_.lower_bound, called == held ? 5 : 0) << held << called;
+    }
   }
 }
 

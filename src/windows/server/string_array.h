@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "frame/text_array.h"
@@ -17,13 +18,14 @@
 namespace ard::windows {
 
 // The elements of an automation array, from the first to the last, while it is locked. None at all
-// when there is no array, or when it has more than one dimension.
+// when there is no array, or one of something else or of more than one dimension.
 template <class Element>
 class ArrayElements {
  public:
   explicit ArrayElements(SAFEARRAY* array) {
     void* data = nullptr;
-    if (!array || array->cDims != 1 || FAILED(SafeArrayAccessData(array, &data))) return;
+    if (!array || array->cDims != 1 || !Holds(*array)) return;
+    if (FAILED(SafeArrayAccessData(array, &data))) return;
     array_ = array;
     data_ = static_cast<Element*>(data);
   }
@@ -34,11 +36,19 @@ class ArrayElements {
   }
 
   LONG lower_bound() const { return array_ ? array_->rgsabound[0].lLbound : 0; }
-  std::size_t size() const { return array_ ? array_->rgsabound[0].cElements : 0; }
+  std::size_t size() const { return data_ ? array_->rgsabound[0].cElements : 0; }
   Element* begin() const { return data_; }
   Element* end() const { return data_ + size(); }
 
  private:
+  // A host may call an array what it is not. One that does not know what it holds goes by the size.
+  static bool Holds(SAFEARRAY& array) {
+    VARTYPE vt = std::is_same_v<Element, BSTR> ? VT_BSTR : VT_VARIANT;
+    const VARTYPE wanted = vt;
+    SafeArrayGetVartype(&array, &vt);
+    return vt == wanted && array.cbElements == sizeof(Element);
+  }
+
   SAFEARRAY* array_ = nullptr;
   Element* data_ = nullptr;
 };
