@@ -138,9 +138,22 @@ VARIANT* Referred(VARIANT* argument) {
 
 namespace {
 
-// An object of the host's may be asked for its value, or let go of.
+// An object of the host's is asked for its value here: the system would convert with the units as
+// it leaves them. It may be let go of, too.
 HRESULT ChangeType(VARIANT& result, VARIANT& value, LCID locale, VARTYPE vt) {
-  const HRESULT status = VariantChangeTypeEx(&result, &value, locale, 0, vt);
+  ScopedVariant told;
+  VARIANT* source = &value;
+  if ((value.vt & ~VT_BYREF) == VT_DISPATCH && vt != VT_DISPATCH) {
+    IDispatch* const object = value.vt & VT_BYREF ? *value.ppdispVal : value.pdispVal;
+    if (!object) return DISP_E_TYPEMISMATCH;
+    DISPPARAMS none = {};
+    const HRESULT status = object->Invoke(DISPID_VALUE, IID_NULL, locale, DISPATCH_PROPERTYGET,
+                                          &none, &told, nullptr, nullptr);
+    FloatingPoint::Establish();
+    if (FAILED(status)) return DISP_E_TYPEMISMATCH;
+    source = &told;
+  }
+  const HRESULT status = VariantChangeTypeEx(&result, source, locale, 0, vt);
   FloatingPoint::Establish();
   return status;
 }
