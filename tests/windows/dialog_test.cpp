@@ -54,6 +54,8 @@ class DialogTest : public WindowTest {
     }
     builder.Record(L"CompanyDeliveryData", L"ADDRESS_REF=1|DESCRIPTION=Works");
     builder.Record(L"SalesDeliveryData", L"ACCOUNT_REF=A1|ADDRESS_REF=1|DESCRIPTION=Yard");
+    builder.Columns(L"SetupData", L"TERMS_WARNING:boolean\tADDRESS_PROMPT_1:text(1000)");
+    builder.Setup({{L"ADDRESS_PROMPT_1", std::wstring(1000, L'W')}});
     builder.Record(L"QueueData", L"LOGON_NAME=ANN|STATION_NAME=ONE");
     engine_ = builder.Build();
     context_.workspace = engine_->workspace();
@@ -128,6 +130,7 @@ class DialogTest : public WindowTest {
     windows.push_back(view.window);
     for (const HWND window : windows) {
       if (!IsWindowVisible(window) || (window != view.window && SizeOf(window).cy > 100)) continue;
+      EXPECT_GE(SizeOf(window).cy, ClassOf(window) == WC_EDITW ? 18 : 0) << "it can be read";
       const RECT inner = RectOf(window);
       const RECT outer = window == view.window ? screen : RectOf(GetParent(window));
       RECT both = {};

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <new>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "dialogs/select_dialog.h"
@@ -44,6 +46,7 @@ class LedgerDialog : public dialogs::RowSource, public dialogs::SelectDialog {
   std::int32_t last = 0;
   bool fails = false;
   std::int32_t deleted = 0;  // at the beginning
+  std::wstring name = kName;
   std::wstring typed;
 
  protected:
@@ -64,7 +67,7 @@ class LedgerDialog : public dialogs::RowSource, public dialogs::SelectDialog {
     for (std::int32_t i = from; i <= to; ++i) {
       if (i % 700 == 0 || i <= deleted) continue;
       // The engine pads its texts.
-      rows.push_back({i, std::to_wstring(i) + L"   \t" + kName + L"       ",
+      rows.push_back({i, std::to_wstring(i) + L"   \t" + name + L"       ",
                       i % 4 == 0 ? dialogs::kRed : dialogs::kDefaultColor});
     }
   }
@@ -231,6 +234,32 @@ TEST_F(ListWindowTest, AllWindowsOfTheHostAreDisabledAndTheDisabledStaySo) {
   DestroyWindow(disabled);
 }
 
+TEST_F(ListWindowTest, TheActiveWindowOfAThreadThatSharesItsInputIsDisabledLikeOnesOwn) {
+  std::atomic<HWND> other = nullptr;
+  std::thread thread([&] {
+    other = CreateWindowW(L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 90, 90, nullptr, nullptr,
+                          nullptr, nullptr);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+  });
+  EXPECT_TRUE(Eventually([&] { return other.load() != nullptr; }));
+  const DWORD id = GetWindowThreadProcessId(other, nullptr);
+  EXPECT_TRUE(AttachThreadInput(GetCurrentThreadId(), id, TRUE));
+  LedgerDialog dialog;
+  const auto open = [&] {
+    SetActiveWindow(other);
+    environment_.Show(dialog);
+  };
+  Drive(dialog.caption(), open, [&](const View& view) {
+    EXPECT_EQ(GetWindow(view.window, GW_OWNER), other);
+    EXPECT_FALSE(IsWindowEnabled(other));
+  });
+  EXPECT_TRUE(IsWindowEnabled(other));
+  AttachThreadInput(GetCurrentThreadId(), id, FALSE);
+  PostThreadMessageW(id, WM_QUIT, 0, 0);
+  thread.join();
+}
+
 TEST_F(ListWindowTest, OpensWithoutAnOwner) {
   LedgerDialog dialog;
   const auto open = [&] {
@@ -393,6 +422,7 @@ TEST_F(ListWindowTest, RedRowsAreRedAndReadableInAnyPalette) {
 
 TEST_F(ListWindowTest, ACellThatIsCutShowsItsWholeTextToThePointer) {
   LedgerDialog dialog;
+  for (int i = 0; i < 3; ++i) dialog.name += L' ' + kName;
   Show(dialog, [&](const View& view) {
     POINT point = {view.Place(L"Header1").x, view.Place(L"Row0").y};
     // Each move makes the tip wait anew, so a slow machine is left in peace longer each time.
@@ -404,7 +434,8 @@ TEST_F(ListWindowTest, ACellThatIsCutShowsItsWholeTextToThePointer) {
         SetCursorPos(static_cast<int>(point.x++), static_cast<int>(point.y));
       }
       const HWND tip = FindWindowW(TOOLTIPS_CLASSW, nullptr);
-      return tip && IsWindowVisible(tip) && TextOf(tip) == kName;
+      return tip && IsWindowVisible(tip) && TextOf(tip) == dialog.name &&
+             SizeOf(tip).cx < GetSystemMetrics(SM_CXSCREEN);
     }));
   });
 }

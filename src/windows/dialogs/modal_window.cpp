@@ -20,6 +20,11 @@ class ModalWindow::Modality {
  public:
   explicit Modality(HWND window) : window_(window) {
     EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(this));
+    // Where threads share their input, the active window may be another one's.
+    const HWND owner = GetWindow(window, GW_OWNER);
+    if (GetWindowThreadProcessId(owner, nullptr) != GetCurrentThreadId()) {
+      Collect(owner, reinterpret_cast<LPARAM>(this));
+    }
     for (const HWND other : disabled_) EnableWindow(other, FALSE);
   }
   Modality(const Modality&) = delete;

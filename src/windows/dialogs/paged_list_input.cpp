@@ -166,6 +166,8 @@ void PagedList::TipFor(POINT point) {
                            nullptr, nullptr);
     SendMessageW(tip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   }
+  // A long text goes on in the next line, not beyond the screen.
+  SendMessageW(tip_, TTM_SETMAXTIPWIDTH, 0, ClientOf(list_).cx);
   SendMessageW(tip_, TTM_POP, 0, 0);
   SendMessageW(tip_, TTM_SETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool));
 }
