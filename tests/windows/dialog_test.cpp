@@ -206,9 +206,9 @@ TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenI
         lines_with_boxes += boxes.contains(ClassOf(control)) && line.size() > 1;
       }
     }
-    for (const WPARAM change : {SPI_SETNONCLIENTMETRICS, SPI_SETWORKAREA}) {
+    for (const UINT change : {UINT{SPI_SETNONCLIENTMETRICS}, UINT{SPI_SETWORKAREA}}) {
       SetWindowPos(view.window, nullptr, 1200, 950, 10, 10, SWP_NOZORDER | SWP_NOACTIVATE);
-      SendMessageW(view.window, WM_SETTINGCHANGE, change, 0);
+      SendMessageW(view.window, WM_SETTINGCHANGE, WPARAM{change}, 0);
       ExpectAllToBeSeen(view);
     }
   });
