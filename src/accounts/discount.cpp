@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <iterator>
+#include <string>
 
 #include "accounts/account.h"
 #include "frame/decimal.h"
@@ -28,24 +29,33 @@ constexpr Table kTables[] = {{L"Table A", L"DISC_A_LEVEL_"},
                              {L"Table D", L"DISC_D_LEVEL_"},
                              {L"Table E", L"DISC_E_LEVEL_"}};
 
+void NoteDiscount(Trace& trace, std::wstring_view table, std::wstring_view text) {
+  trace.Noted({L"Customers", L"Discount", table}, text);
+}
+
 // The rate of the highest level whose threshold is above 0 and reached; levels need not ascend.
-std::optional<double> RateReached(auto& source, auto&& threshold_field, auto&& rate_field,
-                                  double reached) {
+// `table` is what the trace calls them.
+std::optional<double> RateReached(auto& source, std::wstring_view table, auto&& threshold_field,
+                                  auto&& rate_field, double reached) {
   for (std::int16_t level = kLevels; level >= 1; --level) {
     double threshold = 0;
     source.GetIfThere(threshold_field.With(level), threshold);
     if (threshold <= 0 || !AtLeast(reached, threshold)) continue;
     double rate = 0;
     if (!source.Get(rate_field.With(level), rate)) return std::nullopt;
+    if (source.trace().on()) {
+      NoteDiscount(source.trace(), table, L"Level " + std::to_wstring(level) + L" is reached.");
+    }
     return rate;
   }
+  NoteDiscount(source.trace(), table, L"No level is reached.");
   return std::nullopt;
 }
 
 std::optional<double> ValueRate(const Context& context, double value) {
   engine::DataFile setup(context, L"SetupData");
   if (!setup.Open(Mode::kRead) || !setup.Read(1)) return std::nullopt;
-  return RateReached(setup, NumberedText(L"SALES_AMOUNT_SOLD_", L""),
+  return RateReached(setup, L"Value", NumberedText(L"SALES_AMOUNT_SOLD_", L""),
                      NumberedText(L"SALES_ADD_DISC_", L""), value);
 }
 
@@ -55,7 +65,7 @@ std::optional<double> QuantityRate(const Context& context, const Table& table,
   if (!product.Set(L"STOCK_CODE", line.prod_code) || !product.Find(Match::kExact)) {
     return std::nullopt;
   }
-  return RateReached(product, NumberedText(table.level, L"_QTY"),
+  return RateReached(product, table.name, NumberedText(table.level, L"_QTY"),
                      NumberedText(table.level, L"_RATE"), line.quantity);
 }
 
@@ -83,6 +93,8 @@ Discount CalculateDiscount(const Context& context, std::wstring_view acc_ref,
     const Table& table = kTables[type - kFirstTable];
     discount.table = table.name;
     discount.quantity_rate = QuantityRate(context, table, line);
+  } else {
+    NoteDiscount(context.trace(), L"", L"None but the account's own: its type has no levels.");
   }
   return discount;
 }

@@ -96,7 +96,11 @@ void LedgerAccounts::WarnAboutChoice(const dialogs::Row& choice) const {
     const bool found = FindAccount(account, choice.Cell(1));
     text = Warnings(account, found, [&] { return choice.color == dialogs::kRed; }).Text();
   }
-  if (text.empty() || !IsTermsWarningOn(context())) return;
+  if (text.empty()) return;
+  if (!IsTermsWarningOn(context())) {
+    return context().trace().Noted({L"SetupData", engine::kFields, L"TERMS_WARNING"},
+                                   L"Off, or not to be read: the warning is not shown.");
+  }
   context().ShowMessage(Icon::kExclamation, text, context().app_name);
 }
 

@@ -77,12 +77,18 @@ class Recordset {
     return Ask(L"Field.Type", std::int32_t{0},
                [&](RecordsetObject& recordset) { return recordset.GetFieldType(field); });
   }
-  // Reads a field of the current row, by its place or its name, into `out`, converted to its type;
-  // a read or conversion that fails leaves `out` as it was.
+  // Reads a field of the current row, by its name, or by its place and with the name that the trace
+  // has for it, into `out`, converted to its type; a read or conversion that fails leaves `out` as
+  // it was.
   template <class T>
-  bool Get(auto field, T& out) {
-    return Do(L"Field.Value",
-              [&](RecordsetObject& recordset) { Convert(recordset.GetValue(field), out); });
+  bool Get(Name field, T& out) {
+    return Get(std::wstring_view(field), field, out);
+  }
+  template <class T>
+  bool Get(auto field, Name name, T& out) {
+    return Do(
+        L"Field.Value",
+        [&](RecordsetObject& recordset) { Convert(recordset.GetValue(field), out); }, name);
   }
   // Deletes the current row.
   bool Delete() {
@@ -93,11 +99,11 @@ class Recordset {
   static constexpr std::wstring_view kName = L"Recordset";
 
   template <std::size_t n, class Action>
-  bool Do(const wchar_t (&operation)[n], Action&& action) {
+  bool Do(const wchar_t (&operation)[n], Action&& action, Name detail = L"") {
     return target_ && Attempt(
                           context_.trace(),
                           [&] {
-                            return Step{kName, operation};
+                            return Step{kName, operation, detail};
                           },
                           [&] { action(*target_); });
   }

@@ -88,8 +88,9 @@ std::wstring ProductInfo::RowText() {
 }
 
 std::wstring ProductInfo::CellText(std::int32_t field) {
-  Cell cell{fields_[static_cast<std::size_t>(field)].type, {}};
-  recordset_.Get(field, cell);
+  const auto& [name, type] = fields_[static_cast<std::size_t>(field)];
+  Cell cell{type, {}};
+  recordset_.Get(field, name, cell);
   return std::move(cell.text);
 }
 

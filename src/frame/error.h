@@ -16,6 +16,8 @@ inline constexpr std::int32_t kErrorOverflow = static_cast<std::int32_t>(0x80020
 inline constexpr std::int32_t kErrorNoMember = static_cast<std::int32_t>(0x80020003);
 inline constexpr std::int32_t kErrorUnknownName = static_cast<std::int32_t>(0x80020006);
 inline constexpr std::int32_t kErrorOutOfMemory = static_cast<std::int32_t>(0x8007000E);
+// Null where a value is needed, as hosts' own languages have it.
+inline constexpr std::int32_t kErrorNull = static_cast<std::int32_t>(0x800A005E);
 inline constexpr std::int32_t kErrorNoFile = static_cast<std::int32_t>(0x80070002);
 inline constexpr std::int32_t kErrorNoPath = static_cast<std::int32_t>(0x80070003);
 inline constexpr std::int32_t kErrorFailed = static_cast<std::int32_t>(0x80004005);

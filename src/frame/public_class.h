@@ -79,7 +79,7 @@ class PublicClass {
     Call<Nothing>(member, arguments, [&](Nothing&) { body(); });
   }
 
-  // Tells the trace which branch of a member has refused somebody, and why.
+  // Tells the trace which branch of a member has decided, and why: of a refusal, above all.
   void NoteRefusal(Name member, Name why) const noexcept {
     context_.trace().Noted({name_, member}, why);
   }

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <new>
 
+#include "frame/date.h"
 #include "frame/error.h"
 #include "frame/text.h"
 
@@ -121,8 +122,11 @@ std::wstring Seen::ToText() const {
       return std::to_wstring(As<std::int32_t>());
     case Kind::kDouble:
       return Value(As<double>()).ToText();
-    case Kind::kDate:
-      return Value(As<Date>()).ToText();
+    case Kind::kDate: {
+      const Date date = As<Date>();
+      // What is no date of the calendar is told as the number that it is.
+      return IsInRange(date) ? Value(date).ToText() : Value(date.days).ToText();
+    }
     case Kind::kText:
       return Quoted(As<std::wstring>());
     case Kind::kTextView:
@@ -200,6 +204,8 @@ void Trace::SkippedByException(const Step& step) noexcept {
   if (!on_) return;
   try {
     const Error error = Handled(step);
+    // A field that nothing has been put into is no fault.
+    if (error.number() == kErrorNull) return Noted(step, error.text());
     Skipped(step, error.number(), error.text());
   } catch (...) {
     // As above.

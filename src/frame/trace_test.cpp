@@ -72,6 +72,7 @@ TEST_F(TraceTest, NotesSkippedStepsWithNumberAndText) {
   EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw std::bad_alloc(); }));
   EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw std::runtime_error("x"); }));
   EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { throw 5; }));
+  EXPECT_FALSE(Attempt(trace(), {L"A", L"B"}, [] { Value(Null()).ToLong(); }));  // no failure
   EXPECT_FALSE(Attempt(trace(), {L"ArdWorkspace", L"CreateRecordObject", L"StockData"},
                        [] { throw Error(kErrorNoMember, L"Member not found."); }));
   EXPECT_EQ(Take(),
@@ -79,6 +80,7 @@ TEST_F(TraceTest, NotesSkippedStepsWithNumberAndText) {
                    "7\t0\tskip\tA.B\t0x8007000E\tOut of memory.",
                    "7\t0\tskip\tA.B\t0x80004005\tInternal error.",
                    "7\t0\tskip\tA.B\t0x80004005\tUnknown error.",
+                   "7\t0\tnote\tA.B\tIt has no value (Null).",
                    "7\t0\tskip\tArdWorkspace.CreateRecordObject(\"StockData\")\t0x80020003\t"
                    "ArdWorkspace has no member CreateRecordObject."}));
 }
@@ -139,15 +141,18 @@ TEST_F(TraceTest, WritesArgumentsAndAnswersWhenAskedFor) {
   std::wstring output = L"before";
   sample.Puts(L"5\" BOLT ", output);
   for (const auto name : {L"PassLogged", L"GetPassword", L"IsValid"}) sample.Secret(name, L"word");
-  EXPECT_EQ(
-      Take(),
-      (Lines{"7\t1\tcall\tSample.Half\t\tLong\tneutral\t(1)\t0",
-             "7\t2\tskip\tSample.Half\t0x8002000A\tOverflow.",
-             "7\t2\tcall\tSample.Half\t\tLong\tanswered\t(-8)\t-4",
-             "7\t3\tcall\tSample.Puts\t\t\t\t(\"5\"\" BOLT \", Nothing)\t\"out\"",
-             "7\t4\tcall\tSample.PassLogged\t\tString\tanswered\t(***, \"word\")\t***",
-             "7\t5\tcall\tSample.GetPassword\t\tString\tanswered\t(\"ANN\", \"word\")\t***",
-             "7\t6\tcall\tSample.IsValid\t\tString\tanswered\t(\"ANN\", \"word\")\t\"word\""}));
+  Trace::Call call;
+  trace().Begin(call, L"A", L"B");
+  trace().End(call, L"Date", Date{1e9}, {Date{-1e9}});  // in no calendar
+  EXPECT_EQ(Take(),
+            (Lines{"7\t1\tcall\tSample.Half\t\tLong\tneutral\t(1)\t0",
+                   "7\t2\tskip\tSample.Half\t0x8002000A\tOverflow.",
+                   "7\t2\tcall\tSample.Half\t\tLong\tanswered\t(-8)\t-4",
+                   "7\t3\tcall\tSample.Puts\t\t\t\t(\"5\"\" BOLT \", Nothing)\t\"out\"",
+                   "7\t4\tcall\tSample.PassLogged\t\tString\tanswered\t(***, \"word\")\t***",
+                   "7\t5\tcall\tSample.GetPassword\t\tString\tanswered\t(\"ANN\", \"word\")\t***",
+                   "7\t6\tcall\tSample.IsValid\t\tString\tanswered\t(\"ANN\", \"word\")\t\"word\"",
+                   "7\t7\tcall\tA.B\t\tDate\tanswered\t(-1000000000)\t1000000000"}));
 }
 
 TEST_F(TraceTest, TellsNeutralAnswersApart) {

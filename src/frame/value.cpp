@@ -15,6 +15,7 @@ namespace ard {
 namespace {
 
 [[noreturn]] void TypeMismatch() { throw Error(kErrorTypeMismatch, L"Type mismatch."); }
+[[noreturn]] void NoValue() { throw Error(kErrorNull, L"It has no value (Null)."); }
 [[noreturn]] void Overflow() { throw Error(kErrorOverflow, L"Overflow."); }
 
 template <class... Cases>
@@ -146,7 +147,7 @@ std::int32_t Value::ToLong() const { return ToIntegral<std::int32_t>(*this); }
 double Value::ToDouble() const {
   return std::visit(Overloaded{
                         [](std::monostate) { return 0.0; },
-                        [](Null) -> double { TypeMismatch(); },
+                        [](Null) -> double { NoValue(); },
                         [](bool b) { return b ? -1.0 : 0.0; },
                         [](std::uint8_t n) { return static_cast<double>(n); },
                         [](std::int16_t n) { return static_cast<double>(n); },
@@ -181,7 +182,7 @@ Date Value::ToDate() const {
 std::wstring Value::ToText() const& {
   return std::visit(Overloaded{
                         [](std::monostate) { return std::wstring(); },
-                        [](Null) -> std::wstring { TypeMismatch(); },
+                        [](Null) -> std::wstring { NoValue(); },
                         [](bool b) { return std::wstring(b ? L"True" : L"False"); },
                         [](double n) { return FormatNumber(n); },
                         [](Currency c) { return FormatCurrency(c); },

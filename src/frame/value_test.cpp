@@ -11,7 +11,7 @@
 namespace ard {
 namespace {
 
-// What a conversion gives, as text: "~" for a type mismatch, "^" for an overflow.
+// What a conversion gives, as text: "~" for a type mismatch, "^" for an overflow, "!" for Null.
 template <class Conversion>
 std::wstring Told(Conversion convert) {
   try {
@@ -19,6 +19,7 @@ std::wstring Told(Conversion convert) {
   } catch (const Error& error) {
     return error.number() == kErrorTypeMismatch ? L"~"
            : error.number() == kErrorOverflow   ? L"^"
+           : error.number() == kErrorNull       ? L"!"
                                                 : L"?";
   }
 }
@@ -37,7 +38,7 @@ TEST(ValueTest, ConvertsToAnyTypeOrSaysThatItDoesNot) {
   const Currency least{std::numeric_limits<std::int64_t>::min()};
   const std::pair<Value, const wchar_t*> cases[] = {
       {{}, L"False|0|0|0|0|0|1899-12-30|"},
-      {Null(), L"~|~|~|~|~|~|~|~"},
+      {Null(), L"!|!|!|!|!|!|!|!"},
       {std::make_shared<Object>(), L"~|~|~|~|~|~|~|~"},
       {true, L"True|255|-1|-1|-1|-1|1899-12-29|True"},
       {false, L"False|0|0|0|0|0|1899-12-30|False"},

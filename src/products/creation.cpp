@@ -186,16 +186,20 @@ bool Products::CopyProduct(std::wstring_view exist_prod, std::wstring_view new_c
 }
 
 bool Products::UpdateAllocQty(std::wstring_view prod_code, double qty) const noexcept {
-  return Call<bool>(L"UpdateAllocQty", {prod_code, qty}, [&](bool& allocated) {
+  constexpr std::wstring_view kAllocate = L"UpdateAllocQty";
+  return Call<bool>(kAllocate, {prod_code, qty}, [&](bool& allocated) {
     engine::Record stock(context(), L"StockRecord");
     if (!FindProduct(stock, prod_code)) return;
     stock.Get(L"IGNORE_STK_LVL_FLAG", allocated);
-    if (allocated) return;
+    if (allocated) return NoteRefusal(kAllocate, L"True: the product keeps no stock levels.");
     double in_stock = 0;
     double so_far = 0;
     if (!stock.Get(L"QTY_IN_STOCK", in_stock) || !stock.Get(L"QTY_ALLOCATED", so_far)) return;
     const double sum = ExactSum(so_far, qty);
-    if (!AtLeast(ExactDifference(in_stock, so_far), qty) || !std::isfinite(sum)) return;
+    if (!std::isfinite(sum)) return NoteRefusal(kAllocate, L"False: that is no quantity.");
+    if (!AtLeast(ExactDifference(in_stock, so_far), qty)) {
+      return NoteRefusal(kAllocate, L"False: there is less free stock.");
+    }
     if (!stock.Edit() || !stock.Set(L"QTY_ALLOCATED", sum)) return;
     stock.Update();
     allocated = true;

@@ -31,7 +31,11 @@ double ApplyPriceRule(const BasePrices& prices, engine::Record& entry) {
   if (!entry.Get(L"Discount_Type", type) || !entry.Get(L"Value", value)) {
     return prices.selling;
   }
-  if (type < 0 || static_cast<std::size_t>(type) >= std::size(kRules)) return 0;
+  if (type < 0 || static_cast<std::size_t>(type) >= std::size(kRules)) {
+    entry.trace().Noted({L"PriceRecord", L"Fields", L"Discount_Type"},
+                        L"None of 0 to 5: no price.");
+    return 0;
+  }
   return kRules[type](prices, value);
 }
 

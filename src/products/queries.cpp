@@ -111,7 +111,9 @@ bool Products::IsMemberOfCategory(std::wstring_view prod_code,
   return Call<bool>(L"IsMemberOfCategory", {prod_code, cat_rec_no}, [&](bool& member) {
     StockFiles stock(context());
     std::int16_t category = 0;
-    member = stock.Find(prod_code) && stock.Get(L"STOCK_CAT", category) && category == cat_rec_no;
+    if (!stock.Find(prod_code) || !stock.Get(L"STOCK_CAT", category)) return;
+    member = category == cat_rec_no;
+    if (!member) NoteRefusal(L"IsMemberOfCategory", L"False: its category is another.");
   });
 }
 

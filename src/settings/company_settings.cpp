@@ -51,6 +51,7 @@ void MakeFormat(std::int16_t decimals, std::wstring& format) {
 struct ListedRate {
   Trace& trace;
   std::wstring text = {};
+  std::wstring_view field = {};  // that it is read from
 };
 
 void Convert(Value&& value, ListedRate& listed) {
@@ -61,7 +62,7 @@ void Convert(Value&& value, ListedRate& listed) {
   // A text that is no number stays what it is, and there is none of Null.
   if (value.is_null()) return;
   listed.text = std::move(value).ToText();
-  Attempt(listed.trace, {L"General", L"FormatRate"},
+  Attempt(listed.trace, {L"General", L"FormatRate", listed.field},
           [&] { listed.text = FormatFixed(Value(listed.text).ToDouble(), kRateDecimals); });
 }
 
@@ -113,7 +114,8 @@ void General::GetTaxCodes(TextArray tax_code_list) const noexcept {
     const std::int64_t last = std::min(tax_code_list.upper_bound(), kLastTaxCode);
     for (auto n = std::max<std::int64_t>(tax_code_list.lower_bound(), 0); n <= last; ++n) {
       const auto code = static_cast<std::int16_t>(n);
-      if (!taxes.Get(field.With(code), rate)) continue;
+      rate.field = field.With(code);
+      if (!taxes.Get(rate.field, rate)) continue;
       tax_code_list.Put(n, code < 10 ? short_label.With(code) : long_label.With(code), rate.text);
     }
   });

@@ -155,13 +155,19 @@ bool Messaging::LogonByCompanyPassword(engine::Logon& logon) {
 }
 
 std::wstring Messaging::AttemptDomainUserLogon(engine::Logon& logon) {
-  if (!SettingAs<bool>(context(), L"Company", L"AttemptDomainUserLogon")) return {};
-  std::wstring name;
-  Attempt(context().trace(), {L"Environment", L"AccountName"},
-          [&] { name = context().environment.AccountName(); });
-  if (!Trimmed(name).empty() && logon.ConnectNT(name)) return name;
-  NoteRefusal(L"AttemptDomainUserLogon",
-              L"Refused: the Windows account is none of the engine's users.");
+  constexpr std::wstring_view kSetting = L"AttemptDomainUserLogon";
+  std::wstring_view why = L"Not tried: the setting is off.";
+  if (SettingAs<bool>(context(), L"Company", kSetting)) {
+    std::wstring name;
+    Attempt(context().trace(), {L"Environment", L"AccountName"},
+            [&] { name = context().environment.AccountName(); });
+    why = L"Not tried: the Windows account's name cannot be told.";
+    if (!Trimmed(name).empty()) {
+      if (logon.ConnectNT(name)) return name;
+      why = L"Refused: the Windows account is none of the engine's users.";
+    }
+  }
+  NoteRefusal(kSetting, why);
   return {};
 }
 
