@@ -182,13 +182,14 @@ void AddressDialog::LoadList() {
       if (file.by_account) {
         if (!addresses.Get(L"ACCOUNT_REF", text) || !IsSameAccount(text, account_)) continue;
       }
-      if (!addresses.Get(L"DESCRIPTION", text)) continue;
+      engine::TextPart description;
+      if (!addresses.Get(L"DESCRIPTION", description)) continue;
       std::wstring marker;
       addresses.Get(L"DEFAULT_REF", marker);
       const bool is_default = Trimmed(marker) == L"1";
       std::wstring row = Value(record).ToText();
       row.reserve(kRowLength);
-      row.append(1, L'\t').append(Trimmed(text)).append(is_default ? L"\tYes" : L"\t");
+      row.append(1, L'\t').append(description.text).append(is_default ? L"\tYes" : L"\t");
       Add(std::move(row));
       if (is_default) preferred = count();
     } while (addresses.MoveNext());
