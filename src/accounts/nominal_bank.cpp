@@ -55,7 +55,7 @@ std::wstring Bank::List(std::wstring_view search_criteria) const noexcept {
       // The first row is there before any test: the file stands on some account, found or not.
       AddRecords(dialog, banks, kBankList.file,
                  [&] { return progress.Advance() && banks.FindNext(kReference, search_criteria); });
-      if (progress.cancelled()) return NoteRefusal(L"List", L"The user has stopped the reading.");
+      if (progress.cancelled()) return NoteDecision(L"List", L"The user has stopped the reading.");
     }
     const std::optional<dialogs::Row> choice = ChooseRow(context(), dialog);
     if (choice) code = Trimmed(choice->Cell(1));

@@ -79,8 +79,8 @@ class PublicClass {
     Call<Nothing>(member, arguments, [&](Nothing&) { body(); });
   }
 
-  // Tells the trace which branch of a member has decided, and why: of a refusal, above all.
-  void NoteRefusal(Name member, Name why) const noexcept {
+  // Tells the trace which branch of a member has decided, and why: a refusal, above all.
+  void NoteDecision(Name member, Name why) const noexcept {
     context_.trace().Noted({name_, member}, why);
   }
 

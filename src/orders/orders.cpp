@@ -72,7 +72,7 @@ bool PurchaseOrders::IsValid(std::int32_t order_no, bool excl_posted) const noex
     if (!Find(order, order_no)) return;
     bool posted = false;
     if (order.Get(L"POSTED_CODE", posted)) valid = !(posted && excl_posted);
-    if (posted && !valid) NoteRefusal(L"IsValid", L"False: the order has been posted.");
+    if (posted && !valid) NoteDecision(L"IsValid", L"False: the order has been posted.");
   });
 }
 

@@ -191,14 +191,14 @@ bool Products::UpdateAllocQty(std::wstring_view prod_code, double qty) const noe
     engine::Record stock(context(), L"StockRecord");
     if (!FindProduct(stock, prod_code)) return;
     stock.Get(L"IGNORE_STK_LVL_FLAG", allocated);
-    if (allocated) return NoteRefusal(kAllocate, L"True: the product keeps no stock levels.");
+    if (allocated) return NoteDecision(kAllocate, L"True: the product keeps no stock levels.");
     double in_stock = 0;
     double so_far = 0;
     if (!stock.Get(L"QTY_IN_STOCK", in_stock) || !stock.Get(L"QTY_ALLOCATED", so_far)) return;
     const double sum = ExactSum(so_far, qty);
-    if (!std::isfinite(sum)) return NoteRefusal(kAllocate, L"False: that is no quantity.");
+    if (!std::isfinite(sum)) return NoteDecision(kAllocate, L"False: that is no quantity.");
     if (!AtLeast(ExactDifference(in_stock, so_far), qty)) {
-      return NoteRefusal(kAllocate, L"False: there is less free stock.");
+      return NoteDecision(kAllocate, L"False: there is less free stock.");
     }
     if (!stock.Edit() || !stock.Set(L"QTY_ALLOCATED", sum)) return;
     stock.Update();

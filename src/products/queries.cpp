@@ -113,7 +113,7 @@ bool Products::IsMemberOfCategory(std::wstring_view prod_code,
     std::int16_t category = 0;
     if (!stock.Find(prod_code) || !stock.Get(L"STOCK_CAT", category)) return;
     member = category == cat_rec_no;
-    if (!member) NoteRefusal(L"IsMemberOfCategory", L"False: its category is another.");
+    if (!member) NoteDecision(L"IsMemberOfCategory", L"False: its category is another.");
   });
 }
 

@@ -155,7 +155,7 @@ bool General::AddEntryToIniFile(const TextArray& check_items, std::wstring_view 
 bool General::IsF12Hide() const noexcept {
   return Call<bool>(L"IsF12Hide", [&](bool& hide) {
     hide = KeySetting(context(), kHideKey) == L"1";
-    if (!hide) NoteRefusal(L"IsF12Hide", L"False: HideOnF12 in veltrix.ini is not 1.");
+    if (!hide) NoteDecision(L"IsF12Hide", L"False: HideOnF12 in veltrix.ini is not 1.");
   });
 }
 

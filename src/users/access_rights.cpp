@@ -48,7 +48,7 @@ bool AccessRights::IsUserAllowedAccess(std::wstring_view user_name, Access optio
     if (!access.Open(Mode::kRead) || !FindUser(access, user_name)) return;
     const auto kind = static_cast<std::size_t>(option);
     if (kind >= std::size(kRights)) {
-      return NoteRefusal(L"IsUserAllowedAccess", L"Refused: there is no such kind of record.");
+      return NoteDecision(L"IsUserAllowedAccess", L"Refused: there is no such kind of record.");
     }
     may = HasRight(access, kRights[kind]);
     if (!may && display_message) {
@@ -59,7 +59,7 @@ bool AccessRights::IsUserAllowedAccess(std::wstring_view user_name, Access optio
 
 bool AccessRights::AddUser(std::wstring_view user_name) const noexcept {
   return Call<bool>(L"AddUser", {user_name}, [&](bool& added) {
-    if (!IsUserName(user_name)) return NoteRefusal(L"AddUser", kNobodysName);
+    if (!IsUserName(user_name)) return NoteDecision(L"AddUser", kNobodysName);
     {
       DataFile access(context(), kAccessData);
       bool exists = false;

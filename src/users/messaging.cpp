@@ -54,8 +54,8 @@ bool IsCtrlDown(const Context& context) {
 bool Messaging::CheckForLogon(bool check_nt_account) noexcept {
   return Call<bool>(kLogon, {check_nt_account}, [&](bool& logged_on) {
     if (settings::General(context().environment).IsArdExclusive(details().ard_data_path)) {
-      NoteRefusal(kLogon,
-                  L"Refused: queue.dta in ArdDataPath is held by another program, or not there.");
+      NoteDecision(kLogon,
+                   L"Refused: queue.dta in ArdDataPath is held by another program, or not there.");
       ShowMessage(ExclusiveText(context().app_name));
       return;
     }
@@ -63,7 +63,7 @@ bool Messaging::CheckForLogon(bool check_nt_account) noexcept {
     logged_on =
         CheckUserAccess() ? LogonByDialog(logon, check_nt_account) : LogonByCompanyPassword(logon);
     if (logged_on) return logon.Confirm();
-    NoteRefusal(kLogon, L"Refused: nobody has been logged on in the dialog.");
+    NoteDecision(kLogon, L"Refused: nobody has been logged on in the dialog.");
   });
 }
 
@@ -80,7 +80,7 @@ bool Messaging::LogOn(engine::Logon& logon, std::wstring_view user_name,
     details().user_logged = Trimmed(user_name);
     details().pass_logged = Trimmed(password);
     if (!logon.Connect(user_name, password)) {
-      NoteRefusal(kLogonUser, L"Refused: the engine does not log the user on.");
+      NoteDecision(kLogonUser, L"Refused: the engine does not log the user on.");
       return TellRefusal();
     }
     allowed = !details().use_acc_rights || IsManager(user_name) || IsInAccessTable(user_name);
@@ -167,7 +167,7 @@ std::wstring Messaging::AttemptDomainUserLogon(engine::Logon& logon) {
       why = L"Refused: the Windows account is none of the engine's users.";
     }
   }
-  NoteRefusal(kSetting, why);
+  NoteDecision(kSetting, why);
   return {};
 }
 
@@ -191,7 +191,7 @@ bool Messaging::IsInAccessTable(std::wstring_view user_name) const {
     const std::wstring_view why = users.is_open()
                                       ? L"Refused: the user is not in the table AccessRights."
                                       : L"Refused: the table AccessRights cannot be read.";
-    NoteRefusal(kLogonUser, why);
+    NoteDecision(kLogonUser, why);
   }
   return found;
 }
