@@ -172,6 +172,7 @@ class LateBound {
   std::wstring AskText(DISPID id) const { return FromVariant(Ask(id)).ToText(); }
   ComPtr<IDispatch> AskObject(DISPID id, const auto&... arguments) const {
     ScopedVariant answer = Ask(id, arguments...);
+    // Most steps of a call ask for one, so the usual answer is taken without two functions more.
     if (answer.vt != VT_DISPATCH || !answer.pdispVal) return ToDispatch(std::move(answer));
     answer.vt = VT_EMPTY;
     return ComPtr<IDispatch>::Adopt(answer.pdispVal);
