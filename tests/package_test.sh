@@ -11,6 +11,7 @@ source tools/wine.sh
 source tools/display.sh
 # shellcheck source=tools/packaging.sh
 source tools/packaging.sh
+say_what_breaks_off
 
 FOLDER="$(mktemp -d "$BUILD/package-test.XXXXXX")"
 VERSION="$(release_version)"
@@ -65,30 +66,30 @@ install() { code msiexec "$1" "$(windows_path "$2")" /qn; }
 # library that was registered last is. What the user has is put there in both views, as Windows would show
 # it, for as long as the command takes. (That both have been registered shows in the type library's keys.)
 with_user_classes() {
-  wine_run 60 reg export 'HKCU\Software\Classes' "$(windows_path "$FOLDER/user.reg")" /y >/dev/null 2>&1
+  wine_again 60 reg export 'HKCU\Software\Classes' "$(windows_path "$FOLDER/user.reg")" /y >/dev/null 2>&1
   iconv -f UTF-16 -t UTF-8 "$FOLDER/user.reg" | sed '/^@=""/d; s/^\[HKEY_CURRENT_USER/[HKEY_LOCAL_MACHINE/' >"$FOLDER/there.reg"
   { sed 's/\\\\x86\\\\/\\\\x64\\\\/' "$FOLDER/there.reg" &&
     sed '1d; s/Classes\\CLSID/Classes\\Wow6432Node\\CLSID/' "$FOLDER/there.reg"; } >"$FOLDER/both.reg"
   # Not the keys that others' classes are in.
   sed -nE '1p; /\\(Classes|Wow6432Node|CLSID|Interface|TypeLib|AppID)\]/!s/^\[/[-/p' \
     "$FOLDER/both.reg" >"$FOLDER/away.reg"
-  wine_run 60 regedit /S "$(windows_path "$FOLDER/both.reg")"
+  wine_again 60 regedit /S "$(windows_path "$FOLDER/both.reg")"
   "$@"
-  wine_run 60 regedit /S "$(windows_path "$FOLDER/away.reg")"
+  wine_again 60 regedit /S "$(windows_path "$FOLDER/away.reg")"
 }
 
 # The files of the type library that are registered, of 64 bits and of 32.
 type_libraries() {
   local platform
   for platform in win64 win32; do
-    wine_run 60 reg query "$1\\Software\\Classes\\TypeLib\\{9F172FBD-0E00-49C2-834D-4C2F00C3C8DD}\\1.0\\0\\$platform" /ve |
+    wine_again 60 reg query "$1\\Software\\Classes\\TypeLib\\{9F172FBD-0E00-49C2-834D-4C2F00C3C8DD}\\1.0\\0\\$platform" /ve |
       tr -d '\r' | sed -nE 's/.*REG_SZ +//p'
   done | paste -sd' '
 }
 
 # What hosts say of the library: the script ARCH.vbs, or that of another NAME.
 host() {
-  wine_run 120 "${WINE_SYSTEM[$1]}\\cscript.exe" //nologo "$(windows_path "$FOLDER/${2:-$1}.vbs")" </dev/null 2>/dev/null
+  wine_again 120 "${WINE_SYSTEM[$1]}\\cscript.exe" //nologo "$(windows_path "$FOLDER/${2:-$1}.vbs")" </dev/null 2>/dev/null
 }
 said() { tr -d '\r' | paste -sd' '; }
 hosts() { { host x64; host x86; } | said; }
@@ -134,11 +135,11 @@ libraries() {
 state() {
   local once='HKCU\Software\Microsoft\Windows\CurrentVersion\RunOnce'
   wine_stop
-  wine_run 60 wineboot >/dev/null 2>&1
+  wine_again 60 wineboot >/dev/null 2>&1
   # Wine leaves out what is to be run once for the user.
-  wine_run 60 reg query "$once" | tr -d '\r' | sed -nE 's/.*REG_SZ +cmd .c /@/p' >"$FOLDER/once.bat"
-  wine_run 60 cmd /c "$(windows_path "$FOLDER/once.bat")" >/dev/null 2>&1
-  wine_run 60 reg delete "$once" /va /f >/dev/null
+  wine_again 60 reg query "$once" | tr -d '\r' | sed -nE 's/.*REG_SZ +cmd .c /@/p' >"$FOLDER/once.bat"
+  wine_again 60 cmd /c "$(windows_path "$FOLDER/once.bat")" >/dev/null 2>&1
+  wine_again 60 reg delete "$once" /va /f >/dev/null
   wine_stop
   (cd "$WINEPREFIX" && find drive_c | LC_ALL=C sort && cat ./*.reg) |
     sed -E '/^#time=/d; /^"DriverDateData"=/d; /^$/d; s/^(\[.*\]) [0-9]+$/\1/' |
@@ -182,7 +183,7 @@ wine_prepare >"$LOGS/package-prefix.log" 2>&1
 touch "$WINEPREFIX/.dirty"
 # What the system makes of itself when it is used for the first time.
 for key in Classes 'Microsoft\Windows\CurrentVersion\RunOnce'; do
-  wine_run 60 reg add "HKCU\\Software\\$key" /f >/dev/null
+  wine_again 60 reg add "HKCU\\Software\\$key" /f >/dev/null
 done
 for arch in x64 x86; do
   sed '/WScript.Quit/d' "$FOLDER/hold-$arch.vbs" >"$FOLDER/first.vbs"
@@ -241,7 +242,7 @@ remove() { setup "$USER_FOLDER/uninstall.exe" "_?=$USER_PATH"; }
 expect "removed and put back" "0 0 old old" \
   "$(remove) $(setup "$FOLDER/0.9.0.exe" /CurrentUser) $(libraries "$USER_FOLDER")"
 expect "what waits" "" \
-  "$(wine_run 60 reg query 'HKCU\Software\Microsoft\Windows\CurrentVersion\RunOnce' | grep 'uninstall.exe')"
+  "$(wine_again 60 reg query 'HKCU\Software\Microsoft\Windows\CurrentVersion\RunOnce' | grep 'uninstall.exe')"
 
 with_user_classes hold
 expect "removed while in use" 0 \
@@ -278,7 +279,7 @@ key="HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\$PRODUCT"
 expect "its entry" "DisplayIcon=C:\\Tools\\Library\\uninstall.exe DisplayName=$PRODUCT DisplayVersion=$VERSION \
 InstallLocation=C:\\Tools\\Library NoModify=0x1 NoRepair=0x1 Publisher=$PUBLISHER \
 QuietUninstallString=\"C:\\Tools\\Library\\uninstall.exe\" /S UninstallString=\"C:\\Tools\\Library\\uninstall.exe\"" \
-  "$(wine_run 60 reg query "$key" | sed -nE '/EstimatedSize/d; s/^ +(\w+) +REG_\w+ +/\1=/p' | said)"
+  "$(wine_again 60 reg query "$key" | sed -nE '/EstimatedSize/d; s/^ +(\w+) +REG_\w+ +/\1=/p' | said)"
 shortcuts="Trace report.lnk"
 if [[ -d "$FOLDER/stage-new/manual" ]]; then shortcuts="Manual.lnk $shortcuts"; fi
 expect "its shortcuts" "$shortcuts" \

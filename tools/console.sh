@@ -17,6 +17,12 @@ die() {
   exit 1
 }
 
+# From here on a script that breaks off says where, in case the command that failed does not.
+say_what_breaks_off() {
+  set -E
+  trap '((BASH_SUBSHELL > 0)) || say "broke off: ${BASH_SOURCE[0]##*/}, line $LINENO: $BASH_COMMAND" >&2' ERR
+}
+
 # step LOG_NAME TITLE COMMAND... : runs the command with its output in build/logs/LOG_NAME.log, and
 # prints one line: title, outcome, seconds. A failure shows the end of the log. STEP_OK then is true
 # or false.

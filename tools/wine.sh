@@ -4,6 +4,9 @@
 #   wine_use PREFIX              everything below works on this prefix
 #   wine_prepare                 creates it, unless it is there and up to date
 #   wine_run SECONDS COMMAND...  runs a Windows program, and kills it after that time
+#   wine_again SECONDS COMMAND...
+#                                the same for what can be run twice: tried anew when Wine itself fails
+#   never_began STATUS FILE      so Wine has failed: it ended without a word in the file
 #   wine_script ARCH SECONDS SCRIPT [ARGUMENT...]
 #                                runs a script by the x64 or x86 script host; its lines come in UTF-8
 #   wine_start COMMAND...        starts one in the background; its process id is in WINE_PID
@@ -55,7 +58,7 @@ wine_prepare() {
   fi
   mkdir -p "$WINEPREFIX"
   wine_run 600 wineboot -i || return
-  wine_run 300 regedit /S "$(windows_path "$WINE_LOOK")" || return
+  wine_again 300 regedit /S "$(windows_path "$WINE_LOOK")" || return
   # A server that was started without a display never shows a window, and the settings of the look
   # are read when it starts.
   wine_stop
@@ -68,15 +71,33 @@ wine_run() {
   timeout --kill-after=5 "$seconds" "$WINE_LOADER" "$@"
 }
 
+# On a busy machine a program that is started, be it Wine's own, now and then ends with 1 and without a
+# word, once in some hundred starts. It says nothing of what is tested.
+never_began() { (($1 == 1)) && [[ ! -s "$2" ]]; }
+
+wine_again() {
+  local try
+  for try in 1 2 3; do
+    wine_run "$@" && return
+    sleep "$try"
+  done
+  say "failed three times: ${*:2}" >&2
+  return 1
+}
+
 # A script that breaks off with an error ends Wine's script host silently and with success. What the
 # host would have reported shows only in a debug message, so that is what is looked for.
 wine_script() {
-  local arch="$1" seconds="$2" script="$3" messages status=0
+  local arch="$1" seconds="$2" script="$3" messages status try
   shift 3
   messages="$(mktemp)"
-  WINEDEBUG="${WINEDEBUG:+$WINEDEBUG,}fixme+wscript" wine_run "$seconds" \
-    "${WINE_SYSTEM[$arch]}\\cscript.exe" //nologo "$(windows_path "$script")" "$@" \
-    2>"$messages" | as_utf8 || status=$?
+  for try in 1 2; do
+    status=0
+    WINEDEBUG="${WINEDEBUG:+$WINEDEBUG,}fixme+wscript" wine_run "$seconds" \
+      "${WINE_SYSTEM[$arch]}\\cscript.exe" //nologo "$(windows_path "$script")" "$@" \
+      2>"$messages" | as_utf8 || status=$?
+    never_began "$status" "$messages" || break
+  done
   grep -v ':fixme:wscript:set_host_properties' "$messages" >&2 || true
   if grep -q ':fixme:wscript:ActiveScriptSite_OnScriptError' "$messages"; then
     say "$script broke off with an error" >&2

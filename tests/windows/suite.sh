@@ -6,6 +6,7 @@ for tool in console wine display drive; do
   # shellcheck disable=SC1090
   source "tools/$tool.sh"
 done
+say_what_breaks_off
 
 ARCH="$1"
 # shellcheck disable=SC2034  # for those who source this
