@@ -28,7 +28,9 @@ bool FindUser(engine::DataFile& access, std::wstring_view user) {
     access.trace().Noted({kAccessData, L"FindUser"}, kNobodysName);
     return false;
   }
-  if (!access.Get(kName, name)) return false;
+  // The length to pad to; nothing promises it before a record has been read. Without it the
+  // searches might find others, and the records themselves are compared.
+  const bool has_length = access.Get(kName, name);
   const std::size_t width = std::max(name.size(), user.size());
   const auto finds = [&](std::wstring_view spelling) {
     name = spelling;
@@ -38,7 +40,7 @@ bool FindUser(engine::DataFile& access, std::wstring_view user) {
     name = std::move(key).ToText();
     return found;
   };
-  if (finds(UpperCase(user)) || finds(LowerCase(user)) || finds(user)) return true;
+  if (has_length && (finds(UpperCase(user)) || finds(LowerCase(user)) || finds(user))) return true;
   const std::int32_t count = access.Count();
   for (std::int32_t record = 1; record <= count; ++record) {
     if (access.Read(record) && access.Get(kName, name) &&
