@@ -71,8 +71,8 @@ bool PurchaseOrders::IsValid(std::int32_t order_no, bool excl_posted) const noex
     engine::Record order(context(), kPurchaseOrderBook.record);
     if (!Find(order, order_no)) return;
     bool posted = false;
-    if (order.Get(L"POSTED_CODE", posted)) valid = !(posted && excl_posted);
-    if (posted && !valid) NoteDecision(L"IsValid", L"False: the order has been posted.");
+    valid = !excl_posted || (order.Get(L"POSTED_CODE", posted) && !posted);
+    if (posted) NoteDecision(L"IsValid", L"False: the order has been posted.");
   });
 }
 
