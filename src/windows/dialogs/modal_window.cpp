@@ -137,6 +137,7 @@ void ModalWindow::Close() {
   const bool was_active = handle() && GetActiveWindow() == handle();
   Destroy();
   if (was_active && IsWindow(host_focus_)) SetFocus(host_focus_);
+  FloatingPoint::Establish();  // the host's windows have been told
 }
 
 // Centred on the owner or on the work area, and never larger than that.
