@@ -27,6 +27,12 @@ TEST_F(DialogsTest, OpeningCostsTheSameWhateverTheLedgersSize) {
       operations.push_back(engine_->operations());
       dialog.list().End();
       EXPECT_EQ(engine_->records_read(), 1 + 20 + 20);
+      // Nor does one that cannot be read.
+      engine_->faults().FailFrom(1, true);
+      dialog.list().SelectFirst();
+      EXPECT_TRUE(dialog.list().rows().empty() && !dialog.list().looking());
+      EXPECT_EQ(engine_->faults().failed(), 1);
+      engine_->faults().Reset();
     });
     FastSelect(context, accounts::kSalesLedger.list);
   }
@@ -76,9 +82,13 @@ TEST_F(DialogsTest, EveryPageOfTheInformationCostsTheSame) {
       dialog.ColumnClick(2);  // there is none
       EXPECT_EQ(dialog.list().selected()->position, 2);
     }
-    counted.FailFrom(1, false);
+    counted.FailFrom(1, true);
     dialog.ColumnClick(0);
     EXPECT_EQ(dialog.list().columns()[0].sort, SortOrder::kNone);
+    EXPECT_FALSE(dialog.ok_enabled() || dialog.list().looking());
+    EXPECT_EQ(counted.failed(), 2);
+    counted.Reset();
+    dialog.list().SelectFirst();
     dialog.Ok();
   });
   EXPECT_EQ(products.FastList(), L"P000001");

@@ -37,9 +37,9 @@ bool FastSelectDialog::Accepts(const Row& row) {
   return false;
 }
 
-void FastSelectDialog::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
+bool FastSelectDialog::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
   if (spec_.fill == FastSelectForm::Fill::kFirstTwelve) return filled_.LoadPage(first, last, rows);
-  file_.LoadPage(first, last, rows);
+  return file_.LoadPage(first, last, rows);
 }
 
 std::wstring FastSelect(const Context& context, const FastSelectForm& form,

@@ -43,7 +43,7 @@ class FastSelectDialog : private RowSource, public SelectDialog {
   void TypeAhead(wchar_t key) override { file_.TypeAhead(key, list()); }
 
  private:
-  void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
+  bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
 
   const Context& context_;
   const FastSelectForm& spec_;

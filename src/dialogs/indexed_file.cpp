@@ -39,12 +39,14 @@ void IndexedFile::Open(ListModel& list, std::optional<std::int32_t> row_count) {
   list.SetReading(readable ? Reading::kDone : Reading::kFailed);
 }
 
-void IndexedFile::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
-  if (!index_file_.MoveTo(first)) return;
+bool IndexedFile::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
+  if (!index_file_.MoveTo(first)) return false;
   rows.reserve(rows.size() + static_cast<std::size_t>(last - first + 1));
+  bool readable = false;
   for (std::int32_t position = first; position <= last; ++position) {
     bool deleted = false;
     if (engine::ReadEntry(index_file_, data_file_)) {
+      readable = true;
       data_file_.Get(L"DELETED_FLAG", deleted);
       if (!deleted) {
         rows.push_back({position, RowText()});
@@ -53,6 +55,7 @@ void IndexedFile::LoadPage(std::int32_t first, std::int32_t last, std::vector<Ro
     }
     if (!index_file_.MoveNext()) break;
   }
+  return readable;
 }
 
 std::vector<std::wstring> IndexedFile::FirstRows(std::int32_t count) {

@@ -52,7 +52,7 @@ class IndexedFile : public RowSource {
   void Open(ListModel& list, std::optional<std::int32_t> row_count);
 
   // Deleted records yield no row.
-  void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
+  bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
   // The first rows of the file, deleted ones too.
   std::vector<std::wstring> FirstRows(std::int32_t count);
 

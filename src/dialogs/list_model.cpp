@@ -64,7 +64,8 @@ void ListModel::SetRowCount(std::int32_t count) {
   row_count_ = std::clamp(count, 0, std::numeric_limits<std::int32_t>::max() - 8);
   top_ = 1;
   cursor_ = anchor_ = 1 - source_.ExtraRows(1);
-  loaded_ = resolved_ = opening_ = false;
+  loaded_ = resolved_ = false;
+  opening_ = Opening::kDone;
   sought_.reset();
   picked_.clear();
   has_selection_.reset();
@@ -112,7 +113,7 @@ void ListModel::SelectFrom(std::int32_t position, std::wstring_view prefix) {
 void ListModel::SelectFirst() {
   SetRowCount(row_count_);
   Mark(Pick::kOnly);
-  opening_ = true;
+  opening_ = Opening::kUnread;
 }
 
 bool ListModel::SelectCursor() {
@@ -156,7 +157,7 @@ std::vector<Row> ListModel::SelectedRows() {
 void ListModel::ScrollTo(std::int32_t top) {
   // What was selected is read while its page is still the one shown.
   selected();
-  if (sought_) sought_->opening = false;
+  opening_ = Opening::kDone;
   SetTop(top);
 }
 
@@ -178,11 +179,9 @@ void ListModel::Press(bool (ListModel::*move)(), bool (ListModel::*seek)(std::in
   BringIntoView(cursor_);
   const std::int32_t top = top_;
   const bool again = sought_ && sought_->move == move;
-  const bool opening = sought_ && sought_->opening;
   if (!(again ? (this->*seek)(sought_->next) : (this->*move)())) {
     SetTop(top);
     sought_->move = move;
-    sought_->opening = opening;
   }
   BringIntoView(cursor_);
   Mark(pick);
@@ -227,23 +226,28 @@ bool ListModel::SeekUp(std::int32_t target) {
     if (SelectLastUpTo(target)) return true;
     target = top_ - 1;
   }
-  sought_ = {target, nullptr, false};
+  sought_ = {target, nullptr};
   return false;
 }
 
 bool ListModel::SeekDown(std::int32_t target) {
   for (int pages = 0; pages < kPagesSought && target <= row_count_; ++pages) {
+    if (!readable_ && opening_ == Opening::kLooking) {
+      opening_ = Opening::kDone;
+      break;
+    }
     SetTop(target);
     if (SelectFirstFrom(target)) return true;
     target = top_ + Reach(top_);
   }
-  sought_ = {target, nullptr, false};
+  sought_ = {target, nullptr};
   return false;
 }
 
 void ListModel::MoveTo(std::int32_t position) {
   cursor_ = position;
-  resolved_ = opening_ = false;
+  resolved_ = false;
+  opening_ = Opening::kDone;
   sought_.reset();
   BringIntoView(position);
 }
@@ -253,14 +257,15 @@ bool ListModel::MoveToRow(std::size_t index) {
   at_cursor_ = Row(rows_[index]);
   cursor_ = at_cursor_->position;
   resolved_ = true;
+  opening_ = Opening::kDone;
   sought_.reset();
   return true;
 }
 
 void ListModel::Open() {
-  if (!std::exchange(opening_, false)) return;
+  if (opening_ != Opening::kUnread) return;
+  opening_ = Opening::kLooking;
   Home();
-  if (sought_) sought_->opening = reading_ == Reading::kDone;
 }
 
 void ListModel::Mark(Pick pick) {
@@ -365,7 +370,7 @@ void ListModel::Load() {
     rows_.clear();
     const std::int32_t reach = Reach(top_);
     const std::int32_t last = row_count_ - top_ < reach ? row_count_ : top_ + reach - 1;
-    if (last >= top_) source_.LoadPage(top_, last, rows_);
+    readable_ = last >= top_ && source_.LoadPage(top_, last, rows_);
     loaded_ = true;
   }
   if (resolved_ || !IsInView(cursor_)) return;

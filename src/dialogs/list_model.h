@@ -47,8 +47,9 @@ class RowSource {
  public:
   virtual ~RowSource() = default;
   // Appends the rows of positions first..last, in order, after the extra rows of a page that starts
-  // at `first`. Rows that cannot be read are left out.
-  virtual void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) = 0;
+  // at `first`. Rows that cannot be read are left out; false when nothing can be, not even that an
+  // entry is deleted.
+  virtual bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) = 0;
   // How many extra rows, beyond the positions, stand on top of a page that starts at `first`. Their
   // own positions end with 0, so that none is left out before 1; the page at 1 has all of them, the
   // one at 2 all but the first, and so on.
@@ -114,9 +115,12 @@ class ListModel {
   void SelectFrom(std::int32_t position, std::wstring_view prefix);
   // Starts over with the first row of all selected, an extra row if there is one. When the first
   // page comes to be read, deleted entries are stepped over, as by Home; where there are too many
-  // for that, the list is `looking`, and Home goes on, until a row is found or the user scrolls.
+  // for that, the list is `looking`, and Home goes on, until a row is found, the user scrolls or a
+  // page cannot be read.
   void SelectFirst();
-  bool looking() const { return sought_ && sought_->opening && sought_->next <= row_count_; }
+  bool looking() const {
+    return opening_ == Opening::kLooking && sought_ && sought_->next <= row_count_;
+  }
   // Selects the row at the cursor. False when there is none, or it is selected.
   bool SelectCursor();
   // Moves the cursor to row `index` (from 0) of the page shown.
@@ -159,8 +163,10 @@ class ListModel {
   struct Sought {
     std::int32_t next;
     bool (ListModel::*move)();
-    bool opening;  // the list has not found the row yet that it opens on
   };
+
+  // Whether the first row is still to be selected.
+  enum class Opening { kDone, kUnread, kLooking };
 
   // Makes what `move` does of the cursor the selection, or what `seek` does where `move` got stuck.
   void Press(bool (ListModel::*move)(), bool (ListModel::*seek)(std::int32_t), Pick pick);
@@ -213,10 +219,11 @@ class ListModel {
   std::int32_t top_ = 1;
   std::vector<Row> rows_;
   bool loaded_ = false;
+  bool readable_ = true;          // whether anything of the page could be read
   std::int32_t cursor_ = 1;       // the position last moved to, whether or not it yields a row
   bool resolved_ = false;         // whether at_cursor_ is the row at cursor_
   std::optional<Row> at_cursor_;  // the row at the cursor
-  bool opening_ = false;          // the first row is to be selected
+  Opening opening_ = Opening::kDone;
   std::optional<Sought> sought_;  // until the cursor moves
 
   bool multiple_ = false;

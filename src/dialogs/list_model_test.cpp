@@ -21,7 +21,7 @@ namespace {
 // Rows, some of them deleted; counts those that were asked of it.
 class PlainRows : public RowSource {
  public:
-  void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override {
+  bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override {
     const auto add = [&](std::int32_t from, std::int32_t to) {
       for (std::int32_t position = from; position <= to; ++position) {
         if (!deleted.contains(position)) rows.push_back({position, L"", 0});
@@ -31,6 +31,7 @@ class PlainRows : public RowSource {
     add(first, last);
     positions_read += last - first + 1;
     if (out_of_memory) throw std::bad_alloc();
+    return true;
   }
   std::int32_t ExtraRows(std::int32_t first) const override {
     return std::max(extra + 1 - first, 0);

@@ -112,11 +112,11 @@ void ProductDialog::TypeAhead(wchar_t key) {
   if (tab_ == Tab::kProducts) stock_.TypeAhead(key, stock_list());
 }
 
-void ProductDialog::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
+bool ProductDialog::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
   for (std::int32_t row = kSpecialRowCount - ExtraRows(first); row < kSpecialRowCount; ++row) {
     rows.push_back({row - kSpecialRowCount + 1, kSpecialRows[row], kSpecialColor});
   }
-  stock_.LoadPage(first, last, rows);
+  return stock_.LoadPage(first, last, rows);
 }
 
 std::int32_t ProductDialog::ExtraRows(std::int32_t first) const {

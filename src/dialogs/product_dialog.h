@@ -68,7 +68,7 @@ class ProductDialog : private RowSource, public SelectDialog {
   void TypeAhead(wchar_t key) override;
 
  private:
-  void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
+  bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
   std::int32_t ExtraRows(std::int32_t first) const override;
 
   void ShowFiltered(std::wstring_view filter);

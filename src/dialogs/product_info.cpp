@@ -62,13 +62,14 @@ void ProductInfo::Open(ListModel& list, std::wstring_view query) {
   }
 }
 
-void ProductInfo::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
-  if (!recordset_.SetAbsolutePosition(first)) return;
+bool ProductInfo::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
+  if (!recordset_.SetAbsolutePosition(first)) return false;
   rows.reserve(rows.size() + static_cast<std::size_t>(last - first + 1));
   for (std::int32_t position = first; position <= last && !recordset_.Eof(); ++position) {
     rows.push_back({position, RowText(), kDefaultColor});
     if (!recordset_.MoveNext()) break;
   }
+  return !rows.empty();
 }
 
 bool ProductInfo::Sort(std::size_t column, SortOrder order) {

@@ -27,7 +27,7 @@ class ProductInfo : public RowSource {
   void Open(ListModel& list, std::wstring_view query = kProductInfoQuery);
   std::int32_t RecordCount() { return recordset_.RecordCount(); }
 
-  void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
+  bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
 
   void SetFilter(std::wstring_view filter) { recordset_.SetFilter(filter); }
   // False when the records cannot be sorted so; they keep the order they had.

@@ -32,8 +32,9 @@ void RowsInMemory::Add(std::wstring text) {
   rows_.push_back({count() + 1, std::move(text), kDefaultColor});
 }
 
-void RowsInMemory::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
+bool RowsInMemory::LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) {
   rows.insert(rows.end(), rows_.begin() + first - 1, rows_.begin() + last);
+  return true;
 }
 
 void SelectRecordDialog::AddRow(std::wstring text) {

@@ -73,7 +73,7 @@ class RowsInMemory : public RowSource {
   void Add(std::wstring text);
   void Clear() { rows_.clear(); }
   std::int32_t count() const { return static_cast<std::int32_t>(rows_.size()); }
-  void LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
+  bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override;
 
  private:
   std::vector<Row> rows_;

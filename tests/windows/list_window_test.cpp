@@ -57,7 +57,7 @@ class LedgerDialog : public dialogs::RowSource, public dialogs::SelectDialog {
   }
 
  private:
-  void LoadPage(std::int32_t from, std::int32_t to, std::vector<dialogs::Row>& rows) override {
+  bool LoadPage(std::int32_t from, std::int32_t to, std::vector<dialogs::Row>& rows) override {
     EXPECT_FALSE(from == first && to == last) << "read once more";
     ++pages;
     first = last = 0;
@@ -70,6 +70,7 @@ class LedgerDialog : public dialogs::RowSource, public dialogs::SelectDialog {
       rows.push_back({i, std::to_wstring(i) + L"   \t" + name + L"       ",
                       i % 4 == 0 ? dialogs::kRed : dialogs::kDefaultColor});
     }
+    return true;
   }
 };
 
