@@ -372,6 +372,8 @@ void ListModel::Load() {
     const std::int32_t last = row_count_ - top_ < reach ? row_count_ : top_ + reach - 1;
     readable_ = last >= top_ && source_.LoadPage(top_, last, rows_);
     loaded_ = true;
+    // Somebody else may have changed it since: what is shown as selected is what comes back.
+    if (readable_ && IsInView(cursor_)) resolved_ = false;
   }
   if (resolved_ || !IsInView(cursor_)) return;
   const auto row =

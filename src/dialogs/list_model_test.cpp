@@ -30,8 +30,9 @@ class PlainRows : public RowSource {
     add(1 - ExtraRows(first), 0);
     add(first, last);
     positions_read += last - first + 1;
+    if (!readable) rows.clear();
     if (out_of_memory) throw std::bad_alloc();
-    return true;
+    return readable;
   }
   std::int32_t ExtraRows(std::int32_t first) const override {
     return std::max(extra + 1 - first, 0);
@@ -40,6 +41,7 @@ class PlainRows : public RowSource {
   std::set<std::int32_t> deleted;
   std::int32_t extra = 0;
   bool out_of_memory = false;
+  bool readable = true;
   std::int64_t positions_read = 0;
 };
 
@@ -151,6 +153,18 @@ TEST_F(ListModelTest, TheSelectionSurvivesScrolling) {
     (list_.*key)(Pick::kOnly);
     EXPECT_EQ(Selected(), selected);
     EXPECT_EQ(list_.top(), top);
+  }
+  // Until it is seen that somebody else has deleted it.
+  list_.SelectItem(5);
+  list_.ScrollTo(60);
+  source_.deleted = {5};
+  for (const bool readable : {false, true}) {
+    source_.readable = readable;
+    list_.ScrollTo(60);
+    EXPECT_EQ(Selected(), 5);
+    list_.ScrollTo(3);
+    EXPECT_EQ(list_.rows().size(), readable ? 9 : 0);
+    EXPECT_EQ(Selected(), readable ? 0 : 5);
   }
 }
 
