@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
@@ -152,6 +153,17 @@ class DialogTest : public WindowTest {
       SetWindowTextW(control, text);
     }
   }
+  // Not every control has a font.
+  static LONG FontHeightIn(const std::vector<HWND>& controls) {
+    LONG height = 0;
+    for (const HWND control : controls) {
+      const auto font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
+      LOGFONTW about = {};
+      GetObjectW(font, sizeof(about), &about);
+      height = std::max(height, -about.lfHeight);
+    }
+    return height;
+  }
   // The screen's row on which the letters of the control's text stand; 0 when it shows none.
   LONG BaselineOf(HWND control) const {
     const std::wstring text = TextOf(control);
@@ -175,16 +187,20 @@ TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenI
   int lines_with_boxes = 0;
   ForEach([&](const View& view) {
     const std::vector<HWND> controls = Descendants(view.window);
+    const LONG usual = FontHeightIn(controls);
     for (const HWND control : controls) {
       if (ClassOf(control) == UPDOWN_CLASSW) continue;  // the tab strip's own
       const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
       EXPECT_TRUE((style & WS_VISIBLE) || (style & WS_DISABLED)) << ToUtf8(TextOf(control));
     }
-    for (const UINT dpi : {96U, 144U, 192U, 288U}) {
-      SCOPED_TRACE(dpi);
+    const auto change_dpi = [&](UINT dpi) {
       RECT suggested = {0, 0, 10, 10};
       SendMessageW(view.window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
                    reinterpret_cast<LPARAM>(&suggested));
+    };
+    for (const UINT dpi : {96U, 144U, 192U, 288U}) {
+      SCOPED_TRACE(dpi);
+      change_dpi(dpi);
       if (IsResizable(view)) ExpectAllToBeSeen(view);
       Resize(view.window, 1270, 1000);
       struct Control {
@@ -206,6 +222,11 @@ TEST_F(DialogTest, ControlsStandInLinesAtEveryDpiNothingIsCutOffAndWhatIsHiddenI
         lines_with_boxes += boxes.contains(ClassOf(control)) && line.size() > 1;
       }
     }
+    // Too large for the screen at 960 DPI; not at those that it has once it is moved there.
+    change_dpi(960);
+    EXPECT_LT(FontHeightIn(controls), 10 * usual);
+    SendMessageW(view.window, WM_EXITSIZEMOVE, 0, 0);
+    EXPECT_EQ(FontHeightIn(controls), usual);
     for (const UINT change : {UINT{SPI_SETNONCLIENTMETRICS}, UINT{SPI_SETWORKAREA}}) {
       SetWindowPos(view.window, nullptr, 1200, 950, 10, 10, SWP_NOZORDER | SWP_NOACTIVATE);
       SendMessageW(view.window, WM_SETTINGCHANGE, WPARAM{change}, 0);

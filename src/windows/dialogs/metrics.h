@@ -21,6 +21,7 @@ class Metrics {
   ~Metrics();
 
   UINT dpi() const { return dpi_; }
+  bool is_small() const { return distance_ < 100; }
   HFONT font() const { return font_; }
 
   // Dialog units, and a number of average characters, in pixels.

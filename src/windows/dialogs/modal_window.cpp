@@ -309,6 +309,10 @@ std::optional<LRESULT> ModalWindow::Handle(UINT message, WPARAM wparam, LPARAM l
     case WM_DISPLAYCHANGE:
       Refit();
       return 0;
+    case WM_EXITSIZEMOVE:
+      // Another screen may have room for the usual font.
+      if (metrics_ && metrics_->is_small()) Refit();
+      return 0;
     case WM_SYSCOLORCHANGE:
       // The system tells the windows of the screen only.
       EnumChildWindows(handle(), ForwardTo, message);
