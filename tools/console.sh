@@ -84,11 +84,16 @@ must_step() {
 
 # configure_and_build PRESET [TARGET...]
 configure_and_build() {
-  local preset="$1"
+  local preset="$1" stamp="build/$1/.configured-from" configured_from
   shift
   cd "$ROOT"
-  # An up-to-date build tree reconfigures itself when a CMake file changes.
-  [[ -f "build/$preset/build.ninja" ]] || cmake --preset "$preset"
+  # A build tree configures itself again when a CMake file changes, but goes on with what the presets and
+  # the toolchains said when it was begun: another library than that of a new tree.
+  configured_from="$(cat CMakePresets.json cmake/*.cmake | cksum)"
+  if [[ ! -f "$stamp" || "$(<"$stamp")" != "$configured_from" ]]; then
+    cmake --fresh --preset "$preset"
+    say "$configured_from" >"$stamp"
+  fi
   cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
