@@ -372,13 +372,18 @@ void ListModel::Load() {
     const std::int32_t last = row_count_ - top_ < reach ? row_count_ : top_ + reach - 1;
     readable_ = last >= top_ && source_.LoadPage(top_, last, rows_);
     loaded_ = true;
-    // Somebody else may have changed it since: what is shown as selected is what comes back.
-    if (readable_ && IsInView(cursor_)) resolved_ = false;
+  } else if (resolved_) {
+    return;
   }
-  if (resolved_ || !IsInView(cursor_)) return;
+  if (!IsInView(cursor_)) return;
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const Row& r) { return r.position == cursor_; });
-  at_cursor_ = row == rows_.end() ? std::nullopt : std::optional(*row);
+  if (row != rows_.end()) {
+    // Another than it was, perhaps, by somebody else: what is shown as selected is what comes back.
+    at_cursor_ = *row;
+  } else if (!resolved_) {
+    at_cursor_.reset();
+  }
   resolved_ = true;
 }
 

@@ -24,15 +24,14 @@ class PlainRows : public RowSource {
   bool LoadPage(std::int32_t first, std::int32_t last, std::vector<Row>& rows) override {
     const auto add = [&](std::int32_t from, std::int32_t to) {
       for (std::int32_t position = from; position <= to; ++position) {
-        if (!deleted.contains(position)) rows.push_back({position, L"", 0});
+        if (!deleted.contains(position)) rows.push_back({position, text, 0});
       }
     };
     add(1 - ExtraRows(first), 0);
     add(first, last);
     positions_read += last - first + 1;
-    if (!readable) rows.clear();
     if (out_of_memory) throw std::bad_alloc();
-    return readable;
+    return true;
   }
   std::int32_t ExtraRows(std::int32_t first) const override {
     return std::max(extra + 1 - first, 0);
@@ -41,7 +40,7 @@ class PlainRows : public RowSource {
   std::set<std::int32_t> deleted;
   std::int32_t extra = 0;
   bool out_of_memory = false;
-  bool readable = true;
+  std::wstring text;
   std::int64_t positions_read = 0;
 };
 
@@ -154,17 +153,17 @@ TEST_F(ListModelTest, TheSelectionSurvivesScrolling) {
     EXPECT_EQ(Selected(), selected);
     EXPECT_EQ(list_.top(), top);
   }
-  // Until it is seen that somebody else has deleted it.
+  // What is there now is what is selected, once it is shown; where nothing is, what has been there.
   list_.SelectItem(5);
   list_.ScrollTo(60);
-  source_.deleted = {5};
-  for (const bool readable : {false, true}) {
-    source_.readable = readable;
+  source_.text = L"another's";
+  EXPECT_EQ(list_.selected()->text, L"");
+  for (const bool deleted : {false, true}) {
     list_.ScrollTo(60);
-    EXPECT_EQ(Selected(), 5);
+    if (deleted) source_.deleted = {5};
     list_.ScrollTo(3);
-    EXPECT_EQ(list_.rows().size(), readable ? 9 : 0);
-    EXPECT_EQ(Selected(), readable ? 0 : 5);
+    EXPECT_EQ(list_.rows().size(), deleted ? 9 : 10);
+    EXPECT_EQ(list_.selected()->text, L"another's");
   }
 }
 
