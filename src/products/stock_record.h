@@ -13,6 +13,9 @@ inline bool FindProduct(engine::Record& stock, std::wstring_view stock_code) {
   return stock.Set(L"STOCK_CODE", stock_code) && stock.Find(engine::Match::kExact);
 }
 
+// What a unit has cost on average, of all that is left of the receipts; 0 when nothing is.
+double AveragePrice(engine::Record& stock);
+
 }  // namespace ard::products
 
 #endif  // ARD_PRODUCTS_STOCK_RECORD_H_
