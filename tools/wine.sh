@@ -57,7 +57,7 @@ wine_prepare() {
     rm -rf "$WINEPREFIX"
   fi
   mkdir -p "$WINEPREFIX"
-  wine_run 600 wineboot -i || return
+  wine_again 600 wineboot -i || return
   wine_again 300 regedit /S "$(windows_path "$WINE_LOOK")" || return
   # A server that was started without a display never shows a window, and the settings of the look
   # are read when it starts.
@@ -133,7 +133,7 @@ register_servers() {
   local arch="$1" dll
   shift
   for dll in "$@"; do
-    wine_run 60 "${WINE_SYSTEM[$arch]}\\regsvr32.exe" /s "$(windows_path "$dll")" || {
+    wine_again 60 "${WINE_SYSTEM[$arch]}\\regsvr32.exe" /s "$(windows_path "$dll")" || {
       say "regsvr32 failed for $dll" >&2
       return 1
     }

@@ -191,7 +191,7 @@ for side in prompt script; do
 done
 
 answers_of_prompt <"$FOLDER/raw.txt" >"$FOLDER/prompt.txt"
-wine_run 60 reg query 'HKCU\Software' /s >"$FOLDER/registry.txt" 2>&1
+wine_again 60 reg query 'HKCU\Software' /s >"$FOLDER/registry.txt" 2>&1
 judge "asking every member" diff <(to_be_asked) <(asked)
 judge "answering as worked out by hand" diff <(expected) <(answered)
 judge "answering the same" diff <(grep -v $'^\t' "$FOLDER/prompt.txt") <(tr -d '\r' <"$FOLDER/output.txt")
