@@ -245,8 +245,7 @@ expect "what waits" "" \
   "$(wine_again 60 reg query 'HKCU\Software\Microsoft\Windows\CurrentVersion\RunOnce' | grep 'uninstall.exe')"
 
 with_user_classes hold
-expect "removed while in use" 0 \
-  "$(remove)"
+expect "removed while in use" 0 "$(remove)"
 expect "no library" "none none" "$(with_user_classes hosts)"
 release
 nothing_left "by the user's uninstaller"

@@ -72,14 +72,16 @@ wine_run() {
 }
 
 # On a busy machine a program that is started, be it Wine's own, now and then ends with 1 and without a
-# word, once in some hundred starts. It says nothing of what is tested.
+# word, once in a thousand starts or so. It says nothing of what is tested.
 never_began() { (($1 == 1)) && [[ ! -s "$2" ]]; }
 
 wine_again() {
-  local try
+  local try status
   for try in 1 2 3; do
-    wine_run "$@" && return
-    sleep "$try"
+    sleep $((try - 1))
+    status=0
+    wine_run "$@" || status=$?
+    ((status == 1)) || return "$status"
   done
   say "failed three times: ${*:2}" >&2
   return 1

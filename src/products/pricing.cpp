@@ -21,8 +21,8 @@ constexpr std::wstring_view kSupplierPrice = L"GetSupplierPrice";
 constexpr std::wstring_view kByService = L"The engine's pricing service.";
 
 // Tells the trace where the answer of that member comes from.
-void NoteSource(Trace& trace, std::wstring_view member, std::wstring_view source) {
-  trace.Noted({L"Products", member}, source);
+void NoteSource(const Context& context, std::wstring_view member, std::wstring_view source) {
+  context.trace().Noted({L"Products", member}, source);
 }
 
 double CostPrice(const Context& context, std::wstring_view stock_code, bool use_average) {
@@ -32,7 +32,7 @@ double CostPrice(const Context& context, std::wstring_view stock_code, bool use_
   if (use_average) price = AveragePrice(stock);
   const bool is_average = price != 0;
   if (is_average || stock.Get(L"LAST_PURCHASE_PRICE", price)) {
-    NoteSource(context.trace(), L"GetCostPrice",
+    NoteSource(context, L"GetCostPrice",
                is_average ? L"The average cost." : L"The last purchase price.");
   }
   return price;
@@ -90,13 +90,13 @@ double PriceListPrice(const Context& context, const BasePrices& prices,
                              : customer.HasListOf(entry);
     if (!applies) continue;
     if (context.trace().on()) {
-      NoteSource(context.trace(), kCustomerPrice,
+      NoteSource(context, kCustomerPrice,
                  L"Entry " + std::to_wstring(number) + L" of the price list, " +
                      (type == kOneCustomer ? L"the customer's own." : L"of the customer's list."));
     }
     return ApplyPriceRule(prices, entry);
   } while (entry.MoveNext());
-  NoteSource(context.trace(), kCustomerPrice,
+  NoteSource(context, kCustomerPrice,
              prices.selling != 0 ? L"The selling price: no entry of the price list applies."
                                  : L"None: no entry of the price list applies, and there is no "
                                    L"selling price.");
@@ -127,12 +127,11 @@ double InCurrencyOf(const Context& context, std::wstring_view padded_ref, double
     double rate = 0;
     currencies.Open(Mode::kRead);
     if (currencies.Read(std::int32_t{currency} + 1) && currencies.Get(L"EXCHANGE_RATE", rate)) {
-      NoteSource(context.trace(), kSupplierPrice, L"By the rate of the supplier's currency.");
+      NoteSource(context, kSupplierPrice, L"By the rate of the supplier's currency.");
       return price * rate;
     }
   }
-  NoteSource(context.trace(), kSupplierPrice,
-             L"As it is: the supplier has no currency with a rate.");
+  NoteSource(context, kSupplierPrice, L"As it is: the supplier has no currency with a rate.");
   return price;
 }
 
@@ -156,7 +155,7 @@ double Products::GetSpecialPrice(std::wstring_view prod_code,
     {
       engine::Pricing pricing(context());
       if (pricing.exists()) {
-        NoteSource(context().trace(), kCustomerPrice, kByService);
+        NoteSource(context(), kCustomerPrice, kByService);
         price = pricing.CustomerUnitPrice(acc_ref, prod_code);
         return;
       }
@@ -178,7 +177,7 @@ double Products::GetSupplierPrice(std::wstring_view prod_code,
     {
       engine::Pricing pricing(context());
       if (pricing.exists()) {
-        NoteSource(context().trace(), kSupplierPrice, kByService);
+        NoteSource(context(), kSupplierPrice, kByService);
         price = pricing.SupplierUnitPrice(prod_code, acc_ref);
         return;
       }
@@ -186,8 +185,7 @@ double Products::GetSupplierPrice(std::wstring_view prod_code,
     std::wstring padded_ref(acc_ref);
     if (padded_ref.size() < kReferenceLength) padded_ref.resize(kReferenceLength, L' ');
     price = StoredSupplierPrice(context(), prod_code, padded_ref);
-    if (price != 0)
-      return NoteSource(context().trace(), kSupplierPrice, L"The supplier's stored price.");
+    if (price != 0) return NoteSource(context(), kSupplierPrice, L"The supplier's stored price.");
     price = CostPrice(context(), prod_code, false);
     if (price != 0) price = InCurrencyOf(context(), padded_ref, price);
   });
